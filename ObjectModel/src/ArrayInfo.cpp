@@ -1,0 +1,17 @@
+#include <object_model/ArrayInfo.h>
+
+#include "InvalidCallAt.h"
+
+namespace object_model {
+
+bool ArrayInfo::isArrayInfo() const { return true; }
+
+bool ArrayInfo::isDictionaryInfo() const { return false; }
+
+const ArrayInfo* ArrayInfo::asArrayInfo() const { return this; }
+
+const DictionaryInfo* ArrayInfo::asDictionaryInfo() const { throwInvalidCallAt(__FILE__, 32); }
+
+ArrayInfo::~ArrayInfo() = default;
+
+}  // namespace object_model

@@ -1,0 +1,7 @@
+#include <object_model/DataInfo.h>
+
+namespace object_model {
+
+DataInfo::~DataInfo() = default;
+
+}  // namespace object_model

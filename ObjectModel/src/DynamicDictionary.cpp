@@ -1,0 +1,7 @@
+#include <object_model/DynamicDictionary.h>
+
+namespace object_model {
+
+DynamicDictionary::~DynamicDictionary() = default;
+
+}  // namespace object_model

@@ -1,0 +1,17 @@
+# Decides whether the netCDF reader and the tool are built: they need libnetcdf and CLI11, the core
+# libraries need neither.
+set(QUILLON_HAS_NETCDF OFF)
+if(NOT QUILLON_NETCDF STREQUAL "OFF")
+  find_package(PkgConfig QUIET)
+  if(PkgConfig_FOUND)
+    pkg_check_modules(NETCDF QUIET IMPORTED_TARGET netcdf)
+  endif()
+  find_package(CLI11 QUIET)
+  if(NETCDF_FOUND AND CLI11_FOUND)
+    set(QUILLON_HAS_NETCDF ON)
+  elseif(QUILLON_NETCDF STREQUAL "ON")
+    message(FATAL_ERROR "QUILLON_NETCDF is ON, but libnetcdf (found through pkg-config) or CLI11 is missing")
+  else()
+    message(STATUS "Without the netCDF reader and the quillon tool: libnetcdf or CLI11 not found")
+  endif()
+endif()

@@ -1,0 +1,91 @@
+/// @file
+/// What every concrete array needs besides its values.
+#pragma once
+
+#include <object_model/Array.h>
+#include <object_model/TupleX.h>
+#include <quillon/memory/Descriptors.h>
+
+#include <complex>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace quillon::memory {
+
+/// An array without values: descriptor, shape, units and container. Derive from it to write an
+/// array over a storage of your own, and override the one accessor that suits its element type.
+///
+/// Ownership: owns its descriptor and shape; knows its container without owning it.
+/// Threads: const operations may run concurrently.
+class ArrayBase : public object_model::Array {
+ public:
+  /// An array called `name`. Its shape is the sizes of `axes`, dimension 0 first.
+  /// @throws std::length_error when the number of elements does not fit 64 bits.
+  ArrayBase(std::string name, object_model::ElementType elementType, std::vector<Axis> axes,
+            std::string description = {});
+
+  const ArrayDescriptor* getInformation() const override;
+  const object_model::Data* parent() const override;
+  object_model::Data* parent() override;
+  void setParent(object_model::Data* parent) override;
+
+  /// The accessors that do not suit the element type fail with a sentence that names the array,
+  /// what it holds and what was asked for.
+  /// @throws object_model::InvalidCall
+  double getValueAsDouble(const object_model::Tuple& index) const override;
+  /// @copydoc getValueAsDouble
+  unsigned long getValueAsUInt(const object_model::Tuple& index) const override;
+  /// @copydoc getValueAsDouble
+  long getValueAsInt(const object_model::Tuple& index) const override;
+  /// @copydoc getValueAsDouble
+  std::string getValueAsString(const object_model::Tuple& index) const override;
+  /// @copydoc getValueAsDouble
+  const object_model::Data* getValueAsDictionary(const object_model::Tuple& index) const override;
+  /// @copydoc getValueAsDouble
+  bool getValueAsBoolean(const object_model::Tuple& index) const override;
+  /// @copydoc getValueAsDouble
+  std::complex<double> getValueAsComplex(const object_model::Tuple& index) const override;
+
+  const object_model::Tuple& size() const override;
+  std::string getPhysicalUnit() const override;
+  std::string getUnit() const override;
+
+  /// @return null: arrays in memory are written through their own class.
+  object_model::WritingInterface* getWritingInterface() override;
+  /// @return null: arrays in memory are written through their own class.
+  const object_model::WritingInterface* getWritingInterface() const override;
+
+  /// The number of elements: the product of the extents, 1 for an array without dimensions.
+  unsigned long numberOfElements() const;
+
+  /// Where the element at `index` stands when dimension 0 varies fastest.
+  /// @throws std::out_of_range with a sentence that names the array, the position and the shape
+  /// when
+  ///   the position has another number of indices than the array has dimensions, or one of them is
+  ///   not below its extent.
+  unsigned long offsetOf(const object_model::Tuple& index) const;
+
+  /// Replaces the description.
+  void setDescription(std::string description);
+
+  /// Sets both the unit that is shown and the physical unit.
+  void setUnit(const std::string& unit);
+
+  /// Sets the physical unit alone.
+  void setPhysicalUnit(std::string unit);
+
+ protected:
+  /// Takes over everything but the container.
+  ArrayBase(ArrayBase&& other) noexcept;
+
+ private:
+  ArrayDescriptor m_descriptor;
+  std::unique_ptr<object_model::TupleX> m_shape;  // a TupleX cannot be moved
+  unsigned long m_numberOfElements;
+  std::string m_unit;
+  std::string m_physicalUnit;
+  object_model::Data* m_parent = nullptr;
+};
+
+}  // namespace quillon::memory

@@ -1,0 +1,87 @@
+/// @file
+/// Arrays in memory of all element types.
+#pragma once
+
+#include <quillon/memory/ArrayBase.h>
+#include <quillon/memory/Dictionary.h>
+
+#include <complex>
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+namespace quillon::memory {
+
+/// An array whose elements stand in memory one after the other, dimension 0 varying fastest.
+///
+/// It owns its values or views a buffer of the caller's, which must then outlive it. `T` is one of
+/// `unsigned long`, `long`, `double`, `std::complex<double>`, `std::string`, `bool` and
+/// `quillon::memory::Dictionary`; the array's `ElementType` follows from it, and the accessor for
+/// that type alone yields values. An array that owns dictionaries is their parent.
+///
+/// Errors: as `ArrayBase`; a position outside the shape raises `std::out_of_range`.
+/// Threads: const operations may run concurrently.
+template <class T>
+class TypedArray final : public ArrayBase {
+ public:
+  /// An array that owns `values`, as many as the sizes of `axes` multiply to.
+  /// @throws std::invalid_argument when it is another number.
+  TypedArray(std::string name, std::vector<Axis> axes, std::vector<T> values);
+
+  /// An array that views the `count` values from `values` on. It reads them and never writes them.
+  /// @throws std::invalid_argument when `count` is not what the sizes of `axes` multiply to.
+  static TypedArray view(std::string name, std::vector<Axis> axes, const T* values,
+                         unsigned long count);
+
+  /// Takes over the values and the descriptor, not the container: the new array stands in none.
+  /// `other` may then only be destroyed.
+  TypedArray(TypedArray&& other) noexcept;
+  ~TypedArray() override;
+
+  /// The element at `index`.
+  const T& value(const object_model::Tuple& index) const;
+
+  /// Replaces the element at `index`.
+  /// @throws object_model::InvalidCall when the array views its values.
+  void setValue(const object_model::Tuple& index, T value);
+
+  double getValueAsDouble(const object_model::Tuple& index) const override;
+  unsigned long getValueAsUInt(const object_model::Tuple& index) const override;
+  long getValueAsInt(const object_model::Tuple& index) const override;
+  std::string getValueAsString(const object_model::Tuple& index) const override;
+  const object_model::Data* getValueAsDictionary(const object_model::Tuple& index) const override;
+  bool getValueAsBoolean(const object_model::Tuple& index) const override;
+  std::complex<double> getValueAsComplex(const object_model::Tuple& index) const override;
+
+ private:
+  // std::vector<bool> packs its elements and so cannot stand behind a `const bool*`.
+  using Owned =
+      std::conditional_t<std::is_same_v<T, bool>, std::unique_ptr<bool[]>, std::vector<T>>;
+
+  TypedArray(std::string name, std::vector<Axis> axes, const T* values, unsigned long count);
+
+  void adoptElements();
+
+  Owned m_owned;                // empty for a view
+  T* m_writable = nullptr;      // the owned values; null for a view
+  const T* m_values = nullptr;  // the owned or viewed values
+};
+
+using UIntArray = TypedArray<unsigned long>;            ///< elements are `ElementType::UInt`
+using IntArray = TypedArray<long>;                      ///< elements are `ElementType::Int`
+using DoubleArray = TypedArray<double>;                 ///< elements are `ElementType::Double`
+using ComplexArray = TypedArray<std::complex<double>>;  ///< elements are `ElementType::Complex`
+using StringArray = TypedArray<std::string>;            ///< elements are `ElementType::String`
+using BooleanArray = TypedArray<bool>;                  ///< elements are `ElementType::Boolean`
+using DictionaryArray = TypedArray<Dictionary>;         ///< elements are `ElementType::Dictionary`
+
+extern template class TypedArray<unsigned long>;
+extern template class TypedArray<long>;
+extern template class TypedArray<double>;
+extern template class TypedArray<std::complex<double>>;
+extern template class TypedArray<std::string>;
+extern template class TypedArray<bool>;
+extern template class TypedArray<Dictionary>;
+
+}  // namespace quillon::memory

@@ -1,0 +1,24 @@
+#include "Text.h"
+
+#include <array>
+
+namespace quillon::memory {
+
+std::string toText(const object_model::Tuple& tuple) {
+  std::string text = "(";
+  for (unsigned long k = 0; k < tuple.size(); ++k) {
+    if (k > 0) {
+      text += ';';
+    }
+    text += std::to_string(tuple[k]);
+  }
+  return text + ")";
+}
+
+std::string toText(object_model::ElementType type) {
+  static constexpr std::array<const char*, 7> NAMES = {"UInt",   "Int",     "Double",    "Complex",
+                                                       "String", "Boolean", "Dictionary"};
+  return NAMES.at(static_cast<std::size_t>(type));
+}
+
+}  // namespace quillon::memory
