@@ -1,0 +1,270 @@
+#include <object_model/ArrayInfo.h>
+#include <object_model/AxisInfo.h>
+#include <object_model/Dictionary.h>
+#include <object_model/IO.h>
+#include <object_model/InvalidCall.h>
+
+#include <algorithm>
+#include <limits>
+#include <map>
+#include <stdexcept>
+#include <utility>
+
+#include "ArrayProxy.h"
+#include "ColumnFilling.h"
+#include "ColumnNaming.h"
+#include "ColumnType.h"
+#include "GridIteration.h"
+
+namespace object_model {
+namespace {
+
+using IndexNames = std::vector<std::string>;
+using AxisSizes = std::map<std::string, unsigned long>;  // of the index axes, by name
+using Position = tabra::VectorX<unsigned long>;
+
+constexpr unsigned char SPREAD_AXIS = 0;
+constexpr unsigned char INDEX_AXIS = 1;
+
+bool isIndexName(const IndexNames& indexNames, const std::string& axisName) {
+  return std::find(indexNames.begin(), indexNames.end(), axisName) != indexNames.end();
+}
+
+/// The axes of one array, dimension 0 first: extent, name, and whether it is an index axis. Copied
+/// before anything else is asked of the array, so that one which changes meanwhile cannot lead a
+/// walk astray.
+struct Axes {
+  std::vector<unsigned long> extents;
+  std::vector<std::string> names;
+  std::vector<unsigned char> kinds;
+};
+
+Axes readAxes(const Array& array, const IndexNames& indexNames) {
+  Axes axes;
+  const Tuple& shape = array.size();
+  for (unsigned long k = 0; k < shape.size(); ++k) {
+    axes.extents.push_back(shape[k]);
+  }
+  const ArrayInfo& info = *array.getInformation()->asArrayInfo();
+  for (unsigned long k = 0; k < axes.extents.size(); ++k) {
+    const AxisInfo* axis = info.getAxisInfo(k);
+    axes.names.push_back(axis == nullptr ? "" : axis->getAxisName());
+    axes.kinds.push_back(isIndexName(indexNames, axes.names[k]) ? INDEX_AXIS : SPREAD_AXIS);
+  }
+  return axes;
+}
+
+/// Checks the index axes of one array against those met before.
+void collectIndexSizes(const Axes& axes, AxisSizes& axisSizes) {
+  for (std::size_t k = 0; k < axes.extents.size(); ++k) {
+    if (axes.kinds[k] == INDEX_AXIS &&
+        axisSizes.emplace(axes.names[k], axes.extents[k]).first->second != axes.extents[k]) {
+      throw std::runtime_error("Unconvertible Dictionary. Same axes must have the same size");
+    }
+  }
+}
+
+template <std::size_t N>
+Position toPosition(const std::array<unsigned long, N>& coordinates) {
+  Position position(N);
+  for (std::size_t k = 0; k < N; ++k) {
+    position[k] = coordinates[k];
+  }
+  return position;
+}
+
+/// Appends a column for every coordinate combination of the entry's spread axes.
+template <std::size_t N>
+void appendSpreadColumns(std::vector<Col>& columns, const std::string& entryName,
+                         tabra::DataType type, long entry, const Axes& axes) {
+  std::array<unsigned long, N> extents;
+  std::array<unsigned char, N> mask;
+  std::copy_n(axes.extents.begin(), N, extents.begin());
+  std::copy_n(axes.kinds.begin(), N, mask.begin());
+  const auto append = [&](const std::array<unsigned long, N>& position) {
+    columns.push_back({formatedColName<N>(entryName, axes.names, position, mask), type, entry,
+                       toPosition(position)});
+  };
+  iterate<N, N - 1>(extents, append, {}, mask);
+}
+
+/// Plans the columns of all array entries, and finds the sizes of the index axes.
+std::vector<Col> planColumns(Dictionary& dictionary, const IndexNames& indexNames,
+                             AxisSizes& axisSizes) {
+  std::vector<Col> columns;
+  const unsigned long count = dictionary.getNumOfData();
+  for (int i = 0; static_cast<unsigned long>(i) < count; ++i) {
+    Data* entry = dictionary.data(i);
+    if (!entry->isArray()) {
+      continue;
+    }
+    const Array& array = *entry->asArray();
+    const Axes axes = readAxes(array, indexNames);
+    collectIndexSizes(axes, axisSizes);
+    const std::string name = dictionary.getDataName(i);
+    const tabra::DataType type = toDataType(array.getElementType());
+    switch (axes.extents.size()) {
+      case 1:
+        columns.push_back({name, type, i, Position{0}});
+        break;
+      case 2:
+        appendSpreadColumns<2>(columns, name, type, i, axes);
+        break;
+      case 3:
+        appendSpreadColumns<3>(columns, name, type, i, axes);
+        break;
+      default:  // no column, though the axes and the element type were checked
+        break;
+    }
+  }
+  return columns;
+}
+
+/// Adds the index axes that no array carries, with size 0, and multiplies all sizes.
+unsigned long countRows(const IndexNames& indexNames, AxisSizes& axisSizes) {
+  unsigned long rows = 1;
+  for (const std::string& name : indexNames) {
+    if (axisSizes.emplace(name, 0).first->second == 0) {
+      rows = 0;
+    }
+  }
+  if (rows == 0) {
+    return 0;
+  }
+  for (const auto& axis : axisSizes) {
+    if (rows > std::numeric_limits<unsigned long>::max() / axis.second) {
+      throw std::length_error("The index axes span more rows than 64 bits can count");
+    }
+    rows *= axis.second;
+  }
+  return rows;
+}
+
+/// Columns are removed as they were counted before the first removal: a deliberate sequence that
+/// frames rely on.
+void emptyFrame(tabra::DataFrameView& frame) {
+  const std::array<unsigned long, 2> shape = frame.shape();
+  for (unsigned long column = 0; column < shape[0]; ++column) {
+    frame.removeColumn(column);
+  }
+  frame.removeRows(0, shape[1]);
+}
+
+void addIndexColumns(tabra::DataFrameView& frame, const IndexNames& indexNames,
+                     const std::vector<unsigned long>& gridShape) {
+  for (std::size_t i = 0; i < indexNames.size(); ++i) {
+    frame.addColumn("Index [" + indexNames[i] + "]", tabra::DataType(tabra::DataTypeId::UInt64));
+    if (indexNames.size() == 1) {
+      createColNamesForArray<1>(&frame, gridShape, i, i);
+    } else if (indexNames.size() == 2) {
+      createColNamesForArray<2>(&frame, gridShape, i, i);
+    } else if (indexNames.size() == 3) {
+      createColNamesForArray<3>(&frame, gridShape, i, i);
+    }
+  }
+}
+
+/// How a column sees its array: index axes first, in the caller's order, then the array's others.
+struct View {
+  std::vector<unsigned long> extents;
+  std::vector<unsigned long> sourceAxes;  // ArrayProxy::NO_AXIS for an index axis that it lacks
+  std::vector<unsigned char> kinds;
+
+  void append(unsigned long extent, unsigned long sourceAxis, unsigned char kind) {
+    extents.push_back(extent);
+    sourceAxes.push_back(sourceAxis);
+    kinds.push_back(kind);
+  }
+};
+
+View makeView(const Array& array, const IndexNames& indexNames, const AxisSizes& axisSizes) {
+  const Axes axes = readAxes(array, indexNames);
+  View view;
+  for (const std::string& indexName : indexNames) {
+    const auto found = std::find(axes.names.begin(), axes.names.end(), indexName);
+    view.append(axisSizes.at(indexName),
+                found == axes.names.end() ? ArrayProxy::NO_AXIS
+                                          : static_cast<unsigned long>(found - axes.names.begin()),
+                INDEX_AXIS);
+  }
+  for (std::size_t k = 0; k < axes.extents.size(); ++k) {
+    if (axes.kinds[k] == SPREAD_AXIS) {
+      view.append(axes.extents[k], k, SPREAD_AXIS);
+    }
+  }
+  return view;
+}
+
+/// Where the column stands along the view's dimensions.
+Position startOf(const Col& column, const View& view) {
+  Position start(view.sourceAxes.size());
+  for (std::size_t m = 0; m < view.sourceAxes.size(); ++m) {
+    const unsigned long axis = view.sourceAxes[m];
+    // NO_AXIS lies beyond every position, and so does an axis that the array has grown since the
+    // column was planned.
+    start[m] = axis < column.position.size() ? column.position[axis] : 0;
+  }
+  return start;
+}
+
+template <class T>
+void fillColumn(tabra::DataFrameView& frame, const ArrayProxy& proxy, const View& view,
+                unsigned long column, const Position& start) {
+  switch (view.extents.size()) {
+    case 1:
+      return fillDataFrame<T, 1>(&frame, &proxy, view.extents, view.kinds, column, start);
+    case 2:
+      return fillDataFrame<T, 2>(&frame, &proxy, view.extents, view.kinds, column, start);
+    case 3:
+      return fillDataFrame<T, 3>(&frame, &proxy, view.extents, view.kinds, column, start);
+    default:  // stays unfilled: grids have at most three dimensions
+      return;
+  }
+}
+
+void fillFromArray(tabra::DataFrameView& frame, Array& array, const Col& planned,
+                   unsigned long column, const IndexNames& indexNames, const AxisSizes& axisSizes) {
+  frame.setUnit(column, array.getPhysicalUnit());
+  const View view = makeView(array, indexNames, axisSizes);
+  const ArrayProxy proxy(view.extents.data(), view.extents.size(), view.sourceAxes, &array);
+  const Position start = startOf(planned, view);
+  switch (array.getElementType()) {
+    case ElementType::Int:
+      return fillColumn<long>(frame, proxy, view, column, start);
+    case ElementType::Double:
+      return fillColumn<double>(frame, proxy, view, column, start);
+    case ElementType::UInt:
+      return fillColumn<unsigned long>(frame, proxy, view, column, start);
+    default:
+      throw InvalidCall("Unsuported export");  // callers match on the misspelt text: keep it
+  }
+}
+
+}  // namespace
+
+void exportToDataFrame(Dictionary& dictionary, tabra::DataFrameView* frame,
+                       const std::vector<std::string>& indexNames) {
+  AxisSizes axisSizes;
+  const std::vector<Col> columns = planColumns(dictionary, indexNames, axisSizes);
+  const unsigned long rows = countRows(indexNames, axisSizes);
+  std::vector<unsigned long> gridShape;
+  for (const std::string& name : indexNames) {
+    gridShape.push_back(axisSizes.at(name));
+  }
+
+  emptyFrame(*frame);
+  frame->addRows(0, rows);
+  addIndexColumns(*frame, indexNames, gridShape);
+  for (const Col& column : columns) {
+    frame->addColumn(column.name, column.type);
+  }
+  for (std::size_t j = 0; j < columns.size(); ++j) {
+    Data* entry = dictionary.data(static_cast<int>(columns[j].index));
+    if (entry->isArray()) {
+      fillFromArray(*frame, *entry->asArray(), columns[j], indexNames.size() + j, indexNames,
+                    axisSizes);
+    }
+  }
+}
+
+}  // namespace object_model

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <tabra/DataFrameView.h>
+
+#include <functional>
+#include <limits>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace object_model {
+
+/// How many of `rows` rows a rendering shows: all when `maxRows` is 0.
+inline unsigned long countShownRows(unsigned long rows, unsigned long maxRows) {
+  return maxRows == 0 || rows <= maxRows ? rows : maxRows;
+}
+
+/// Writes the `T` at `cursor` as the stream's state has it and returns the cursor moved past it.
+template <class Stream, class T>
+void* writeToStream(Stream& stream, void* cursor) {
+  T* const value = static_cast<T*>(cursor);
+  stream << *value;
+  return value + 1;
+}
+
+/// Writes an empty cell, which still takes the field width, and leaves the cursor where it is.
+template <class Stream>
+void* writeEmptyCell(Stream& stream, void* cursor) {
+  stream << "";
+  return cursor;
+}
+
+/// Reads the first `rowCount` rows of every column in one go each, and binds one cell writer to
+/// each column. The cursors point to the first value of each column's buffer.
+///
+/// A column of a type that cannot be shown has an empty buffer and a writer of empty cells, so that
+/// every later column keeps its place; its read is issued all the same.
+template <class Stream>
+void extractDataOfDataFrame(const std::shared_ptr<tabra::DataFrameView>& frame,
+                            std::vector<std::vector<unsigned char>>& buffers,
+                            std::vector<void*>& cursors,
+                            std::vector<std::function<void*(Stream&, void*)>>& writers,
+                            unsigned long rowCount) {
+  constexpr unsigned long VALUE_SIZE = 8;
+  const unsigned long columns = frame->shape()[0];
+  buffers.resize(columns);
+  cursors.resize(columns);
+  writers.clear();
+  const auto bind = [&](unsigned long column, void* (*writer)(Stream&, void*)) {
+    if (rowCount > std::numeric_limits<unsigned long>::max() / VALUE_SIZE) {
+      throw std::length_error("Cannot hold " + std::to_string(rowCount) + " rows of a column");
+    }
+    buffers[column].resize(rowCount * VALUE_SIZE);
+    writers.emplace_back(writer);
+  };
+  for (unsigned long i = 0; i < columns; ++i) {
+    switch (frame->columnDataType(i).id()) {
+      case tabra::DataTypeId::UInt64:
+        bind(i, &writeToStream<Stream, unsigned long>);
+        break;
+      case tabra::DataTypeId::Int64:
+        bind(i, &writeToStream<Stream, long>);
+        break;
+      case tabra::DataTypeId::Float64:
+        bind(i, &writeToStream<Stream, double>);
+        break;
+      default:
+        writers.emplace_back(&writeEmptyCell<Stream>);
+        break;
+    }
+    frame->read(i, 0, rowCount, buffers[i].data());
+    cursors[i] = buffers[i].data();
+  }
+}
+
+}  // namespace object_model

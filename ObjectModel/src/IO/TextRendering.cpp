@@ -1,0 +1,63 @@
+#include <object_model/IO.h>
+
+#include <algorithm>
+#include <iomanip>
+#include <limits>
+#include <sstream>
+#include <stdexcept>
+
+#include "DataFrameExtraction.h"
+
+namespace object_model {
+namespace {
+
+int widthOf(const std::string& columnName) {
+  constexpr std::size_t LEAST_WIDTH = 15;
+  constexpr std::size_t GAP = 2;
+  const std::size_t width = std::max(columnName.size() + GAP, LEAST_WIDTH);
+  if (width > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
+    throw std::length_error("A column name of " + std::to_string(columnName.size()) +
+                            " characters is too long to be aligned");
+  }
+  return static_cast<int>(width);
+}
+
+}  // namespace
+
+std::string exportDataFrameToString(std::shared_ptr<tabra::DataFrameView> frame,
+                                    unsigned long maxRows) {
+  const std::array<unsigned long, 2> shape = frame->shape();
+  const unsigned long columns = shape[0];
+  const unsigned long shownRows = countShownRows(shape[1], maxRows);
+  std::vector<std::vector<unsigned char>> buffers;
+  std::vector<void*> cursors;
+  std::vector<std::function<void*(std::ostringstream&, void*)>> writers;
+  extractDataOfDataFrame(frame, buffers, cursors, writers, shownRows);
+
+  std::ostringstream stream;
+  std::vector<int> widths;
+  const auto alignUnlessLast = [&](unsigned long column) {
+    if (column + 1 < columns) {
+      stream << std::left << std::setw(widths[column]);
+    }
+  };
+  for (unsigned long i = 0; i < columns; ++i) {
+    const std::string& name = frame->columnName(i);
+    widths.push_back(widthOf(name));
+    alignUnlessLast(i);
+    stream << name << (i + 1 < columns ? "" : "\n");
+  }
+  for (unsigned long row = 0; row < shownRows && columns > 0; ++row) {
+    for (unsigned long i = 0; i < columns; ++i) {
+      alignUnlessLast(i);
+      cursors[i] = writers[i](stream, cursors[i]);
+    }
+    stream << "\n";
+  }
+  if (shownRows < shape[1]) {
+    stream << "...\n";
+  }
+  return stream.str();
+}
+
+}  // namespace object_model
