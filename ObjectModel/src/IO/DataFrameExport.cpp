@@ -39,7 +39,9 @@ struct Axes {
   std::vector<unsigned char> kinds;
 };
 
-Axes readAxes(const Array& array, const IndexNames& indexNames) {
+/// `onIndexAxis` is told the name and extent of each index axis as it is met.
+template <class OnIndexAxis>
+Axes readAxes(const Array& array, const IndexNames& indexNames, OnIndexAxis onIndexAxis) {
   Axes axes;
   const Tuple& shape = array.size();
   for (unsigned long k = 0; k < shape.size(); ++k) {
@@ -49,19 +51,13 @@ Axes readAxes(const Array& array, const IndexNames& indexNames) {
   for (unsigned long k = 0; k < axes.extents.size(); ++k) {
     const AxisInfo* axis = info.getAxisInfo(k);
     axes.names.push_back(axis == nullptr ? "" : axis->getAxisName());
-    axes.kinds.push_back(isIndexName(indexNames, axes.names[k]) ? INDEX_AXIS : SPREAD_AXIS);
-  }
-  return axes;
-}
-
-/// Checks the index axes of one array against those met before.
-void collectIndexSizes(const Axes& axes, AxisSizes& axisSizes) {
-  for (std::size_t k = 0; k < axes.extents.size(); ++k) {
-    if (axes.kinds[k] == INDEX_AXIS &&
-        axisSizes.emplace(axes.names[k], axes.extents[k]).first->second != axes.extents[k]) {
-      throw std::runtime_error("Unconvertible Dictionary. Same axes must have the same size");
+    const bool isIndex = isIndexName(indexNames, axes.names[k]);
+    axes.kinds.push_back(isIndex ? INDEX_AXIS : SPREAD_AXIS);
+    if (isIndex) {
+      onIndexAxis(axes.names[k], axes.extents[k]);
     }
   }
+  return axes;
 }
 
 template <std::size_t N>
@@ -91,6 +87,11 @@ void appendSpreadColumns(std::vector<Col>& columns, const std::string& entryName
 /// Plans the columns of all array entries, and finds the sizes of the index axes.
 std::vector<Col> planColumns(Dictionary& dictionary, const IndexNames& indexNames,
                              AxisSizes& axisSizes) {
+  const auto requireSameSize = [&](const std::string& axisName, unsigned long extent) {
+    if (axisSizes.emplace(axisName, extent).first->second != extent) {
+      throw std::runtime_error("Unconvertible Dictionary. Same axes must have the same size");
+    }
+  };
   std::vector<Col> columns;
   const unsigned long count = dictionary.getNumOfData();
   for (int i = 0; static_cast<unsigned long>(i) < count; ++i) {
@@ -99,8 +100,7 @@ std::vector<Col> planColumns(Dictionary& dictionary, const IndexNames& indexName
       continue;
     }
     const Array& array = *entry->asArray();
-    const Axes axes = readAxes(array, indexNames);
-    collectIndexSizes(axes, axisSizes);
+    const Axes axes = readAxes(array, indexNames, requireSameSize);
     const std::string name = dictionary.getDataName(i);
     const tabra::DataType type = toDataType(array.getElementType());
     switch (axes.extents.size()) {
@@ -178,7 +178,8 @@ struct View {
 };
 
 View makeView(const Array& array, const IndexNames& indexNames, const AxisSizes& axisSizes) {
-  const Axes axes = readAxes(array, indexNames);
+  // The sizes were agreed on when the columns were planned.
+  const Axes axes = readAxes(array, indexNames, [](const std::string&, unsigned long) {});
   View view;
   for (const std::string& indexName : indexNames) {
     const auto found = std::find(axes.names.begin(), axes.names.end(), indexName);

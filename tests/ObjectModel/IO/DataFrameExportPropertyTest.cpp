@@ -1,0 +1,102 @@
+#include <gtest/gtest.h>
+#include <object_model/IO.h>
+#include <quillon/memory/Dictionary.h>
+#include <quillon/memory/TypedArray.h>
+#include <rapidcheck.h>
+
+#include <stdexcept>
+
+#include "PlainExport.h"
+#include "support/RecordingDataFrame.h"
+#include "support/TableText.h"
+
+namespace object_model {
+namespace {
+
+using quillon::memory::Axis;
+using Entries = quillon::memory::Dictionary;
+
+template <class T>
+std::vector<T> counting(unsigned long count) {
+  std::vector<T> values;
+  for (unsigned long i = 0; i < count; ++i) {
+    values.push_back(static_cast<T>(static_cast<long>(i) - 2));
+  }
+  return values;
+}
+
+/// A dictionary of arrays over few axis names, so that names meet, and mostly of agreeing sizes.
+void addEntries(Entries& entries) {
+  const auto sizes = *rc::gen::container<std::vector<unsigned long>>(
+      4, rc::gen::element<unsigned long>(1, 2, 3, 2, 0));
+  const int count = *rc::gen::inRange(0, 5);
+  for (int i = 0; i < count; ++i) {
+    const std::string name = "e" + std::to_string(i);
+    std::vector<Axis> axes;
+    unsigned long elements = 1;
+    const int dimensions = *rc::gen::inRange(0, 5);
+    for (int k = 0; k < dimensions; ++k) {
+      const auto axis = *rc::gen::inRange<std::size_t>(0, 4);
+      const bool disagrees = *rc::gen::inRange(0, 20) == 0;
+      axes.emplace_back(std::string(1, "abcd"[axis]), sizes[axis] + (disagrees ? 1 : 0));
+      elements *= axes.back().size();
+    }
+    switch (*rc::gen::inRange(0, 24)) {
+      case 0:
+        entries.add(Entries(name));
+        break;
+      case 1:
+        entries.add(quillon::memory::StringArray(name, axes, std::vector<std::string>(elements)));
+        break;
+      case 2:
+      case 3:
+      case 4:
+      case 5:
+        entries.add(quillon::memory::UIntArray(name, axes, counting<unsigned long>(elements)));
+        break;
+      case 6:
+      case 7:
+      case 8:
+      case 9:
+        entries.add(quillon::memory::IntArray(name, axes, counting<long>(elements)));
+        break;
+      default:
+        entries.add(quillon::memory::DoubleArray(name, axes, counting<double>(elements)))
+            .setUnit("u" + std::to_string(i));
+    }
+  }
+}
+
+/// All that a caller can see of one export: the calls on the frame, the table, the error.
+template <class Export>
+std::string outcomeOf(const Export& exportTo) {
+  test::RecordingDataFrame frame;
+  frame.frame().addRows(0, 3);
+  frame.frame().addColumn("old", tabra::DataType(tabra::DataTypeId::Int64));
+  frame.frame().addColumn("older", tabra::DataType(tabra::DataTypeId::Int64));
+  std::string outcome;
+  try {
+    exportTo(frame);
+  } catch (const std::exception& error) {
+    outcome = std::string(error.what()) + "\n";
+  }
+  for (const std::string& call : frame.calls()) {
+    outcome += call + "\n";
+  }
+  return outcome + test::tableText(frame.frame());
+}
+
+TEST(DataFrameExportProperty, AgreesWithThePlainVersionOnEveryCall) {
+  EXPECT_TRUE(rc::check("export = plain export", [] {
+    Entries entries("e");
+    addEntries(entries);
+    const auto indexNames =
+        *rc::gen::resize(4, rc::gen::container<std::vector<std::string>>(
+                                rc::gen::element<std::string>("a", "b", "c", "d")));
+    RC_ASSERT(outcomeOf([&](auto& frame) { exportToDataFrame(entries, &frame, indexNames); }) ==
+              outcomeOf([&](auto& frame) { test::plainExport(entries, frame, indexNames); }));
+  }));
+}
+
+}  // namespace
+}  // namespace object_model

@@ -1,0 +1,440 @@
+#include <gmock/gmock.h>
+#include <object_model/IO.h>
+#include <object_model/InvalidCall.h>
+#include <quillon/memory/Dictionary.h>
+#include <quillon/memory/TypedArray.h>
+
+#include <stdexcept>
+
+#include "support/RecordingDataFrame.h"
+#include "support/TableText.h"
+
+namespace object_model {
+namespace {
+
+using quillon::memory::Axis;
+using quillon::memory::DoubleArray;
+using quillon::memory::IntArray;
+using quillon::memory::UIntArray;
+using Entries = quillon::memory::Dictionary;
+
+/// 0, 1, 2, ... as many as the axes hold, in memory order.
+IntArray counting(const std::string& name, const std::vector<Axis>& axes) {
+  unsigned long count = 1;
+  for (const Axis& axis : axes) {
+    count *= axis.size();
+  }
+  std::vector<long> values(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    values[i] = static_cast<long>(i);
+  }
+  return {name, axes, values};
+}
+
+std::string exported(Entries& entries, const std::vector<std::string>& indexNames) {
+  tabra::MemoryDataFrame frame;
+  exportToDataFrame(entries, &frame, indexNames);
+  return test::tableText(frame);
+}
+
+TEST(DataFrameExport, MakesAnIndexColumnAndAColumnForEachSpreadCoordinate) {
+  Entries entries("e");
+  entries.add(DoubleArray("A", {{AxisType::Time, 3}}, {0.5, 1.5, 2.5}));
+  entries.add(counting("B", {{AxisType::Time, 3}, {AxisType::Channel, 2}}));
+  EXPECT_EQ(exported(entries, {"time"}),
+            "Index [time] () uint: 0 1 2\n"
+            "A () double: 0.5 1.5 2.5\n"
+            "B[channel=0] () int: 0 1 2\n"
+            "B[channel=1] () int: 3 4 5\n"
+            "3 rows\n");
+}
+
+TEST(DataFrameExport, OrdersRowsByTheCallersIndexAxes) {
+  Entries entries("e");
+  entries.add(counting("A", {{"x", 2}, {"y", 3}}));
+  EXPECT_EQ(exported(entries, {"x", "y"}),
+            "Index [x] () uint: 0 1 0 1 0 1\n"
+            "Index [y] () uint: 0 0 1 1 2 2\n"
+            "A () int: 0 1 2 3 4 5\n"
+            "6 rows\n");
+  EXPECT_EQ(exported(entries, {"y", "x"}),
+            "Index [y] () uint: 0 1 2 0 1 2\n"
+            "Index [x] () uint: 0 0 0 1 1 1\n"
+            "A () int: 0 2 4 1 3 5\n"
+            "6 rows\n");
+}
+
+TEST(DataFrameExport, SpreadsTheFirstSpreadAxisFastest) {
+  Entries entries("e");
+  entries.add(counting("A", {{"x", 2}, {"t", 2}, {"y", 2}}));
+  EXPECT_EQ(exported(entries, {"t"}),
+            "Index [t] () uint: 0 1\n"
+            "A[x=0, y=0] () int: 0 2\n"
+            "A[x=1, y=0] () int: 1 3\n"
+            "A[x=0, y=1] () int: 4 6\n"
+            "A[x=1, y=1] () int: 5 7\n"
+            "2 rows\n");
+}
+
+TEST(DataFrameExport, UsesThreeIndexAxes) {
+  Entries entries("e");
+  entries.add(counting("A", {{"x", 2}, {"y", 1}, {"z", 2}}));
+  EXPECT_EQ(exported(entries, {"z", "y", "x"}),
+            "Index [z] () uint: 0 1 0 1\n"
+            "Index [y] () uint: 0 0 0 0\n"
+            "Index [x] () uint: 0 0 1 1\n"
+            "A () int: 0 2 1 3\n"
+            "4 rows\n");
+}
+
+TEST(DataFrameExport, RepeatsAnArrayAlongAnIndexAxisThatItLacks) {
+  Entries entries("e");
+  entries.add(counting("A", {{"x", 2}, {"y", 2}}));
+  entries.add(counting("B", {{"y", 2}}));
+  EXPECT_EQ(exported(entries, {"x", "y"}),
+            "Index [x] () uint: 0 1 0 1\n"
+            "Index [y] () uint: 0 0 1 1\n"
+            "A () int: 0 1 2 3\n"
+            "B () int: 0 0 1 1\n"
+            "4 rows\n");
+}
+
+TEST(DataFrameExport, RepeatsTheFirstElementOfALineThatIsNoIndexAxis) {
+  Entries entries("e");
+  entries.add(counting("A", {{"x", 2}}));
+  entries.add(IntArray("B", {{"other", 3}}, {7, 8, 9}));
+  EXPECT_EQ(exported(entries, {"x"}),
+            "Index [x] () uint: 0 1\n"
+            "A () int: 0 1\n"
+            "B () int: 7 7\n"
+            "2 rows\n");
+}
+
+TEST(DataFrameExport, WithoutIndexNamesGivesOneRow) {
+  Entries entries("e");
+  entries.add(IntArray("line", {{"x", 3}}, {7, 8, 9}));
+  entries.add(counting("grid", {{"x", 2}, {"y", 2}}));
+  entries.add(counting("cube", {{"x", 1}, {"y", 1}, {"z", 2}}));
+  EXPECT_EQ(exported(entries, {}),
+            "line () int: 7\n"
+            "grid[x=0, y=0] () int: 0\n"
+            "grid[x=1, y=0] () int: 1\n"
+            "grid[x=0, y=1] () int: 2\n"
+            "grid[x=1, y=1] () int: 3\n"
+            "cube[x=0, y=0, z=0] () int: 0\n"
+            "cube[x=0, y=0, z=1] () int: 1\n"
+            "1 rows\n");
+}
+
+TEST(DataFrameExport, OfAnEmptyDictionaryHasNoRowsWhereAnIndexIsAskedFor) {
+  Entries entries("e");
+  EXPECT_EQ(exported(entries, {"t"}), "Index [t] () uint:\n0 rows\n");
+  EXPECT_EQ(exported(entries, {}), "1 rows\n");
+}
+
+TEST(DataFrameExport, HasNoRowsWhenNoArrayCarriesAnIndexAxis) {
+  Entries entries("e");
+  entries.add(counting("A", {{"x", 2}}));
+  EXPECT_EQ(exported(entries, {"x", "missing"}),
+            "Index [x] () uint:\nIndex [missing] () uint:\nA () int:\n0 rows\n");
+}
+
+TEST(DataFrameExport, HasNoRowsWhenAnIndexAxisIsEmpty) {
+  Entries entries("e");
+  entries.add(counting("A", {{"x", 0}, {"c", 2}}));
+  EXPECT_EQ(exported(entries, {"x"}),
+            "Index [x] () uint:\nA[c=0] () int:\nA[c=1] () int:\n0 rows\n");
+}
+
+TEST(DataFrameExport, GivesNoColumnForAnEmptySpreadAxis) {
+  Entries entries("e");
+  entries.add(counting("A", {{"x", 2}, {"c", 0}}));
+  EXPECT_EQ(exported(entries, {"x"}), "Index [x] () uint: 0 1\n2 rows\n");
+}
+
+TEST(DataFrameExport, MatchesIndexNamesInTheirCase) {
+  Entries entries("e");
+  entries.add(counting("A", {{AxisType::Time, 2}}));
+  EXPECT_EQ(exported(entries, {"Time"}), "Index [Time] () uint:\nA () int:\n0 rows\n");
+}
+
+TEST(DataFrameExport, ReadsAnAxisNameThatOccursTwiceFromTheFirstOfThem) {
+  Entries entries("e");
+  entries.add(counting("A", {{"x", 2}, {"x", 2}}));
+  EXPECT_EQ(exported(entries, {"x"}), "Index [x] () uint: 0 1\nA () int: 0 1\n2 rows\n");
+}
+
+TEST(DataFrameExport, ChecksBothAxesOfOneName) {
+  Entries entries("e");
+  entries.add(counting("A", {{"x", 2}, {"x", 3}}));
+  EXPECT_THROW(exported(entries, {"x"}), std::runtime_error);
+}
+
+TEST(DataFrameExport, PassesOverEntriesThatAreNoArrays) {
+  Entries entries("e");
+  entries.add(Entries("nested")).add(counting("hidden", {{"x", 2}}));
+  entries.add(counting("A", {{"x", 2}}));
+  EXPECT_EQ(exported(entries, {"x"}), "Index [x] () uint: 0 1\nA () int: 0 1\n2 rows\n");
+}
+
+TEST(DataFrameExport, GivesNoColumnForArraysOf0OrMoreThan3DimensionsButChecksTheirAxes) {
+  Entries entries("e");
+  entries.add(IntArray("scalar", {}, {7}));
+  entries.add(counting("four", {{"x", 2}, {"y", 1}, {"z", 1}, {"w", 1}}));
+  EXPECT_EQ(exported(entries, {"x"}), "Index [x] () uint: 0 1\n2 rows\n");
+  entries.add(counting("A", {{"x", 3}}));
+  EXPECT_THROW(exported(entries, {"x"}), std::runtime_error);
+}
+
+TEST(DataFrameExport, ChecksTheElementTypeOfArraysThatGiveNoColumn) {
+  Entries entries("e");
+  entries.add(quillon::memory::BooleanArray("flag", {}, {true}));
+  EXPECT_THROW(exported(entries, {}), std::runtime_error);
+}
+
+TEST(DataFrameExport, LeavesEverythingUnfilledWithMoreThanThreeIndexNames) {
+  Entries entries("e");
+  entries.add(IntArray("A", {{"a", 2}}, {7, 8}));
+  entries.add(IntArray("B", {{"b", 1}, {"c", 1}, {"d", 1}}, {9}));
+  EXPECT_EQ(exported(entries, {"a", "b", "c", "d"}),
+            "Index [a] () uint: 0 0\n"
+            "Index [b] () uint: 0 0\n"
+            "Index [c] () uint: 0 0\n"
+            "Index [d] () uint: 0 0\n"
+            "A () int: 0 0\n"
+            "B () int: 0 0\n"
+            "2 rows\n");
+}
+
+TEST(DataFrameExport, LeavesAColumnUnfilledWhoseViewHasMoreThanThreeDimensions) {
+  Entries entries("e");
+  entries.add(counting("A", {{"x", 2}, {"y", 1}}));
+  IntArray wide("B", {{"c", 1}, {"d", 1}}, {9});
+  wide.setUnit("m");
+  entries.add(std::move(wide));
+  EXPECT_EQ(exported(entries, {"x", "y"}),
+            "Index [x] () uint: 0 1\n"
+            "Index [y] () uint: 0 0\n"
+            "A () int: 0 1\n"
+            "B[c=0, d=0] (m) int: 0 0\n"  // the unit is set before the column is passed over
+            "2 rows\n");
+}
+
+TEST(DataFrameExport, SetsThePhysicalUnitOfEachDataColumn) {
+  Entries entries("e");
+  DoubleArray length("length", {{"x", 1}, {"c", 2}}, {1.5, 2.5});
+  length.setUnit("um");
+  length.setPhysicalUnit("m");
+  entries.add(std::move(length));
+  EXPECT_EQ(exported(entries, {"x"}),
+            "Index [x] () uint: 0\n"
+            "length[c=0] (m) double: 1.5\n"
+            "length[c=1] (m) double: 2.5\n"
+            "1 rows\n");
+}
+
+TEST(DataFrameExport, KeepsTheLargestIntegers) {
+  Entries entries("e");
+  entries.add(UIntArray("u", {{"x", 1}}, {18446744073709551615UL}));
+  entries.add(IntArray("i", {{"x", 1}}, {std::numeric_limits<long>::min()}));
+  EXPECT_EQ(exported(entries, {"x"}),
+            "Index [x] () uint: 0\n"
+            "u () uint: 18446744073709551615\n"
+            "i () int: -9223372036854775808\n"
+            "1 rows\n");
+}
+
+// The calls made on the frame are part of the contract: tables of other makers see exactly these.
+TEST(DataFrameExport, MakesItsCallsInAFixedOrder) {
+  test::RecordingDataFrame frame;
+  frame.addRows(0, 5);
+  frame.addColumn("old", tabra::DataType(tabra::DataTypeId::Int64));
+  frame.addColumn("older", tabra::DataType(tabra::DataTypeId::Int64));
+  frame.addColumn("oldest", tabra::DataType(tabra::DataTypeId::Int64));
+  frame.calls().clear();
+  Entries entries("e");
+  DoubleArray a("A", {{"t", 2}}, {0.5, 1.5});
+  a.setUnit("s");
+  entries.add(std::move(a));
+  entries.add(UIntArray("B", {{"c", 2}, {"t", 2}}, {7, 8, 9, 10}));
+  exportToDataFrame(entries, &frame, {"t"});
+  EXPECT_THAT(
+      frame.calls(),
+      ::testing::ElementsAre("shape()", "removeColumn(0)", "removeColumn(1)", "removeColumn(2)",
+                             "removeRows(0, 5)", "addRows(0, 2)", "addColumn(Index [t], 0x10140)",
+                             "write(0, 0, 1, 0)", "write(0, 1, 1, 1)", "addColumn(A, 0x30140)",
+                             "addColumn(B[c=0], 0x10140)", "addColumn(B[c=1], 0x10140)",
+                             "setColumnUnit(1, s)", "write(1, 0, 1, 0.5)", "write(1, 1, 1, 1.5)",
+                             "setColumnUnit(2, )", "write(2, 0, 1, 7)", "write(2, 1, 1, 9)",
+                             "setColumnUnit(3, )", "write(3, 0, 1, 8)", "write(3, 1, 1, 10)"));
+  EXPECT_EQ(test::tableText(frame.frame()),
+            "Index [t] () uint: 0 1\n"
+            "A (s) double: 0.5 1.5\n"
+            "B[c=0] () uint: 7 9\n"
+            "B[c=1] () uint: 8 10\n"
+            "2 rows\n");
+}
+
+TEST(DataFrameExport, RemovesAndAddsRowsEvenWhenThereAreNone) {
+  test::RecordingDataFrame frame;
+  Entries entries("e");
+  exportToDataFrame(entries, &frame, {"t"});
+  EXPECT_THAT(frame.calls(), ::testing::ElementsAre("shape()", "removeRows(0, 0)", "addRows(0, 0)",
+                                                    "addColumn(Index [t], 0x10140)"));
+}
+
+TEST(DataFrameExport, FillsEachIndexColumnBeforeTheNextIsAdded) {
+  test::RecordingDataFrame frame;
+  Entries entries("e");
+  entries.add(IntArray("A", {{"x", 1}, {"y", 1}}, {7}));
+  exportToDataFrame(entries, &frame, {"y", "x"});
+  EXPECT_THAT(frame.calls(),
+              ::testing::ElementsAre(
+                  "shape()", "removeRows(0, 0)", "addRows(0, 1)", "addColumn(Index [y], 0x10140)",
+                  "write(0, 0, 1, 0)", "addColumn(Index [x], 0x10140)", "write(1, 0, 1, 0)",
+                  "addColumn(A, 0x20140)", "setColumnUnit(2, )", "write(2, 0, 1, 7)"));
+}
+
+class FailingExport : public ::testing::Test {
+ protected:
+  FailingExport() {
+    m_frame.addColumn("kept", tabra::DataType(tabra::DataTypeId::Int64));
+    m_frame.addRows(0, 1);
+    m_frame.calls().clear();
+  }
+
+  std::string errorOf(const std::vector<std::string>& indexNames) {
+    try {
+      exportToDataFrame(m_entries, &m_frame, indexNames);
+    } catch (const std::runtime_error& error) {
+      return error.what();
+    }
+    return "no error";
+  }
+
+  Entries m_entries{"e"};
+  test::RecordingDataFrame m_frame;
+};
+
+TEST_F(FailingExport, LeavesTheFrameUntouchedWhenSizesDiffer) {
+  m_entries.add(counting("A", {{"t", 2}}));
+  m_entries.add(counting("B", {{"t", 3}}));
+  EXPECT_EQ(errorOf({"t"}), "Unconvertible Dictionary. Same axes must have the same size");
+  EXPECT_THAT(m_frame.calls(), ::testing::IsEmpty());
+}
+
+TEST_F(FailingExport, LetsSizesOfAxesThatAreNoIndexDiffer) {
+  m_entries.add(counting("A", {{"t", 2}}));
+  m_entries.add(counting("B", {{"t", 3}}));
+  EXPECT_EQ(errorOf({}), "no error");
+}
+
+TEST_F(FailingExport, LeavesTheFrameUntouchedWhenAnElementTypeHasNoColumn) {
+  m_entries.add(counting("A", {{"t", 1}}));
+  m_entries.add(quillon::memory::StringArray("S", {{"t", 1}}, {"text"}));
+  EXPECT_EQ(errorOf({"t"}), "Non convertible type");
+  EXPECT_THAT(m_frame.calls(), ::testing::IsEmpty());
+}
+
+TEST_F(FailingExport, LeavesTheFrameUntouchedWhenThereAreMoreRowsThan64BitsCount) {
+  const auto line = [](const std::string& axis) {
+    return IntArray::view("a" + axis, {{axis, 1UL << 32}}, nullptr, 1UL << 32);
+  };
+  m_entries.add(line("x"));
+  m_entries.add(line("y"));
+  EXPECT_THROW(exportToDataFrame(m_entries, &m_frame, {"x", "y"}), std::length_error);
+  EXPECT_THAT(m_frame.calls(), ::testing::IsEmpty());
+}
+
+TEST_F(FailingExport, FollowsTheStepsForAnIndexNameGivenTwice) {
+  m_entries.add(counting("A", {{"t", 2}}));
+  // The table gets a row for each coordinate of t, the index columns walk t by t: the frame
+  // refuses.
+  EXPECT_THROW(exportToDataFrame(m_entries, &m_frame, {"t", "t"}), std::out_of_range);
+  EXPECT_EQ(test::tableText(m_frame.frame()), "Index [t] () uint: 0 1\n2 rows\n");
+}
+
+/// An array that turns into one of strings once it was asked for its unit, as its column is filled.
+class TurningArray : public quillon::memory::ArrayBase {
+ public:
+  TurningArray()
+      : ArrayBase("turning", ElementType::Int, {{"t", 1}}),
+        m_turned("turning", ElementType::String, {{"t", 1}}) {}
+
+  const quillon::memory::ArrayDescriptor* getInformation() const override {
+    return m_isTurned ? &m_turned : ArrayBase::getInformation();
+  }
+  std::string getPhysicalUnit() const override {
+    m_isTurned = true;
+    return "";
+  }
+
+ private:
+  quillon::memory::ArrayDescriptor m_turned;
+  mutable bool m_isTurned = false;
+};
+
+TEST_F(FailingExport, RefusesAnElementTypeThatChangesWhileTheTableIsFilled) {
+  m_entries.add(std::make_unique<TurningArray>());
+  try {
+    exportToDataFrame(m_entries, &m_frame, {"t"});
+    FAIL() << "filled";
+  } catch (const InvalidCall& error) {
+    EXPECT_EQ(error.what(), "Unsuported export");
+  }
+}
+
+/// A dictionary whose only entry turns into a dictionary after some lookups.
+class TurningDictionary : public Dictionary {
+ public:
+  const DataInfo* getInformation() const override { return nullptr; }
+  const Data* parent() const override { return nullptr; }
+  Data* parent() override { return nullptr; }
+  void setParent(Data* /*parent*/) override {}
+  bool isDynamicDictionary() const override { return false; }
+  DynamicDictionary* asDynamicDictionary() override { return nullptr; }
+  const DynamicDictionary* asDynamicDictionary() const override { return nullptr; }
+  unsigned long getNumOfData() const override { return 1; }
+  void reservedDictionary0() const override {}
+  void reservedDictionary1() const override {}
+  std::string getDataName(int /*index*/) const override { return "A"; }
+  using Dictionary::data;
+  Data* data(const std::string& /*name*/) override {
+    return ++m_lookups == 1 ? static_cast<Data*>(&m_array) : &m_nested;
+  }
+  const Data* data(const std::string& /*name*/) const override { return nullptr; }
+
+ private:
+  int m_lookups = 0;
+  IntArray m_array{"A", {{"t", 1}}, {7}};
+  Entries m_nested{"A"};
+};
+
+TEST_F(FailingExport, LeavesAColumnUnfilledWhoseEntryIsNoArrayAnyMore) {
+  TurningDictionary turning;
+  exportToDataFrame(turning, &m_frame, {"t"});
+  EXPECT_EQ(test::tableText(m_frame.frame()), "Index [t] () uint: 0\nA () int: 0\n1 rows\n");
+}
+
+/// An array that fails at its second element.
+class FailingArray : public quillon::memory::ArrayBase {
+ public:
+  FailingArray() : ArrayBase("F", ElementType::Int, {{"t", 2}}) {}
+  long getValueAsInt(const Tuple& index) const override {
+    if (index[0] == 1) {
+      throw std::domain_error("unreadable");
+    }
+    return 7;
+  }
+};
+
+TEST_F(FailingExport, LetsAFailureOfAnAccessorThroughAndKeepsWhatWasWritten) {
+  m_entries.add(counting("A", {{"t", 2}}));
+  m_entries.add(std::make_unique<FailingArray>());
+  EXPECT_THROW(exportToDataFrame(m_entries, &m_frame, {"t"}), std::domain_error);
+  EXPECT_EQ(test::tableText(m_frame.frame()),
+            "Index [t] () uint: 0 1\nA () int: 0 1\nF () int: 7 0\n2 rows\n");
+}
+
+}  // namespace
+}  // namespace object_model

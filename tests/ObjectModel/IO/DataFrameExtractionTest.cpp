@@ -1,0 +1,127 @@
+#include <gmock/gmock.h>
+
+#include <iomanip>
+#include <sstream>
+
+#include "IO/DataFrameExtraction.h"
+#include "support/RecordingDataFrame.h"
+
+namespace object_model {
+namespace {
+
+using tabra::DataType;
+using tabra::DataTypeId;
+
+TEST(CountShownRows, TakesAllRowsForNoLimit) {
+  EXPECT_EQ(countShownRows(5, 0), 5U);
+  EXPECT_EQ(countShownRows(0, 0), 0U);
+}
+
+TEST(CountShownRows, TakesTheLimitOnlyBelowTheRowCount) {
+  EXPECT_EQ(countShownRows(5, 4), 4U);
+  EXPECT_EQ(countShownRows(5, 5), 5U);
+  EXPECT_EQ(countShownRows(5, 6), 5U);
+  EXPECT_EQ(countShownRows(~0UL, 1), 1U);
+}
+
+template <class T>
+std::string cell(T value, int width = 0) {
+  std::ostringstream stream;
+  stream << std::left << std::setw(width);
+  void* end = writeToStream<std::ostringstream, T>(stream, &value);
+  EXPECT_EQ(end, &value + 1);
+  return stream.str();
+}
+
+TEST(WriteToStream, WritesAsTheStreamDoesAndMovesPastTheValue) {
+  EXPECT_EQ(cell(18446744073709551615UL), "18446744073709551615");
+  EXPECT_EQ(cell(-3L), "-3");
+  EXPECT_EQ(cell(1234567.0), "1.23457e+06");
+  EXPECT_EQ(cell(0.5, 6), "0.5   ");
+}
+
+class Extraction : public ::testing::Test {
+ protected:
+  void extract(unsigned long rows) {
+    extractDataOfDataFrame(std::shared_ptr<tabra::DataFrameView>(m_frame), m_buffers, m_cursors,
+                           m_writers, rows);
+  }
+
+  std::string write(std::size_t column) {
+    std::ostringstream stream;
+    m_cursors[column] = m_writers[column](stream, m_cursors[column]);
+    return stream.str();
+  }
+
+  std::shared_ptr<test::RecordingDataFrame> m_frame = std::make_shared<test::RecordingDataFrame>();
+  std::vector<std::vector<unsigned char>> m_buffers;
+  std::vector<void*> m_cursors;
+  std::vector<std::function<void*(std::ostringstream&, void*)>> m_writers;
+};
+
+TEST_F(Extraction, ReadsEachColumnInOneGoAndNoMoreThanTheRowsShown) {
+  m_frame->addRows(0, 3);
+  m_frame->addColumn("a", DataType(DataTypeId::UInt64));
+  m_frame->addColumn("b", DataType(DataTypeId::Float64));
+  m_frame->calls().clear();
+  extract(2);
+  EXPECT_THAT(m_frame->calls(),
+              ::testing::ElementsAre("shape()", "columnDataType(0)", "read(0, 0, 2, buffer)",
+                                     "columnDataType(1)", "read(1, 0, 2, buffer)"));
+  EXPECT_EQ(m_buffers[0].size(), 16U);
+  EXPECT_EQ(m_buffers[1].size(), 16U);
+}
+
+TEST_F(Extraction, BindsAWriterToEachColumnOfAKnownType) {
+  m_frame->addRows(0, 1);
+  m_frame->addColumn("a", DataType(DataTypeId::UInt64));
+  m_frame->addColumn("b", DataType(DataTypeId::Int64));
+  m_frame->addColumn("c", DataType(DataTypeId::Float64));
+  const unsigned long a = ~0UL;
+  const long b = -5;
+  const double c = 0.25;
+  m_frame->write(0, 0, 1, &a);
+  m_frame->write(1, 0, 1, &b);
+  m_frame->write(2, 0, 1, &c);
+  extract(1);
+  EXPECT_EQ(write(0), "18446744073709551615");
+  EXPECT_EQ(write(1), "-5");
+  EXPECT_EQ(write(2), "0.25");
+}
+
+TEST_F(Extraction, ReplacesWhatTheVectorsHeld) {
+  m_buffers.resize(3);
+  m_cursors.resize(3);
+  m_writers.resize(3);
+  m_frame->addColumn("a", DataType(DataTypeId::UInt64));
+  extract(0);
+  EXPECT_EQ(m_buffers.size(), 1U);
+  EXPECT_EQ(m_cursors.size(), 1U);
+  EXPECT_EQ(m_writers.size(), 1U);
+}
+
+TEST_F(Extraction, GivesAColumnOfAnotherTypeNoBufferAndEmptyCells) {
+  m_frame->addRows(0, 1);
+  m_frame->addColumn("a", DataType(static_cast<DataTypeId>(0x99)));
+  m_frame->addColumn("b", DataType(DataTypeId::Int64));
+  const long b = -5;
+  m_frame->write(1, 0, 1, &b);
+  m_frame->calls().clear();
+  extract(1);
+  EXPECT_THAT(m_frame->calls(),
+              ::testing::ElementsAre("shape()", "columnDataType(0)", "read(0, 0, 1, null)",
+                                     "columnDataType(1)", "read(1, 0, 1, buffer)"));
+  EXPECT_EQ(write(0), "");
+  EXPECT_EQ(write(1), "-5");
+}
+
+TEST_F(Extraction, RefusesMoreRowsThanMemoryCanEverHold) {
+  m_frame->addColumn("a", DataType(DataTypeId::UInt64));
+  // Times 8 these wrap around to 8 and to 0 bytes.
+  EXPECT_THROW(extract((1UL << 61) + 1), std::length_error);
+  EXPECT_THROW(extract(1UL << 61), std::length_error);
+  EXPECT_THROW(extract(~0UL), std::length_error);
+}
+
+}  // namespace
+}  // namespace object_model
