@@ -14,16 +14,30 @@ install(EXPORT quillon_object_model-targets NAMESPACE quillon:: DESTINATION ${pa
 
 if(QUILLON_TABRA_ROOT)
   # The other tabra is installed beside the library that was built against it.
-  install(FILES ${QUILLON_TABRA_LIBRARY} DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  # Its file name may be a chain of symbolic links, which install(FILES) would leave dangling.
+  install(CODE "
+    set(libdir \"${CMAKE_INSTALL_LIBDIR}\")
+    cmake_path(ABSOLUTE_PATH libdir BASE_DIRECTORY \"\${CMAKE_INSTALL_PREFIX}\")
+    file(INSTALL DESTINATION \"\${libdir}\" TYPE SHARED_LIBRARY FOLLOW_SYMLINK_CHAIN
+      FILES \"${QUILLON_TABRA_LIBRARY}\")")
   install(DIRECTORY ${QUILLON_TABRA_INCLUDE}/tabra DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-  install(FILES cmake/InstalledTabra.cmake DESTINATION ${package_dir} RENAME tabra-targets.cmake)
+  configure_package_config_file(cmake/InstalledTabra.cmake.in ${PROJECT_BINARY_DIR}/tabra-targets.cmake
+    INSTALL_DESTINATION ${package_dir}
+    PATH_VARS CMAKE_INSTALL_LIBDIR CMAKE_INSTALL_INCLUDEDIR
+    NO_SET_AND_CHECK_MACRO NO_CHECK_REQUIRED_COMPONENTS_MACRO)
+  install(FILES ${PROJECT_BINARY_DIR}/tabra-targets.cmake DESTINATION ${package_dir})
 else()
   install(EXPORT tabra-targets NAMESPACE tabra:: DESTINATION ${package_dir})
 endif()
-if(QUILLON_HAS_NETCDF)
+if(TARGET quillon::netcdf)
   install(EXPORT quillon_netcdf-targets NAMESPACE quillon:: DESTINATION ${package_dir})
 endif()
 
-configure_file(cmake/quillon_object_model.pc.in ${PROJECT_BINARY_DIR}/quillon_object_model.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/quillon_object_model.pc
-  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+# The pkg-config files find everything from where they are, so that the prefix can be moved.
+set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_INCLUDEDIR
+  BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig OUTPUT_VARIABLE pkgconfig_to_include)
+foreach(name IN ITEMS quillon_object_model quillon_memory)
+  configure_file(cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${pkgconfig_dir})
+endforeach()

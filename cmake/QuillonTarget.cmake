@@ -13,7 +13,8 @@ function(quillon_configure target)
     -Woverloaded-virtual -Wnon-virtual-dtor -Wcast-qual
     $<$<BOOL:${QUILLON_WARNINGS_AS_ERRORS}>:-Werror>
     # Paths in messages and debug information start at the project's root, wherever it is built.
-    -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)
+    -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=
+    -ffile-prefix-map=${CMAKE_BINARY_DIR}=build)
   if(QUILLON_SANITIZE)
     target_compile_options(${target} PRIVATE
       -fsanitize=${QUILLON_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
