@@ -1,0 +1,74 @@
+# What the packaging tests share. A test script defines one function for each of its tests, then
+# calls run_test "$@". The environment comes from CMakeLists.txt.
+# shellcheck shell=bash
+set -euo pipefail
+shopt -s inherit_errexit
+
+HERE="$QUILLON_SOURCE/tests/packaging"
+: "${HERE:?}" "${QUILLON_BUILD:?}" "${QUILLON_PREFIX:?}" "${QUILLON_LIBDIR:?}" "${CMAKE:?}" "${CXX:?}"
+unset CMAKE_PREFIX_PATH LD_LIBRARY_PATH PKG_CONFIG_PATH DESTDIR
+
+fail() {
+  printf 'FAILED: %s\n' "$*" >&2
+  exit 1
+}
+
+expect_file() { [[ -e "$1" ]] || fail "missing: $1"; }
+expect_no_file() { [[ ! -e "$1" ]] || fail "should not be there: $1"; }
+
+# expect_equal WHAT EXPECTED ACTUAL
+expect_equal() {
+  [[ "$2" == "$3" ]] || fail "$1"$'\nexpected:\n'"$2"$'\nactual:\n'"$3"
+}
+
+# configure SOURCE BUILD [OPTION...]: an unoptimised build, unless an option says otherwise.
+configure() {
+  "$CMAKE" -S "$1" -B "$2" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_BUILD_TYPE=Debug "${@:3}"
+}
+
+# build_and_install SOURCE BUILD PREFIX [OPTION...]
+build_and_install() {
+  configure "$1" "$2" "${@:4}"
+  "$CMAKE" --build "$2" --parallel 2
+  "$CMAKE" --install "$2" --prefix "$3"
+}
+
+# expect_output EXPECTED PROGRAM: the whole of what it prints.
+expect_output() {
+  local output
+  output="$("$2")" || fail "$2 ended with status $?"
+  expect_equal "$2" "$1" "$output"
+}
+
+# expect_consumers_run DIRECTORY NAME...: the strangers' programs (see consumer/) built in DIRECTORY.
+expect_consumers_run() {
+  local name
+  for name in "${@:2}"; do
+    expect_output "$(<"$HERE/consumer/$name.txt")" "$1/$name"
+  done
+}
+
+# expect_consumers_build_with_cmake BUILD NAME... -- OPTION...: the strangers' CMake project.
+expect_consumers_build_with_cmake() {
+  local build="$1" names=()
+  shift
+  while [[ "$1" != -- ]]; do
+    names+=("$1")
+    shift
+  done
+  shift
+  configure "$HERE/consumer" "$build" -DCONSUMERS="$(IFS=';' && printf '%s' "${names[*]}")" "$@"
+  "$CMAKE" --build "$build" --parallel 2
+  expect_consumers_run "$build" "${names[@]}"
+}
+
+# run_test TEST: calls the function TEST from the project's root, with an empty directory of its own
+# as SCRATCH.
+run_test() {
+  declare -F "$1" >/dev/null || fail "no test $1"
+  SCRATCH="${QUILLON_SCRATCH:?}/$1"
+  rm -rf "$SCRATCH"
+  mkdir -p "$SCRATCH"
+  cd "$QUILLON_SOURCE"
+  "$1"
+}
