@@ -1,6 +1,7 @@
 #include <object_model/ElementTypeHelper.h>
 
 #include <array>
+#include <string>
 
 #include "InvalidCallAt.h"
 

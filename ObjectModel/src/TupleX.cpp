@@ -37,8 +37,13 @@ TupleX& TupleX::operator=(const Tuple& other) {
     return *this;
   }
   const unsigned long* source = &other[0];
-  m_storage->resize(count);
+  // A view of this tuple's own values is never longer than the storage. So growing first cannot
+  // pull the values from under it, and cutting last cannot take them away before they have moved.
+  if (count > m_storage->size()) {
+    m_storage->resize(count);
+  }
   std::memmove(m_storage->data(), source, count * sizeof(unsigned long));
+  m_storage->resize(count);
   m_size = count;
   m_data = m_storage->data();
   return *this;

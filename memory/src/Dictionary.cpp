@@ -1,6 +1,7 @@
 #include <quillon/memory/Dictionary.h>
 
 #include <stdexcept>
+#include <utility>
 
 namespace quillon::memory {
 
@@ -12,17 +13,28 @@ Dictionary::Dictionary(std::string name, std::string description)
 Dictionary::Dictionary(Dictionary&& other) noexcept
     : object_model::Dictionary(),
       m_descriptor(std::move(other.m_descriptor)),
-      m_entries(std::move(other.m_entries)),
-      m_positions(std::move(other.m_positions)) {
+      m_entries(std::exchange(other.m_entries, {})),
+      m_positions(std::exchange(other.m_positions, {})) {
   for (const auto& entry : m_entries) {
     entry->setParent(this);
   }
 }
 
-Dictionary& Dictionary::operator=(Dictionary&& other) noexcept {
-  m_descriptor = std::move(other.m_descriptor);
-  m_entries = std::move(other.m_entries);
-  m_positions = std::move(other.m_positions);
+Dictionary& Dictionary::operator=(Dictionary&& other) {
+  if (&other == this) {
+    return *this;
+  }
+  const bool isEntry = m_parent != nullptr && m_parent->isDictionary();
+  if (isEntry && other.getName() != getName()) {
+    throw std::invalid_argument("Dictionary '" + getName() +
+                                "' is an entry and cannot take the name '" + other.getName() + "'");
+  }
+  requireOutside(other);
+  // The entries from before go last: `other` may be one of them.
+  Dictionary taken(std::move(other));
+  std::swap(m_descriptor, taken.m_descriptor);
+  std::swap(m_entries, taken.m_entries);
+  std::swap(m_positions, taken.m_positions);
   for (const auto& entry : m_entries) {
     entry->setParent(this);
   }
@@ -35,12 +47,11 @@ Data& Dictionary::add(std::unique_ptr<Data>&& entry) {
   if (entry == nullptr) {
     throw std::invalid_argument("Dictionary '" + getName() + "' was given no entry to add");
   }
-  const std::string name = entry->getName();
-  requireFree(name);
-  m_entries
-      .emplace_back();  // both places are made before the entry moves: either may run out of memory
+  requireAddable(*entry);
+  // Both places are made before the entry moves: either may run out of memory.
+  m_entries.emplace_back();
   try {
-    m_positions.emplace(name, m_entries.size() - 1);
+    m_positions.emplace(entry->getName(), m_entries.size() - 1);
   } catch (...) {
     m_entries.pop_back();
     throw;
@@ -78,10 +89,22 @@ const Data* Dictionary::data(const std::string& name) const {
   return m_entries[positionOf(name)].get();
 }
 
-void Dictionary::requireFree(const std::string& name) const {
+void Dictionary::requireAddable(const Data& entry) const {
+  requireOutside(entry);
+  const std::string name = entry.getName();
   if (contains(name)) {
     throw std::invalid_argument("Dictionary '" + getName() + "' already has an entry '" + name +
                                 "'");
+  }
+}
+
+// A dictionary that owned itself would never be destroyed.
+void Dictionary::requireOutside(const Data& container) const {
+  for (const Data* ancestor = this; ancestor != nullptr; ancestor = ancestor->parent()) {
+    if (ancestor == &container) {
+      throw std::invalid_argument("Dictionary '" + container.getName() +
+                                  "' cannot be put inside itself");
+    }
   }
 }
 

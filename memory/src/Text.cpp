@@ -18,7 +18,10 @@ std::string toText(const object_model::Tuple& tuple) {
 std::string toText(object_model::ElementType type) {
   static constexpr std::array<const char*, 7> NAMES = {"UInt",   "Int",     "Double",    "Complex",
                                                        "String", "Boolean", "Dictionary"};
-  return NAMES.at(static_cast<std::size_t>(type));
+  const auto index = static_cast<std::size_t>(type);
+  // An array class of the caller's may claim any value.
+  return index < NAMES.size() ? NAMES[index]
+                              : "element type " + std::to_string(static_cast<int>(type));
 }
 
 }  // namespace quillon::memory

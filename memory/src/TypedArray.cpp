@@ -59,6 +59,9 @@ TypedArray<T>::TypedArray(std::string name, std::vector<Axis> axes, const T* val
                           unsigned long count)
     : ArrayBase(std::move(name), ELEMENT_TYPE<T>, std::move(axes)), m_values(values) {
   requireCount(*this, count);
+  if (values == nullptr && count > 0) {
+    throw std::invalid_argument("Array '" + getName() + "' was given no values to view");
+  }
 }
 
 template <class T>
@@ -101,10 +104,7 @@ void TypedArray<T>::setValue(const Tuple& index, T value) {
                                     "' views values that it does not own; change them where they "
                                     "are");
   }
-  m_writable[offset] = std::move(value);
-  if constexpr (std::is_same_v<T, Dictionary>) {
-    m_writable[offset].setParent(this);
-  }
+  m_writable[offset] = std::move(value);  // a dictionary keeps the container of its place
 }
 
 template <class T>

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstddef>
 #include <cstring>
 #include <mutex>
 #include <stdexcept>
@@ -24,10 +25,29 @@ struct Column {
   bool removed = false;  // until the run of removals ends
 };
 
-[[noreturn]] void reject(const char* operation, const std::string& what, unsigned long has,
-                         const char* unit) {
-  throw std::out_of_range(std::string(operation) + ": " + what +
-                          " is outside the table, which has " + std::to_string(has) + " " + unit);
+std::string counted(unsigned long count, const std::string& unit) {
+  return std::to_string(count) + " " + unit + (count == 1 ? "" : "s");
+}
+
+[[noreturn]] void rejectColumn(const std::string& operation, unsigned long column,
+                               unsigned long columns) {
+  throw std::out_of_range(operation + ": column " + std::to_string(column) +
+                          " is outside the table, which has " + counted(columns, "column"));
+}
+
+[[noreturn]] void rejectRows(const std::string& operation, const std::string& what,
+                             unsigned long rows) {
+  throw std::out_of_range(operation + ": " + what + " is outside the table, which has " +
+                          counted(rows, "row"));
+}
+
+void insertZeros(Column& column, unsigned long firstRow, unsigned long count) {
+  column.cells.insert(column.cells.begin() + static_cast<std::ptrdiff_t>(firstRow), count, Cell{0});
+}
+
+void eraseCells(Column& column, unsigned long firstRow, unsigned long count) noexcept {
+  const auto first = column.cells.begin() + static_cast<std::ptrdiff_t>(firstRow);
+  column.cells.erase(first, first + static_cast<std::ptrdiff_t>(count));
 }
 
 }  // namespace
@@ -46,6 +66,9 @@ struct MemoryDataFrame::Content {
       return;
     }
     const std::lock_guard<std::mutex> lock(renumbering);
+    if (!inRemovalRun.load(std::memory_order_relaxed)) {
+      return;  // another thread was faster
+    }
     columns.erase(std::remove_if(columns.begin(), columns.end(),
                                  [](const Column& column) { return column.removed; }),
                   columns.end());
@@ -55,7 +78,7 @@ struct MemoryDataFrame::Content {
   Column& settledColumn(const char* operation, unsigned long column) {
     endRemovalRun();
     if (column >= columns.size()) {
-      reject(operation, "column " + std::to_string(column), columns.size(), "columns");
+      rejectColumn(operation, column, columns.size());
     }
     return columns[column];
   }
@@ -63,9 +86,9 @@ struct MemoryDataFrame::Content {
   void requireRows(const char* operation, unsigned long firstRow, unsigned long count) const {
     const unsigned long rows = shape[1];
     if (firstRow > rows || count > rows - firstRow) {
-      reject(operation,
-             "the run of " + std::to_string(count) + " rows from row " + std::to_string(firstRow),
-             rows, "rows");
+      rejectRows(operation,
+                 "the run of " + counted(count, "row") + " from row " + std::to_string(firstRow),
+                 rows);
     }
   }
 };
@@ -121,29 +144,38 @@ void MemoryDataFrame::addColumn(const std::string& name, DataType type) {
 
 void MemoryDataFrame::addRows(unsigned long firstRow, unsigned long count) {
   m_content->endRemovalRun();
-  m_content->requireRows("addRows", firstRow, 0);
   unsigned long& rows = m_content->shape[1];
+  if (firstRow > rows) {
+    rejectRows("addRows", "row " + std::to_string(firstRow), rows);
+  }
+  // Checked here, since a table without columns has no vector that would refuse.
   if (count > std::vector<Cell>().max_size() - rows) {
-    throw std::length_error("addRows: a table of " + std::to_string(rows) +
-                            " rows cannot grow by " + std::to_string(count));
+    throw std::length_error("addRows: a table of " + counted(rows, "row") + " cannot grow by " +
+                            std::to_string(count));
   }
-  // All the memory is found before the first column changes, so that running out changes nothing.
-  for (Column& column : m_content->columns) {
-    if (column.cells.capacity() < rows + count) {
-      column.cells.reserve(std::max(rows + count, 2 * column.cells.capacity()));
+  std::vector<Column>& columns = m_content->columns;
+  std::size_t grown = 0;
+  try {
+    for (; grown < columns.size(); ++grown) {
+      insertZeros(columns[grown], firstRow, count);
     }
-  }
-  for (Column& column : m_content->columns) {
-    column.cells.insert(column.cells.begin() + static_cast<std::ptrdiff_t>(firstRow), count,
-                        Cell{0});
+  } catch (...) {
+    while (grown > 0) {
+      eraseCells(columns[--grown], firstRow, count);
+    }
+    throw;
   }
   rows += count;
 }
 
 void MemoryDataFrame::removeColumn(unsigned long column) {
   Content& content = *m_content;
-  if (column >= content.columns.size() || content.columns[column].removed) {
-    reject("removeColumn", "column " + std::to_string(column), content.shape[0], "columns");
+  if (column >= content.columns.size()) {
+    rejectColumn("removeColumn", column, content.columns.size());
+  }
+  if (content.columns[column].removed) {
+    throw std::out_of_range("removeColumn: column " + std::to_string(column) +
+                            " was already removed in this run of removals");
   }
   content.columns[column].removed = true;
   content.inRemovalRun.store(true, std::memory_order_release);
@@ -154,8 +186,7 @@ void MemoryDataFrame::removeRows(unsigned long firstRow, unsigned long count) {
   m_content->endRemovalRun();
   m_content->requireRows("removeRows", firstRow, count);
   for (Column& column : m_content->columns) {
-    const auto first = column.cells.begin() + static_cast<std::ptrdiff_t>(firstRow);
-    column.cells.erase(first, first + static_cast<std::ptrdiff_t>(count));
+    eraseCells(column, firstRow, count);
   }
   m_content->shape[1] -= count;
 }

@@ -18,7 +18,7 @@ namespace object_model {
 /// the next resize() or assignment.
 /// Threads: const operations may run concurrently.
 /// Errors: running out of memory raises `std::bad_alloc` (a count that no vector can hold raises
-/// `std::length_error`).
+/// `std::length_error`), and the tuple stays as it was.
 /// ABI: the destructor is the only virtual; one field follows those of `Tuple`.
 class OBJECT_MODEL_EXPORT TupleX : public Tuple {
  public:

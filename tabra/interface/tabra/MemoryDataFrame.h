@@ -18,8 +18,8 @@ namespace tabra {
 /// null source.
 ///
 /// Removing columns: a run of removeColumn() calls counts columns as they were when the run began,
-/// so that removing 0, 1, ... n-1 in that order empties the table. Any other call ends the run, and
-/// the columns that are left are counted from 0 again.
+/// so that removing 0, 1, ... n-1 in that order empties the table. Any other call, one that fails
+/// included, ends the run, and the columns that are left are counted from 0 again.
 ///
 /// Errors: every index and range is checked; one outside the table raises `std::out_of_range` with
 /// a sentence that names it, and nothing is changed. More rows than memory can hold raise

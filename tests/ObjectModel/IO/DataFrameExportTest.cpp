@@ -337,8 +337,9 @@ TEST_F(FailingExport, LeavesTheFrameUntouchedWhenAnElementTypeHasNoColumn) {
 }
 
 TEST_F(FailingExport, LeavesTheFrameUntouchedWhenThereAreMoreRowsThan64BitsCount) {
-  const auto line = [](const std::string& axis) {
-    return IntArray::view("a" + axis, {{axis, 1UL << 32}}, nullptr, 1UL << 32);
+  const long neverRead = 0;
+  const auto line = [&](const std::string& axis) {
+    return IntArray::view("a" + axis, {{axis, 1UL << 32}}, &neverRead, 1UL << 32);
   };
   m_entries.add(line("x"));
   m_entries.add(line("y"));

@@ -19,18 +19,22 @@ namespace quillon::memory {
 ///
 /// Ownership: owns its entries and is their parent; references to an entry stay valid as long as
 /// the dictionary that holds it, even when the dictionary itself moves. Errors: `std::out_of_range`
-/// for a name or position that has no entry, `std::invalid_argument` for a name that is taken; each
-/// with a sentence that names the dictionary and the entry. Threads: const operations may run
-/// concurrently.
+/// for a name or position that has no entry, `std::invalid_argument` for a name that is taken and
+/// for a dictionary that would end up inside itself; each with a sentence that names the dictionary
+/// and the entry. Threads: const operations may run concurrently.
 class Dictionary final : public object_model::Dictionary {
  public:
   /// A dictionary without entries.
   explicit Dictionary(std::string name, std::string description = {});
 
-  /// Takes over the entries and becomes their parent; `other` is left without entries.
+  /// Takes over name and entries, and becomes the parent of these; `other` is left without either.
   Dictionary(Dictionary&& other) noexcept;
   /// Replaces name, description and entries; the dictionary stays in the container that it is in.
-  Dictionary& operator=(Dictionary&& other) noexcept;
+  /// `other` is left without name and entries; it may be one of the entries that are replaced.
+  /// @throws std::invalid_argument when this is an entry of a dictionary, which finds it under its
+  ///   name, and `other` has another name, or when `other` contains this; nothing is changed.
+  // NOLINTNEXTLINE(performance-noexcept-move-constructor): see above
+  Dictionary& operator=(Dictionary&& other);
   ~Dictionary() override;
 
   /// Appends an entry under its own name and becomes its parent. Returns the entry in its place.
@@ -40,7 +44,7 @@ class Dictionary final : public object_model::Dictionary {
   /// Moves an array or a dictionary in: `dictionary.add(DoubleArray(...))`.
   template <class Entry, class = std::enable_if_t<std::is_base_of_v<object_model::Data, Entry>>>
   Entry& add(Entry&& entry) {
-    requireFree(entry.getName());
+    requireAddable(entry);
     return static_cast<Entry&>(add(
         std::unique_ptr<object_model::Data>(std::make_unique<Entry>(std::forward<Entry>(entry)))));
   }
@@ -69,7 +73,8 @@ class Dictionary final : public object_model::Dictionary {
   const object_model::Data* data(const std::string& name) const override;
 
  private:
-  void requireFree(const std::string& name) const;
+  void requireAddable(const object_model::Data& entry) const;
+  void requireOutside(const object_model::Data& container) const;
   std::size_t positionOf(const std::string& name) const;
 
   DictionaryDescriptor m_descriptor;

@@ -30,7 +30,8 @@ class TypedArray final : public ArrayBase {
   TypedArray(std::string name, std::vector<Axis> axes, std::vector<T> values);
 
   /// An array that views the `count` values from `values` on. It reads them and never writes them.
-  /// @throws std::invalid_argument when `count` is not what the sizes of `axes` multiply to.
+  /// @throws std::invalid_argument when `count` is not what the sizes of `axes` multiply to, or
+  ///   `values` is null and `count` is not 0.
   static TypedArray view(std::string name, std::vector<Axis> axes, const T* values,
                          unsigned long count);
 
