@@ -9,15 +9,15 @@ namespace object_model {
 namespace {
 
 TEST(ArrayInfoTest, DescribesAnArray) {
-  const support::PlainArrayInfo info;
+  const test::PlainArrayInfo info;
   EXPECT_TRUE(info.isArrayInfo());
   EXPECT_FALSE(info.isDictionaryInfo());
   EXPECT_EQ(info.asArrayInfo(), &info);
 }
 
 TEST(ArrayInfoTest, TheCastToADictionarysDescriptorIsAnInvalidCall) {
-  const support::PlainArrayInfo info;
-  EXPECT_EQ(support::thrownBy<InvalidCall>([&] { info.asDictionaryInfo(); }),
+  const test::PlainArrayInfo info;
+  EXPECT_EQ(test::thrownBy<InvalidCall>([&] { info.asDictionaryInfo(); }),
             "Invalid call at ObjectModel/src/ArrayInfo.cpp (32)");
 }
 

@@ -13,9 +13,9 @@
 namespace object_model {
 namespace {
 
-using support::PlainArray;
-using support::PlainArrayInfo;
-using support::thrownBy;
+using test::PlainArray;
+using test::PlainArrayInfo;
+using test::thrownBy;
 
 TEST(ArrayTest, IsAnArrayAndNoDictionary) {
   const PlainArray array;

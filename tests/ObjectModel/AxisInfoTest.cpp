@@ -19,7 +19,7 @@ void PrintTo(const AxisCase& row, std::ostream* out) { *out << row.rule; }
 class AxisNameTest : public ::testing::TestWithParam<AxisCase> {};
 
 TEST_P(AxisNameTest, FollowsTheKind) {
-  const support::PlainAxisInfo axis(static_cast<AxisType>(GetParam().type));
+  const test::PlainAxisInfo axis(static_cast<AxisType>(GetParam().type));
   EXPECT_EQ(axis.getAxisName(), GetParam().name);
 }
 
@@ -31,7 +31,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return row.param.rule; });
 
 TEST(AxisInfoTest, AConcreteClassMayNameItsAxesOtherwise) {
-  class Named : public support::PlainAxisInfo {
+  class Named : public test::PlainAxisInfo {
    public:
     std::string getAxisName() const override { return "longitude"; }
   };

@@ -10,7 +10,7 @@ namespace object_model {
 namespace {
 
 TEST(DataInfoTest, AnswersThroughTheBaseAsTheConcreteClassDoes) {
-  const support::PlainArrayInfo array("a", ElementType::Int, "counts");
+  const test::PlainArrayInfo array("a", ElementType::Int, "counts");
   const DataInfo& info = array;
   EXPECT_EQ(info.getName(), "a");
   EXPECT_EQ(info.getDescription(), "counts");
@@ -19,12 +19,12 @@ TEST(DataInfoTest, AnswersThroughTheBaseAsTheConcreteClassDoes) {
 }
 
 TEST(DataInfoTest, NamesAreBorrowedFromTheDescriptor) {
-  const support::PlainArrayInfo array("a");
+  const test::PlainArrayInfo array("a");
   EXPECT_EQ(&array.getName(), &array.getName());
 }
 
 TEST(DataInfoTest, IsDestroyedThroughTheBase) {
-  class Watched : public support::PlainDictionaryInfo {
+  class Watched : public test::PlainDictionaryInfo {
    public:
     explicit Watched(bool& destroyed) : m_destroyed(destroyed) {}
     ~Watched() override { m_destroyed = true; }

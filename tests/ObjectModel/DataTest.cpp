@@ -13,9 +13,9 @@
 namespace object_model {
 namespace {
 
-using support::PlainArray;
-using support::PlainArrayInfo;
-using support::PlainDictionary;
+using test::PlainArray;
+using test::PlainArrayInfo;
+using test::PlainDictionary;
 
 TEST(DataTest, NameAndDescriptionAreTheDescriptors) {
   const PlainArray array(PlainArrayInfo("TIME", ElementType::Double, "hours since the start"));
@@ -63,9 +63,8 @@ class Unnamed : public PlainArray {
 
 TEST(DataTest, ExceptionsOfTheDescriptorPassThrough) {
   const Unnamed unnamed;
-  EXPECT_EQ(support::thrownBy<std::runtime_error>([&] { unnamed.getName(); }), "no descriptor");
-  EXPECT_EQ(support::thrownBy<std::runtime_error>([&] { unnamed.getDescription(); }),
-            "no descriptor");
+  EXPECT_EQ(test::thrownBy<std::runtime_error>([&] { unnamed.getName(); }), "no descriptor");
+  EXPECT_EQ(test::thrownBy<std::runtime_error>([&] { unnamed.getDescription(); }), "no descriptor");
 }
 
 TEST(DataTest, IsDestroyedThroughTheBase) {

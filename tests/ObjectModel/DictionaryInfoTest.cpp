@@ -9,15 +9,15 @@ namespace object_model {
 namespace {
 
 TEST(DictionaryInfoTest, DescribesADictionary) {
-  const support::PlainDictionaryInfo info;
+  const test::PlainDictionaryInfo info;
   EXPECT_FALSE(info.isArrayInfo());
   EXPECT_TRUE(info.isDictionaryInfo());
   EXPECT_EQ(info.asDictionaryInfo(), &info);
 }
 
 TEST(DictionaryInfoTest, TheCastToAnArraysDescriptorIsAnInvalidCall) {
-  const support::PlainDictionaryInfo info;
-  EXPECT_EQ(support::thrownBy<InvalidCall>([&] { info.asArrayInfo(); }),
+  const test::PlainDictionaryInfo info;
+  EXPECT_EQ(test::thrownBy<InvalidCall>([&] { info.asArrayInfo(); }),
             "Invalid call at ObjectModel/src/DictionaryInfo.cpp (25)");
 }
 

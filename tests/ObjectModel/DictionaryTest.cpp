@@ -12,9 +12,9 @@
 namespace object_model {
 namespace {
 
-using support::PlainArray;
-using support::PlainArrayInfo;
-using support::PlainDictionary;
+using test::PlainArray;
+using test::PlainArrayInfo;
+using test::PlainDictionary;
 
 TEST(DictionaryTest, IsADictionaryAndNoArray) {
   const PlainDictionary dictionary;
@@ -80,9 +80,8 @@ TEST(DictionaryTest, ExceptionsOfTheConcreteClassPassThrough) {
     std::string getDataName(int) const override { throw std::range_error("no name"); }
   };
   Failing failing;
-  EXPECT_EQ(support::thrownBy<std::range_error>([&] { failing.data(0); }), "no name");
-  EXPECT_EQ(support::thrownBy<std::range_error>([&] { std::as_const(failing).data(0); }),
-            "no name");
+  EXPECT_EQ(test::thrownBy<std::range_error>([&] { failing.data(0); }), "no name");
+  EXPECT_EQ(test::thrownBy<std::range_error>([&] { std::as_const(failing).data(0); }), "no name");
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 namespace object_model {
 namespace {
 
-using support::PlainDynamicDictionary;
+using test::PlainDynamicDictionary;
 
 TEST(DynamicDictionaryTest, IsADictionaryThatItsClassCallsDynamic) {
   const PlainDynamicDictionary dictionary;
@@ -29,7 +29,7 @@ TEST(DynamicDictionaryTest, CastsToBothKindsOfDictionary) {
 }
 
 TEST(DynamicDictionaryTest, FindsEntriesByPositionAsEveryDictionary) {
-  support::PlainArray entry;
+  test::PlainArray entry;
   PlainDynamicDictionary dictionary;
   dictionary.add(entry);
   EXPECT_EQ(dictionary.data(0), &entry);

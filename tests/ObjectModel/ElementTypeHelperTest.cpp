@@ -48,7 +48,7 @@ class RejectedElementTypeTest : public ::testing::TestWithParam<RejectedCase> {}
 
 TEST_P(RejectedElementTypeTest, HasNoSize) {
   const auto type = static_cast<ElementType>(GetParam().value);
-  EXPECT_EQ(support::thrownBy<InvalidCall>([&] { helper::sizeOfElementType(type); }),
+  EXPECT_EQ(test::thrownBy<InvalidCall>([&] { helper::sizeOfElementType(type); }),
             "Invalid call at ObjectModel/src/ElementTypeHelper.cpp (34)");
 }
 

@@ -52,7 +52,7 @@ TEST(InvalidCallTest, IsNotMadeFromAStringByItself) {
 }
 
 TEST(InvalidCallTest, AMessageWithALocationHasTheFileAndTheLineInParentheses) {
-  EXPECT_EQ(support::thrownBy<InvalidCall>([] { throwInvalidCallAt("some/Source.cpp", 7); }),
+  EXPECT_EQ(test::thrownBy<InvalidCall>([] { throwInvalidCallAt("some/Source.cpp", 7); }),
             "Invalid call at some/Source.cpp (7)");
 }
 

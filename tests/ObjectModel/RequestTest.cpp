@@ -9,7 +9,7 @@ namespace object_model {
 namespace {
 
 TEST(RequestTest, IsDestroyedThroughTheBase) {
-  class Watched : public support::PlainRequest {
+  class Watched : public test::PlainRequest {
    public:
     explicit Watched(bool& destroyed) : m_destroyed(destroyed) {}
     ~Watched() override { m_destroyed = true; }

@@ -13,10 +13,10 @@
 namespace object_model {
 namespace {
 
-using support::Address;
-using support::thrownBy;
-using support::valuesOf;
-using support::View;
+using test::Address;
+using test::thrownBy;
+using test::valuesOf;
+using test::View;
 using Values = std::vector<unsigned long>;
 
 TEST(TupleTest, ADefaultTupleIsAnEmptyView) {

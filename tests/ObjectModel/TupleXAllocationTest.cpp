@@ -42,7 +42,7 @@ void operator delete(void* block, std::size_t /*size*/) noexcept { operator dele
 namespace object_model {
 namespace {
 
-using support::valuesOf;
+using test::valuesOf;
 using Values = std::vector<unsigned long>;
 
 /// Runs `call` with its allocation number `failing` (from 0) out of memory. Tells whether that was

@@ -16,9 +16,9 @@
 namespace object_model {
 namespace {
 
-using support::Address;
-using support::valuesOf;
-using support::View;
+using test::Address;
+using test::valuesOf;
+using test::View;
 using Values = std::vector<unsigned long>;
 
 TEST(TupleXTest, ACountGivesThatManyZeros) { EXPECT_EQ(valuesOf(TupleX(3)), (Values{0, 0, 0})); }

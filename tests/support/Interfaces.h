@@ -14,7 +14,7 @@
 #include <utility>
 #include <vector>
 
-namespace support {
+namespace test {
 
 class PlainAxisInfo : public object_model::AxisInfo {
  public:
@@ -147,4 +147,4 @@ class PlainRequest : public object_model::Request {
   void reservedRequest3() const override {}
 };
 
-}  // namespace support
+}  // namespace test

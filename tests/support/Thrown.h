@@ -4,7 +4,7 @@
 #include <string>
 #include <typeinfo>
 
-namespace support {
+namespace test {
 
 /// The message of the `Error` that `call` throws, which must be of exactly that class. Everything
 /// else gives a text that no message equals, so that a comparison with the expected one fails and
@@ -22,4 +22,4 @@ std::string thrownBy(const Call& call) {
   return "(nothing thrown)";
 }
 
-}  // namespace support
+}  // namespace test

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-namespace support {
+namespace test {
 
 /// The values of a tuple, for whole comparisons.
 inline std::vector<unsigned long> valuesOf(const object_model::Tuple& tuple) {
@@ -33,4 +33,4 @@ class Address : public object_model::Tuple {
   }
 };
 
-}  // namespace support
+}  // namespace test

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstddef>
+#include <cstring>
+#include <ostream>
+
+namespace binary {
+
+/// The slot of a virtual operation in its class's virtual table. On x86-64 with the Itanium C++
+/// ABI, the pointer to a virtual member holds 1 plus the slot's byte offset.
+template <class Member>
+std::ptrdiff_t slotOf(Member member) {
+  std::ptrdiff_t words[2];
+  static_assert(sizeof(member) == sizeof(words));
+  std::memcpy(words, &member, sizeof(words));
+  return (words[0] - 1) / static_cast<std::ptrdiff_t>(sizeof(void*));
+}
+
+/// A row of a frozen table. A red row means: put the header back. Rows are only ever appended.
+struct Slot {
+  const char* operation;
+  std::ptrdiff_t actual;
+  std::ptrdiff_t released;
+};
+inline void PrintTo(const Slot& slot, std::ostream* out) { *out << slot.operation; }
+
+}  // namespace binary

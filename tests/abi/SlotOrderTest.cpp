@@ -1,0 +1,182 @@
+// The place of every virtual operation in its class's virtual table. Libraries that were built
+// against the headers call by place, so a released place never changes.
+#include <gtest/gtest.h>
+#include <object_model/Array.h>
+#include <object_model/ArrayInfo.h>
+#include <object_model/AxisInfo.h>
+#include <object_model/DictionaryInfo.h>
+#include <object_model/DynamicDictionary.h>
+#include <object_model/InvalidCall.h>
+#include <object_model/Request.h>
+
+#include <string>
+
+#include "abi/SlotOf.h"
+
+namespace object_model {
+namespace {
+
+using binary::Slot;
+using binary::slotOf;
+
+class SlotOrderTest : public ::testing::TestWithParam<Slot> {};
+
+TEST_P(SlotOrderTest, IsAsReleased) { EXPECT_EQ(GetParam().actual, GetParam().released); }
+
+std::string operationOf(const ::testing::TestParamInfo<Slot>& row) { return row.param.operation; }
+
+INSTANTIATE_TEST_SUITE_P(Exception, SlotOrderTest,
+                         ::testing::Values(Slot{"what", slotOf(&Exception::what), 0}), operationOf);
+
+INSTANTIATE_TEST_SUITE_P(InvalidCall, SlotOrderTest,
+                         ::testing::Values(Slot{"what", slotOf(&InvalidCall::what), 0}),
+                         operationOf);
+
+// Slots 0 and 1 are the destructor's.
+INSTANTIATE_TEST_SUITE_P(
+    Data, SlotOrderTest,
+    ::testing::Values(
+        Slot{"getInformation", slotOf(&Data::getInformation), 2},
+        Slot{"parentConst", slotOf<const Data* (Data::*)() const>(&Data::parent), 3},
+        Slot{"parent", slotOf<Data* (Data::*)()>(&Data::parent), 4},
+        Slot{"setParent", slotOf(&Data::setParent), 5},
+        Slot{"isDictionary", slotOf(&Data::isDictionary), 6},
+        Slot{"isDynamicDictionary", slotOf(&Data::isDynamicDictionary), 7},
+        Slot{"isArray", slotOf(&Data::isArray), 8},
+        Slot{"asDictionaryConst", slotOf<const Dictionary* (Data::*)() const>(&Data::asDictionary),
+             9},
+        Slot{"asArrayConst", slotOf<const Array* (Data::*)() const>(&Data::asArray), 10},
+        Slot{"asDictionary", slotOf<Dictionary* (Data::*)()>(&Data::asDictionary), 11},
+        Slot{"asDynamicDictionary",
+             slotOf<DynamicDictionary* (Data::*)()>(&Data::asDynamicDictionary), 12},
+        Slot{"asDynamicDictionaryConst",
+             slotOf<const DynamicDictionary* (Data::*)() const>(&Data::asDynamicDictionary), 13},
+        Slot{"asArray", slotOf<Array* (Data::*)()>(&Data::asArray), 14},
+        Slot{"version", slotOf(&Data::version), 15}),
+    operationOf);
+
+INSTANTIATE_TEST_SUITE_P(
+    Array, SlotOrderTest,
+    ::testing::Values(
+        Slot{"isDictionary", slotOf(&Array::isDictionary), 6},
+        Slot{"isDynamicDictionary", slotOf(&Array::isDynamicDictionary), 7},
+        Slot{"isArray", slotOf(&Array::isArray), 8},
+        Slot{"asDictionaryConst",
+             slotOf<const Dictionary* (Array::*)() const>(&Array::asDictionary), 9},
+        Slot{"asArrayConst", slotOf<const Array* (Array::*)() const>(&Array::asArray), 10},
+        Slot{"asDictionary", slotOf<Dictionary* (Array::*)()>(&Array::asDictionary), 11},
+        Slot{"asDynamicDictionary",
+             slotOf<DynamicDictionary* (Array::*)()>(&Array::asDynamicDictionary), 12},
+        Slot{"asDynamicDictionaryConst",
+             slotOf<const DynamicDictionary* (Array::*)() const>(&Array::asDynamicDictionary), 13},
+        Slot{"asArray", slotOf<Array* (Array::*)()>(&Array::asArray), 14},
+        Slot{"version", slotOf(&Array::version), 15},
+        Slot{"getValueAsDouble", slotOf(&Array::getValueAsDouble), 16},
+        Slot{"getValueAsUInt", slotOf(&Array::getValueAsUInt), 17},
+        Slot{"getValueAsInt", slotOf(&Array::getValueAsInt), 18},
+        Slot{"getValueAsString", slotOf(&Array::getValueAsString), 19},
+        Slot{"getValueAsDictionary", slotOf(&Array::getValueAsDictionary), 20},
+        Slot{"getValueAsBoolean", slotOf(&Array::getValueAsBoolean), 21},
+        Slot{"getValueAsComplex", slotOf(&Array::getValueAsComplex), 22},
+        Slot{"size", slotOf(&Array::size), 23},
+        Slot{"getPhysicalUnit", slotOf(&Array::getPhysicalUnit), 24},
+        Slot{"getUnit", slotOf(&Array::getUnit), 25},
+        Slot{"getWritingInterface",
+             slotOf<WritingInterface* (Array::*)()>(&Array::getWritingInterface), 26},
+        Slot{"getWritingInterfaceConst",
+             slotOf<const WritingInterface* (Array::*)() const>(&Array::getWritingInterface), 27}),
+    operationOf);
+
+INSTANTIATE_TEST_SUITE_P(
+    Dictionary, SlotOrderTest,
+    ::testing::Values(
+        Slot{"isDictionary", slotOf(&Dictionary::isDictionary), 6},
+        Slot{"isArray", slotOf(&Dictionary::isArray), 8},
+        Slot{"asDictionaryConst",
+             slotOf<const Dictionary* (Dictionary::*)() const>(&Dictionary::asDictionary), 9},
+        Slot{"asArrayConst", slotOf<const Array* (Dictionary::*)() const>(&Dictionary::asArray),
+             10},
+        Slot{"asDictionary", slotOf<Dictionary* (Dictionary::*)()>(&Dictionary::asDictionary), 11},
+        Slot{"asArray", slotOf<Array* (Dictionary::*)()>(&Dictionary::asArray), 14},
+        Slot{"getNumOfData", slotOf(&Dictionary::getNumOfData), 16},
+        Slot{"reservedDictionary0", slotOf(&Dictionary::reservedDictionary0), 17},
+        Slot{"reservedDictionary1", slotOf(&Dictionary::reservedDictionary1), 18},
+        Slot{"getDataName", slotOf(&Dictionary::getDataName), 19},
+        Slot{"data", slotOf<Data* (Dictionary::*)(const std::string&)>(&Dictionary::data), 20},
+        Slot{"dataConst",
+             slotOf<const Data* (Dictionary::*)(const std::string&) const>(&Dictionary::data), 21}),
+    operationOf);
+
+INSTANTIATE_TEST_SUITE_P(
+    DynamicDictionary, SlotOrderTest,
+    ::testing::Values(Slot{"reservedDynamicDictionary0",
+                           slotOf(&DynamicDictionary::reservedDynamicDictionary0), 22},
+                      Slot{"reservedDynamicDictionary1",
+                           slotOf(&DynamicDictionary::reservedDynamicDictionary1), 23},
+                      Slot{"reservedDynamicDictionary2",
+                           slotOf(&DynamicDictionary::reservedDynamicDictionary2), 24},
+                      Slot{"reservedDynamicDictionary3",
+                           slotOf(&DynamicDictionary::reservedDynamicDictionary3), 25},
+                      Slot{"reservedDynamicDictionary4",
+                           slotOf(&DynamicDictionary::reservedDynamicDictionary4), 26},
+                      Slot{"reservedDynamicDictionary5",
+                           slotOf(&DynamicDictionary::reservedDynamicDictionary5), 27},
+                      Slot{"reservedDynamicDictionary6",
+                           slotOf(&DynamicDictionary::reservedDynamicDictionary6), 28}),
+    operationOf);
+
+INSTANTIATE_TEST_SUITE_P(
+    Request, SlotOrderTest,
+    ::testing::Values(Slot{"reservedRequest0", slotOf(&Request::reservedRequest0), 2},
+                      Slot{"reservedRequest1", slotOf(&Request::reservedRequest1), 3},
+                      Slot{"reservedRequest2", slotOf(&Request::reservedRequest2), 4},
+                      Slot{"reservedRequest3", slotOf(&Request::reservedRequest3), 5}),
+    operationOf);
+
+// The destructor stands after the casts, in slots 7 and 8.
+INSTANTIATE_TEST_SUITE_P(
+    DataInfo, SlotOrderTest,
+    ::testing::Values(Slot{"getName", slotOf(&DataInfo::getName), 0},
+                      Slot{"getDescription", slotOf(&DataInfo::getDescription), 1},
+                      Slot{"reservedDataInfo0", slotOf(&DataInfo::reservedDataInfo0), 2},
+                      Slot{"isArrayInfo", slotOf(&DataInfo::isArrayInfo), 3},
+                      Slot{"isDictionaryInfo", slotOf(&DataInfo::isDictionaryInfo), 4},
+                      Slot{"asArrayInfo", slotOf(&DataInfo::asArrayInfo), 5},
+                      Slot{"asDictionaryInfo", slotOf(&DataInfo::asDictionaryInfo), 6}),
+    operationOf);
+
+INSTANTIATE_TEST_SUITE_P(
+    ArrayInfo, SlotOrderTest,
+    ::testing::Values(Slot{"isArrayInfo", slotOf(&ArrayInfo::isArrayInfo), 3},
+                      Slot{"isDictionaryInfo", slotOf(&ArrayInfo::isDictionaryInfo), 4},
+                      Slot{"asArrayInfo", slotOf(&ArrayInfo::asArrayInfo), 5},
+                      Slot{"asDictionaryInfo", slotOf(&ArrayInfo::asDictionaryInfo), 6},
+                      Slot{"getElementType", slotOf(&ArrayInfo::getElementType), 9},
+                      Slot{"reservedArrayInfo0", slotOf(&ArrayInfo::reservedArrayInfo0), 10},
+                      Slot{"getAxisInfo", slotOf(&ArrayInfo::getAxisInfo), 11},
+                      Slot{"reservedArrayInfo1", slotOf(&ArrayInfo::reservedArrayInfo1), 12},
+                      Slot{"reservedArrayInfo2", slotOf(&ArrayInfo::reservedArrayInfo2), 13},
+                      Slot{"reservedArrayInfo3", slotOf(&ArrayInfo::reservedArrayInfo3), 14}),
+    operationOf);
+
+INSTANTIATE_TEST_SUITE_P(
+    DictionaryInfo, SlotOrderTest,
+    ::testing::Values(
+        Slot{"isArrayInfo", slotOf(&DictionaryInfo::isArrayInfo), 3},
+        Slot{"isDictionaryInfo", slotOf(&DictionaryInfo::isDictionaryInfo), 4},
+        Slot{"asArrayInfo", slotOf(&DictionaryInfo::asArrayInfo), 5},
+        Slot{"asDictionaryInfo", slotOf(&DictionaryInfo::asDictionaryInfo), 6},
+        Slot{"reservedDictionaryInfo0", slotOf(&DictionaryInfo::reservedDictionaryInfo0), 9},
+        Slot{"reservedDictionaryInfo1", slotOf(&DictionaryInfo::reservedDictionaryInfo1), 10},
+        Slot{"reservedDictionaryInfo2", slotOf(&DictionaryInfo::reservedDictionaryInfo2), 11},
+        Slot{"reservedDictionaryInfo3", slotOf(&DictionaryInfo::reservedDictionaryInfo3), 12},
+        Slot{"reservedDictionaryInfo4", slotOf(&DictionaryInfo::reservedDictionaryInfo4), 13}),
+    operationOf);
+
+INSTANTIATE_TEST_SUITE_P(AxisInfo, SlotOrderTest,
+                         ::testing::Values(Slot{"getAxisType", slotOf(&AxisInfo::getAxisType), 2},
+                                           Slot{"getAxisName", slotOf(&AxisInfo::getAxisName), 3}),
+                         operationOf);
+
+}  // namespace
+}  // namespace object_model

@@ -1,0 +1,43 @@
+// Sizes and field places of the bundled table library's classes, and its type identifiers.
+#include <gtest/gtest.h>
+#include <tabra/DataType.h>
+#include <tabra/MemoryDataFrame.h>
+#include <tabra/VectorX.h>
+
+#include <cstring>
+#include <type_traits>
+
+namespace tabra {
+namespace {
+
+TEST(TableLayoutTest, SizesAreAsReleased) {
+  EXPECT_EQ(sizeof(DataFrameView), 8U);
+  EXPECT_EQ(sizeof(MemoryDataFrame), 16U);
+  EXPECT_EQ(sizeof(DataType), 4U);
+  EXPECT_EQ(sizeof(VectorX<unsigned long>), 16U);
+}
+
+TEST(TableLayoutTest, ATypeIsItsIdentifier) {
+  const DataType type(DataTypeId::Int64);
+  unsigned int word = 0;
+  std::memcpy(&word, &type, sizeof(word));
+  EXPECT_EQ(word, 0x20140U);
+}
+
+TEST(TableLayoutTest, AVectorHasTheCountAndThenTheAddress) {
+  const VectorX<unsigned long> vector({5, 6});
+  unsigned long words[2] = {0, 0};
+  std::memcpy(words, static_cast<const void*>(&vector), sizeof(words));
+  EXPECT_EQ(words[0], 2U);
+  EXPECT_EQ(reinterpret_cast<const unsigned long*>(words[1]), &vector[0]);
+}
+
+TEST(TableLayoutTest, IdentifiersAreAsReleased) {
+  EXPECT_TRUE((std::is_same_v<std::underlying_type_t<DataTypeId>, unsigned int>));
+  EXPECT_EQ(static_cast<unsigned int>(DataTypeId::UInt64), 0x10140U);
+  EXPECT_EQ(static_cast<unsigned int>(DataTypeId::Int64), 0x20140U);
+  EXPECT_EQ(static_cast<unsigned int>(DataTypeId::Float64), 0x30140U);
+}
+
+}  // namespace
+}  // namespace tabra
