@@ -1,0 +1,273 @@
+#include <gtest/gtest.h>
+#include <object_model/InvalidCall.h>
+#include <quillon/memory/Dictionary.h>
+#include <quillon/memory/TypedArray.h>
+
+#include <limits>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "support/Thrown.h"
+
+namespace quillon::memory {
+namespace {
+
+using object_model::Data;
+using test::thrownBy;
+
+DoubleArray scalar(const std::string& name) { return DoubleArray(name, {}, {0}); }
+
+std::vector<std::string> namesOf(const Dictionary& dictionary) {
+  std::vector<std::string> names;
+  for (int k = 0; k < static_cast<int>(dictionary.getNumOfData()); ++k) {
+    names.push_back(dictionary.getDataName(k));
+  }
+  return names;
+}
+
+/// Every entry is found under its name, at its position, and has the dictionary as its parent.
+void expectConsistent(Dictionary& dictionary, const std::vector<std::string>& names) {
+  EXPECT_EQ(namesOf(dictionary), names);
+  for (int k = 0; k < static_cast<int>(names.size()); ++k) {
+    const std::string& name = names[static_cast<std::size_t>(k)];
+    Data* entry = dictionary.data(name);
+    EXPECT_EQ(entry->getName(), name);
+    EXPECT_EQ(entry->parent(), &dictionary);
+    EXPECT_EQ(dictionary.data(k), entry);
+    EXPECT_EQ(std::as_const(dictionary).data(name), entry);
+    EXPECT_EQ(std::as_const(dictionary).data(k), entry);
+    EXPECT_TRUE(dictionary.contains(name));
+  }
+}
+
+TEST(DictionaryTest, IsEmptyAtFirst) {
+  const Dictionary dictionary("climate", "monthly means");
+  EXPECT_EQ(dictionary.getName(), "climate");
+  EXPECT_EQ(dictionary.getDescription(), "monthly means");
+  EXPECT_EQ(dictionary.getNumOfData(), 0U);
+  EXPECT_EQ(dictionary.parent(), nullptr);
+  EXPECT_FALSE(dictionary.contains(""));
+}
+
+TEST(DictionaryTest, IsADictionaryThatIsNotDynamic) {
+  Dictionary dictionary("d");
+  const Data& data = dictionary;
+  EXPECT_TRUE(data.isDictionary());
+  EXPECT_EQ(data.asDictionary(), &dictionary);
+  EXPECT_FALSE(data.isDynamicDictionary());
+  EXPECT_EQ(data.asDynamicDictionary(), nullptr);
+  EXPECT_EQ(dictionary.asDynamicDictionary(), nullptr);
+}
+
+TEST(DictionaryTest, KeepsEntriesInTheOrderInWhichTheyCame) {
+  Dictionary dictionary("d");
+  dictionary.add(scalar("z"));
+  dictionary.add(Dictionary("a"));
+  dictionary.add(scalar("m"));
+  expectConsistent(dictionary, {"z", "a", "m"});
+}
+
+TEST(DictionaryTest, AddingGivesTheEntryInItsPlace) {
+  Dictionary dictionary("d");
+  DoubleArray& added = dictionary.add(scalar("a"));
+  EXPECT_EQ(dictionary.data("a"), &added);
+  std::unique_ptr<Data> entry = std::make_unique<Dictionary>("b");
+  Data* address = entry.get();
+  EXPECT_EQ(&dictionary.add(std::move(entry)), address);
+  EXPECT_EQ(dictionary.data("b"), address);
+}
+
+TEST(DictionaryTest, ReferencesToEntriesOutliveFurtherAddingAndMoving) {
+  Dictionary dictionary("d");
+  const DoubleArray& first = dictionary.add(scalar("first"));
+  for (int k = 0; k < 100; ++k) {
+    dictionary.add(scalar(std::to_string(k)));
+  }
+  const Dictionary moved(std::move(dictionary));
+  EXPECT_EQ(moved.data("first"), &first);
+  EXPECT_EQ(first.parent(), &moved);
+}
+
+TEST(DictionaryTest, AnEmptyNameIsANameToo) {
+  Dictionary dictionary("");
+  dictionary.add(scalar(""));
+  expectConsistent(dictionary, {""});
+  EXPECT_EQ(thrownBy<std::invalid_argument>([&] { dictionary.add(scalar("")); }),
+            "Dictionary '' already has an entry ''");
+}
+
+// Errors
+
+TEST(DictionaryTest, ANameThatIsTakenIsRefusedAndNothingIsChanged) {
+  Dictionary dictionary("d");
+  const DoubleArray& first = dictionary.add(scalar("a"));
+  EXPECT_EQ(thrownBy<std::invalid_argument>([&] { dictionary.add(Dictionary("a")); }),
+            "Dictionary 'd' already has an entry 'a'");
+  expectConsistent(dictionary, {"a"});
+  EXPECT_EQ(dictionary.data("a"), &first);
+}
+
+TEST(DictionaryTest, ARefusedEntryIsLeftAsItWas) {
+  Dictionary dictionary("d");
+  dictionary.add(scalar("a"));
+  std::unique_ptr<Data> entry = std::make_unique<DoubleArray>(scalar("a"));
+  EXPECT_THROW(dictionary.add(std::move(entry)), std::invalid_argument);
+  ASSERT_NE(entry, nullptr);
+  EXPECT_EQ(entry->parent(), nullptr);
+  Dictionary moved("a");
+  moved.add(scalar("inner"));
+  EXPECT_THROW(dictionary.add(std::move(moved)), std::invalid_argument);
+  expectConsistent(moved, {"inner"});
+}
+
+TEST(DictionaryTest, NoEntryCannotBeAdded) {
+  Dictionary dictionary("d");
+  EXPECT_EQ(thrownBy<std::invalid_argument>([&] { dictionary.add(std::unique_ptr<Data>()); }),
+            "Dictionary 'd' was given no entry to add");
+  EXPECT_EQ(dictionary.getNumOfData(), 0U);
+}
+
+TEST(DictionaryTest, AMissingNameIsNamed) {
+  Dictionary dictionary("d");
+  dictionary.add(scalar("a"));
+  EXPECT_FALSE(dictionary.contains("A"));
+  EXPECT_EQ(thrownBy<std::out_of_range>([&] { dictionary.data("A"); }),
+            "Dictionary 'd' has no entry 'A'");
+  EXPECT_EQ(thrownBy<std::out_of_range>([&] { std::as_const(dictionary).data("a "); }),
+            "Dictionary 'd' has no entry 'a '");
+}
+
+TEST(DictionaryTest, APositionWithoutEntryIsNamed) {
+  Dictionary dictionary("d");
+  dictionary.add(scalar("a"));
+  EXPECT_EQ(thrownBy<std::out_of_range>([&] { dictionary.getDataName(1); }),
+            "Dictionary 'd' has 1 entries; there is none at position 1");
+  EXPECT_EQ(thrownBy<std::out_of_range>([&] { dictionary.data(-1); }),
+            "Dictionary 'd' has 1 entries; there is none at position -1");
+  EXPECT_EQ(thrownBy<std::out_of_range>(
+                [&] { std::as_const(dictionary).data(std::numeric_limits<int>::min()); }),
+            "Dictionary 'd' has 1 entries; there is none at position -2147483648");
+}
+
+// Nesting and moving
+
+TEST(DictionaryTest, EntriesKnowTheWholeWayUp) {
+  Dictionary root("root");
+  auto& middle = root.add(Dictionary("middle"));
+  auto& inner = middle.add(Dictionary("inner"));
+  const auto& leaf = inner.add(scalar("leaf"));
+  EXPECT_EQ(leaf.parent(), &inner);
+  EXPECT_EQ(inner.parent(), &middle);
+  EXPECT_EQ(middle.parent(), &root);
+  EXPECT_EQ(root.parent(), nullptr);
+}
+
+TEST(DictionaryTest, AddingAFilledDictionaryKeepsItsEntriesParentTrue) {
+  Dictionary inner("inner");
+  inner.add(scalar("leaf"));
+  Dictionary root("root");
+  Dictionary& added = root.add(std::move(inner));
+  expectConsistent(added, {"leaf"});
+}
+
+TEST(DictionaryTest, MovingTakesEverythingButTheContainer) {
+  Dictionary container("container");
+  Dictionary& source = container.add(Dictionary("source", "described"));
+  source.add(scalar("a"));
+  Dictionary moved(std::move(source));
+  EXPECT_EQ(moved.getName(), "source");
+  EXPECT_EQ(moved.getDescription(), "described");
+  EXPECT_EQ(moved.parent(), nullptr);
+  expectConsistent(moved, {"a"});
+  EXPECT_EQ(source.getNumOfData(), 0U);
+  EXPECT_FALSE(source.contains("a"));
+}
+
+TEST(DictionaryTest, MovesWithoutFailingButIsNotCopied) {
+  EXPECT_TRUE(std::is_nothrow_move_constructible_v<Dictionary>);
+  EXPECT_FALSE(std::is_copy_constructible_v<Dictionary>);
+}
+
+TEST(DictionaryTest, AssignmentReplacesNameDescriptionAndEntries) {
+  Dictionary target("target", "old");
+  target.add(scalar("x"));
+  Dictionary source("source", "new");
+  source.add(scalar("a"));
+  source.add(scalar("b"));
+  target = std::move(source);
+  EXPECT_EQ(target.getName(), "source");
+  EXPECT_EQ(target.getDescription(), "new");
+  expectConsistent(target, {"a", "b"});
+  EXPECT_FALSE(target.contains("x"));
+  EXPECT_EQ(source.getNumOfData(), 0U);
+}
+
+TEST(DictionaryTest, AssignmentToItselfChangesNothing) {
+  Dictionary dictionary("d");
+  dictionary.add(scalar("a"));
+  Dictionary& itself = dictionary;
+  dictionary = std::move(itself);
+  EXPECT_EQ(dictionary.getName(), "d");
+  expectConsistent(dictionary, {"a"});
+}
+
+TEST(DictionaryTest, AnEntryIsReplacedInItsPlaceUnderItsName) {
+  Dictionary root("root");
+  Dictionary& entry = root.add(Dictionary("entry"));
+  Dictionary replacement("entry", "replaced");
+  replacement.add(scalar("a"));
+  entry = std::move(replacement);
+  EXPECT_EQ(entry.parent(), &root);
+  EXPECT_EQ(root.data("entry"), &entry);
+  EXPECT_EQ(entry.getDescription(), "replaced");
+  expectConsistent(entry, {"a"});
+}
+
+TEST(DictionaryTest, AnEntryDoesNotChangeItsName) {
+  Dictionary root("root");
+  Dictionary& entry = root.add(Dictionary("entry"));
+  Dictionary other("other");
+  other.add(scalar("a"));
+  EXPECT_EQ(thrownBy<std::invalid_argument>([&] { entry = std::move(other); }),
+            "Dictionary 'entry' is an entry and cannot take the name 'other'");
+  expectConsistent(root, {"entry"});
+  expectConsistent(other, {"a"});
+}
+
+TEST(DictionaryTest, ADictionaryMayBecomeOneOfItsEntries) {
+  Dictionary dictionary("outer");
+  dictionary.add(scalar("gone"));
+  Dictionary& inner = dictionary.add(Dictionary("inner"));
+  inner.add(scalar("kept"));
+  dictionary = std::move(inner);
+  EXPECT_EQ(dictionary.getName(), "inner");
+  expectConsistent(dictionary, {"kept"});
+}
+
+TEST(DictionaryTest, ADictionaryIsNeverPutInsideItself) {
+  Dictionary root("root");
+  Dictionary& inner = root.add(Dictionary("inner"));
+  const char* const message = "Dictionary 'root' cannot be put inside itself";
+  EXPECT_EQ(thrownBy<std::invalid_argument>([&] { inner.add(std::move(root)); }), message);
+  EXPECT_EQ(thrownBy<std::invalid_argument>([&] { root.add(std::move(root)); }), message);
+  expectConsistent(root, {"inner"});
+  Dictionary same("same");
+  Dictionary& innerSame = same.add(Dictionary("same"));
+  EXPECT_EQ(thrownBy<std::invalid_argument>([&] { innerSame = std::move(same); }),
+            "Dictionary 'same' cannot be put inside itself");
+  expectConsistent(same, {"same"});
+}
+
+TEST(DictionaryTest, ReservedOperationsDoNothing) {
+  const Dictionary dictionary("d");
+  dictionary.reservedDictionary0();
+  dictionary.reservedDictionary1();
+  EXPECT_EQ(dictionary.getNumOfData(), 0U);
+}
+
+}  // namespace
+}  // namespace quillon::memory
