@@ -1,0 +1,122 @@
+/// @file
+/// Reads a netCDF file as a dictionary of arrays.
+#pragma once
+
+#include <quillon/memory/Dictionary.h>
+
+#include <cstddef>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace quillon::netcdf {
+
+/// A file that cannot be opened or read. The message is one sentence that names the file and says
+/// what is wrong.
+class Error : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// How a file is read.
+struct OpenOptions {
+  /// Whether missing values of `Double` arrays read as NaN: those equal to `_FillValue`, to one of
+  /// `missing_value` or, for a variable without `_FillValue`, to netCDF's default fill value.
+  /// Otherwise they read as they are stored.
+  bool missingAsNaN = false;
+
+  /// How many bytes of one variable's values are held in memory at a time.
+  std::size_t windowBytes = std::size_t{64} << 20U;
+
+  /// Told after each read how many bytes of values it brought, as they are stored (a `float` counts
+  /// 4), so that a caller can show progress. What it throws passes through the accessor that read.
+  std::function<void(unsigned long bytes)> onRead;
+};
+
+/// A variable that the object model cannot hold.
+struct Skipped {
+  std::string path;    ///< where it stands in the file, such as "/cells/otsu/outline"
+  std::string reason;  ///< why it was left out, such as "compound type 'point'"
+};
+
+/// An open netCDF file, classic (CDF-1, CDF-2, CDF-5) or netCDF-4, as a dictionary.
+///
+/// Every variable is an array and every group a dictionary, under their names in the file: first
+/// the group's variables, then its groups, both in the file's order.
+///
+/// Shape: the file's last (fastest) dimension becomes dimension 0, so that dimension 0 varies
+/// fastest in memory as well. A variable that `ncdump` shows as `float SST(TIME, COADSY, COADSX)`
+/// with TIME = 12, COADSY = 35 and COADSX = 40 has the shape (40;35;12); the value
+/// `SST[t][y][x]` stands at the position (x;y;t), and `getAxisInfo(0)` is COADSX. A scalar variable
+/// has no dimensions and one value.
+///
+/// Elements: signed integers are `Int`, unsigned ones `UInt`, both exact to the last digit; `float`
+/// and `double` are `Double`; strings are `String`, and so is text of characters, whose last
+/// dimension is the text's length and no axis (NULs at its end are cut). An enumeration is read as
+/// its integers. Other types are left out, see skipped(). Packed values (`scale_factor`,
+/// `add_offset`) are left as they are stored.
+///
+/// Descriptors: `long_name` is the description, `units` both the unit and the physical unit.
+/// Dimension names are axis names. An axis is of the kind
+///   - `Time` when its coordinate variable has units "... since ...", the standard name "time" or
+///     the axis "T";
+///   - `Slice` when its coordinate variable has the axis "Z" or the attribute `positive`: of the
+///     kinds, planes of a stack come nearest to levels;
+///   - `Slice`, `Time`, `Channel` or `Label` when the dimension is called slice, time, channel (or
+///     band) or label, in any case, in the singular or the plural;
+///   - `quillon::memory::OTHER_AXIS` otherwise.
+/// The coordinate variable of a dimension is called as the dimension and is looked for from the
+/// variable's own group up to the root.
+///
+/// Reading: opening a file reads no values. An array holds one window of its variable, a run of
+/// values that follow each other in the file: the whole variable when it fits
+/// OpenOptions::windowBytes. Walking an array in order (dimension 0 fastest) reads each value once,
+/// whatever the file's size; hopping between windows reads them again and again. A text that is
+/// longer than a window is read by itself, and a string counts as 128 bytes, whatever its length.
+///
+/// Ownership: the file owns its dictionaries, they own their arrays, and these keep the file open.
+/// Errors: `Error`, from the constructor for a file that is missing, no netCDF file, damaged or
+/// shorter than its header claims, and from the accessors of an array whose values cannot be read;
+/// such an array holds no half window and tries anew when it is asked again. A netCDF-4 variable
+/// that claims more than a mebibyte of values for each byte of its file counts as damaged.
+/// Threads: one thread at a time may use the files and arrays of a process: the accessors of an
+/// array are const but fill its window, and the libraries below are not thread-safe.
+class File {
+ public:
+  /// Opens the file at `path` for reading.
+  explicit File(const std::string& path, OpenOptions options = {});
+
+  File(const File&) = delete;
+  File& operator=(const File&) = delete;
+  /// References to the root dictionary (not to what is in it) turn to the new object's.
+  File(File&&) noexcept = default;
+  File& operator=(File&&) noexcept = default;
+  ~File() = default;
+
+  /// The whole file, called "/"; its description is the file's attribute `title`.
+  memory::Dictionary& root();
+  /// @copydoc root
+  const memory::Dictionary& root() const;
+
+  /// The group at `path`: "" and "/" are the root, "/cells/otsu", "cells/otsu" and "cells/otsu/"
+  /// the same group. Its description is its attribute `title`.
+  /// @throws Error when there is none, with the part of the path that leads nowhere.
+  memory::Dictionary& group(const std::string& path);
+  /// @copydoc group
+  const memory::Dictionary& group(const std::string& path) const;
+
+  /// The file's attribute `title`; empty when it has none.
+  std::string title() const;
+
+  /// The variables of types that the object model cannot hold (compound, variable-length and opaque
+  /// ones), in the file's order.
+  const std::vector<Skipped>& skipped() const;
+
+ private:
+  std::string m_path;
+  memory::Dictionary m_root;
+  std::vector<Skipped> m_skipped;
+};
+
+}  // namespace quillon::netcdf
