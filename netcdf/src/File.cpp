@@ -1,0 +1,74 @@
+#include <quillon/netcdf/File.h>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "GroupReader.h"
+#include "Source.h"
+
+namespace quillon::netcdf {
+namespace {
+
+/// The next part of a path from `position` on, which moves behind it; empty at the path's end.
+std::string nextPart(const std::string& path, std::size_t& position) {
+  const std::size_t begin = path.find_first_not_of('/', position);
+  if (begin == std::string::npos) {
+    return {};
+  }
+  position = std::min(path.find('/', begin), path.size());
+  return path.substr(begin, position - begin);
+}
+
+/// Says which groups there are instead of the one that was asked for.
+std::string groupsIn(const memory::Dictionary& group) {
+  std::string names;
+  for (int k = 0; k < static_cast<int>(group.getNumOfData()); ++k) {
+    if (group.data(k)->isDictionary()) {
+      names += (names.empty() ? "'" : ", '") + group.getDataName(k) + "'";
+    }
+  }
+  return "'" + group.getName() + "' " + (names.empty() ? "has no groups" : "has " + names);
+}
+
+const memory::Dictionary& findGroup(const std::string& file, const memory::Dictionary& root,
+                                    const std::string& path) {
+  const memory::Dictionary* group = &root;
+  std::size_t position = 0;
+  for (std::string part = nextPart(path, position); !part.empty();
+       part = nextPart(path, position)) {
+    const auto* found = group->contains(part)
+                            ? dynamic_cast<const memory::Dictionary*>(group->data(part))
+                            : nullptr;
+    if (found == nullptr) {
+      throw Error("Cannot read '" + file + "': there is no group '" + path.substr(0, position) +
+                  "'; " + groupsIn(*group));
+    }
+    group = found;
+  }
+  return *group;
+}
+
+}  // namespace
+
+File::File(const std::string& path, OpenOptions options) : m_path(path), m_root("/") {
+  auto source = std::make_shared<const Source>(path, std::move(options));
+  const int root = source->id();
+  m_root = GroupReader(std::move(source), m_skipped).read(root, "/", "/");
+}
+
+memory::Dictionary& File::root() { return m_root; }
+const memory::Dictionary& File::root() const { return m_root; }
+
+memory::Dictionary& File::group(const std::string& path) {
+  return const_cast<memory::Dictionary&>(std::as_const(*this).group(path));
+}
+
+const memory::Dictionary& File::group(const std::string& path) const {
+  return findGroup(m_path, m_root, path);
+}
+
+std::string File::title() const { return m_root.getDescription(); }
+const std::vector<Skipped>& File::skipped() const { return m_skipped; }
+
+}  // namespace quillon::netcdf

@@ -1,0 +1,194 @@
+#include "GroupReader.h"
+
+#include <netcdf.h>
+
+#include <array>
+#include <utility>
+
+#include "Attributes.h"
+#include "AxisKind.h"
+#include "Bounded.h"
+#include "NumericArray.h"
+#include "TextArray.h"
+
+namespace quillon::netcdf {
+namespace {
+
+using memory::ArrayBase;
+using memory::Axis;
+using memory::Dictionary;
+
+// A file that claims more values for each of its bytes is damaged: no filter packs as tightly, and
+// who leaves so much unwritten has no measurements.
+constexpr unsigned long MOST_BYTES_PER_FILE_BYTE = 1UL << 20U;
+
+// The same for one text, which is read in one piece.
+constexpr unsigned long MOST_TEXT_BYTES_PER_FILE_BYTE = 1UL << 10U;
+
+using Name = std::array<char, NC_MAX_NAME + 1>;
+
+struct Type {
+  nc_type base = NC_NAT;  // of its values; NC_NAT for one that has no place in the model
+  std::string name;       // of such a type
+  std::size_t bytes = 0;  // of one value
+};
+
+Type userType(const Source& source, int group, nc_type id, const std::string& subject) {
+  Name name{};
+  Type type;
+  int kind = 0;
+  source.require(nc_inq_user_type(group, id, name.data(), &type.bytes, &type.base, nullptr, &kind),
+                 subject);
+  if (kind == NC_ENUM) {
+    return type;
+  }
+  const std::string what = kind == NC_COMPOUND ? "compound"
+                           : kind == NC_VLEN   ? "variable-length"
+                           : kind == NC_OPAQUE ? "opaque"
+                                               : "unknown";
+  type.base = NC_NAT;
+  type.name = what + " type '" + name.data() + "'";
+  return type;
+}
+
+Type typeOf(const Source& source, int group, nc_type id, const std::string& subject) {
+  if (id > NC_MAX_ATOMIC_TYPE) {
+    return userType(source, group, id, subject);
+  }
+  Type type{id, {}, 0};
+  source.require(nc_inq_type(group, id, nullptr, &type.bytes), subject);
+  return type;
+}
+
+void requirePlausible(const Variable& variable, const Type& type) {
+  const unsigned long fileBytes = variable.source->fileBytes();
+  unsigned long bytes = type.bytes;
+  for (const std::size_t extent : variable.shape) {
+    if (extent == 0) {
+      return;
+    }
+    bytes = boundedProduct(bytes, extent);
+  }
+  const bool isText = type.base == NC_CHAR && !variable.shape.empty();
+  if (bytes > boundedProduct(fileBytes, MOST_BYTES_PER_FILE_BYTE) ||
+      (isText &&
+       variable.shape.back() > boundedProduct(fileBytes, MOST_TEXT_BYTES_PER_FILE_BYTE))) {
+    variable.source->fail(variable.subject() + " claims more values than a file of " +
+                          std::to_string(fileBytes) + " bytes can hold");
+  }
+}
+
+std::vector<std::size_t> chunksOf(const Variable& variable) {
+  int storage = NC_CONTIGUOUS;
+  std::vector<std::size_t> chunks(variable.shape.size());
+  const int status = nc_inq_var_chunking(variable.group, variable.id, &storage, chunks.data());
+  if (status != NC_NOERR || storage != NC_CHUNKED) {
+    return {};
+  }
+  return chunks;
+}
+
+/// Sets the variable's shape and returns its axes, fastest dimension first.
+std::vector<Axis> readAxes(Variable& variable, int rank) {
+  const Source& source = *variable.source;
+  std::vector<int> dimensions(static_cast<std::size_t>(rank));
+  source.require(nc_inq_vardimid(variable.group, variable.id, dimensions.data()),
+                 variable.subject());
+  std::vector<Axis> axes;
+  for (std::size_t k = dimensions.size(); k-- > 0;) {
+    Name name{};
+    std::size_t extent = 0;
+    source.require(nc_inq_dim(variable.group, dimensions[k], name.data(), &extent),
+                   variable.subject());
+    axes.emplace_back(name.data(), extent,
+                      axisKindOf(source, variable.group, dimensions[k], name.data()));
+    variable.shape.insert(variable.shape.begin(), extent);
+  }
+  return axes;
+}
+
+std::unique_ptr<ArrayBase> arrayOf(const Type& type, Variable variable, const std::string& name,
+                                   std::vector<Axis> axes) {
+  const std::string description =
+      textAttribute(*variable.source, variable.group, variable.id, "long_name");
+  if (type.base == NC_STRING) {
+    return std::make_unique<TextArray>(TextArray::Storage::Strings, std::move(variable), name,
+                                       std::move(axes), description);
+  }
+  if (type.base == NC_CHAR) {
+    if (!axes.empty()) {
+      axes.erase(axes.begin());
+    }
+    return std::make_unique<TextArray>(TextArray::Storage::Characters, std::move(variable), name,
+                                       std::move(axes), description);
+  }
+  return makeNumericArray(type.base, std::move(variable), name, std::move(axes), description);
+}
+
+}  // namespace
+
+GroupReader::GroupReader(std::shared_ptr<const Source> source, std::vector<Skipped>& skipped)
+    : m_source(std::move(source)), m_skipped(skipped) {}
+
+Dictionary GroupReader::read(int group, const std::string& name, const std::string& path) {
+  Dictionary dictionary(name, textAttribute(*m_source, group, NC_GLOBAL, "title"));
+  addVariables(group, path, dictionary);
+  addGroups(group, path, dictionary);
+  return dictionary;
+}
+
+void GroupReader::addVariables(int group, const std::string& path, Dictionary& to) {
+  int count = 0;
+  m_source->require(nc_inq_varids(group, &count, nullptr), "group '" + path + "'");
+  std::vector<int> ids(static_cast<std::size_t>(count));
+  m_source->require(nc_inq_varids(group, &count, ids.data()), "group '" + path + "'");
+  for (const int id : ids) {
+    if (auto array = makeArray(group, id, path)) {
+      requireFree(to, path, array->getName());
+      to.add(std::move(array));
+    }
+  }
+}
+
+void GroupReader::addGroups(int group, const std::string& path, Dictionary& to) {
+  int count = 0;
+  m_source->require(nc_inq_grps(group, &count, nullptr), "group '" + path + "'");
+  std::vector<int> ids(static_cast<std::size_t>(count));
+  m_source->require(nc_inq_grps(group, &count, ids.data()), "group '" + path + "'");
+  for (const int id : ids) {
+    Name name{};
+    m_source->require(nc_inq_grpname(id, name.data()), "a group in '" + path + "'");
+    requireFree(to, path, name.data());
+    to.add(read(id, name.data(), path + name.data() + "/"));
+  }
+}
+
+std::unique_ptr<object_model::Data> GroupReader::makeArray(int group, int id,
+                                                           const std::string& path) {
+  Name name{};
+  nc_type typeId = NC_NAT;
+  int rank = 0;
+  m_source->require(nc_inq_var(group, id, name.data(), &typeId, &rank, nullptr, nullptr),
+                    "a variable in '" + path + "'");
+  Variable variable{m_source, group, id, path + name.data(), {}, {}};
+  const Type type = typeOf(*m_source, group, typeId, variable.subject());
+  std::vector<Axis> axes = readAxes(variable, rank);
+  if (type.base == NC_NAT) {
+    m_skipped.push_back({variable.path, type.name});
+    return nullptr;
+  }
+  requirePlausible(variable, type);
+  variable.chunks = chunksOf(variable);
+  auto array = arrayOf(type, std::move(variable), name.data(), std::move(axes));
+  array->setUnit(textAttribute(*m_source, group, id, "units"));
+  return array;
+}
+
+void GroupReader::requireFree(const Dictionary& dictionary, const std::string& path,
+                              const std::string& name) const {
+  if (dictionary.contains(name)) {
+    m_source->fail("group '" + path + "' has two entries called '" + name + "'");
+  }
+}
+
+}  // namespace quillon::netcdf

@@ -1,0 +1,148 @@
+#include "NumericArray.h"
+
+#include <netcdf.h>
+
+#include <algorithm>
+#include <limits>
+#include <type_traits>
+#include <utility>
+
+#include "Attributes.h"
+#include "Window.h"
+
+namespace quillon::netcdf {
+namespace {
+
+using memory::ArrayBase;
+using memory::Axis;
+using object_model::ElementType;
+using object_model::Tuple;
+
+template <class Stored>
+constexpr ElementType elementTypeOf() {
+  if (std::is_floating_point_v<Stored>) {
+    return ElementType::Double;
+  }
+  return std::is_signed_v<Stored> ? ElementType::Int : ElementType::UInt;
+}
+
+template <class Stored>
+std::vector<Stored> missingValuesOf(const Variable& variable) {
+  const Source& source = *variable.source;
+  auto missing = numericAttribute<Stored>(source, variable.group, variable.id, "_FillValue");
+  if (missing.empty()) {
+    missing.push_back(std::is_same_v<Stored, float> ? static_cast<Stored>(NC_FILL_FLOAT)
+                                                    : static_cast<Stored>(NC_FILL_DOUBLE));
+  }
+  const auto more = numericAttribute<Stored>(source, variable.group, variable.id, "missing_value");
+  missing.insert(missing.end(), more.begin(), more.end());
+  return missing;
+}
+
+/// `Stored` is the values' type in the file: the window holds them as they are, and each is widened
+/// when it is asked for.
+template <class Stored>
+class NumericArray final : public ArrayBase {
+ public:
+  NumericArray(Variable variable, const std::string& name, std::vector<Axis> axes,
+               const std::string& description)
+      : ArrayBase(name, elementTypeOf<Stored>(), std::move(axes), description),
+        m_variable(std::move(variable)),
+        m_window(m_variable.windows(m_variable.shape.size(), sizeof(Stored))) {
+    if constexpr (std::is_floating_point_v<Stored>) {
+      if (m_variable.source->options().missingAsNaN) {
+        m_missing = missingValuesOf<Stored>(m_variable);
+      }
+    }
+  }
+
+  double getValueAsDouble(const Tuple& index) const override {
+    if constexpr (elementTypeOf<Stored>() == ElementType::Double) {
+      return static_cast<double>(value(index));
+    } else {
+      return ArrayBase::getValueAsDouble(index);
+    }
+  }
+
+  unsigned long getValueAsUInt(const Tuple& index) const override {
+    if constexpr (elementTypeOf<Stored>() == ElementType::UInt) {
+      return value(index);
+    } else {
+      return ArrayBase::getValueAsUInt(index);
+    }
+  }
+
+  long getValueAsInt(const Tuple& index) const override {
+    if constexpr (elementTypeOf<Stored>() == ElementType::Int) {
+      return value(index);
+    } else {
+      return ArrayBase::getValueAsInt(index);
+    }
+  }
+
+ private:
+  const Stored& value(const Tuple& index) const {
+    return m_window.at(offsetOf(index),
+                       [this](const Block& block, Stored* values) { read(block, values); });
+  }
+
+  void read(const Block& block, Stored* values) const {
+    m_variable.read(block, values);
+    if (!m_missing.empty()) {
+      std::replace_if(
+          values, values + block.count,
+          [this](Stored stored) {
+            return std::find(m_missing.begin(), m_missing.end(), stored) != m_missing.end();
+          },
+          std::numeric_limits<Stored>::quiet_NaN());
+    }
+    m_variable.reportRead(block.count * sizeof(Stored));
+  }
+
+  Variable m_variable;
+  std::vector<Stored> m_missing;  // what reads as NaN
+  mutable Window<Stored> m_window;
+};
+
+template <class Stored>
+std::unique_ptr<ArrayBase> make(Variable variable, const std::string& name, std::vector<Axis> axes,
+                                const std::string& description) {
+  return std::make_unique<NumericArray<Stored>>(std::move(variable), name, std::move(axes),
+                                                description);
+}
+
+}  // namespace
+
+std::unique_ptr<ArrayBase> makeNumericArray(int netcdfType, Variable variable,
+                                            const std::string& name, std::vector<Axis> axes,
+                                            const std::string& description) {
+  const auto makeAs = [&](auto stored) {
+    return make<decltype(stored)>(std::move(variable), name, std::move(axes), description);
+  };
+  switch (netcdfType) {
+    case NC_BYTE:
+      return makeAs(static_cast<signed char>(0));
+    case NC_UBYTE:
+      return makeAs(static_cast<unsigned char>(0));
+    case NC_SHORT:
+      return makeAs(short{});
+    case NC_USHORT:
+      return makeAs(static_cast<unsigned short>(0));
+    case NC_INT:
+      return makeAs(int{});
+    case NC_UINT:
+      return makeAs(0U);
+    case NC_INT64:
+      return makeAs(0L);
+    case NC_UINT64:
+      return makeAs(0UL);
+    case NC_FLOAT:
+      return makeAs(0.0F);
+    case NC_DOUBLE:
+      return makeAs(0.0);
+    default:
+      return nullptr;
+  }
+}
+
+}  // namespace quillon::netcdf

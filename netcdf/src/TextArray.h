@@ -1,0 +1,31 @@
+#pragma once
+
+#include <quillon/memory/ArrayBase.h>
+
+#include "Variable.h"
+#include "Window.h"
+
+namespace quillon::netcdf {
+
+/// An array over a variable of texts: strings, or characters whose last dimension is the texts'
+/// length.
+class TextArray final : public memory::ArrayBase {
+ public:
+  enum class Storage { Strings, Characters };
+
+  TextArray(Storage storage, Variable variable, const std::string& name,
+            std::vector<memory::Axis> axes, const std::string& description);
+
+  std::string getValueAsString(const object_model::Tuple& index) const override;
+
+ private:
+  void readStrings(const Block& block, std::string* texts) const;
+  void readCharacters(const Block& block, std::string* texts) const;
+
+  Storage m_storage;
+  Variable m_variable;
+  std::size_t m_length;  // of a text of characters
+  mutable Window<std::string> m_window;
+};
+
+}  // namespace quillon::netcdf
