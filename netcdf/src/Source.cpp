@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "ClassicHeader.h"
+#include "HeapDamage.h"
 
 namespace quillon::netcdf {
 
@@ -37,9 +38,11 @@ Source::Source(std::string path, OpenOptions options)
 }
 
 void Source::open() {
-  const std::string damage = findClassicDamage(m_path, m_fileBytes);
-  if (!damage.empty()) {
-    fail(damage);
+  for (const auto& findDamage : {findClassicDamage, findHeapDamage}) {
+    const std::string damage = findDamage(m_path, m_fileBytes);
+    if (!damage.empty()) {
+      fail(damage);
+    }
   }
   const int status = nc_open(m_path.c_str(), NC_NOWRITE, &m_id);
   if (status == NC_ENOTNC) {
