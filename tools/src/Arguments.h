@@ -1,0 +1,33 @@
+#pragma once
+
+#include <quillon/netcdf/File.h>
+
+#include <CLI/App.hpp>
+#include <string>
+#include <vector>
+
+namespace quillon::tools {
+
+/// The group of a file that a verb works on, as the command line names it.
+struct Source {
+  std::string file;
+  std::string group;  ///< the root unless given
+
+  /// How sentences start with it: "'a.nc'", or "Group 'cells/otsu' of 'a.nc'".
+  std::string inWords() const;
+};
+
+/// Gives a verb the argument FILE and the option --group.
+void addSource(CLI::App& command, Source& source);
+
+/// The group in the open file. @throws Failure that lists the file's groups when there is none.
+memory::Dictionary& groupOf(netcdf::File& file, const Source& source);
+
+/// The names of a list such as "A,B". @throws Failure for an empty name; `option` is named in it.
+std::vector<std::string> splitNames(const std::string& option, const std::string& list);
+
+/// The number of rows that --max-rows gives. @throws Failure for anything but a whole number of
+/// at most 64 bits.
+unsigned long parseRows(const std::string& text);
+
+}  // namespace quillon::tools

@@ -1,0 +1,38 @@
+#include "Axes.h"
+
+#include <object_model/ArrayInfo.h>
+#include <object_model/Tuple.h>
+
+#include <algorithm>
+
+namespace quillon::tools {
+
+std::vector<AxisFacts> axesOf(const object_model::Array& array) {
+  const object_model::ArrayInfo* info = array.getInformation()->asArrayInfo();
+  const object_model::Tuple& shape = array.size();
+  std::vector<AxisFacts> axes;
+  for (unsigned long k = 0; k < shape.size(); ++k) {
+    const object_model::AxisInfo* axis = info->getAxisInfo(k);
+    axes.push_back({axis->getAxisName(), shape[k], axis->getAxisType()});
+  }
+  return axes;
+}
+
+long countOf(const std::string& name, const std::vector<AxisFacts>& axes) {
+  return std::count_if(axes.begin(), axes.end(),
+                       [&name](const AxisFacts& axis) { return axis.name == name; });
+}
+
+std::string repeatedAxis(const std::vector<AxisFacts>& axes) {
+  const auto repeated = std::find_if(axes.begin(), axes.end(), [&axes](const AxisFacts& axis) {
+    return countOf(axis.name, axes) > 1;
+  });
+  return repeated == axes.end() ? std::string() : repeated->name;
+}
+
+bool isCoordinate(const object_model::Array& array) {
+  const std::vector<AxisFacts> axes = axesOf(array);
+  return axes.size() == 1 && axes[0].name == array.getName();
+}
+
+}  // namespace quillon::tools

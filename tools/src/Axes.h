@@ -1,0 +1,30 @@
+#pragma once
+
+#include <object_model/Array.h>
+#include <object_model/AxisInfo.h>
+
+#include <string>
+#include <vector>
+
+namespace quillon::tools {
+
+/// One axis of an array as its shape and its descriptor give it.
+struct AxisFacts {
+  std::string name;
+  unsigned long size;
+  object_model::AxisType type;
+};
+
+/// The array's axes, dimension 0 first.
+std::vector<AxisFacts> axesOf(const object_model::Array& array);
+
+/// How many of `axes` are called `name`.
+long countOf(const std::string& name, const std::vector<AxisFacts>& axes);
+
+/// The first name that two of `axes` share; empty when they all differ.
+std::string repeatedAxis(const std::vector<AxisFacts>& axes);
+
+/// Whether the array holds the coordinates of its only axis: it is called as that axis.
+bool isCoordinate(const object_model::Array& array);
+
+}  // namespace quillon::tools

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <stdexcept>
+
+namespace quillon::tools {
+
+/// What ends the tool with EXIT_TROUBLE: one sentence for the person who called it.
+class Failure : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// The exit status for everything that went wrong; 1 stays free for "the comparison found a
+/// difference".
+inline constexpr int EXIT_TROUBLE = 2;
+
+}  // namespace quillon::tools

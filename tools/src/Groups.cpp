@@ -1,0 +1,48 @@
+#include "Groups.h"
+
+namespace quillon::tools {
+
+namespace {
+
+void collectGroups(const object_model::Dictionary& group, const std::string& start,
+                   std::vector<std::string>& paths) {
+  for (int i = 0; static_cast<unsigned long>(i) < group.getNumOfData(); ++i) {
+    if (const object_model::Dictionary* inner = group.data(i)->asDictionary()) {
+      paths.push_back(start + inner->getName());
+      collectGroups(*inner, paths.back() + "/", paths);
+    }
+  }
+}
+
+}  // namespace
+
+std::vector<std::string> groupsBelow(const object_model::Dictionary& group) {
+  std::vector<std::string> paths;
+  collectGroups(group, {}, paths);
+  return paths;
+}
+
+std::string pathOf(const object_model::Data& group) {
+  const object_model::Data* parent = group.parent();
+  if (parent == nullptr) {
+    return "/";
+  }
+  const std::string start = pathOf(*parent);
+  return (start == "/" ? start : start + "/") + group.getName();
+}
+
+std::vector<PassedOver> skippedIn(const object_model::Data& group,
+                                  const std::vector<netcdf::Skipped>& skipped) {
+  const std::string path = pathOf(group);
+  const std::string start = path == "/" ? path : path + "/";
+  std::vector<PassedOver> result;
+  for (const netcdf::Skipped& variable : skipped) {
+    if (variable.path.rfind(start, 0) == 0 &&
+        variable.path.find('/', start.size()) == std::string::npos) {
+      result.push_back({variable.path.substr(start.size()), variable.reason});
+    }
+  }
+  return result;
+}
+
+}  // namespace quillon::tools

@@ -1,0 +1,35 @@
+#include <quillon/netcdf/File.h>
+
+#include <memory>
+
+#include "Arguments.h"
+#include "Listing.h"
+#include "Output.h"
+#include "Verb.h"
+
+namespace quillon::tools {
+
+namespace {
+
+int run(const Source& source) {
+  netcdf::File file(source.file);
+  writeToStandardOutput(listingOf(groupOf(file, source), file.skipped()));
+  return 0;
+}
+
+}  // namespace
+
+Verb addInfo(CLI::App& application) {
+  CLI::App* command =
+      application.add_subcommand("info", "List groups and arrays with types, axes and units");
+  command->footer(
+      "For each group its path, for each array its name, element type, axes with their sizes (the\n"
+      "fastest first, with the axis's kind where it is known), unit and description. No values "
+      "are\n"
+      "read.");
+  const auto source = std::make_shared<Source>();
+  addSource(*command, *source);
+  return {command, [source] { return run(*source); }};
+}
+
+}  // namespace quillon::tools

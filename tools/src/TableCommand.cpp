@@ -1,0 +1,130 @@
+#include <object_model/IO.h>
+#include <quillon/netcdf/File.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Arguments.h"
+#include "Failure.h"
+#include "Groups.h"
+#include "Memory.h"
+#include "Output.h"
+#include "Progress.h"
+#include "Selection.h"
+#include "TableFrame.h"
+#include "TablePlan.h"
+#include "Verb.h"
+#include "Wording.h"
+
+namespace quillon::tools {
+
+namespace {
+
+struct Options {
+  Source source;
+  std::optional<std::string> variables;
+  std::optional<std::string> index;
+  std::optional<std::string> output;
+  std::string maxRows = "10";
+};
+
+std::optional<std::vector<std::string>> namesOf(const std::string& option,
+                                                const std::optional<std::string>& list) {
+  return list ? std::optional(splitNames(option, *list)) : std::nullopt;
+}
+
+/// Fails before the table is built where it cannot fit: running out of memory ends the process
+/// without a word on systems that promise more than they have.
+void requireMemory(const TablePlan& plan, unsigned long maxRows) {
+  const double rows = static_cast<double>(plan.rows);
+  const double columns = static_cast<double>(plan.columns);
+  const double shown = maxRows == 0 ? rows : std::min(rows, static_cast<double>(maxRows));
+  // Roughly: cells and values of 8 bytes, names and positions of columns, and the printed text.
+  const double needed = 8.0 * (rows * columns + static_cast<double>(plan.values)) +
+                        300.0 * columns + 50.0 * shown * columns;
+  const double available = static_cast<double>(physicalMemory());
+  if (needed > available) {
+    throw Failure("The table would have " + counted(plan.rows, "row") + " and " +
+                  counted(plan.columns, "column") + ", which is more than fits in memory; choose " +
+                  "fewer --variables or another --index");
+  }
+}
+
+std::string render(memory::Dictionary& group, const TablePlan& plan, unsigned long maxRows) {
+  Selection selection(group, plan.variables);
+  Progress progress(std::cerr, ::isatty(STDERR_FILENO) == 1, plan.rows * plan.columns);
+  const auto frame =
+      std::make_shared<TableFrame>([&progress](unsigned long cells) { progress.advance(cells); });
+  object_model::exportToDataFrame(selection, frame.get(), plan.index);
+  return object_model::exportDataFrameToString(frame, maxRows);
+}
+
+int run(const Options& options) {
+  const unsigned long maxRows = parseRows(options.maxRows);
+  const TableRequest request = {options.source.inWords(), namesOf("--variables", options.variables),
+                                namesOf("--index", options.index)};
+  if (options.output) {
+    requireOtherFile(*options.output, options.source.file);
+  }
+  netcdf::OpenOptions reading;
+  reading.missingAsNaN = true;
+  // The rows follow the index, not the order in the file, and hopping between windows would read
+  // the file once for each cell. The table is in memory as a whole anyway.
+  reading.windowBytes = physicalMemory();
+  netcdf::File file(options.source.file, reading);
+  memory::Dictionary& group = groupOf(file, options.source);
+  const TablePlan plan = planTable(group, skippedIn(group, file.skipped()), request);
+  requireMemory(plan, maxRows);
+  const std::string text = render(group, plan, maxRows);
+  for (const std::string& note : plan.notes) {
+    std::cerr << "quillon: " + escaped(note) + "\n";
+  }
+  if (options.output) {
+    writeToFile(text, *options.output);
+  } else {
+    writeToStandardOutput(text);
+  }
+  return 0;
+}
+
+}  // namespace
+
+Verb addTable(CLI::App& application) {
+  CLI::App* command =
+      application.add_subcommand("table", "Print the variables of a group as a table");
+  command->footer(
+      "The table has an index column for each index axis and a row for each of their coordinates,\n"
+      "the first axis varying fastest. Variables without an index axis are repeated along it; "
+      "their\n"
+      "other axes are spread over columns.\n"
+      "Unless --index is given, the index is the axes that the variables have in common, the\n"
+      "file's last dimension first; coordinate variables (one-dimensional, called as their axis) "
+      "do\n"
+      "not count. Without a common axis there is no index.\n"
+      "Left out, with a line on standard error: text, other types that are no numbers, variables "
+      "of\n"
+      "0 or more than 3 dimensions, and those whose other axes and the index are more than 3 "
+      "axes.\n"
+      "Groups within the group are not part of its table.\n"
+      "Missing floating-point values print as nan. Names are case-sensitive.");
+  const auto options = std::make_shared<Options>();
+  addSource(*command, options->source);
+  command->add_option("--variables", options->variables, "Only these variables (default: all)")
+      ->type_name("A,B");
+  command->add_option("--index", options->index, "At most 3 axes for the rows (default: see below)")
+      ->type_name("X,Y");
+  command->add_option("--max-rows", options->maxRows, "Rows to print; 0 prints all (default: 10)")
+      ->type_name("N");
+  command
+      ->add_option("--output", options->output, "Write the table to this file, whole or not at all")
+      ->type_name("FILE");
+  return {command, [options] { return run(*options); }};
+}
+
+}  // namespace quillon::tools

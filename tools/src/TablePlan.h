@@ -1,0 +1,41 @@
+#pragma once
+
+#include <object_model/Dictionary.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Groups.h"
+
+namespace quillon::tools {
+
+/// What the command line asks of a table.
+struct TableRequest {
+  std::string source;                                 ///< the group, as sentences start with it
+  std::optional<std::vector<std::string>> variables;  ///< all unless given
+  std::optional<std::vector<std::string>> index;      ///< the common axes unless given
+};
+
+/// Which arrays of a group go into a table, along which axes, and what its readers must be told.
+struct TablePlan {
+  std::vector<std::string> variables;  ///< names of arrays that the table can hold whole
+  std::vector<std::string> index;      ///< names of at most three axes, each with one size
+  std::vector<std::string> notes;      ///< a sentence for each entry that is not there whole
+  unsigned long rows = 1;
+  unsigned long columns = 0;  ///< index columns included
+  unsigned long values = 0;   ///< how many values the chosen arrays have
+};
+
+/// Plans the table.
+///
+/// The library's export leaves columns unfilled, or drops values, where an array and an index do
+/// not suit each other; nothing of the kind gets into a plan.
+/// @param group borrowed for the call.
+/// @param skipped variables of the group that the reader could not make arrays of.
+/// @throws Failure for names that are not there or given twice, for an axis with several sizes and
+///   when nothing is left for the table.
+TablePlan planTable(const object_model::Dictionary& group, const std::vector<PassedOver>& skipped,
+                    const TableRequest& request);
+
+}  // namespace quillon::tools

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillon::tools {
+
+/// `text` without anything that a terminal would obey: control characters and bytes that are no
+/// UTF-8 appear as escapes such as `\n` and `\x1b`. All other UTF-8 passes.
+std::string escaped(std::string_view text);
+
+/// `text` escaped and in single quotes.
+std::string inQuotes(std::string_view text);
+
+/// The escaped names, separated by commas. A long list ends with how many more there are.
+std::string listed(const std::vector<std::string>& names);
+
+/// "1 array", "2 arrays".
+std::string counted(unsigned long count, const std::string& noun);
+
+/// How many places escaped UTF-8 text takes on a terminal, one for each character.
+std::size_t displayWidth(std::string_view text);
+
+}  // namespace quillon::tools
