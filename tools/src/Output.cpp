@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <system_error>
@@ -18,7 +19,7 @@ namespace quillon::tools {
 namespace {
 
 Failure cannotWrite(const std::string& what, int error) {
-  return Failure("Cannot write " + what + ": " + std::generic_category().message(error));
+  return Failure{"Cannot write " + what + ": " + std::generic_category().message(error)};
 }
 
 /// @return 0 or the error number.
@@ -43,7 +44,7 @@ int writeAndClose(int descriptor, const std::string& text) {
 }
 
 void writeInPlace(const std::string& text, const std::string& path) {
-  const int descriptor = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);  // NOLINT(*-vararg): POSIX
+  const int descriptor = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
   if (descriptor < 0) {
     throw cannotWrite(inQuotes(path), errno);
   }
@@ -98,11 +99,12 @@ class TemporaryFile {
 
 }  // namespace
 
-void occupyStandardStreams() {
+void prepareOutput() {
+  std::signal(SIGXFSZ, SIG_IGN);
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-    if (::fcntl(descriptor, F_GETFD) < 0) {  // NOLINT(*-vararg): POSIX
+    if (::fcntl(descriptor, F_GETFD) < 0) {
       // Takes the lowest free descriptor, which is this one. Writing to it fails, as it should.
-      ::open("/dev/null", O_RDONLY);  // NOLINT(*-vararg): POSIX
+      ::open("/dev/null", O_RDONLY);
     }
   }
 }

@@ -4,9 +4,11 @@
 
 namespace quillon::tools {
 
-/// Makes sure that the descriptors 0 to 2 are taken, so that no file that is opened later becomes
-/// standard output or standard error by accident.
-void occupyStandardStreams();
+/// To be called once, before anything is opened. Makes sure that the descriptors 0 to 2 are taken,
+/// so that no file that is opened later becomes standard output or standard error by accident, and
+/// that a limit on the size of files shows as a failed write, not as the signal that ends a
+/// process.
+void prepareOutput();
 
 /// Writes all of `text` to standard output. @throws Failure when it cannot be written.
 void writeToStandardOutput(const std::string& text);

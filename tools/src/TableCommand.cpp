@@ -42,13 +42,13 @@ std::optional<std::vector<std::string>> namesOf(const std::string& option,
 /// Fails before the table is built where it cannot fit: running out of memory ends the process
 /// without a word on systems that promise more than they have.
 void requireMemory(const TablePlan& plan, unsigned long maxRows) {
-  const double rows = static_cast<double>(plan.rows);
-  const double columns = static_cast<double>(plan.columns);
+  const auto rows = static_cast<double>(plan.rows);
+  const auto columns = static_cast<double>(plan.columns);
   const double shown = maxRows == 0 ? rows : std::min(rows, static_cast<double>(maxRows));
   // Roughly: cells and values of 8 bytes, names and positions of columns, and the printed text.
   const double needed = 8.0 * (rows * columns + static_cast<double>(plan.values)) +
                         300.0 * columns + 50.0 * shown * columns;
-  const double available = static_cast<double>(physicalMemory());
+  const auto available = static_cast<double>(physicalMemory());
   if (needed > available) {
     throw Failure("The table would have " + counted(plan.rows, "row") + " and " +
                   counted(plan.columns, "column") + ", which is more than fits in memory; choose " +

@@ -4,6 +4,8 @@
 #include <object_model/Tuple.h>
 
 #include <algorithm>
+#include <functional>
+#include <iterator>
 #include <limits>
 
 #include "Axes.h"
@@ -88,6 +90,15 @@ std::string misfit(const Candidate& candidate, const Names& index) {
   return axes > MOST_AXES
              ? "its further axes and the index are " + std::to_string(axes) + " axes, more than 3"
              : "";
+}
+
+/// Leaves out what is not `good`, unless nothing is.
+template <class Predicate>
+void prefer(Candidates& candidates, Predicate good) {
+  if (std::any_of(candidates.begin(), candidates.end(), good)) {
+    candidates.erase(std::remove_if(candidates.begin(), candidates.end(), std::not_fn(good)),
+                     candidates.end());
+  }
 }
 
 class Planner {
@@ -208,27 +219,28 @@ class Planner {
     return index;
   }
 
-  /// The axes that all arrays share. Coordinates have no say unless there is nothing else, and
-  /// neither have arrays that have an axis twice, which an index could not serve.
+  /// The axes that all arrays share. Empty arrays and coordinates have no say unless there is
+  /// nothing else; arrays that have an axis twice have none, as an index could not serve them.
   Names commonAxes() const {
-    const bool onlyCoordinates =
-        std::all_of(m_candidates.begin(), m_candidates.end(),
-                    [](const Candidate& candidate) { return isCoordinate(*candidate.array); });
-    std::optional<Names> common;
-    for (const Candidate& candidate : m_candidates) {
-      if ((isCoordinate(*candidate.array) && !onlyCoordinates) ||
-          !repeatedAxis(candidate.axes).empty()) {
-        continue;
-      }
-      Names shared;
-      for (const AxisFacts& axis : candidate.axes) {
-        if (!common || contains(*common, axis.name)) {
-          shared.push_back(axis.name);
+    Candidates deciding;
+    std::copy_if(m_candidates.begin(), m_candidates.end(), std::back_inserter(deciding),
+                 [](const Candidate& candidate) { return repeatedAxis(candidate.axes).empty(); });
+    prefer(deciding, [](const Candidate& candidate) {
+      return std::all_of(candidate.axes.begin(), candidate.axes.end(),
+                         [](const AxisFacts& axis) { return axis.size != 0; });
+    });
+    prefer(deciding, [](const Candidate& candidate) { return !isCoordinate(*candidate.array); });
+    Names common;
+    if (!deciding.empty()) {
+      for (const AxisFacts& axis : deciding.front().axes) {
+        if (std::all_of(deciding.begin(), deciding.end(), [&axis](const Candidate& candidate) {
+              return countOf(axis.name, candidate.axes) > 0;
+            })) {
+          common.push_back(axis.name);
         }
       }
-      common = std::move(shared);
     }
-    return common.value_or(Names());
+    return common;
   }
 
   /// An axis that only left-out arrays have would make a table without rows.

@@ -75,7 +75,7 @@ int run(int count, char** arguments) {
 int main(int count, char** arguments) {
   using quillon::tools::trouble;
   try {
-    quillon::tools::occupyStandardStreams();
+    quillon::tools::prepareOutput();
     return quillon::tools::run(count, arguments);
   } catch (const std::bad_alloc&) {
     return trouble("Not enough memory");
