@@ -1,0 +1,69 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Arguments.h"
+#include "Failure.h"
+
+namespace quillon::tools {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::Property;
+using ::testing::StrEq;
+using ::testing::Throws;
+
+auto failsWith(const char* sentence) {
+  return Throws<Failure>(Property(&Failure::what, StrEq(sentence)));
+}
+
+TEST(SplitNamesTest, CommasSeparateNames) {
+  EXPECT_THAT(splitNames("--index", "TIME"), ElementsAre("TIME"));
+  EXPECT_THAT(splitNames("--index", "TIME,COADSY,TIME"), ElementsAre("TIME", "COADSY", "TIME"));
+}
+
+TEST(SplitNamesTest, BlanksBelongToNames) {
+  EXPECT_THAT(splitNames("--index", "a b, c"), ElementsAre("a b", " c"));
+}
+
+class EmptyNameTest : public ::testing::TestWithParam<const char*> {};
+
+TEST_P(EmptyNameTest, IsRefused) {
+  const std::string sentence = "--index takes names separated by commas, and '" +
+                               std::string(GetParam()) + "' holds an empty one";
+  EXPECT_THAT([] { splitNames("--index", GetParam()); }, failsWith(sentence.c_str()));
+}
+
+INSTANTIATE_TEST_SUITE_P(Lists, EmptyNameTest, ::testing::Values("", ",", "A,", ",A", "A,,B"));
+
+TEST(ParseRowsTest, WholeNumbersOf64BitsAreRead) {
+  EXPECT_EQ(parseRows("0"), 0);
+  EXPECT_EQ(parseRows("10"), 10);
+  EXPECT_EQ(parseRows("007"), 7);
+  EXPECT_EQ(parseRows("18446744073709551615"), 18446744073709551615UL);
+}
+
+class ParseRowsTest : public ::testing::TestWithParam<const char*> {};
+
+TEST_P(ParseRowsTest, AnythingElseIsRefused) {
+  const std::string sentence =
+      "--max-rows takes a whole number from 0 (all rows) to 18446744073709551615, not '" +
+      std::string(GetParam()) + "'";
+  EXPECT_THAT([] { parseRows(GetParam()); }, failsWith(sentence.c_str()));
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, ParseRowsTest,
+                         ::testing::Values("", "-1", "+1", "1.5", "1e3", "ten", "10 ", " 10",
+                                           "0x10", "18446744073709551616",
+                                           "99999999999999999999999"));
+
+TEST(SourceTest, RootIsCalledByItsFile) {
+  EXPECT_EQ((Source{"a.nc", ""}.inWords()), "'a.nc'");
+  EXPECT_EQ((Source{"a.nc", "/"}.inWords()), "'a.nc'");
+}
+
+TEST(SourceTest, GroupIsNamed) {
+  EXPECT_EQ((Source{"a\n.nc", "cells/li"}.inWords()), "Group 'cells/li' of 'a\\n.nc'");
+}
+
+}  // namespace
+}  // namespace quillon::tools

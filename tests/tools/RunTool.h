@@ -1,0 +1,55 @@
+#pragma once
+
+#include <filesystem>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace quillon::tools::test {
+
+/// How a process ended and what it wrote.
+struct Outcome {
+  int status;  ///< the exit status; 128 and the signal's number when a signal ended it
+  std::string out;
+  std::string err;
+};
+
+bool operator==(const Outcome& first, const Outcome& second);
+void PrintTo(const Outcome& outcome, std::ostream* stream);
+
+/// A directory of its own for one test, removed with all that is in it.
+class Scratch {
+ public:
+  Scratch();
+  ~Scratch();
+  Scratch(const Scratch&) = delete;
+  Scratch& operator=(const Scratch&) = delete;
+
+  std::string path(const std::string& name = {}) const;
+
+  /// Makes the netCDF-4 file `name` from its text form (what stands inside `netcdf x { }`).
+  std::string file(const std::string& name, const std::string& cdl) const;
+
+  /// The names of all files in the directory, sorted.
+  std::vector<std::string> entries() const;
+
+ private:
+  std::filesystem::path m_path;
+};
+
+/// Runs a program in the project's root. Its standard output goes to `output` where that is given.
+Outcome runProgram(const std::vector<std::string>& command, const std::string& output = {});
+
+/// Runs quillon.
+Outcome runTool(std::vector<std::string> arguments, const std::string& output = {});
+
+/// Runs a shell command in which $QUILLON is the tool.
+Outcome runShell(const std::string& command);
+
+/// What a command that failed must have done: status 2, nothing printed, one sentence.
+Outcome failed(const std::string& sentence);
+
+std::string contentOf(const std::string& path);
+void writeContent(const std::string& path, const std::string& content);
+
+}  // namespace quillon::tools::test

@@ -1,0 +1,286 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "RunTool.h"
+
+namespace quillon::tools::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+TEST(TableCommandTest, ClimateByTimeLatitudeAndLongitude) {
+  EXPECT_EQ(runTool({"table", "data/north_atlantic_climate.nc", "--index", "TIME,COADSY,COADSX",
+                     "--max-rows", "3"}),
+            (Outcome{0,
+                     "Index [TIME]   Index [COADSY]  Index [COADSX]  AIRT           COADSX         "
+                     "COADSY         SLP            SST            TIME           WSPD\n"
+                     "0              0               0               25.8192        281            "
+                     "1              1010.52        26.2958        366            4.96406\n"
+                     "1              0               0               25.8061        281            "
+                     "1              1010.05        26.8736        1096.49        3.79334\n"
+                     "2              0               0               26.3247        281            "
+                     "1              1010           26.6447        1826.97        2.85871\n"
+                     "...\n",
+                     ""}));
+}
+
+TEST(TableCommandTest, DefaultIndexIsTheCommonAxesAndMissingValuesAreNan) {
+  EXPECT_EQ(runTool({"table", "data/north_atlantic_climate.nc", "--variables", "SST,TIME",
+                     "--max-rows", "2"}),
+            (Outcome{0,
+                     "Index [COADSX]  Index [COADSY]  Index [TIME]   SST            TIME\n"
+                     "0               0               0              26.2958        366\n"
+                     "1               0               0              nan            366\n"
+                     "...\n",
+                     ""}));
+}
+
+TEST(TableCommandTest, TenRowsUnlessToldOtherwise) {
+  EXPECT_EQ(
+      runTool(
+          {"table", "data/nuclei_measurements.nc", "--variables", "centroid,area,euler_number"}),
+      (Outcome{0,
+               "Index [label]  area           euler_number   centroid[point=0]  centroid[point=1]\n"
+               "0              111            1              15.3964            128.847\n"
+               "1              152            1              17.0855            318.763\n"
+               "2              556            1              32.5558            443.885\n"
+               "3              1303           1              36.363             101.896\n"
+               "4              542            1              27.1974            363.609\n"
+               "5              454            1              33.8282            410.729\n"
+               "6              175            1              36.9029            316.514\n"
+               "7              339            1              48.5044            483.67\n"
+               "8              240            1              50.0042            379.062\n"
+               "9              288            1              53.5069            187.618\n"
+               "...\n",
+               ""}));
+}
+
+TEST(TableCommandTest, GroupsAreReachedByTheirPath) {
+  const Outcome alone = runTool({"table", "data/nuclei_measurements_li.nc", "--max-rows", "0"});
+  EXPECT_EQ(alone.status, 0);
+  for (const char* path : {"cells/li", "/cells/li", "cells/li/"}) {
+    EXPECT_EQ(runTool({"table", "data/observations.nc", "--group", path, "--max-rows", "0"}),
+              alone);
+  }
+}
+
+TEST(TableCommandTest, AllRowsHaveNoDots) {
+  for (const char* rows : {"0", "51", "18446744073709551615"}) {
+    const Outcome outcome = runTool(
+        {"table", "data/nuclei_measurements_li.nc", "--variables", "area", "--max-rows", rows});
+    EXPECT_EQ(std::count(outcome.out.begin(), outcome.out.end(), '\n'), 52);
+    EXPECT_EQ(outcome.out.find("..."), std::string::npos);
+  }
+}
+
+class OddFileTest : public ::testing::Test {
+ protected:
+  Scratch m_scratch;
+  std::string m_path = m_scratch.file("odd.nc", R"(
+    types: compound point { int a ; int b ; }; // point
+    dimensions: x = 2 ; y = 2 ; n = 3 ; none = UNLIMITED ;
+    variables:
+      short x(x) ; ubyte y(y) ; double A(y, x) ; float single ; string s(x) ; char t(x, n) ;
+      double four(x, y, n, y) ; point p(x) ; double cov(x, x) ; int empty(none) ;
+      double far(x, n, y) ;
+    data: x = -1, 2 ; y = 250, 3 ; A = 0.5, _, 1e10, -1e-5 ; cov = 1, 2, 3, 4 ;
+    group: inner { dimensions: x = 3 ; variables: int P(/x) ; int Q(x) ; int R(x) ;
+      data: P = 1, 2 ; Q = 3, 4, 5 ; R = 6, 7, 8 ; }
+    group: hollow { })");
+};
+
+TEST_F(OddFileTest, WhatATableCannotHoldIsReported) {
+  EXPECT_EQ(
+      runTool({"table", m_path, "--index", "x"}),
+      (Outcome{
+          0,
+          "Index [x]      x              y              A[y=0]         A[y=1]         far[y=0, "
+          "n=0]  far[y=1, n=0]  far[y=0, n=1]  far[y=1, n=1]  far[y=0, n=2]  far[y=1, n=2]\n"
+          "0              -1             250            0.5            1e+10          nan          "
+          "  nan            nan            nan            nan            nan\n"
+          "1              2              250            nan            -1e-05         nan          "
+          "  nan            nan            nan            nan            nan\n",
+          "quillon: 'y' shows only its first of 2 values, as its axis 'y' is not in the index\n"
+          "quillon: 'p' is not in the table: compound type 'point'\n"
+          "quillon: 'single' is not in the table: it has no dimensions\n"
+          "quillon: 's' is not in the table: it holds text\n"
+          "quillon: 't' is not in the table: it holds text\n"
+          "quillon: 'four' is not in the table: it has 4 dimensions, more than 3\n"
+          "quillon: 'cov' is not in the table: its axis 'x' occurs twice and is in the index\n"
+          "quillon: 'empty' is not in the table: it has no values along its axis 'none'\n"}));
+}
+
+TEST_F(OddFileTest, VariableThatTheIndexLeavesNoRoomForIsReported) {
+  EXPECT_EQ(
+      runTool({"table", m_path, "--variables", "x,A,empty", "--index", "none,x,y"}),
+      (Outcome{0,
+               "Index [none]   Index [x]      Index [y]      x              A              empty\n",
+               ""}));
+  EXPECT_EQ(
+      runTool({"table", m_path, "--variables", "x,y,empty,far", "--index", "none,x,y"}).err,
+      "quillon: 'far' is not in the table: its further axes and the index are 4 axes, more than "
+      "3\n");
+}
+
+TEST_F(OddFileTest, NamedVariablesThatATableCannotHoldAreAFailureWhenNothingIsLeft) {
+  EXPECT_EQ(runTool({"table", m_path, "--variables", "s,p"}),
+            failed("'" + m_path +
+                   "' has no variables that the table could hold: 'p' (compound type 'point'), 's' "
+                   "(it holds text)"));
+}
+
+TEST_F(OddFileTest, AxisOfTwoSizesIsAFailure) {
+  EXPECT_EQ(runTool({"table", m_path, "--group", "inner"}),
+            failed("The axis 'x' has different sizes: 2 in 'P', 3 in 'Q'"));
+  EXPECT_EQ(runTool({"table", m_path, "--group", "inner", "--variables", "Q,R"}),
+            (Outcome{0,
+                     "Index [x]      Q              R\n"
+                     "0              3              6\n"
+                     "1              4              7\n"
+                     "2              5              8\n",
+                     ""}));
+}
+
+TEST_F(OddFileTest, GroupWithoutVariablesIsAFailure) {
+  EXPECT_EQ(runTool({"table", m_path, "--group", "hollow"}),
+            failed("Group 'hollow' of '" + m_path + "' has no variables of its own"));
+}
+
+TEST(TableCommandTest, TableThatMemoryCannotHoldIsAFailure) {
+  const Scratch scratch;
+  const std::string path = scratch.file(
+      "long.nc", "dimensions: x = 4000000 ; y = 4000000 ; variables: byte A(x) ; byte B(y) ;");
+  EXPECT_EQ(
+      runTool({"table", path, "--index", "x,y"}),
+      failed("The table would have 16000000000000 rows and 4 columns, which is more than fits "
+             "in memory; choose fewer --variables or another --index"));
+}
+
+struct FailureCase {
+  const char* rule;
+  std::vector<std::string> arguments;
+  const char* sentence;
+};
+
+void PrintTo(const FailureCase& c, std::ostream* stream) { *stream << c.rule; }
+
+class TableFailureTest : public ::testing::TestWithParam<FailureCase> {};
+
+TEST_P(TableFailureTest, PrintsOneSentenceAndNoTable) {
+  std::vector<std::string> arguments = GetParam().arguments;
+  arguments.insert(arguments.begin(), "table");
+  EXPECT_EQ(runTool(arguments), failed(GetParam().sentence));
+}
+
+const char* const CLIMATE = "data/north_atlantic_climate.nc";
+const char* const CELLS = "data/observations.nc";
+
+INSTANTIATE_TEST_SUITE_P(
+    Mistakes, TableFailureTest,
+    ::testing::ValuesIn(std::vector<FailureCase>{
+        {"MissingFile", {"none.nc"}, "Cannot read 'none.nc': there is no such file"},
+        {"UnknownVariable",
+         {CLIMATE, "--variables", "SST,sst"},
+         "'data/north_atlantic_climate.nc' has no variable 'sst'; it has AIRT, COADSX, COADSY, "
+         "SLP, "
+         "SST, TIME, WSPD"},
+        {"UnknownVariableOfAGroup",
+         {CELLS, "--group", "cells/li", "--variables", "Q"},
+         "Group 'cells/li' of 'data/observations.nc' has no variable 'Q'; it has area, perimeter, "
+         "eccentricity, euler_number, mean_intensity, centroid, bounding_box"},
+        {"UnknownGroup",
+         {CELLS, "--group", "cell"},
+         "'data/observations.nc' has no group 'cell'; it has climate, cells, cells/otsu, cells/li"},
+        {"GroupOfGroups",
+         {CELLS},
+         "'data/observations.nc' has no variables of its own; below it are the groups climate, "
+         "cells, cells/otsu, cells/li"},
+        {"UnknownIndex",
+         {CLIMATE, "--index", "TIME,time"},
+         "No variable for the table has an axis 'time'; the axes are COADSX, COADSY, TIME"},
+        {"IndexTwice", {CLIMATE, "--index", "TIME,TIME"}, "--index names the axis 'TIME' twice"},
+        {"EmptyIndex",
+         {CLIMATE, "--index", ""},
+         "--index takes names separated by commas, and '' holds an empty one"},
+        {"EmptyVariable",
+         {CLIMATE, "--variables", "SST,"},
+         "--variables takes names separated by commas, and 'SST,' holds an empty one"},
+        {"NegativeRows",
+         {CLIMATE, "--max-rows", "-1"},
+         "--max-rows takes a whole number from 0 (all rows) to 18446744073709551615, not '-1'"},
+        {"FractionalRows",
+         {CLIMATE, "--max-rows=1.5"},
+         "--max-rows takes a whole number from 0 (all rows) to 18446744073709551615, not '1.5'"},
+        {"TextAsRows",
+         {CLIMATE, "--max-rows", "all"},
+         "--max-rows takes a whole number from 0 (all rows) to 18446744073709551615, not 'all'"},
+        {"RowsBeyond64Bits",
+         {CLIMATE, "--max-rows", "18446744073709551616"},
+         "--max-rows takes a whole number from 0 (all rows) to 18446744073709551615, not "
+         "'18446744073709551616'"},
+        {"OutputOverItsInput",
+         {CLIMATE, "--output", "data/../data/north_atlantic_climate.nc"},
+         "--output names 'data/../data/north_atlantic_climate.nc', the file that is read"},
+        {"OutputIntoAMissingDirectory",
+         {CLIMATE, "--output", "none/table"},
+         "Cannot write 'none/table': No such file or directory"},
+        {"OutputIsADirectory",
+         {CLIMATE, "--output", "data"},
+         "Cannot write 'data': Is a directory"},
+        {"OutputToAFullDevice",
+         {CLIMATE, "--output", "/dev/full"},
+         "Cannot write '/dev/full': No space left on device"},
+    }),
+    [](const auto& c) { return c.param.rule; });
+
+TEST(TableCommandTest, OutputFileHoldsWhatWouldBePrinted) {
+  const Scratch scratch;
+  const std::string table = runTool({"table", CLIMATE}).out;
+  EXPECT_EQ(runTool({"table", CLIMATE, "--output", scratch.path("table")}), (Outcome{0, "", ""}));
+  EXPECT_EQ(contentOf(scratch.path("table")), table);
+  EXPECT_THAT(scratch.entries(), ElementsAre("table"));
+}
+
+TEST(TableCommandTest, FailureKeepsTheOutputFile) {
+  const Scratch scratch;
+  writeContent(scratch.path("table"), "before\n");
+  for (const std::vector<std::string>& rest :
+       {std::vector<std::string>{"--index", "Q"}, {"--variables", "Q"}, {"--max-rows", "-1"}}) {
+    std::vector<std::string> arguments = {"table", CLIMATE, "--output", scratch.path("table")};
+    arguments.insert(arguments.end(), rest.begin(), rest.end());
+    EXPECT_EQ(runTool(arguments).status, 2);
+  }
+  EXPECT_EQ(contentOf(scratch.path("table")), "before\n");
+  EXPECT_THAT(scratch.entries(), ElementsAre("table"));
+}
+
+TEST(TableCommandTest, FileSystemThatTakesNoMoreKeepsTheOutputFile) {
+  const Scratch scratch;
+  writeContent(scratch.path("table"), "before\n");
+  const Outcome outcome =
+      runShell("(ulimit -f 0; $QUILLON table data/nuclei_measurements.nc --output " +
+               scratch.path("table") + ") 2>&1 | cat");
+  EXPECT_EQ(outcome.out, "quillon: Cannot write '" + scratch.path("table") + "': File too large\n");
+  EXPECT_EQ(contentOf(scratch.path("table")), "before\n");
+  EXPECT_THAT(scratch.entries(), ElementsAre("table"));
+}
+
+TEST(TableCommandTest, CutFileIsAFailureWithoutATable) {
+  const Scratch scratch;
+  const std::string whole = contentOf(std::string(QUILLON_SOURCE_DIR "/") + CLIMATE);
+  for (const std::size_t size :
+       {std::size_t{0}, std::size_t{7}, whole.size() / 2, whole.size() - 1}) {
+    writeContent(scratch.path("cut.nc"), whole.substr(0, size));
+    const Outcome outcome = runTool({"table", scratch.path("cut.nc")});
+    EXPECT_EQ(outcome.status, 2) << size;
+    EXPECT_EQ(outcome.out, "") << size;
+    EXPECT_THAT(outcome.err, HasSubstr("quillon: Cannot read '" + scratch.path("cut.nc") + "': "));
+    EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+  }
+}
+
+}  // namespace
+}  // namespace quillon::tools::test

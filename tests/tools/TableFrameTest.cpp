@@ -1,0 +1,30 @@
+#include <gtest/gtest.h>
+
+#include "TableFrame.h"
+
+namespace quillon::tools {
+namespace {
+
+TEST(TableFrameTest, ColumnNamesAreEscaped) {
+  TableFrame frame([](unsigned long /*cells*/) {});
+  frame.addColumn("a\n\x1b[2J µ", tabra::DataType(tabra::DataTypeId::Int64));
+  EXPECT_EQ(frame.columnName(0), "a\\n\\x1b[2J µ");
+}
+
+TEST(TableFrameTest, WritingTellsHowManyCells) {
+  unsigned long told = 0;
+  TableFrame frame([&told](unsigned long cells) { told += cells; });
+  frame.addColumn("a", tabra::DataType(tabra::DataTypeId::Int64));
+  frame.addRows(0, 3);
+  const long values[] = {4, 5};
+  frame.write(0, 1, 2, values);
+  EXPECT_EQ(told, 2);
+  long read[3] = {};
+  frame.read(0, 0, 3, read);
+  EXPECT_EQ(read[0], 0);
+  EXPECT_EQ(read[1], 4);
+  EXPECT_EQ(read[2], 5);
+}
+
+}  // namespace
+}  // namespace quillon::tools

@@ -1,0 +1,286 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <quillon/memory/TypedArray.h>
+
+#include <string>
+#include <vector>
+
+#include "Failure.h"
+#include "TablePlan.h"
+
+namespace quillon::tools {
+namespace {
+
+using memory::Axis;
+using memory::Dictionary;
+using Names = std::vector<std::string>;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Property;
+using ::testing::StrEq;
+using ::testing::Throws;
+
+/// An array with the axes that its text gives: "x3 y2" is x with 3 points and y with 2. Its values
+/// are never read.
+class Shape final : public memory::ArrayBase {
+ public:
+  Shape(const std::string& name, const std::string& axes,
+        object_model::ElementType type = object_model::ElementType::Double)
+      : ArrayBase(name, type, parse(axes)) {}
+
+ private:
+  static std::vector<Axis> parse(const std::string& text) {
+    std::istringstream words(text);
+    std::vector<Axis> axes;
+    for (std::string word; words >> word;) {
+      axes.emplace_back(word.substr(0, 1), std::stoul(word.substr(1)));
+    }
+    return axes;
+  }
+};
+
+class TablePlanTest : public ::testing::Test {
+ protected:
+  void add(const std::string& name, const std::string& axes,
+           object_model::ElementType type = object_model::ElementType::Double) {
+    m_group.add(Shape(name, axes, type));
+  }
+
+  TablePlan plan(const std::optional<Names>& variables = {},
+                 const std::optional<Names>& index = {}) {
+    return planTable(m_group, m_skipped, {"'a.nc'", variables, index});
+  }
+
+  std::string failure(const std::optional<Names>& variables = {},
+                      const std::optional<Names>& index = {}) {
+    try {
+      plan(variables, index);
+    } catch (const Failure& error) {
+      return error.what();
+    }
+    return "no failure";
+  }
+
+  Dictionary m_group{"/"};
+  std::vector<PassedOver> m_skipped;
+};
+
+TEST_F(TablePlanTest, AllNumbersAreInTheTable) {
+  add("A", "x3", object_model::ElementType::UInt);
+  add("B", "x3", object_model::ElementType::Int);
+  add("C", "x3", object_model::ElementType::Double);
+  EXPECT_THAT(plan().variables, ElementsAre("A", "B", "C"));
+  EXPECT_THAT(plan().notes, IsEmpty());
+}
+
+TEST_F(TablePlanTest, ChosenVariablesStandInTheGroupsOrder) {
+  add("A", "x3");
+  add("B", "x3");
+  add("C", "x3");
+  EXPECT_THAT(plan(Names{"C", "A", "C"}).variables, ElementsAre("A", "C"));
+}
+
+TEST_F(TablePlanTest, DefaultIndexIsTheCommonAxesInTheOrderOfTheArrays) {
+  add("A", "x3 y2 t5");
+  add("B", "x3 t5");
+  EXPECT_THAT(plan().index, ElementsAre("x", "t"));
+}
+
+TEST_F(TablePlanTest, CoordinatesDoNotDecideTheDefaultIndex) {
+  add("x", "x3");
+  add("A", "x3 y2");
+  add("y", "y2");
+  EXPECT_THAT(plan().index, ElementsAre("x", "y"));
+}
+
+TEST_F(TablePlanTest, CoordinatesAloneDecideTheDefaultIndex) {
+  add("x", "x3");
+  add("A", "x3 y2");
+  EXPECT_THAT(plan(Names{"x"}).index, ElementsAre("x"));
+}
+
+TEST_F(TablePlanTest, EmptyArraysDoNotDecideTheDefaultIndex) {
+  add("A", "x3");
+  add("E", "e0");
+  EXPECT_THAT(plan().index, ElementsAre("x"));
+  EXPECT_THAT(plan().notes, ElementsAre("'E' is not in the table: it has no values along its axis "
+                                        "'e'"));
+}
+
+TEST_F(TablePlanTest, EmptyArraysAloneMakeATableWithoutRows) {
+  add("E", "x3 e0");
+  EXPECT_THAT(plan().index, ElementsAre("x", "e"));
+  EXPECT_EQ(plan().rows, 0);
+}
+
+TEST_F(TablePlanTest, ArraysWithAnAxisTwiceDoNotDecideTheDefaultIndex) {
+  add("A", "x3");
+  add("C", "x3 x3");
+  EXPECT_THAT(plan().index, ElementsAre("x"));
+  EXPECT_THAT(plan().notes, ElementsAre("'C' is not in the table: its axis 'x' occurs twice and is "
+                                        "in the index"));
+}
+
+TEST_F(TablePlanTest, ArrayWithAnAxisTwiceIsSpreadWithoutIndex) {
+  add("C", "x3 x3");
+  EXPECT_THAT(plan().index, IsEmpty());
+  EXPECT_THAT(plan().variables, ElementsAre("C"));
+  EXPECT_EQ(plan().columns, 9);
+}
+
+TEST_F(TablePlanTest, WithoutCommonAxisThereIsNoIndex) {
+  add("A", "x3 z1");
+  add("B", "y2 w2");
+  EXPECT_THAT(plan().index, IsEmpty());
+  EXPECT_EQ(plan().rows, 1);
+  EXPECT_EQ(plan().columns, 7);
+}
+
+TEST_F(TablePlanTest, IndexKeepsTheOrderInWhichItIsGiven) {
+  add("A", "x3 y2");
+  EXPECT_THAT(plan({}, Names{"y", "x"}).index, ElementsAre("y", "x"));
+}
+
+TEST_F(TablePlanTest, RowsColumnsAndValuesAreCounted) {
+  add("A", "x3 y2 t5");
+  add("y", "y2");
+  const TablePlan made = plan({}, Names{"x", "y"});
+  EXPECT_EQ(made.rows, 6);
+  EXPECT_EQ(made.columns, 2 + 5 + 1);
+  EXPECT_EQ(made.values, 30 + 2);
+}
+
+TEST_F(TablePlanTest, CountsBeyond64BitsStopAtTheLargest) {
+  add("A", "x4294967296");
+  add("B", "y4294967296");
+  EXPECT_EQ(plan({}, Names{"x", "y"}).rows, 18446744073709551615UL);
+}
+
+TEST_F(TablePlanTest, TextAndOddShapesAreLeftOutWithTheReason) {
+  add("A", "x3");
+  add("text", "x3", object_model::ElementType::String);
+  add("flags", "x3", object_model::ElementType::Boolean);
+  add("single", "");
+  add("four", "x3 y1 z1 t1");
+  m_skipped = {{"outline", "compound type 'point'"}};
+  EXPECT_THAT(plan().variables, ElementsAre("A"));
+  EXPECT_THAT(plan().notes,
+              ElementsAre("'outline' is not in the table: compound type 'point'",
+                          "'text' is not in the table: it holds text",
+                          "'flags' is not in the table: it holds no numbers",
+                          "'single' is not in the table: it has no dimensions",
+                          "'four' is not in the table: it has 4 dimensions, more than 3"));
+}
+
+TEST_F(TablePlanTest, VariablesThatWereNotChosenAreNotMentioned) {
+  add("A", "x3");
+  add("text", "x3", object_model::ElementType::String);
+  m_skipped = {{"outline", "compound type 'point'"}};
+  EXPECT_THAT(plan(Names{"A"}).notes, IsEmpty());
+}
+
+TEST_F(TablePlanTest, AxesBeyondThreeWithTheIndexAreLeftOut) {
+  add("A", "x3 y2 z2");
+  add("B", "x3 t2");
+  add("C", "x3");
+  const TablePlan made = plan({}, Names{"x", "y"});
+  EXPECT_THAT(made.variables, ElementsAre("A", "B", "C"));
+  const TablePlan wide = plan({}, Names{"x", "y", "z"});
+  EXPECT_THAT(wide.variables, ElementsAre("A", "C"));
+  EXPECT_THAT(wide.notes, ElementsAre("'B' is not in the table: its further axes and the index are "
+                                      "4 axes, more than 3"));
+}
+
+TEST_F(TablePlanTest, OneDimensionalArrayOutsideTheIndexSaysThatItIsCut) {
+  add("A", "x3");
+  add("y", "y2");
+  add("z", "z1");
+  const TablePlan made = plan({}, Names{"x"});
+  EXPECT_THAT(made.variables, ElementsAre("A", "y", "z"));
+  EXPECT_EQ(made.columns, 4);
+  EXPECT_THAT(made.notes,
+              ElementsAre("'y' shows only its first of 2 values, as its axis 'y' is not "
+                          "in the index"));
+}
+
+TEST_F(TablePlanTest, GroupsWithinTheGroupAreNoPartOfTheTable) {
+  add("A", "x3");
+  m_group.add(Dictionary("inner"));
+  EXPECT_THAT(plan().variables, ElementsAre("A"));
+  EXPECT_EQ(failure(Names{"inner"}), "'a.nc' has no variable 'inner'; it has A");
+}
+
+TEST_F(TablePlanTest, UnknownVariableSaysWhichThereAre) {
+  add("A", "x3");
+  add("text", "x3", object_model::ElementType::String);
+  m_skipped = {{"outline", "compound type 'point'"}};
+  EXPECT_EQ(failure(Names{"A", "Q"}), "'a.nc' has no variable 'Q'; it has A, text, outline");
+  EXPECT_EQ(failure(Names{"a"}), "'a.nc' has no variable 'a'; it has A, text, outline");
+}
+
+TEST_F(TablePlanTest, UnknownVariableOfAnEmptyGroupIsAFailure) {
+  EXPECT_EQ(failure(Names{"Q"}), "'a.nc' has no variable 'Q' and no other");
+}
+
+TEST_F(TablePlanTest, UnknownIndexSaysWhichAxesThereAre) {
+  add("A", "x3 y2");
+  add("B", "z3 y2");
+  EXPECT_EQ(failure({}, Names{"x", "X"}),
+            "No variable for the table has an axis 'X'; the axes are x, y, z");
+  EXPECT_EQ(failure(Names{"A"}, Names{"z"}),
+            "No variable for the table has an axis 'z'; the axes are x, y");
+}
+
+TEST_F(TablePlanTest, AxisThatOnlyTextHasIsNoIndex) {
+  add("A", "x3");
+  add("text", "s3", object_model::ElementType::String);
+  EXPECT_EQ(failure({}, Names{"s"}), "No variable for the table has an axis 's'; the axes are x");
+}
+
+TEST_F(TablePlanTest, IndexGivenTwiceIsAFailure) {
+  add("A", "x3 y2");
+  EXPECT_EQ(failure({}, Names{"x", "y", "x"}), "--index names the axis 'x' twice");
+}
+
+TEST_F(TablePlanTest, FourIndexAxesAreAFailure) {
+  add("A", "x3 y2");
+  add("B", "z3 t2");
+  EXPECT_EQ(failure({}, Names{"x", "y", "z", "t"}), "--index takes at most 3 axes, not 4");
+}
+
+TEST_F(TablePlanTest, IndexAxisWhoseVariablesAreAllLeftOutIsAFailure) {
+  add("A", "x3");
+  add("B", "y2 z2 t2");
+  EXPECT_EQ(failure({}, Names{"x", "y"}),
+            "With this index no variable that has the axis 'y' fits into the table");
+}
+
+TEST_F(TablePlanTest, IndexAxisOfSeveralSizesIsAFailure) {
+  add("A", "x3");
+  add("B", "x3 y2");
+  add("C", "y2 x4");
+  EXPECT_EQ(failure(), "The axis 'x' has different sizes: 3 in 'B', 4 in 'C'");
+  EXPECT_EQ(failure(Names{"A", "C"}, Names{"y"}), "no failure");
+}
+
+TEST_F(TablePlanTest, NothingToShowIsAFailure) {
+  EXPECT_EQ(failure(), "'a.nc' has no variables of its own");
+  m_group.add(Dictionary("inner"));
+  EXPECT_EQ(failure(), "'a.nc' has no variables of its own; below it are the groups inner");
+}
+
+TEST_F(TablePlanTest, NothingLeftToShowIsAFailureWithTheReasons) {
+  add("text", "x3", object_model::ElementType::String);
+  add("single", "");
+  EXPECT_EQ(failure(),
+            "'a.nc' has no variables that the table could hold: 'text' (it holds text), "
+            "'single' (it has no dimensions)");
+}
+
+TEST_F(TablePlanTest, NamesInSentencesAreEscaped) {
+  add("\x1b", "x3");
+  EXPECT_EQ(failure(Names{"\n"}), "'a.nc' has no variable '\\n'; it has \\x1b");
+}
+
+}  // namespace
+}  // namespace quillon::tools

@@ -1,0 +1,107 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "RunTool.h"
+
+namespace quillon::tools::test {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+TEST(MainTest, VersionIsPrinted) {
+  EXPECT_EQ(runTool({"--version"}), (Outcome{0, "quillon " QUILLON_VERSION "\n", ""}));
+}
+
+TEST(MainTest, HelpListsTheVerbs) {
+  const Outcome outcome = runTool({"--help"});
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_THAT(outcome.out, HasSubstr("\n  table   "));
+  EXPECT_THAT(outcome.out, HasSubstr("\n  info   "));
+}
+
+TEST(MainTest, EveryVerbHasHelp) {
+  for (const char* verb : {"table", "info"}) {
+    const Outcome outcome = runTool({verb, "--help"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.out, HasSubstr("Usage: quillon " + std::string(verb)));
+  }
+}
+
+struct CommandLineCase {
+  const char* rule;
+  std::vector<std::string> arguments;
+  const char* sentence;
+};
+
+void PrintTo(const CommandLineCase& c, std::ostream* stream) { *stream << c.rule; }
+
+class CommandLineTest : public ::testing::TestWithParam<CommandLineCase> {};
+
+TEST_P(CommandLineTest, IsRefusedWithOneSentence) {
+  EXPECT_EQ(runTool(GetParam().arguments), failed(GetParam().sentence));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Mistakes, CommandLineTest,
+    ::testing::ValuesIn(std::vector<CommandLineCase>{
+        {"NoVerb", {}, "A verb is missing; the verbs are table, info (see quillon --help)"},
+        {"UnknownVerb",
+         {"tabel", "a.nc"},
+         "There is no verb 'tabel'; the verbs are table, info (see quillon --help)"},
+        {"NoFile", {"table"}, "FILE is required (see quillon table --help)"},
+        {"UnknownOption",
+         {"info", "a.nc", "--what"},
+         "The following argument was not expected: --what (see quillon info --help)"},
+        {"TwoFiles",
+         {"table", "a.nc", "b.nc"},
+         "The following argument was not expected: b.nc (see quillon table --help)"},
+        {"OptionWithoutValue",
+         {"table", "a.nc", "--max-rows"},
+         "--max-rows: 1 required N missing (see quillon table --help)"},
+        {"OptionTwice",
+         {"table", "a.nc", "--max-rows", "1", "--max-rows", "2"},
+         "--max-rows: At Most 1 required but received 2 (see quillon table --help)"},
+        {"ControlCharactersAreEscaped",
+         {"info", "a.nc", "\x1b[2J"},
+         "The following argument was not expected: \\x1b[2J (see quillon info --help)"},
+    }),
+    [](const auto& c) { return c.param.rule; });
+
+TEST(MainTest, FileCalledLikeAVerbIsAFile) {
+  EXPECT_EQ(runTool({"table", "info"}), failed("Cannot read 'info': there is no such file"));
+}
+
+TEST(MainTest, FullStandardOutputIsAFailure) {
+  for (const std::vector<std::string>& arguments : {std::vector<std::string>{"--help"},
+                                                    {"info", "data/nuclei_measurements.nc"},
+                                                    {"table", "data/nuclei_measurements.nc"}}) {
+    EXPECT_EQ(runTool(arguments, "/dev/full"),
+              failed("Cannot write to standard output: No space left on device"));
+  }
+}
+
+TEST(MainTest, ClosedStandardOutputIsAFailure) {
+  EXPECT_EQ(runShell("$QUILLON info data/nuclei_measurements.nc >&-"),
+            failed("Cannot write to standard output: Bad file descriptor"));
+}
+
+TEST(MainTest, ClosedStreamsDoNotSwallowTheOutput) {
+  const Scratch scratch;
+  const std::string path = scratch.path("table");
+  EXPECT_EQ(runShell("$QUILLON table data/nuclei_measurements.nc --variables area --index label "
+                     "--max-rows 1 --output " +
+                     path + " <&- >&- 2>&-"),
+            (Outcome{0, "", ""}));
+  EXPECT_EQ(contentOf(path), "Index [label]  area\n0              111\n...\n");
+}
+
+TEST(MainTest, ReaderThatLeavesEarlyIsNoTrouble) {
+  const Outcome outcome = runShell(
+      "$QUILLON table data/north_atlantic_climate.nc --max-rows 0 | head -n 1 | cut -c 1-14");
+  EXPECT_EQ(outcome, (Outcome{0, "Index [COADSX]\n", ""}));
+}
+
+}  // namespace
+}  // namespace quillon::tools::test
