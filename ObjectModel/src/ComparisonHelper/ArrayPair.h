@@ -1,0 +1,28 @@
+#pragma once
+
+#include <object_model/ElementType.h>
+
+#include <optional>
+#include <string>
+
+namespace object_model {
+class Array;
+class Tuple;
+}  // namespace object_model
+
+namespace object_model::helper {
+
+/// Two arrays that agree in everything but, perhaps, their values.
+struct ArrayPair {
+  const Array& first;
+  const Array& second;
+  std::string name;
+  ElementType elementType;
+  const Tuple& shape;  ///< borrowed from `first`
+};
+
+/// Checks names, element types and shapes, each asked once. Nothing if they differ, which is then
+/// reported.
+std::optional<ArrayPair> pairUp(const Array& first, const Array& second, std::string* message);
+
+}  // namespace object_model::helper

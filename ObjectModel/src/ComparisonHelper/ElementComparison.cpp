@@ -1,0 +1,112 @@
+#include "ComparisonHelper/ElementComparison.h"
+
+#include <object_model/Array.h>
+
+#include <array>
+#include <complex>
+#include <utility>
+
+#include "ComparisonHelper/Positions.h"
+
+namespace object_model::helper {
+namespace {
+
+/// The last difference between two arrays, kept until its sentence is built.
+template <class Value>
+struct Difference {
+  bool found = false;
+  Positions::Indices indices = {};
+  Value first = {};
+  Value second = {};
+};
+
+// One loop for each element type and rule, both chosen before it starts.
+template <class Element, class Rule>
+bool areSameUnder(const Rule& rule, const ArrayPair& pair, std::string* message) {
+  Positions positions(pair.shape);
+  if (positions.none()) {
+    return true;
+  }
+  using Value = typename Element::Value;
+  Difference<Value> last;
+  const auto walk = [&] {
+    do {
+      Value a = (pair.first.*Element::READ)(positions.current());
+      Value b = (pair.second.*Element::READ)(positions.current());
+      if (!rule.template same<Element>(a, b)) {
+        last = {true, positions.indices(), std::move(a), std::move(b)};
+      }
+    } while (positions.next());
+  };
+  runThenReport(walk, [&] {
+    if (last.found && message != nullptr) {
+      // The unmatched quote behind the position is deliberate.
+      *message = sentenceOf("The arrays '", pair.name, "' have different values at the position ",
+                            positions.at(last.indices), "': '", last.first, "' and '", last.second,
+                            "'.", rule.remark());
+    }
+  });
+  return !last.found;
+}
+
+using Compare = bool (*)(const ArrayPair& pair, const Criterion& criterion, std::string* message);
+
+/// An element type that is compared under a tolerance, as `Arithmetic` numbers. `LINE` is the throw
+/// site for comparison types that do not exist.
+template <class T, class Arithmetic, T (Array::*ACCESSOR)(const Tuple&) const, int LINE>
+struct NumberElement {
+  using Value = T;
+  static constexpr auto READ = ACCESSOR;
+  static constexpr int UNKNOWN_TYPE_LINE = LINE;
+  static Arithmetic number(const Value& value) { return static_cast<Arithmetic>(value); }
+
+  static bool compare(const ArrayPair& pair, const Criterion& criterion, std::string* message) {
+    switch (criterion.type) {
+      case ComparisonType::Exact:
+        return areSameUnder<NumberElement>(ExactRule{}, pair, message);
+      case ComparisonType::Absolute:
+        return areSameUnder<NumberElement>(AbsoluteRule{criterion.tolerance}, pair, message);
+      case ComparisonType::Relative:
+        return areSameUnder<NumberElement>(RelativeRule{criterion.tolerance}, pair, message);
+    }
+    return areSameUnder<NumberElement>(UnknownRule{}, pair, message);
+  }
+};
+
+/// An element type that is compared exactly, whatever the comparison type.
+template <class T, T (Array::*ACCESSOR)(const Tuple&) const>
+struct PlainElement {
+  using Value = T;
+  static constexpr auto READ = ACCESSOR;
+
+  static bool compare(const ArrayPair& pair, const Criterion& /*criterion*/, std::string* message) {
+    return areSameUnder<PlainElement>(ExactRule{}, pair, message);
+  }
+};
+
+// In the order of ElementType. How values are shown is appendText's choice.
+constexpr std::array<Compare, 6> COMPARE_BY_TYPE = {
+    &NumberElement<unsigned long, double, &Array::getValueAsUInt, 372>::compare,
+    &NumberElement<long, double, &Array::getValueAsInt, 382>::compare,
+    &NumberElement<double, double, &Array::getValueAsDouble, 392>::compare,
+    &NumberElement<std::complex<double>, std::complex<double>, &Array::getValueAsComplex,
+                   402>::compare,
+    &PlainElement<std::string, &Array::getValueAsString>::compare,
+    &PlainElement<bool, &Array::getValueAsBoolean>::compare,
+};
+constexpr int UNKNOWN_ELEMENT_TYPE_LINE = 412;
+
+}  // namespace
+
+bool areSameElements(const ArrayPair& pair, const Criterion& criterion, std::string* message) {
+  const auto type = static_cast<unsigned int>(pair.elementType);
+  if (type < COMPARE_BY_TYPE.size()) {
+    return COMPARE_BY_TYPE[type](pair, criterion, message);
+  }
+  if (Positions(pair.shape).none()) {
+    return true;
+  }
+  throwInvalidComparison(UNKNOWN_ELEMENT_TYPE_LINE);
+}
+
+}  // namespace object_model::helper

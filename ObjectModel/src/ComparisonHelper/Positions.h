@@ -1,0 +1,53 @@
+#pragma once
+
+#include <object_model/TupleX.h>
+
+#include <array>
+#include <cstddef>
+
+namespace object_model::helper {
+
+/// Steps through the positions at which two arrays of one shape are compared, the first index
+/// varying fastest.
+///
+/// Deliberate: there are four loops whatever the number of dimensions, and the fourth moves index 3
+/// of four-dimensional positions only. With more dimensions index 3 and the following stay 0, and
+/// the positions with index 3 at 0 come up as many times as dimension 3 is long.
+class Positions {
+ public:
+  static constexpr std::size_t LOOPS = 4;
+
+  /// The state of the four loops: what tells one position from another.
+  using Indices = std::array<unsigned long, LOOPS>;
+
+  /// Starts at the first position. `shape` is not kept.
+  explicit Positions(const Tuple& shape);
+  Positions(const Positions&) = delete;
+  Positions& operator=(const Positions&) = delete;
+  ~Positions() = default;
+
+  /// Whether there is no position at all. Without dimensions there is one, the empty position.
+  bool none() const;
+
+  /// The current position, stepped in place by next(). Not to be used when none().
+  const Tuple& current() const { return m_position; }
+
+  /// The current position in short, for at().
+  Indices indices() const { return {*m_index[0], *m_index[1], *m_index[2], *m_index[3]}; }
+
+  /// The position that had these indices.
+  TupleX at(const Indices& indices) const;
+
+  /// Steps to the next position; false, and back at the first, after the last.
+  bool next() { return ++*m_index[0] < m_bound[0] || nextRow(); }
+
+ private:
+  bool nextRow();
+
+  TupleX m_position;
+  Indices m_bound = {1, 1, 1, 1};
+  Indices m_unseen = {};  // indices of the loops that the position does not show
+  std::array<unsigned long*, LOOPS> m_index = {};  // each into m_position or m_unseen
+};
+
+}  // namespace object_model::helper
