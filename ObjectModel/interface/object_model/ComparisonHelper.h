@@ -100,11 +100,9 @@ OBJECT_MODEL_EXPORT bool areSameArrays(const Array& first, const Array& second, 
 /// name: dictionaries with this function, all others as arrays with areSameArrays(). The first
 /// entry that differs ends the call:
 ///
-/// - an array entry: "Array 'NAME': " and the sentence of areSameArrays(), where NAME is the
-/// entry's;
-/// - a dictionary entry: "Dictionary 'NAME': " and the sentence of this function for the entry,
-/// where
-///   NAME is, deliberately, not the entry's but that of the dictionary that contains it, `first`.
+/// - array: "Array 'NAME': " and the sentence of areSameArrays(); NAME is the entry's.
+/// - dictionary: "Dictionary 'NAME': " and the sentence of this function for the entry; NAME is,
+///   deliberately, that of the dictionary that contains the entry, `first`.
 ///
 /// So the difference of an array x in a dictionary leaf in sub in root reads "Dictionary 'root':
 /// Dictionary 'sub': Array 'x': The arrays 'x' have different values at the position (0)': '1' and

@@ -26,7 +26,7 @@ struct ExactRule {
     return a == b;
   }
   /// What the sentence for a difference goes on with.
-  std::string remark() const { return {}; }
+  static std::string remark() { return {}; }
 };
 
 /// The comparison under `ComparisonType::Absolute`.
@@ -82,7 +82,7 @@ struct UnknownRule {
   bool same(const Value& /*a*/, const Value& /*b*/) const {
     throwInvalidComparison(Element::UNKNOWN_TYPE_LINE);
   }
-  std::string remark() const { return {}; }
+  static std::string remark() { return {}; }
 };
 
 }  // namespace object_model::helper

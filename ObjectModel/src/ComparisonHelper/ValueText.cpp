@@ -2,17 +2,23 @@
 
 #include <object_model/Tuple.h>
 
+#include <string_view>
+
 namespace object_model::helper {
 
 std::string tupleToString(const Tuple& tuple) {
-  static const std::string VALUES_SEPARATOR = ";";
-  static const std::string STRING_EMPTY = "empty";
+  constexpr std::string_view VALUES_SEPARATOR = ";";
+  constexpr std::string_view STRING_EMPTY = "empty";
 
   std::string text;
   text.reserve(16);
   text += '(';
   const unsigned long size = tuple.size();
-  text += size == 0 ? STRING_EMPTY : std::to_string(tuple[0]);
+  if (size == 0) {
+    text += STRING_EMPTY;
+  } else {
+    text += std::to_string(tuple[0]);
+  }
   for (unsigned long i = 1; i < size; ++i) {
     text += VALUES_SEPARATOR;
     text += std::to_string(tuple[i]);
