@@ -67,4 +67,20 @@ OBJECT_MODEL_EXPORT void exportToDataFrame(Dictionary& dictionary, tabra::DataFr
 OBJECT_MODEL_EXPORT std::string exportDataFrameToString(std::shared_ptr<tabra::DataFrameView> frame,
                                                         unsigned long maxRows);
 
+/// The first `maxRows` rows of `frame` as an HTML table; every row when `maxRows` is 0.
+///
+/// Rows, columns and values are those of exportDataFrameToString(); rows left out show as one row
+/// of cells that hold "...". The layout is fixed to the character and unusual: every cell, in head
+/// and body, is a `<th>`, and the body's rows are nested in one further row. Browsers show it as a
+/// plain table.
+///
+/// Column names go in as they are: a name that comes from elsewhere may hold markup. Escape such
+/// names before they reach the table (or give the frame a wrapper whose columnName() escapes), or
+/// the page runs what they hold. Values need no escaping.
+///
+/// @param frame read during the call; must not be null.
+/// Errors and threads: as exportDataFrameToString().
+OBJECT_MODEL_EXPORT std::string exportDataFrameToHtml(std::shared_ptr<tabra::DataFrameView> frame,
+                                                      unsigned long maxRows);
+
 }  // namespace object_model

@@ -11,11 +11,6 @@
 
 namespace object_model {
 
-/// How many of `rows` rows a rendering shows: all when `maxRows` is 0.
-inline unsigned long countShownRows(unsigned long rows, unsigned long maxRows) {
-  return maxRows == 0 || rows <= maxRows ? rows : maxRows;
-}
-
 /// Writes the `T` at `cursor` as the stream's state has it and returns the cursor moved past it.
 template <class Stream, class T>
 void* writeToStream(Stream& stream, void* cursor) {
@@ -73,5 +68,35 @@ void extractDataOfDataFrame(const std::shared_ptr<tabra::DataFrameView>& frame,
     cursors[i] = buffers[i].data();
   }
 }
+
+/// The rows of a table that a rendering shows, and what is needed to write them cell by cell.
+template <class Stream>
+class FrameExtract {
+ public:
+  FrameExtract(const std::shared_ptr<tabra::DataFrameView>& frame, unsigned long maxRows) {
+    const std::array<unsigned long, 2> shape = frame->shape();
+    m_columns = shape[0];
+    m_rows = shape[1];
+    m_shownRows = maxRows == 0 || m_rows <= maxRows ? m_rows : maxRows;
+    extractDataOfDataFrame(frame, m_buffers, m_cursors, m_writers, m_shownRows);
+  }
+
+  unsigned long columns() const { return m_columns; }
+  unsigned long shownRows() const { return m_shownRows; }
+  bool rowsLeftOut() const { return m_shownRows < m_rows; }
+
+  /// Writes the next value of `column`, from the first row shown on.
+  void writeNext(unsigned long column, Stream& stream) {
+    m_cursors[column] = m_writers[column](stream, m_cursors[column]);
+  }
+
+ private:
+  unsigned long m_columns;
+  unsigned long m_rows;
+  unsigned long m_shownRows;
+  std::vector<std::vector<unsigned char>> m_buffers;
+  std::vector<void*> m_cursors;
+  std::vector<std::function<void*(Stream&, void*)>> m_writers;
+};
 
 }  // namespace object_model

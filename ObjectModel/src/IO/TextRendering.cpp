@@ -26,14 +26,8 @@ int widthOf(const std::string& columnName) {
 
 std::string exportDataFrameToString(std::shared_ptr<tabra::DataFrameView> frame,
                                     unsigned long maxRows) {
-  const std::array<unsigned long, 2> shape = frame->shape();
-  const unsigned long columns = shape[0];
-  const unsigned long shownRows = countShownRows(shape[1], maxRows);
-  std::vector<std::vector<unsigned char>> buffers;
-  std::vector<void*> cursors;
-  std::vector<std::function<void*(std::ostringstream&, void*)>> writers;
-  extractDataOfDataFrame(frame, buffers, cursors, writers, shownRows);
-
+  FrameExtract<std::ostringstream> extract(frame, maxRows);
+  const unsigned long columns = extract.columns();
   std::ostringstream stream;
   std::vector<int> widths;
   const auto alignUnlessLast = [&](unsigned long column) {
@@ -47,14 +41,15 @@ std::string exportDataFrameToString(std::shared_ptr<tabra::DataFrameView> frame,
     alignUnlessLast(i);
     stream << name << (i + 1 < columns ? "" : "\n");
   }
-  for (unsigned long row = 0; row < shownRows && columns > 0; ++row) {
+  // Without columns there are no lines, however many rows there are.
+  for (unsigned long row = 0; columns > 0 && row < extract.shownRows(); ++row) {
     for (unsigned long i = 0; i < columns; ++i) {
       alignUnlessLast(i);
-      cursors[i] = writers[i](stream, cursors[i]);
+      extract.writeNext(i, stream);
     }
     stream << "\n";
   }
-  if (shownRows < shape[1]) {
+  if (extract.rowsLeftOut()) {
     stream << "...\n";
   }
   return stream.str();

@@ -12,18 +12,6 @@ namespace {
 using tabra::DataType;
 using tabra::DataTypeId;
 
-TEST(CountShownRows, TakesAllRowsForNoLimit) {
-  EXPECT_EQ(countShownRows(5, 0), 5U);
-  EXPECT_EQ(countShownRows(0, 0), 0U);
-}
-
-TEST(CountShownRows, TakesTheLimitOnlyBelowTheRowCount) {
-  EXPECT_EQ(countShownRows(5, 4), 4U);
-  EXPECT_EQ(countShownRows(5, 5), 5U);
-  EXPECT_EQ(countShownRows(5, 6), 5U);
-  EXPECT_EQ(countShownRows(~0UL, 1), 1U);
-}
-
 template <class T>
 std::string cell(T value, int width = 0) {
   std::ostringstream stream;
@@ -121,6 +109,29 @@ TEST_F(Extraction, RefusesMoreRowsThanMemoryCanEverHold) {
   EXPECT_THROW(extract((1UL << 61) + 1), std::length_error);
   EXPECT_THROW(extract(1UL << 61), std::length_error);
   EXPECT_THROW(extract(~0UL), std::length_error);
+}
+
+class ShownRows : public ::testing::Test {
+ protected:
+  static FrameExtract<std::ostringstream> of(unsigned long rows, unsigned long maxRows) {
+    auto frame = std::make_shared<tabra::MemoryDataFrame>();
+    frame->addRows(0, rows);
+    return {frame, maxRows};
+  }
+};
+
+TEST_F(ShownRows, AreAllForNoLimit) {
+  EXPECT_EQ(of(5, 0).shownRows(), 5U);
+  EXPECT_EQ(of(0, 0).shownRows(), 0U);
+  EXPECT_FALSE(of(5, 0).rowsLeftOut());
+}
+
+TEST_F(ShownRows, AreLimitedOnlyBelowTheRowCount) {
+  EXPECT_EQ(of(5, 4).shownRows(), 4U);
+  EXPECT_TRUE(of(5, 4).rowsLeftOut());
+  EXPECT_EQ(of(5, 5).shownRows(), 5U);
+  EXPECT_FALSE(of(5, 5).rowsLeftOut());
+  EXPECT_EQ(of(5, 6).shownRows(), 5U);
 }
 
 }  // namespace

@@ -1,0 +1,61 @@
+#include <object_model/IO.h>
+
+#include <sstream>
+
+#include "DataFrameExtraction.h"
+
+namespace object_model {
+namespace {
+
+// The markup, piece by piece. Its layout is unusual and callers compare it whole: every cell is a
+// header cell, the body's rows are nested in one further row, cells are not indented, and the last
+// cell of the head shares its line with the end of its row.
+constexpr const char* BEFORE_HEAD_CELLS =
+    "<table>\n"
+    "    <thead>\n"
+    "        <tr>\n";
+constexpr const char* BETWEEN_HEAD_AND_BODY =
+    "        </tr>\n"
+    "    </thead>\n"
+    "    <tbody>\n"
+    "        <tr>\n";
+constexpr const char* ROW_BEGIN = "            <tr>";
+constexpr const char* ROW_END = "            </tr>\n";
+constexpr const char* AFTER_BODY =
+    "        </tr>\n"
+    "    </tbody>\n"
+    "</table>\n";
+constexpr const char* CELL_BEGIN = "<th>";
+constexpr const char* CELL_END = "</th>";
+constexpr const char* ROWS_LEFT_OUT = "...";
+
+}  // namespace
+
+std::string exportDataFrameToHtml(std::shared_ptr<tabra::DataFrameView> frame,
+                                  unsigned long maxRows) {
+  FrameExtract<std::ostringstream> extract(frame, maxRows);
+  std::ostringstream stream;
+  stream << BEFORE_HEAD_CELLS;
+  for (unsigned long i = 0; i < extract.columns(); ++i) {
+    stream << CELL_BEGIN << frame->columnName(i) << CELL_END;
+  }
+  stream << BETWEEN_HEAD_AND_BODY;
+  for (unsigned long row = 0; row < extract.shownRows(); ++row) {
+    stream << ROW_BEGIN;
+    for (unsigned long i = 0; i < extract.columns(); ++i) {
+      stream << CELL_BEGIN;
+      extract.writeNext(i, stream);
+      stream << CELL_END;
+    }
+    stream << ROW_END;
+  }
+  if (extract.rowsLeftOut()) {
+    for (unsigned long i = 0; i < extract.columns(); ++i) {
+      stream << CELL_BEGIN << ROWS_LEFT_OUT << CELL_END;
+    }
+  }
+  stream << AFTER_BODY;
+  return stream.str();
+}
+
+}  // namespace object_model

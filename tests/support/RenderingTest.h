@@ -1,0 +1,97 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <limits>
+#include <locale>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "support/RecordingDataFrame.h"
+
+namespace test {
+
+/// What the tests of the renderings share: a table that is filled column by column.
+class RenderingTest : public ::testing::Test {
+ protected:
+  template <class T>
+  void addColumn(const std::string& name, tabra::DataTypeId type, const std::vector<T>& values) {
+    static_assert(sizeof(T) == 8);
+    if (table().shape()[0] == 0) {
+      table().addRows(0, values.size());
+    }
+    table().addColumn(name, tabra::DataType(type));
+    table().write(table().shape()[0] - 1, 0, values.size(), values.data());
+  }
+  void addUInts(const std::string& name, const std::vector<unsigned long>& values) {
+    addColumn(name, tabra::DataTypeId::UInt64, values);
+  }
+  void addInts(const std::string& name, const std::vector<long>& values) {
+    addColumn(name, tabra::DataTypeId::Int64, values);
+  }
+  void addDoubles(const std::string& name, const std::vector<double>& values) {
+    addColumn(name, tabra::DataTypeId::Float64, values);
+  }
+  void addExample() {
+    addUInts("id", {1, 2, 3});
+    addDoubles("area", {0.5, 1234567.0, 0.1});
+    addInts("delta", {-3, 10, 0});
+  }
+
+  tabra::MemoryDataFrame& table() { return m_frame->frame(); }
+
+  std::shared_ptr<RecordingDataFrame> m_frame = std::make_shared<RecordingDataFrame>();
+};
+
+/// Sets a global locale that groups digits and has a decimal comma, for as long as it lives.
+class GermanLocale {
+ public:
+  GermanLocale() : m_before(std::locale::global(std::locale(std::locale(), new Numbers))) {}
+  ~GermanLocale() { std::locale::global(m_before); }
+  GermanLocale(const GermanLocale&) = delete;
+  GermanLocale& operator=(const GermanLocale&) = delete;
+
+ private:
+  class Numbers : public std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\3"; }
+  };
+
+  std::locale m_before;
+};
+
+/// A table whose rows are claimed, not held: row r of its one column holds r.
+class ClaimingFrame : public RecordingDataFrame {
+ public:
+  explicit ClaimingFrame(unsigned long rows) : m_shape{1, rows} {}
+  const std::array<unsigned long, 2>& shape() const override { return m_shape; }
+  const std::string& columnName(unsigned long /*column*/) const override { return m_name; }
+  tabra::DataType columnDataType(unsigned long /*column*/) const override {
+    return tabra::DataType(tabra::DataTypeId::UInt64);
+  }
+  void read(unsigned long /*column*/, unsigned long firstRow, unsigned long count,
+            void* destination) const override {
+    for (unsigned long i = 0; i < count; ++i) {
+      static_cast<unsigned long*>(destination)[i] = firstRow + i;
+    }
+  }
+
+ private:
+  std::array<unsigned long, 2> m_shape;
+  std::string m_name = "row";
+};
+
+/// A table that cannot be read.
+class UnreadableFrame : public ClaimingFrame {
+ public:
+  UnreadableFrame() : ClaimingFrame(3) {}
+  void read(unsigned long /*column*/, unsigned long /*firstRow*/, unsigned long /*count*/,
+            void* /*destination*/) const override {
+    throw std::domain_error("unreadable");
+  }
+};
+
+}  // namespace test
