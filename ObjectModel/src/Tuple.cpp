@@ -13,10 +13,14 @@ Tuple::~Tuple() = default;
 // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): every assignment is refused alike
 Tuple& Tuple::operator=(const Tuple& /*other*/) { throw std::runtime_error("invalid call"); }
 
-unsigned long Tuple::size() const { return m_size; }
+namespace {
 
-const unsigned long& Tuple::operator[](unsigned long index) const { return m_data[index]; }
+// Callers that do not inline these operations find them in the library: their addresses are taken
+// here so that they are compiled into it.
+[[gnu::used]] unsigned long (Tuple::*const SIZE)() const = &Tuple::size;
+[[gnu::used]] const unsigned long& (Tuple::*const READ)(unsigned long) const = &Tuple::operator[];
+[[gnu::used]] unsigned long& (Tuple::*const WRITE)(unsigned long) = &Tuple::operator[];
 
-unsigned long& Tuple::operator[](unsigned long index) { return m_data[index]; }
+}  // namespace
 
 }  // namespace object_model

@@ -13,7 +13,8 @@ namespace object_model {
 /// keep them. Copying a `Tuple` makes a second view of the same values.
 /// Threads: const operations may run concurrently.
 /// ABI: the destructor is the only virtual; the fields are the address and the count, in this
-/// order. size() and operator[] read them directly, so every derived class keeps them true.
+/// order. size() and operator[] read them directly, so every derived class keeps them true; they
+/// are inline, since positions are read once for every element, and exported all the same.
 class OBJECT_MODEL_EXPORT Tuple {
  public:
   /// An empty view: size() is 0.
@@ -29,13 +30,15 @@ class OBJECT_MODEL_EXPORT Tuple {
   Tuple& operator=(const Tuple& other);
 
   /// The number of values.
-  unsigned long size() const;
+  OBJECT_MODEL_EXPORT unsigned long size() const { return m_size; }
 
   /// The value at `index`, which must be below size(); it is not checked.
-  const unsigned long& operator[](unsigned long index) const;
+  OBJECT_MODEL_EXPORT const unsigned long& operator[](unsigned long index) const {
+    return m_data[index];
+  }
 
   /// The same, writable: the write reaches the values that this view shows.
-  unsigned long& operator[](unsigned long index);
+  OBJECT_MODEL_EXPORT unsigned long& operator[](unsigned long index) { return m_data[index]; }
 
  protected:
   unsigned long* m_data = nullptr;  ///< the first value; null when there are none
