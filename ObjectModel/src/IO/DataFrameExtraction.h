@@ -4,10 +4,14 @@
 
 #include <functional>
 #include <limits>
+#include <locale>
 #include <memory>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "ClassicStream.h"
 
 namespace object_model {
 
@@ -98,5 +102,22 @@ class FrameExtract {
   std::vector<void*> m_cursors;
   std::vector<std::function<void*(Stream&, void*)>> m_writers;
 };
+
+/// Renders `frame` with `render`, a callable for both kinds of stream: with the fast one where the
+/// global locale, which a stream takes up, is the classic one, and else with a standard stream.
+template <class Render>
+std::string renderUnderGlobalLocale(const std::shared_ptr<tabra::DataFrameView>& frame,
+                                    unsigned long maxRows, const Render& render) {
+  if (std::locale() == std::locale::classic()) {
+    FrameExtract<ClassicStream> extract(frame, maxRows);
+    ClassicStream stream;
+    render(extract, stream);
+    return stream.takeText();
+  }
+  FrameExtract<std::ostringstream> extract(frame, maxRows);
+  std::ostringstream stream;
+  render(extract, stream);
+  return stream.str();
+}
 
 }  // namespace object_model

@@ -1,6 +1,6 @@
 #include <object_model/IO.h>
 
-#include <sstream>
+#include <string_view>
 
 #include "DataFrameExtraction.h"
 
@@ -10,34 +10,30 @@ namespace {
 // The markup, piece by piece. Its layout is unusual and callers compare it whole: every cell is a
 // header cell, the body's rows are nested in one further row, cells are not indented, and the last
 // cell of the head shares its line with the end of its row.
-constexpr const char* BEFORE_HEAD_CELLS =
+constexpr std::string_view BEFORE_HEAD_CELLS =
     "<table>\n"
     "    <thead>\n"
     "        <tr>\n";
-constexpr const char* BETWEEN_HEAD_AND_BODY =
+constexpr std::string_view BETWEEN_HEAD_AND_BODY =
     "        </tr>\n"
     "    </thead>\n"
     "    <tbody>\n"
     "        <tr>\n";
-constexpr const char* ROW_BEGIN = "            <tr>";
-constexpr const char* ROW_END = "            </tr>\n";
-constexpr const char* AFTER_BODY =
+constexpr std::string_view ROW_BEGIN = "            <tr>";
+constexpr std::string_view ROW_END = "            </tr>\n";
+constexpr std::string_view AFTER_BODY =
     "        </tr>\n"
     "    </tbody>\n"
     "</table>\n";
-constexpr const char* CELL_BEGIN = "<th>";
-constexpr const char* CELL_END = "</th>";
-constexpr const char* ROWS_LEFT_OUT = "...";
+constexpr std::string_view CELL_BEGIN = "<th>";
+constexpr std::string_view CELL_END = "</th>";
+constexpr std::string_view ROWS_LEFT_OUT = "...";
 
-}  // namespace
-
-std::string exportDataFrameToHtml(std::shared_ptr<tabra::DataFrameView> frame,
-                                  unsigned long maxRows) {
-  FrameExtract<std::ostringstream> extract(frame, maxRows);
-  std::ostringstream stream;
+template <class Stream>
+void renderHtml(const tabra::DataFrameView& frame, FrameExtract<Stream>& extract, Stream& stream) {
   stream << BEFORE_HEAD_CELLS;
   for (unsigned long i = 0; i < extract.columns(); ++i) {
-    stream << CELL_BEGIN << frame->columnName(i) << CELL_END;
+    stream << CELL_BEGIN << frame.columnName(i) << CELL_END;
   }
   stream << BETWEEN_HEAD_AND_BODY;
   for (unsigned long row = 0; row < extract.shownRows(); ++row) {
@@ -55,7 +51,14 @@ std::string exportDataFrameToHtml(std::shared_ptr<tabra::DataFrameView> frame,
     }
   }
   stream << AFTER_BODY;
-  return stream.str();
+}
+
+}  // namespace
+
+std::string exportDataFrameToHtml(std::shared_ptr<tabra::DataFrameView> frame,
+                                  unsigned long maxRows) {
+  return renderUnderGlobalLocale(
+      frame, maxRows, [&](auto& extract, auto& stream) { renderHtml(*frame, extract, stream); });
 }
 
 }  // namespace object_model

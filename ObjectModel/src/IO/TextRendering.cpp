@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <iomanip>
 #include <limits>
-#include <sstream>
 #include <stdexcept>
 
+#include "ClassicStream.h"
 #include "DataFrameExtraction.h"
 
 namespace object_model {
@@ -22,29 +22,29 @@ int widthOf(const std::string& columnName) {
   return static_cast<int>(width);
 }
 
-}  // namespace
+void padNext(std::ostringstream& stream, int width) { stream << std::left << std::setw(width); }
 
-std::string exportDataFrameToString(std::shared_ptr<tabra::DataFrameView> frame,
-                                    unsigned long maxRows) {
-  FrameExtract<std::ostringstream> extract(frame, maxRows);
+void padNext(ClassicStream& stream, int width) { stream.padNext(static_cast<std::size_t>(width)); }
+
+template <class Stream>
+void renderText(const tabra::DataFrameView& frame, FrameExtract<Stream>& extract, Stream& stream) {
   const unsigned long columns = extract.columns();
-  std::ostringstream stream;
   std::vector<int> widths;
-  const auto alignUnlessLast = [&](unsigned long column) {
+  const auto padUnlessLast = [&](unsigned long column) {
     if (column + 1 < columns) {
-      stream << std::left << std::setw(widths[column]);
+      padNext(stream, widths[column]);
     }
   };
   for (unsigned long i = 0; i < columns; ++i) {
-    const std::string& name = frame->columnName(i);
+    const std::string& name = frame.columnName(i);
     widths.push_back(widthOf(name));
-    alignUnlessLast(i);
+    padUnlessLast(i);
     stream << name << (i + 1 < columns ? "" : "\n");
   }
   // Without columns there are no lines, however many rows there are.
   for (unsigned long row = 0; columns > 0 && row < extract.shownRows(); ++row) {
     for (unsigned long i = 0; i < columns; ++i) {
-      alignUnlessLast(i);
+      padUnlessLast(i);
       extract.writeNext(i, stream);
     }
     stream << "\n";
@@ -52,7 +52,14 @@ std::string exportDataFrameToString(std::shared_ptr<tabra::DataFrameView> frame,
   if (extract.rowsLeftOut()) {
     stream << "...\n";
   }
-  return stream.str();
+}
+
+}  // namespace
+
+std::string exportDataFrameToString(std::shared_ptr<tabra::DataFrameView> frame,
+                                    unsigned long maxRows) {
+  return renderUnderGlobalLocale(
+      frame, maxRows, [&](auto& extract, auto& stream) { renderText(*frame, extract, stream); });
 }
 
 }  // namespace object_model
