@@ -20,6 +20,8 @@ Dictionary::Dictionary(Dictionary&& other) noexcept
   }
 }
 
+// It refuses what would make a dictionary that cannot be searched or destroyed.
+// NOLINTNEXTLINE(bugprone-exception-escape,performance-noexcept-move-constructor)
 Dictionary& Dictionary::operator=(Dictionary&& other) {
   if (&other == this) {
     return *this;

@@ -31,6 +31,14 @@ void* operator new(std::size_t size) {
 void operator delete(void* block) noexcept { std::free(block); }
 void operator delete(void* block, std::size_t /*size*/) noexcept { std::free(block); }
 
+// Lets absurd allocations fail under the sanitizers as they do without.
+extern "C" __attribute__((visibility("default"))) const char* __asan_default_options() {
+  return "allocator_may_return_null=1";
+}
+extern "C" __attribute__((visibility("default"))) const char* __tsan_default_options() {
+  return "allocator_may_return_null=1";
+}
+
 namespace tabra {
 namespace {
 
@@ -45,6 +53,26 @@ bool runsOutOfMemory(long failing, const Call& call) {
   }
   allocationsUntilFailure = -1;
   return badAlloc;
+}
+
+constexpr unsigned long FAR_TOO_MANY = 1UL << 59U;  // a vector may count them, no memory holds them
+
+TEST(MemoryDataFrameAllocationTest, RowsThatNoMemoryHoldsChangeNothing) {
+  MemoryDataFrame frame;
+  frame.addRows(0, 2);
+  frame.addColumn("a", DataType(DataTypeId::Int64));
+  EXPECT_THROW(frame.addRows(1, FAR_TOO_MANY), std::bad_alloc);
+  EXPECT_EQ(test::tableText(frame), "a () int: 0 0\n2 rows\n");
+}
+
+TEST(MemoryDataFrameAllocationTest, AColumnThatNoMemoryHoldsChangesNothing) {
+  MemoryDataFrame frame;
+  frame.addRows(0, FAR_TOO_MANY);
+  EXPECT_THROW(frame.addColumn("huge", DataType(DataTypeId::Float64)), std::bad_alloc);
+  EXPECT_EQ(frame.shape(), (std::array<unsigned long, 2>{0, FAR_TOO_MANY}));
+  frame.removeRows(0, FAR_TOO_MANY);
+  frame.addColumn("small", DataType(DataTypeId::Float64));
+  EXPECT_EQ(test::tableText(frame), "small () double:\n0 rows\n");
 }
 
 // The first columns have grown by the time a later one finds no memory.

@@ -33,7 +33,7 @@ class Dictionary final : public object_model::Dictionary {
   /// `other` is left without name and entries; it may be one of the entries that are replaced.
   /// @throws std::invalid_argument when this is an entry of a dictionary, which finds it under its
   ///   name, and `other` has another name, or when `other` contains this; nothing is changed.
-  // NOLINTNEXTLINE(performance-noexcept-move-constructor): see above
+  // NOLINTNEXTLINE(bugprone-exception-escape,performance-noexcept-move-constructor): see above
   Dictionary& operator=(Dictionary&& other);
   ~Dictionary() override;
 
