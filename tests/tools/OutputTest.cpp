@@ -1,6 +1,9 @@
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <filesystem>
 
@@ -105,6 +108,22 @@ TEST_F(OutputTest, FileThatIsReadCannotBeTheOutput) {
   EXPECT_THROW(requireOtherFile(m_scratch.path("c"), m_scratch.path("a")), Failure);
   EXPECT_NO_THROW(requireOtherFile(m_scratch.path("b"), m_scratch.path("a")));
   EXPECT_NO_THROW(requireOtherFile(m_scratch.path("none"), m_scratch.path("a")));
+}
+
+TEST(PrepareOutputTest, NothingOpenedLaterTakesTheDescriptorOfAClosedStream) {
+  const pid_t process = ::fork();
+  if (process == 0) {
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+      ::close(descriptor);
+    }
+    prepareOutput();
+    const bool isWritable = ::write(STDOUT_FILENO, "x", 1) == 1;
+    ::_exit(::open("/dev/null", O_RDONLY) > STDERR_FILENO && !isWritable ? 0 : 1);
+  }
+  int status = 0;
+  ::waitpid(process, &status, 0);
+  EXPECT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(WEXITSTATUS(status), 0);
 }
 
 }  // namespace
