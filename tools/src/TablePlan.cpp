@@ -1,14 +1,12 @@
 #include "TablePlan.h"
 
 #include <object_model/Array.h>
-#include <object_model/Tuple.h>
 
 #include <algorithm>
-#include <functional>
-#include <iterator>
 #include <limits>
 
 #include "Axes.h"
+#include "Candidates.h"
 #include "Failure.h"
 #include "Wording.h"
 
@@ -16,25 +14,7 @@ namespace quillon::tools {
 
 namespace {
 
-using object_model::ElementType;
-using Names = std::vector<std::string>;
-
 constexpr unsigned long MOST = std::numeric_limits<unsigned long>::max();
-// The export fills grids of at most three axes.
-constexpr std::size_t MOST_AXES = 3;
-
-/// An array that may become columns.
-struct Candidate {
-  const object_model::Array* array;
-  std::string name;
-  std::vector<AxisFacts> axes;
-};
-
-using Candidates = std::vector<Candidate>;
-
-bool contains(const Names& names, const std::string& name) {
-  return std::find(names.begin(), names.end(), name) != names.end();
-}
 
 void addOnce(Names& names, const std::string& name) {
   if (!contains(names, name)) {
@@ -53,54 +33,6 @@ unsigned long plus(unsigned long first, unsigned long second) {
   return __builtin_add_overflow(first, second, &sum) ? MOST : sum;
 }
 
-/// Why no table can hold the array, whatever its index; empty when one can.
-std::string misfit(const object_model::Array& array) {
-  switch (array.getElementType()) {
-    case ElementType::UInt:
-    case ElementType::Int:
-    case ElementType::Double:
-      break;
-    case ElementType::String:
-      return "it holds text";
-    default:
-      return "it holds no numbers";
-  }
-  const unsigned long dimensions = array.size().size();
-  if (dimensions == 0) {
-    return "it has no dimensions";
-  }
-  return dimensions > MOST_AXES
-             ? "it has " + std::to_string(dimensions) + " dimensions, more than 3"
-             : "";
-}
-
-/// Why no table with this index can hold the array; empty when one can.
-std::string misfit(const Candidate& candidate, const Names& index) {
-  std::size_t axes = index.size();
-  for (const AxisFacts& axis : candidate.axes) {
-    const bool isIndex = contains(index, axis.name);
-    if (isIndex && countOf(axis.name, candidate.axes) > 1) {
-      return "its axis " + inQuotes(axis.name) + " occurs twice and is in the index";
-    }
-    if (!isIndex && axis.size == 0) {
-      return "it has no values along its axis " + inQuotes(axis.name);
-    }
-    axes += isIndex ? 0 : 1;
-  }
-  return axes > MOST_AXES
-             ? "its further axes and the index are " + std::to_string(axes) + " axes, more than 3"
-             : "";
-}
-
-/// Leaves out what is not `good`, unless nothing is.
-template <class Predicate>
-void prefer(Candidates& candidates, Predicate good) {
-  if (std::any_of(candidates.begin(), candidates.end(), good)) {
-    candidates.erase(std::remove_if(candidates.begin(), candidates.end(), std::not_fn(good)),
-                     candidates.end());
-  }
-}
-
 class Planner {
  public:
   Planner(const object_model::Dictionary& group, const std::vector<PassedOver>& skipped,
@@ -111,11 +43,11 @@ class Planner {
   }
 
   TablePlan plan() {
-    m_plan.index = m_request.index ? givenIndex() : commonAxes();
+    m_plan.index = m_request.index ? givenIndex() : commonAxes(m_candidates);
     leaveOut([this](const Candidate& candidate) { return misfit(candidate, m_plan.index); });
     requireIndexIsLeft();
     for (const std::string& axis : m_plan.index) {
-      m_plan.rows = times(m_plan.rows, commonSize(axis));
+      m_plan.rows = times(m_plan.rows, commonSize(axis, m_candidates));
     }
     m_plan.columns = m_plan.index.size();
     for (const Candidate& candidate : m_candidates) {
@@ -219,30 +151,6 @@ class Planner {
     return index;
   }
 
-  /// The axes that all arrays share. Empty arrays and coordinates have no say unless there is
-  /// nothing else; arrays that have an axis twice have none, as an index could not serve them.
-  Names commonAxes() const {
-    Candidates deciding;
-    std::copy_if(m_candidates.begin(), m_candidates.end(), std::back_inserter(deciding),
-                 [](const Candidate& candidate) { return repeatedAxis(candidate.axes).empty(); });
-    prefer(deciding, [](const Candidate& candidate) {
-      return std::all_of(candidate.axes.begin(), candidate.axes.end(),
-                         [](const AxisFacts& axis) { return axis.size != 0; });
-    });
-    prefer(deciding, [](const Candidate& candidate) { return !isCoordinate(*candidate.array); });
-    Names common;
-    if (!deciding.empty()) {
-      for (const AxisFacts& axis : deciding.front().axes) {
-        if (std::all_of(deciding.begin(), deciding.end(), [&axis](const Candidate& candidate) {
-              return countOf(axis.name, candidate.axes) > 0;
-            })) {
-          common.push_back(axis.name);
-        }
-      }
-    }
-    return common;
-  }
-
   /// An axis that only left-out arrays have would make a table without rows.
   void requireIndexIsLeft() const {
     requireVariables();
@@ -255,26 +163,6 @@ class Planner {
                       " fits into the table");
       }
     }
-  }
-
-  unsigned long commonSize(const std::string& axisName) const {
-    const Candidate* first = nullptr;
-    unsigned long size = 0;
-    for (const Candidate& candidate : m_candidates) {
-      for (const AxisFacts& axis : candidate.axes) {
-        if (axis.name != axisName) {
-          continue;
-        }
-        if (first != nullptr && axis.size != size) {
-          throw Failure("The axis " + inQuotes(axisName) + " has different sizes: " +
-                        std::to_string(size) + " in " + inQuotes(first->name) + ", " +
-                        std::to_string(axis.size) + " in " + inQuotes(candidate.name));
-        }
-        first = &candidate;
-        size = axis.size;
-      }
-    }
-    return size;
   }
 
   void addColumns(const Candidate& candidate) {

@@ -1,0 +1,112 @@
+#include "Candidates.h"
+
+#include <object_model/Tuple.h>
+
+#include <algorithm>
+#include <functional>
+#include <iterator>
+
+#include "Failure.h"
+#include "Wording.h"
+
+namespace quillon::tools {
+
+namespace {
+
+using object_model::ElementType;
+
+/// Leaves out what is not `good`, unless nothing is.
+template <class Predicate>
+void prefer(Candidates& candidates, Predicate good) {
+  if (std::any_of(candidates.begin(), candidates.end(), good)) {
+    candidates.erase(std::remove_if(candidates.begin(), candidates.end(), std::not_fn(good)),
+                     candidates.end());
+  }
+}
+
+}  // namespace
+
+bool contains(const Names& names, const std::string& name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+std::string misfit(const object_model::Array& array) {
+  switch (array.getElementType()) {
+    case ElementType::UInt:
+    case ElementType::Int:
+    case ElementType::Double:
+      break;
+    case ElementType::String:
+      return "it holds text";
+    default:
+      return "it holds no numbers";
+  }
+  const unsigned long dimensions = array.size().size();
+  if (dimensions == 0) {
+    return "it has no dimensions";
+  }
+  return dimensions > MOST_AXES
+             ? "it has " + std::to_string(dimensions) + " dimensions, more than 3"
+             : "";
+}
+
+std::string misfit(const Candidate& candidate, const Names& index) {
+  std::size_t axes = index.size();
+  for (const AxisFacts& axis : candidate.axes) {
+    const bool isIndex = contains(index, axis.name);
+    if (isIndex && countOf(axis.name, candidate.axes) > 1) {
+      return "its axis " + inQuotes(axis.name) + " occurs twice and is in the index";
+    }
+    if (!isIndex && axis.size == 0) {
+      return "it has no values along its axis " + inQuotes(axis.name);
+    }
+    axes += isIndex ? 0 : 1;
+  }
+  return axes > MOST_AXES
+             ? "its further axes and the index are " + std::to_string(axes) + " axes, more than 3"
+             : "";
+}
+
+Names commonAxes(const Candidates& candidates) {
+  Candidates deciding;
+  std::copy_if(candidates.begin(), candidates.end(), std::back_inserter(deciding),
+               [](const Candidate& candidate) { return repeatedAxis(candidate.axes).empty(); });
+  prefer(deciding, [](const Candidate& candidate) {
+    return std::all_of(candidate.axes.begin(), candidate.axes.end(),
+                       [](const AxisFacts& axis) { return axis.size != 0; });
+  });
+  prefer(deciding, [](const Candidate& candidate) { return !isCoordinate(*candidate.array); });
+  Names common;
+  if (!deciding.empty()) {
+    for (const AxisFacts& axis : deciding.front().axes) {
+      if (std::all_of(deciding.begin(), deciding.end(), [&axis](const Candidate& candidate) {
+            return countOf(axis.name, candidate.axes) > 0;
+          })) {
+        common.push_back(axis.name);
+      }
+    }
+  }
+  return common;
+}
+
+unsigned long commonSize(const std::string& axisName, const Candidates& candidates) {
+  const Candidate* first = nullptr;
+  unsigned long size = 0;
+  for (const Candidate& candidate : candidates) {
+    for (const AxisFacts& axis : candidate.axes) {
+      if (axis.name != axisName) {
+        continue;
+      }
+      if (first != nullptr && axis.size != size) {
+        throw Failure("The axis " + inQuotes(axisName) + " has different sizes: " +
+                      std::to_string(size) + " in " + inQuotes(first->name) + ", " +
+                      std::to_string(axis.size) + " in " + inQuotes(candidate.name));
+      }
+      first = &candidate;
+      size = axis.size;
+    }
+  }
+  return size;
+}
+
+}  // namespace quillon::tools

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <object_model/Array.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "Axes.h"
+
+namespace quillon::tools {
+
+using Names = std::vector<std::string>;
+
+/// The export fills grids of at most three axes.
+inline constexpr std::size_t MOST_AXES = 3;
+
+/// An array that may become columns of a table.
+struct Candidate {
+  const object_model::Array* array;
+  std::string name;
+  std::vector<AxisFacts> axes;
+};
+
+using Candidates = std::vector<Candidate>;
+
+bool contains(const Names& names, const std::string& name);
+
+/// Why no table can hold the array, whatever its index; empty when one can.
+std::string misfit(const object_model::Array& array);
+
+/// Why no table with this index can hold the array; empty when one can.
+std::string misfit(const Candidate& candidate, const Names& index);
+
+/// The axes that all arrays share, in their order. Empty arrays and coordinates have no say unless
+/// there is nothing else; arrays that have an axis twice have none, as an index could not serve
+/// them.
+Names commonAxes(const Candidates& candidates);
+
+/// How many points the axis has, 0 where no array has it.
+/// @throws Failure that names two arrays and their sizes when they do not agree.
+unsigned long commonSize(const std::string& axisName, const Candidates& candidates);
+
+}  // namespace quillon::tools
