@@ -1,0 +1,176 @@
+#include <ostream>
+
+#include "ClassicHeader.h"
+#include "TestFiles.h"
+
+namespace quillon::netcdf {
+namespace {
+
+using testing::HasSubstr;
+
+struct Format {
+  const char* name;
+  int mode;
+  unsigned long sizeBytes;  // of a count in the header
+};
+
+void PrintTo(const Format& format, std::ostream* os) { *os << format.name; }
+
+class ClassicHeaderTest : public testing::TestWithParam<Format> {
+ protected:
+  std::string path() const { return m_scratch.path("a.nc"); }
+
+  // Values of many sizes, with and without records; the last ends at the file's end.
+  void writeFixedAndRecords() const {
+    const Writer writer(path(), GetParam().mode);
+    const int time = writer.dimension("time", NC_UNLIMITED);
+    const int x = writer.dimension("x", 3);
+    writer.text(NC_GLOBAL, "title", "a file to cut");
+    const int fixed = writer.variable("fixed", NC_DOUBLE, {x});
+    const int bytes = writer.variable("bytes", NC_BYTE, {x});
+    const int text = writer.variable("text", NC_CHAR, {time, x});
+    const int records = writer.variable("records", NC_SHORT, {time, x});
+    writer.text(records, "units", "mm");
+    writer.put<double>(fixed, {3}, {1.5, -2.5, 1e300});
+    writer.put<signed char>(bytes, {3}, {1, 2, -3});
+    writer.put<char>(text, {2, 3}, {'a', 'b', 'c', 'd', 'e', 'f'});
+    writer.put<short>(records, {2, 3}, {1, 2, 3, 4, 5, 6});
+  }
+
+  void writeOneRecordVariable() const {
+    const Writer writer(path(), GetParam().mode);
+    const int time = writer.dimension("time", NC_UNLIMITED);
+    const int records = writer.variable("records", NC_SHORT, {time});
+    writer.put<short>(records, {5}, {11, 12, 13, 14, 15});
+  }
+
+  // Opening plus reading all of a file that was cut is an error or brings exactly the right values.
+  void expectErrorOrAllWhereverCut() const {
+    const std::string whole = readBytes(path());
+    const auto content = contentOf(File(path()).root());
+    unsigned long errors = 0;
+    for (unsigned long length = 0; length < whole.size(); ++length) {
+      writeBytes(path(), whole.substr(0, length));
+      try {
+        EXPECT_EQ(contentOf(File(path()).root()), content) << "cut at " << length;
+      } catch (const Error& error) {
+        EXPECT_THAT(error.what(), HasSubstr(path())) << "cut at " << length;
+        ++errors;
+      }
+    }
+    EXPECT_GE(errors + 3, whole.size());  // but for the padding at the end
+  }
+
+  std::string errorAfterPatch(unsigned long position, const std::string& bytes) const {
+    std::string file = readBytes(path());
+    writeBytes(path(), file.replace(position, bytes.size(), bytes));
+    return errorOf([this] { contentOf(File(path()).root()); });
+  }
+
+ private:
+  Scratch m_scratch;
+};
+
+TEST_P(ClassicHeaderTest, SoundFileIsSound) {
+  writeFixedAndRecords();
+  EXPECT_EQ(findClassicDamage(path(), readBytes(path()).size()), "");
+  EXPECT_THAT(valuesOf(arrayAt(File(path()), "records")),
+              testing::ElementsAre("1", "2", "3", "4", "5", "6"));
+}
+
+TEST_P(ClassicHeaderTest, FileCutAnywhereIsAnErrorOrWhole) {
+  writeFixedAndRecords();
+  expectErrorOrAllWhereverCut();
+}
+
+TEST_P(ClassicHeaderTest, PackedRecordsCutAnywhereAreAnErrorOrWhole) {
+  writeOneRecordVariable();
+  expectErrorOrAllWhereverCut();
+}
+
+TEST_P(ClassicHeaderTest, FileThatEndsInItsValuesNamesTheVariable) {
+  writeOneRecordVariable();
+  const std::string whole = readBytes(path());
+  const unsigned long end = whole.rfind('\x0f') + 1;  // behind the last value, 15
+  writeBytes(path(), whole.substr(0, end - 1));
+  EXPECT_EQ(errorOf([this] { const File file(path()); }),
+            "Cannot read '" + path() +
+                "': it is cut short or damaged: the values of variable 'records' should end at "
+                "byte " +
+                std::to_string(end) + " and the file has " + std::to_string(end - 1));
+}
+
+TEST_P(ClassicHeaderTest, MoreRecordsThanTheFileHoldsAreRefused) {
+  writeFixedAndRecords();
+  EXPECT_THAT(errorAfterPatch(4 + GetParam().sizeBytes - 1, "\3"), HasSubstr("should end at"));
+}
+
+TEST_P(ClassicHeaderTest, AbsurdNumberOfRecordsIsRefused) {
+  writeFixedAndRecords();
+  EXPECT_THAT(errorAfterPatch(4, "\x10"), HasSubstr("should end at"));
+}
+
+TEST_P(ClassicHeaderTest, UnknownNumberOfRecordsIsRefused) {
+  writeFixedAndRecords();
+  EXPECT_THAT(errorAfterPatch(4, std::string(GetParam().sizeBytes, '\xff')),
+              HasSubstr("it does not say how many records it has: its writer did not finish"));
+}
+
+TEST_P(ClassicHeaderTest, AbsurdNumberOfDimensionsIsRefused) {
+  writeFixedAndRecords();
+  EXPECT_THAT(errorAfterPatch(4 + GetParam().sizeBytes + 4, "\x10"),
+              HasSubstr("claims more entries than the file has room for"));
+}
+
+TEST_P(ClassicHeaderTest, AbsurdDimensionIsRefused) {
+  writeFixedAndRecords();
+  const unsigned long name = readBytes(path()).find(std::string("x\0\0\0", 4));
+  EXPECT_THAT(errorAfterPatch(name + 4, "\x10"), HasSubstr("should end at"));
+}
+
+TEST_P(ClassicHeaderTest, ValuesWithinTheHeaderAreRefused) {
+  writeOneRecordVariable();
+  const unsigned long begin = readBytes(path()).size() - 10;  // five values
+  EXPECT_THAT(errorAfterPatch(begin - 1, "\4"), HasSubstr("begin within the header"));
+}
+
+TEST_P(ClassicHeaderTest, UnknownTypeIsRefused) {
+  writeFixedAndRecords();
+  const unsigned long title = readBytes(path()).find("title");
+  EXPECT_THAT(errorAfterPatch(title + 8, std::string("\0\0\0\x63", 4)),
+              HasSubstr("names a type that does not exist"));
+}
+
+TEST_P(ClassicHeaderTest, FlippedBytesNeverCrash) {
+  writeFixedAndRecords();
+  const std::string whole = readBytes(path());
+  for (const int flip : {0xff, 0x80, 0x01}) {
+    EXPECT_EQ(fateOf([&] {
+                for (unsigned long position = 0; position < whole.size(); ++position) {
+                  std::string damaged = whole;
+                  damaged[position] = static_cast<char>(damaged[position] ^ flip);
+                  writeBytes(path(), damaged);
+                  errorOf([this] { contentOf(File(path()).root()); });
+                }
+              }),
+              "")
+        << "flip " << flip;
+  }
+}
+
+TEST_P(ClassicHeaderTest, FileWithoutRecordsIsWhole) {
+  {
+    const Writer writer(path(), GetParam().mode);
+    writer.variable("none", NC_INT, {writer.dimension("time", NC_UNLIMITED)});
+  }
+  const File file(path());
+  EXPECT_EQ(arrayAt(file, "none").numberOfElements(), 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, ClassicHeaderTest,
+                         testing::Values(Format{"Cdf1", 0, 4}, Format{"Cdf2", NC_64BIT_OFFSET, 4},
+                                         Format{"Cdf5", NC_64BIT_DATA, 8}),
+                         [](const auto& format) { return format.param.name; });
+
+}  // namespace
+}  // namespace quillon::netcdf

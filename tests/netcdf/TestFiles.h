@@ -1,0 +1,99 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <netcdf.h>
+#include <object_model/TupleX.h>
+#include <quillon/memory/ArrayBase.h>
+#include <quillon/netcdf/File.h>
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace quillon::netcdf {
+
+/// Fails the test that runs with the library's own words unless `status` is success.
+void must(int status);
+
+/// A directory that lasts as long as the object.
+class Scratch {
+ public:
+  Scratch();
+  Scratch(const Scratch&) = delete;
+  Scratch& operator=(const Scratch&) = delete;
+  ~Scratch();
+
+  std::string path(const std::string& name) const;
+
+ private:
+  std::string m_directory;
+};
+
+/// Writes a netCDF file through the C library and closes it when it goes.
+class Writer {
+ public:
+  /// `mode` is the format's flag, such as NC_NETCDF4, or 0 for CDF-1.
+  Writer(const std::string& path, int mode);
+  Writer(const Writer&) = delete;
+  Writer& operator=(const Writer&) = delete;
+  ~Writer();
+
+  int root() const;
+  int group(const std::string& name) const;
+  int group(const std::string& name, int parent) const;
+  int dimension(const std::string& name, std::size_t size) const;
+  int dimension(const std::string& name, std::size_t size, int group) const;
+  int variable(const std::string& name, nc_type type, const std::vector<int>& dimensions) const;
+  int variable(const std::string& name, nc_type type, const std::vector<int>& dimensions,
+               int group) const;
+  void text(int variable, const std::string& attribute, const std::string& value) const;
+  void text(int variable, const std::string& attribute, const std::string& value, int group) const;
+
+  /// Writes values from the first position on, as many as `extent` says.
+  template <class Value>
+  void put(int variable, const std::vector<std::size_t>& extent,
+           const std::vector<Value>& values) const {
+    put(variable, extent, values, m_id);
+  }
+
+  template <class Value>
+  void put(int variable, const std::vector<std::size_t>& extent, const std::vector<Value>& values,
+           int group) const {
+    nc_enddef(m_id);  // fails where the file is past its definitions, which is what is wanted
+    const std::vector<std::size_t> start(extent.size(), 0);
+    must(nc_put_vara(group, variable, start.data(), extent.data(), values.data()));
+  }
+
+ private:
+  int m_id = -1;
+};
+
+std::string readBytes(const std::string& path);
+void writeBytes(const std::string& path, const std::string& bytes);
+
+/// The array at a path such as "climate/SST".
+const memory::ArrayBase& arrayAt(const File& file, const std::string& path);
+
+/// An array's values as text to the last digit, dimension 0 fastest.
+std::vector<std::string> valuesOf(const memory::ArrayBase& array);
+
+/// The shape, dimension 0 first.
+std::vector<unsigned long> shapeOf(const memory::ArrayBase& array);
+
+/// All arrays of a dictionary and of those in it with their values, by path.
+std::map<std::string, std::vector<std::string>> contentOf(const memory::Dictionary& dictionary,
+                                                          const std::string& path = {});
+
+/// Options with a window of `bytes` that count in `reads` the bytes of each read.
+OpenOptions countingReads(std::size_t bytes, std::vector<unsigned long>& reads);
+
+/// Runs `action` in a process of its own with little memory and time, and returns what ended it: ""
+/// when it came to its end, else the signal or exception.
+std::string fateOf(const std::function<void()>& action);
+
+/// The message with which `action` fails; "" when it does not fail with an `Error`.
+std::string errorOf(const std::function<void()>& action);
+
+}  // namespace quillon::netcdf

@@ -1,0 +1,102 @@
+#include <object_model/InvalidCall.h>
+
+#include <numeric>
+
+#include "TestFiles.h"
+
+namespace quillon::netcdf {
+namespace {
+
+using object_model::ElementType;
+using testing::ElementsAre;
+
+class TextArrayTest : public testing::Test {
+ protected:
+  Scratch m_scratch;
+  std::string m_path = m_scratch.path("a.nc");
+};
+
+std::vector<char> characters(const std::string& text) { return {text.begin(), text.end()}; }
+
+TEST_F(TextArrayTest, LastDimensionOfCharactersIsTheLengthOfTheTexts) {
+  for (const int mode : {0, NC_64BIT_DATA, NC_NETCDF4}) {
+    {
+      const Writer writer(m_path, mode);
+      const int y = writer.dimension("y", 2);
+      const int x = writer.dimension("x", 3);
+      const int v = writer.variable("v", NC_CHAR, {y, x, writer.dimension("length", 4)});
+      writer.text(v, "units", "1");
+      writer.put(v, {2, 3, 4},
+                 characters(std::string("four"
+                                        "ab\0\0"
+                                        "\0\0\0\0"
+                                        "a\0b\0"
+                                        "a  \0"
+                                        " \xc3\xa9 ",
+                                        24)));
+    }
+    for (const std::size_t window : std::vector<std::size_t>{1, 60, 120, 1000}) {
+      OpenOptions options;
+      options.windowBytes = window;
+      const File file(m_path, options);
+      const memory::ArrayBase& v = arrayAt(file, "v");
+      EXPECT_EQ(v.getElementType(), ElementType::String);
+      EXPECT_THAT(shapeOf(v), ElementsAre(3, 2));
+      EXPECT_EQ(v.getInformation()->getAxisInfo(0)->getAxisName(), "x");
+      EXPECT_EQ(v.getUnit(), "1");
+      EXPECT_THAT(valuesOf(v),
+                  ElementsAre("four", "ab", "", std::string("a\0b", 3), "a  ", " \xc3\xa9 "));
+    }
+  }
+}
+
+TEST_F(TextArrayTest, OneDimensionOfCharactersIsOneText) {
+  {
+    const Writer writer(m_path, 0);
+    const int v = writer.variable("v", NC_CHAR, {writer.dimension("length", 5)});
+    writer.put(v, {5}, characters("nucle"));
+  }
+  const File file(m_path);
+  EXPECT_THAT(shapeOf(arrayAt(file, "v")), ElementsAre());
+  EXPECT_THAT(valuesOf(arrayAt(file, "v")), ElementsAre("nucle"));
+}
+
+TEST_F(TextArrayTest, SingleCharacterIsAText) {
+  {
+    const Writer writer(m_path, NC_NETCDF4);
+    writer.put<char>(writer.variable("v", NC_CHAR, {}), {}, {'q'});
+  }
+  EXPECT_THAT(valuesOf(arrayAt(File(m_path), "v")), ElementsAre("q"));
+}
+
+TEST_F(TextArrayTest, StringsOfAnyLength) {
+  const std::string longText(1000, 'l');
+  {
+    const Writer writer(m_path, NC_NETCDF4);
+    const int v = writer.variable("v", NC_STRING, {writer.dimension("x", 4)});
+    writer.put<const char*>(v, {4}, {"", "größe", longText.c_str(), "a b"});
+    writer.variable("unwritten", NC_STRING, {writer.dimension("y", 2)});
+    writer.put<const char*>(writer.variable("scalar", NC_STRING, {}), {}, {"one"});
+  }
+  for (const std::size_t window : std::vector<std::size_t>{1, 300, 1000}) {
+    std::vector<unsigned long> reads;
+    const File file(m_path, countingReads(window, reads));
+    EXPECT_EQ(arrayAt(file, "v").getElementType(), ElementType::String);
+    EXPECT_THAT(valuesOf(arrayAt(file, "v")), ElementsAre("", "größe", longText, "a b"));
+    EXPECT_EQ(std::accumulate(reads.begin(), reads.end(), 0UL), 7U + 1000U + 3U);
+    EXPECT_THAT(valuesOf(arrayAt(file, "unwritten")), ElementsAre("", ""));
+    EXPECT_THAT(valuesOf(arrayAt(file, "scalar")), ElementsAre("one"));
+  }
+}
+
+TEST_F(TextArrayTest, NumbersAreNotRead) {
+  {
+    const Writer writer(m_path, NC_NETCDF4);
+    writer.variable("v", NC_STRING, {});
+  }
+  EXPECT_THROW(arrayAt(File(m_path), "v").getValueAsDouble(object_model::TupleX(0UL)),
+               object_model::InvalidCall);
+}
+
+}  // namespace
+}  // namespace quillon::netcdf
