@@ -5,14 +5,16 @@
 ///
 /// A difference is a result, not an error. On false, a `message` that is not null is replaced
 /// (assigned, not appended to) with one English sentence, whose forms stand at each function; on
-/// true it is left untouched. In the forms below, capital letters stand for names, numbers and
-/// values; everything else is literal, blanks and unmatched quotes included, and never changes.
-/// Counts and integers are written in decimal, floating-point numbers as printf's "%f" writes them,
-/// positions as "(3;0;12)" or "(empty)", complex numbers as "(1.000000;-2.500000)".
+/// true it is left untouched. It is written once, when the call ends. In the forms below, capital
+/// letters stand for names, numbers and values; everything else is literal, blanks and unmatched
+/// quotes included, and never changes. Counts and integers are written in decimal, floating-point
+/// numbers as printf's "%f" writes them, positions as "(3;0;12)" or "(empty)", complex numbers as
+/// "(1.000000;-2.500000)".
 ///
 /// Ownership: the caller owns everything that is passed in; nothing is kept after the call.
 /// Threads: reentrant; objects that may be read concurrently may be compared concurrently.
-/// Nesting: dictionaries may nest as deep as memory allows; the depth costs no stack.
+/// Nesting: dictionaries may nest as deep as memory allows; the depth costs no stack. One that
+/// contains itself is not recognised and uses up all memory.
 /// Cost: linear in the number of elements and entries, given constant-time lookups; constant memory
 /// for each array.
 #pragma once
