@@ -1,59 +1,15 @@
-// A program of its own: it replaces the global allocation functions to let a chosen allocation
-// fail.
 #include <gtest/gtest.h>
 #include <tabra/MemoryDataFrame.h>
 
 #include <array>
-#include <atomic>
-#include <cstdlib>
 #include <new>
 #include <string>
 
+#include "support/Allocations.h"
 #include "support/TableText.h"
-
-namespace {
-
-std::atomic<long> allocationsUntilFailure{-1};  // negative: none fails
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-  if (allocationsUntilFailure.load() >= 0 && allocationsUntilFailure.fetch_sub(1) == 0) {
-    throw std::bad_alloc();
-  }
-  void* block = std::malloc(size == 0 ? 1 : size);
-  if (block == nullptr) {
-    throw std::bad_alloc();
-  }
-  return block;
-}
-
-void operator delete(void* block) noexcept { std::free(block); }
-void operator delete(void* block, std::size_t /*size*/) noexcept { std::free(block); }
-
-// Lets absurd allocations fail under the sanitizers as they do without.
-extern "C" __attribute__((visibility("default"))) const char* __asan_default_options() {
-  return "allocator_may_return_null=1";
-}
-extern "C" __attribute__((visibility("default"))) const char* __tsan_default_options() {
-  return "allocator_may_return_null=1";
-}
 
 namespace tabra {
 namespace {
-
-template <class Call>
-bool runsOutOfMemory(long failing, const Call& call) {
-  bool badAlloc = false;
-  allocationsUntilFailure = failing;
-  try {
-    call();
-  } catch (const std::bad_alloc&) {
-    badAlloc = true;
-  }
-  allocationsUntilFailure = -1;
-  return badAlloc;
-}
 
 constexpr unsigned long FAR_TOO_MANY = 1UL << 59U;  // a vector may count them, no memory holds them
 
@@ -86,7 +42,7 @@ TEST(MemoryDataFrameAllocationTest, RunningOutOfMemoryInALaterColumnTakesTheRows
   }
   const std::string before = test::tableText(frame);
   long failures = 0;
-  while (failures < 10 && runsOutOfMemory(failures, [&] { frame.addRows(1, 100); })) {
+  while (failures < 10 && test::runOutOfMemory(failures, [&] { frame.addRows(1, 100); }).badAlloc) {
     EXPECT_EQ(test::tableText(frame), before) << "allocation " << failures;
     ++failures;
   }
@@ -101,9 +57,9 @@ TEST(MemoryDataFrameAllocationTest, RunningOutOfMemoryForAColumnChangesNothing) 
   const std::string before = test::tableText(frame);
   const std::string longName(100, 'n');
   long failures = 0;
-  while (failures < 10 && runsOutOfMemory(failures, [&] {
-           frame.addColumn(longName, DataType(DataTypeId::UInt64));
-         })) {
+  while (failures < 10 && test::runOutOfMemory(failures, [&] {
+                            frame.addColumn(longName, DataType(DataTypeId::UInt64));
+                          }).badAlloc) {
     EXPECT_EQ(test::tableText(frame), before) << "allocation " << failures;
     ++failures;
   }

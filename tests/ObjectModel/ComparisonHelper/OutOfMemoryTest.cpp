@@ -1,26 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <new>
 
 #include "ObjectModel/ComparisonHelper/Samples.h"
-
-namespace {
-
-bool g_outOfMemory = false;
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-  void* memory = g_outOfMemory ? nullptr : std::malloc(size);
-  if (memory == nullptr) {
-    throw std::bad_alloc();
-  }
-  return memory;
-}
-
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
+#include "support/Allocations.h"
 
 namespace quillon::test {
 namespace {
@@ -31,7 +14,7 @@ class FailingArray : public memory::ArrayBase {
   FailingArray() : ArrayBase("A", ElementType::Double, axes({2})) {}
   double getValueAsDouble(const object_model::Tuple& index) const override {
     if (index[0] == 1) {
-      g_outOfMemory = true;
+      ::test::failAllAllocations();
       throw 42;
     }
     return NOT_A_NUMBER;
@@ -48,7 +31,7 @@ TEST(AreSameArrays, PassesOnTheExceptionEvenWithoutMemoryForTheSentence) {
     thrown = number;
   } catch (const std::bad_alloc& /*exception*/) {
   }
-  g_outOfMemory = false;
+  ::test::failNoAllocation();
   EXPECT_EQ(thrown, 42);
   EXPECT_EQ(message, "an old message");
 }

@@ -1,0 +1,52 @@
+#include "support/Allocations.h"
+
+#include <atomic>
+#include <cstdlib>
+
+namespace {
+
+constexpr long NONE = -1;
+
+std::atomic<long> allocatedBlocks{0};
+std::atomic<long> allocationsUntilFailure{NONE};
+std::atomic<bool> allFail{false};
+
+bool mustFail() {
+  return allFail.load() ||
+         (allocationsUntilFailure.load() >= 0 && allocationsUntilFailure.fetch_sub(1) == 0);
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  void* block = mustFail() ? nullptr : std::malloc(size == 0 ? 1 : size);
+  if (block == nullptr) {
+    throw std::bad_alloc();
+  }
+  ++allocatedBlocks;
+  return block;
+}
+
+void operator delete(void* block) noexcept {
+  if (block != nullptr) {
+    --allocatedBlocks;
+    std::free(block);
+  }
+}
+
+void operator delete(void* block, std::size_t /*size*/) noexcept { operator delete(block); }
+
+namespace test {
+
+long liveBlocks() { return allocatedBlocks; }
+
+void failAllocation(long index) { allocationsUntilFailure = index; }
+
+void failAllAllocations() { allFail = true; }
+
+void failNoAllocation() {
+  allocationsUntilFailure = NONE;
+  allFail = false;
+}
+
+}  // namespace test
