@@ -1,7 +1,9 @@
 // The values of the public enumerations: they are passed as 32-bit integers and appear in messages.
 #include <gtest/gtest.h>
 #include <object_model/AxisInfo.h>
+#include <object_model/ComparisonHelper.h>
 #include <object_model/ElementType.h>
+#include <object_model/PhysicalInformation.h>
 
 #include <ostream>
 #include <string>
@@ -47,6 +49,40 @@ INSTANTIATE_TEST_SUITE_P(AxisType, EnumerationTest,
                                            row("Channel", AxisType::Channel, 2),
                                            row("Label", AxisType::Label, 3)),
                          nameOf);
+
+INSTANTIATE_TEST_SUITE_P(ComparisonType, EnumerationTest,
+                         ::testing::Values(row("Exact", helper::ComparisonType::Exact, 0),
+                                           row("Absolute", helper::ComparisonType::Absolute, 1),
+                                           row("Relative", helper::ComparisonType::Relative, 2)),
+                         nameOf);
+
+INSTANTIATE_TEST_SUITE_P(PhysicalInformation, EnumerationTest,
+                         ::testing::Values(row("UNKNOWN", PhysicalInformation::UNKNOWN, 0),
+                                           row("LENGTH", PhysicalInformation::LENGTH, 1),
+                                           row("AREA", PhysicalInformation::AREA, 2),
+                                           row("VOLUME", PhysicalInformation::VOLUME, 3),
+                                           row("ANGLE", PhysicalInformation::ANGLE, 4),
+                                           row("INTENSITY", PhysicalInformation::INTENSITY, 5),
+                                           row("SQUARE_INTENSITY",
+                                               PhysicalInformation::SQUARE_INTENSITY, 6),
+                                           row("BOOLEAN", PhysicalInformation::BOOLEAN, 7),
+                                           row("COORDINATE", PhysicalInformation::COORDINATE, 8),
+                                           row("COEFFICIENT", PhysicalInformation::COEFFICIENT, 9),
+                                           row("COUNT", PhysicalInformation::COUNT, 10),
+                                           row("FRACTION", PhysicalInformation::FRACTION, 11),
+                                           row("INDEX", PhysicalInformation::INDEX, 12),
+                                           row("PERCENTAGE", PhysicalInformation::PERCENTAGE, 13),
+                                           row("RATIO", PhysicalInformation::RATIO, 14)),
+                         nameOf);
+
+INSTANTIATE_TEST_SUITE_P(
+    PhysicalDimension, EnumerationTest,
+    ::testing::Values(row("UNDEFINED", PhysicalDimension::UNDEFINED, 0),
+                      row("DIMENSIONLESS", PhysicalDimension::DIMENSIONLESS, 1),
+                      row("LENGTH_POWER_1", PhysicalDimension::LENGTH_POWER_1, 2),
+                      row("LENGTH_POWER_2", PhysicalDimension::LENGTH_POWER_2, 3),
+                      row("LENGTH_POWER_3", PhysicalDimension::LENGTH_POWER_3, 4)),
+    nameOf);
 
 }  // namespace
 }  // namespace object_model

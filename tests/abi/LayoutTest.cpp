@@ -8,6 +8,7 @@
 #include <object_model/DictionaryInfo.h>
 #include <object_model/DynamicDictionary.h>
 #include <object_model/InvalidCall.h>
+#include <object_model/Namespace.h>
 #include <object_model/Request.h>
 #include <object_model/TupleX.h>
 
@@ -52,7 +53,7 @@ INSTANTIATE_TEST_SUITE_P(
                       layoutOf<Buffer>("Buffer", 16), layoutOf<Request>("Request", 8),
                       layoutOf<DataInfo>("DataInfo", 8), layoutOf<ArrayInfo>("ArrayInfo", 8),
                       layoutOf<DictionaryInfo>("DictionaryInfo", 8),
-                      layoutOf<AxisInfo>("AxisInfo", 8)),
+                      layoutOf<AxisInfo>("AxisInfo", 8), layoutOf<Namespace>("Namespace", 8)),
     [](const auto& row) { return row.param.name; });
 
 /// The field of type `Field` that stands `offset` bytes into `object`, whatever its access.
