@@ -14,6 +14,18 @@ namespace {
 
 constexpr unsigned long RECORD_DIMENSION = 0;  // the length by which a header marks it
 
+constexpr unsigned long MAGIC_BYTES = 4;
+
+/// The version number that the file begins with, 1, 2 or 5; 0 for another format.
+char classicVersion(std::ifstream& in) {
+  std::array<char, MAGIC_BYTES> magic{};
+  in.read(magic.data(), magic.size());
+  const char version = magic[3];
+  const bool isClassic =
+      in && std::string(magic.data(), 3) == "CDF" && (version == 1 || version == 2 || version == 5);
+  return isClassic ? version : '\0';
+}
+
 class Damage : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -218,17 +230,16 @@ void requireSound(Fields& fields, unsigned long fileBytes) {
 
 }  // namespace
 
+bool isClassicFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return classicVersion(in) != 0;
+}
+
 std::string findClassicDamage(const std::string& path, unsigned long fileBytes) {
   std::ifstream in(path, std::ios::binary);
-  std::array<char, 4> magic{};
-  in.read(magic.data(), magic.size());
-  const char version = magic[3];
-  if (!in || std::string(magic.data(), 3) != "CDF" ||
-      (version != 1 && version != 2 && version != 5)) {
-    return {};
-  }
+  const char version = classicVersion(in);
   try {
-    Fields fields(in, magic.size(), fileBytes, version);
+    Fields fields(in, MAGIC_BYTES, fileBytes, version);
     requireSound(fields, fileBytes);
   } catch (const Damage& damage) {
     return damage.what();

@@ -4,8 +4,10 @@
 
 namespace quillon::netcdf {
 
-/// What is wrong with a file in one of the classic formats (CDF-1, CDF-2, CDF-5), judged by its
-/// header and its length; empty for a sound file and for any other format.
+/// Whether a file begins like one in the classic formats: CDF-1, CDF-2 and CDF-5.
+bool isClassicFile(const std::string& path);
+
+/// What is wrong with a classic file, judged by its header and its length; empty for a sound one.
 ///
 /// libnetcdf trusts such a header: past the end of the file it reads zeros, and it makes room for
 /// as many entries as the header claims. So every count and every extent is held here against the

@@ -4,8 +4,10 @@
 #include <memory>
 #include <utility>
 
+#include "FileCheck.h"
 #include "GroupReader.h"
 #include "Source.h"
+#include "Trial.h"
 
 namespace quillon::netcdf {
 namespace {
@@ -41,8 +43,8 @@ const memory::Dictionary& findGroup(const std::string& file, const memory::Dicti
                             ? dynamic_cast<const memory::Dictionary*>(group->data(part))
                             : nullptr;
     if (found == nullptr) {
-      throw Error("Cannot read '" + file + "': there is no group '" + path.substr(0, position) +
-                  "'; " + groupsIn(*group));
+      failReading(file,
+                  "there is no group '" + path.substr(0, position) + "'; " + groupsIn(*group));
     }
     group = found;
   }
@@ -51,10 +53,21 @@ const memory::Dictionary& findGroup(const std::string& file, const memory::Dicti
 
 }  // namespace
 
-File::File(const std::string& path, OpenOptions options) : m_path(path), m_root("/") {
-  auto source = std::make_shared<const Source>(path, std::move(options));
-  const int root = source->id();
-  m_root = GroupReader(std::move(source), m_skipped).read(root, "/", "/");
+File::File(const std::string& path, const OpenOptions& options) : m_path(path), m_root("/") {
+  const FileFacts facts = checkFile(path);
+  const auto load = [&] {
+    auto source = std::make_shared<const Source>(path, facts.bytes, options);
+    const int root = source->id();
+    m_root = GroupReader(std::move(source), m_skipped).read(root, "/", "/");
+  };
+  const auto loadAndClose = [&] {
+    load();
+    m_root = memory::Dictionary("/");
+  };
+  if (!facts.isClassic && !options.trustFile && !survives(loadAndClose)) {
+    failReading(path, "it is damaged");
+  }
+  load();
 }
 
 memory::Dictionary& File::root() { return m_root; }

@@ -10,8 +10,8 @@ namespace quillon::netcdf {
 /// and to report errors.
 class Source {
  public:
-  /// Opens `path` for reading. @throws Error
-  Source(std::string path, OpenOptions options);
+  /// Opens the file at `path`, of `fileBytes` bytes, for reading. @throws Error
+  Source(std::string path, unsigned long fileBytes, OpenOptions options);
   Source(const Source&) = delete;
   Source& operator=(const Source&) = delete;
   ~Source();
@@ -30,11 +30,9 @@ class Source {
   void require(int status, const std::string& subject) const;
 
  private:
-  void open();
-
   std::string m_path;
+  unsigned long m_fileBytes;
   OpenOptions m_options;
-  unsigned long m_fileBytes = 0;
   int m_id = -1;
 };
 

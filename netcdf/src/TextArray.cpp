@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "Trial.h"
+
 namespace quillon::netcdf {
 namespace {
 
@@ -52,7 +54,12 @@ std::string TextArray::getValueAsString(const object_model::Tuple& index) const 
 
 void TextArray::readStrings(const Block& block, std::string* texts) const {
   LibraryStrings strings(block.count);
-  m_variable.read(block, strings.data());
+  const auto read = [&] { m_variable.read(block, strings.data()); };
+  // The library follows the references to the strings without a check.
+  if (!m_variable.source->options().trustFile && !survives(read)) {
+    m_variable.source->fail(m_variable.subject() + " cannot be read: its strings are damaged");
+  }
+  read();
   unsigned long bytes = 0;
   for (unsigned long k = 0; k < block.count; ++k) {
     texts[k] = strings.at(k);

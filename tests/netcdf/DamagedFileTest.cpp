@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 #include <random>
 
 #include "TestFiles.h"
@@ -22,6 +24,8 @@ void writeSmallNetcdf4(const std::string& path) {
   const int values = writer.variable("values", NC_INT, {x}, inner);
   writer.text(values, "long_name", "some values", inner);
   writer.put<int>(values, {4}, {1, 2, 3, 4}, inner);
+  const int names = writer.variable("names", NC_STRING, {x}, inner);
+  writer.put<const char*>(names, {4}, {"north", "", "south", "a longer name"}, inner);
 }
 
 TEST(DamagedNetcdf4File, CutAnywhereIsAnError) {
@@ -63,12 +67,32 @@ TEST(DamagedNetcdf4File, FlippedBytesNeverCrash) {
   const Scratch scratch;
   const std::string path = scratch.path("a.nc");
   writeSmallNetcdf4(path);
-  expectNoCrash(path, readBytes(path), 3);
+  expectNoCrash(path, readBytes(path), 7);
 }
 
 TEST(DamagedNetcdf4File, FlippedBytesInMeasurementsNeverCrash) {
   const Scratch scratch;
   expectNoCrash(scratch.path("a.nc"), readBytes(QUILLON_DATA_DIR "/nuclei_measurements.nc"), 37);
+}
+
+// A reference to a string that its heap does not have.
+TEST(DamagedNetcdf4File, StringThatIsNotThereIsAnError) {
+  const Scratch scratch;
+  const std::string path = scratch.path("a.nc");
+  {
+    const Writer writer(path, NC_NETCDF4);
+    writer.put<const char*>(writer.variable("name", NC_STRING, {}), {}, {"text"});
+  }
+  std::string bytes = readBytes(path);
+  const std::uint64_t heap = bytes.find("GCOL");
+  std::string address(sizeof heap, '\0');
+  std::memcpy(address.data(), &heap, sizeof heap);
+  const std::size_t reference = bytes.rfind(address);
+  ASSERT_NE(reference, std::string::npos);
+  bytes.replace(reference + address.size(), 4, "\xff\xff\xff\x7f");  // its number in the heap
+  writeBytes(path, bytes);
+  EXPECT_EQ(errorOf([&] { readAll(path); }),
+            "Cannot read '" + path + "': variable '/name' cannot be read: its strings are damaged");
 }
 
 class AbsurdClaimTest : public testing::Test {

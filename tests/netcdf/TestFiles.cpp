@@ -15,6 +15,14 @@
 #include <sstream>
 #include <stdexcept>
 
+#ifdef __SANITIZE_ADDRESS__
+#define QUILLON_ADDRESS_SANITIZER
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define QUILLON_ADDRESS_SANITIZER
+#endif
+#endif
+
 namespace quillon::netcdf {
 namespace {
 
@@ -39,7 +47,7 @@ std::string valueAt(const memory::ArrayBase& array, const object_model::Tuple& i
 
 // The sanitizers reserve more addresses than any limit allows.
 void limitMemory() {
-#if !defined(__SANITIZE_ADDRESS__)
+#ifndef QUILLON_ADDRESS_SANITIZER
   const rlimit limit{1UL << 30U, 1UL << 30U};
   setrlimit(RLIMIT_AS, &limit);
 #endif

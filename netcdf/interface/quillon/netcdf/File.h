@@ -29,6 +29,11 @@ struct OpenOptions {
   /// How many bytes of one variable's values are held in memory at a time.
   std::size_t windowBytes = std::size_t{64} << 20U;
 
+  /// Whether the file is known to be sound. The libraries below crash or loop on some damaged
+  /// netCDF-4 files, so that such a file, and each window of strings in it, is first read in a
+  /// short-lived copy of the process (`fork`). Set this in a process that must not be copied.
+  bool trustFile = false;
+
   /// Told after each read how many bytes of values it brought, as they are stored (a `float` counts
   /// 4), so that a caller can show progress. What it throws passes through the accessor that read.
   std::function<void(unsigned long bytes)> onRead;
@@ -85,7 +90,7 @@ struct Skipped {
 class File {
  public:
   /// Opens the file at `path` for reading.
-  explicit File(const std::string& path, OpenOptions options = {});
+  explicit File(const std::string& path, const OpenOptions& options = {});
 
   File(const File&) = delete;
   File& operator=(const File&) = delete;
