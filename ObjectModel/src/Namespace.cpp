@@ -11,6 +11,8 @@ Namespace::Namespace()
 Namespace::~Namespace() = default;
 
 Namespace& Namespace::instance() {
+  // Debuggers and profiles know the object by this name.
+  // NOLINTNEXTLINE(readability-identifier-naming)
   static Namespace m_namespace;
   return m_namespace;
 }

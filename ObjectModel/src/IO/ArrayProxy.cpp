@@ -31,8 +31,8 @@ class LocalPosition final : public Tuple {
 }  // namespace
 
 ArrayProxy::ArrayProxy(const unsigned long* extents, unsigned long count,
-                       const std::vector<unsigned long>& axisMap, Array* wrapped)
-    : m_shape(extents, count), m_axisMap(axisMap), m_wrapped(wrapped) {}
+                       std::vector<unsigned long> axisMap, Array* wrapped)
+    : m_shape(extents, count), m_axisMap(std::move(axisMap)), m_wrapped(wrapped) {}
 
 ArrayProxy::~ArrayProxy() = default;
 

@@ -21,8 +21,8 @@ class ArrayProxy final : public Array {
   /// `axisMap` has, for each of the proxy's dimensions, the axis of `wrapped` that it stands for,
   /// or NO_AXIS. A wrapped axis that no dimension stands for is read at 0; where two dimensions
   /// stand for the same axis, the later one counts.
-  ArrayProxy(const unsigned long* extents, unsigned long count,
-             const std::vector<unsigned long>& axisMap, Array* wrapped);
+  ArrayProxy(const unsigned long* extents, unsigned long count, std::vector<unsigned long> axisMap,
+             Array* wrapped);
   ~ArrayProxy() override;
 
   /// @throws std::runtime_error "Not Implemented"

@@ -249,6 +249,7 @@ void exportToDataFrame(Dictionary& dictionary, tabra::DataFrameView* frame,
   const std::vector<Col> columns = planColumns(dictionary, indexNames, axisSizes);
   const unsigned long rows = countRows(indexNames, axisSizes);
   std::vector<unsigned long> gridShape;
+  gridShape.reserve(indexNames.size());
   for (const std::string& name : indexNames) {
     gridShape.push_back(axisSizes.at(name));
   }

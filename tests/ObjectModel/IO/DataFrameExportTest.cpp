@@ -6,6 +6,7 @@
 
 #include <stdexcept>
 
+#include "support/Interfaces.h"
 #include "support/RecordingDataFrame.h"
 #include "support/TableText.h"
 
@@ -386,24 +387,13 @@ TEST_F(FailingExport, RefusesAnElementTypeThatChangesWhileTheTableIsFilled) {
 }
 
 /// A dictionary whose only entry turns into a dictionary after some lookups.
-class TurningDictionary : public Dictionary {
+class TurningDictionary : public test::PlainDictionary {
  public:
-  const DataInfo* getInformation() const override { return nullptr; }
-  const Data* parent() const override { return nullptr; }
-  Data* parent() override { return nullptr; }
-  void setParent(Data* /*parent*/) override {}
-  bool isDynamicDictionary() const override { return false; }
-  DynamicDictionary* asDynamicDictionary() override { return nullptr; }
-  const DynamicDictionary* asDynamicDictionary() const override { return nullptr; }
-  unsigned long getNumOfData() const override { return 1; }
-  void reservedDictionary0() const override {}
-  void reservedDictionary1() const override {}
-  std::string getDataName(int /*index*/) const override { return "A"; }
-  using Dictionary::data;
+  TurningDictionary() { add(m_array); }
+  using test::PlainDictionary::data;
   Data* data(const std::string& /*name*/) override {
     return ++m_lookups == 1 ? static_cast<Data*>(&m_array) : &m_nested;
   }
-  const Data* data(const std::string& /*name*/) const override { return nullptr; }
 
  private:
   int m_lookups = 0;
@@ -415,6 +405,19 @@ TEST_F(FailingExport, LeavesAColumnUnfilledWhoseEntryIsNoArrayAnyMore) {
   TurningDictionary turning;
   exportToDataFrame(turning, &m_frame, {"t"});
   EXPECT_EQ(test::tableText(m_frame.frame()), "Index [t] () uint: 0\nA () int: 0\n1 rows\n");
+}
+
+/// A 1 x 1 array of Int whose descriptor knows nothing of its axes.
+class UndescribedArray : public test::PlainArray {
+ public:
+  UndescribedArray() : PlainArray(test::PlainArrayInfo("A", ElementType::Int)) {}
+  long getValueAsInt(const Tuple& /*index*/) const override { return 7; }
+};
+
+TEST_F(FailingExport, TakesAxesThatNobodyDescribesAsNameless) {
+  m_entries.add(std::make_unique<UndescribedArray>());
+  exportToDataFrame(m_entries, &m_frame, {});
+  EXPECT_EQ(test::tableText(m_frame.frame()), "A[=0, =0] () int: 7\n1 rows\n");
 }
 
 /// An array that fails at its second element.
