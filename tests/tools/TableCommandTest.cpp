@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "HtmlPage.h"
 #include "RunTool.h"
 
 namespace quillon::tools::test {
@@ -244,11 +245,72 @@ TEST(TableCommandTest, OutputFileHoldsWhatWouldBePrinted) {
   EXPECT_THAT(scratch.entries(), ElementsAre("table"));
 }
 
+const char* const NUCLEI_HTML =
+    "<table>\n"
+    "    <thead>\n"
+    "        <tr>\n"
+    "<th>Index [label]</th><th>area</th>        </tr>\n"
+    "    </thead>\n"
+    "    <tbody>\n"
+    "        <tr>\n"
+    "            <tr><th>0</th><th>111</th>            </tr>\n"
+    "            <tr><th>1</th><th>152</th>            </tr>\n"
+    "<th>...</th><th>...</th>        </tr>\n"
+    "    </tbody>\n"
+    "</table>\n";
+
+std::vector<std::string> htmlOfNuclei(const std::vector<std::string>& more) {
+  std::vector<std::string> arguments = {
+      "table", "data/nuclei_measurements.nc", "--html", "--variables", "area", "--max-rows", "2"};
+  arguments.insert(arguments.end(), more.begin(), more.end());
+  return arguments;
+}
+
+TEST(TableCommandTest, HtmlIsPrintedAsAFragment) {
+  EXPECT_EQ(runTool(htmlOfNuclei({})), (Outcome{0, NUCLEI_HTML, ""}));
+}
+
+TEST(TableCommandTest, HtmlOutputIsAPageWithTheFilesTitleAroundTheFragment) {
+  const Scratch scratch;
+  EXPECT_EQ(runTool(htmlOfNuclei({"--output", scratch.path("page.html")})), (Outcome{0, "", ""}));
+  EXPECT_EQ(
+      contentOf(scratch.path("page.html")),
+      documentOf({"Nuclei measured in an immunohistochemistry micrograph of colon tissue, one "
+                  "label each",
+                  "/", "first 2 of 85 rows", NUCLEI_HTML}));
+  EXPECT_THAT(scratch.entries(), ElementsAre("page.html"));
+}
+
+TEST(TableCommandTest, HtmlPageNamesTheGroupAndAFileWithoutTitle) {
+  const Scratch scratch;
+  for (const char* title : {"", ":title = \"\" ;", ":title = \" \\n\" ;"}) {
+    const std::string path = scratch.file("a&b.nc", std::string(title) + R"(
+      group: g { group: h\<i\> { dimensions: x\<y = 1 ; variables: int a\&b(x\<y) ; data: a\&b = 7 ; } })");
+    const std::string page = scratch.path("page.html");
+    EXPECT_EQ(runTool({"table", path, "--group", "g/h<i>/", "--html", "--output", page}),
+              (Outcome{0, "", ""}));
+    EXPECT_EQ(contentOf(page), documentOf({"a&b.nc", "/g/h<i>", "1 row",
+                                           "<table>\n"
+                                           "    <thead>\n"
+                                           "        <tr>\n"
+                                           "<th>Index [x&lt;y]</th><th>a&amp;b</th>        </tr>\n"
+                                           "    </thead>\n"
+                                           "    <tbody>\n"
+                                           "        <tr>\n"
+                                           "            <tr><th>0</th><th>7</th>            </tr>\n"
+                                           "        </tr>\n"
+                                           "    </tbody>\n"
+                                           "</table>\n"}));
+  }
+}
+
 TEST(TableCommandTest, FailureKeepsTheOutputFile) {
   const Scratch scratch;
   writeContent(scratch.path("table"), "before\n");
-  for (const std::vector<std::string>& rest :
-       {std::vector<std::string>{"--index", "Q"}, {"--variables", "Q"}, {"--max-rows", "-1"}}) {
+  for (const std::vector<std::string>& rest : {std::vector<std::string>{"--index", "Q"},
+                                               {"--variables", "Q"},
+                                               {"--max-rows", "-1"},
+                                               {"--html", "--index", "Q"}}) {
     std::vector<std::string> arguments = {"table", CLIMATE, "--output", scratch.path("table")};
     arguments.insert(arguments.end(), rest.begin(), rest.end());
     EXPECT_EQ(runTool(arguments).status, 2);

@@ -1,19 +1,21 @@
 #include <gtest/gtest.h>
 
 #include "TableFrame.h"
+#include "Wording.h"
 
 namespace quillon::tools {
 namespace {
 
-TEST(TableFrameTest, ColumnNamesAreEscaped) {
-  TableFrame frame([](unsigned long /*cells*/) {});
-  frame.addColumn("a\n\x1b[2J µ", tabra::DataType(tabra::DataTypeId::Int64));
-  EXPECT_EQ(frame.columnName(0), "a\\n\\x1b[2J µ");
+TEST(TableFrameTest, ColumnNamesAreEscapedAsAsked) {
+  TableFrame frame([](std::string_view name) { return "<" + std::string(name) + ">"; },
+                   [](unsigned long /*cells*/) {});
+  frame.addColumn("a\n", tabra::DataType(tabra::DataTypeId::Int64));
+  EXPECT_EQ(frame.columnName(0), "<a\n>");
 }
 
 TEST(TableFrameTest, WritingTellsHowManyCells) {
   unsigned long told = 0;
-  TableFrame frame([&told](unsigned long cells) { told += cells; });
+  TableFrame frame(escaped, [&told](unsigned long cells) { told += cells; });
   frame.addColumn("a", tabra::DataType(tabra::DataTypeId::Int64));
   frame.addRows(0, 3);
   const long values[] = {4, 5};

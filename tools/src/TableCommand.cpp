@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -13,6 +14,7 @@
 #include "Arguments.h"
 #include "Failure.h"
 #include "Groups.h"
+#include "HtmlPage.h"
 #include "Memory.h"
 #include "Output.h"
 #include "Progress.h"
@@ -32,6 +34,7 @@ struct Options {
   std::optional<std::string> index;
   std::optional<std::string> output;
   std::string maxRows = "10";
+  bool html = false;
 };
 
 std::optional<std::vector<std::string>> namesOf(const std::string& option,
@@ -56,13 +59,26 @@ void requireMemory(const TablePlan& plan, unsigned long maxRows) {
   }
 }
 
-std::string render(memory::Dictionary& group, const TablePlan& plan, unsigned long maxRows) {
+std::string render(memory::Dictionary& group, const TablePlan& plan, unsigned long maxRows,
+                   bool html) {
   Selection selection(group, plan.variables);
   Progress progress(std::cerr, ::isatty(STDERR_FILENO) == 1, plan.rows * plan.columns);
-  const auto frame =
-      std::make_shared<TableFrame>([&progress](unsigned long cells) { progress.advance(cells); });
+  const auto frame = std::make_shared<TableFrame>(
+      html ? inHtml : escaped, [&progress](unsigned long cells) { progress.advance(cells); });
   object_model::exportToDataFrame(selection, frame.get(), plan.index);
-  return object_model::exportDataFrameToString(frame, maxRows);
+  return html ? object_model::exportDataFrameToHtml(frame, maxRows)
+              : object_model::exportDataFrameToString(frame, maxRows);
+}
+
+std::string titleOf(const netcdf::File& file, const std::string& path) {
+  const std::string title = file.title();
+  const bool isBlank = title.find_first_not_of(" \t\r\n") == std::string::npos;
+  return isBlank ? std::filesystem::path(path).filename().string() : title;
+}
+
+std::string rowsShown(unsigned long rows, unsigned long maxRows) {
+  const std::string all = counted(rows, "row");
+  return maxRows == 0 || rows <= maxRows ? all : "first " + std::to_string(maxRows) + " of " + all;
 }
 
 int run(const Options& options) {
@@ -81,7 +97,11 @@ int run(const Options& options) {
   memory::Dictionary& group = groupOf(file, options.source);
   const TablePlan plan = planTable(group, skippedIn(group, file.skipped()), request);
   requireMemory(plan, maxRows);
-  const std::string text = render(group, plan, maxRows);
+  std::string text = render(group, plan, maxRows, options.html);
+  if (options.html && options.output) {
+    text = documentOf(
+        {titleOf(file, options.source.file), pathOf(group), rowsShown(plan.rows, maxRows), text});
+  }
   for (const std::string& note : plan.notes) {
     std::cerr << "quillon: " + escaped(note) + "\n";
   }
@@ -112,7 +132,8 @@ Verb addTable(CLI::App& application) {
       "0 or more than 3 dimensions, and those whose other axes and the index are more than 3 "
       "axes.\n"
       "Groups within the group are not part of its table.\n"
-      "Missing floating-point values print as nan. Names are case-sensitive.");
+      "Missing floating-point values print as nan. Names are case-sensitive.\n"
+      "With --html, names have their markup characters escaped: a browser shows them as they are.");
   const auto options = std::make_shared<Options>();
   addSource(*command, options->source);
   command->add_option("--variables", options->variables, "Only these variables (default: all)")
@@ -121,6 +142,8 @@ Verb addTable(CLI::App& application) {
       ->type_name("X,Y");
   command->add_option("--max-rows", options->maxRows, "Rows to print; 0 prints all (default: 10)")
       ->type_name("N");
+  command->add_flag("--html", options->html,
+                    "Print an HTML <table>; with --output, write a whole page around it");
   command
       ->add_option("--output", options->output, "Write the table to this file, whole or not at all")
       ->type_name("FILE");
