@@ -3,7 +3,6 @@
 #include <object_model/Namespace.h>
 #include <quillon/memory/Descriptors.h>
 
-#include <thread>
 #include <type_traits>
 #include <vector>
 

@@ -2,28 +2,11 @@
 #include <tabra/MemoryDataFrame.h>
 
 #include <array>
-#include <atomic>
-#include <string>
-#include <thread>
-#include <vector>
+
+#include "support/Threads.h"
 
 namespace tabra {
 namespace {
-
-/// Makes every thread begin at the same moment, as far as that goes.
-class StartLine {
- public:
-  explicit StartLine(int runners) : m_missing(runners) {}
-  void wait() {
-    --m_missing;
-    while (m_missing > 0) {
-      std::this_thread::yield();
-    }
-  }
-
- private:
-  std::atomic<int> m_missing;
-};
 
 void expectSettled(const MemoryDataFrame& frame) {
   long value = 0;
@@ -50,17 +33,7 @@ TEST(MemoryDataFrameThreadTest, ConstCallsRightAfterRemovalsMayRunConcurrently) 
     frame.setUnit(1, "m");
     frame.removeColumn(0);
     frame.removeColumn(2);
-    StartLine start(THREADS);
-    std::vector<std::thread> readers;
-    for (int k = 0; k < THREADS; ++k) {
-      readers.emplace_back([&] {
-        start.wait();
-        expectSettled(frame);
-      });
-    }
-    for (std::thread& reader : readers) {
-      reader.join();
-    }
+    test::concurrently(THREADS, [&frame](int /*k*/) { expectSettled(frame); });
   }
 }
 
