@@ -19,10 +19,11 @@ TEST(MainTest, HelpListsTheVerbs) {
   EXPECT_EQ(outcome.err, "");
   EXPECT_THAT(outcome.out, HasSubstr("\n  table   "));
   EXPECT_THAT(outcome.out, HasSubstr("\n  info   "));
+  EXPECT_THAT(outcome.out, HasSubstr("\n  diff   "));
 }
 
 TEST(MainTest, EveryVerbHasHelp) {
-  for (const char* verb : {"table", "info"}) {
+  for (const char* verb : {"table", "info", "diff"}) {
     const Outcome outcome = runTool({verb, "--help"});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_THAT(outcome.out, HasSubstr("Usage: quillon " + std::string(verb)));
@@ -46,10 +47,10 @@ TEST_P(CommandLineTest, IsRefusedWithOneSentence) {
 INSTANTIATE_TEST_SUITE_P(
     Mistakes, CommandLineTest,
     ::testing::ValuesIn(std::vector<CommandLineCase>{
-        {"NoVerb", {}, "A verb is missing; the verbs are table, info (see quillon --help)"},
+        {"NoVerb", {}, "A verb is missing; the verbs are table, info, diff (see quillon --help)"},
         {"UnknownVerb",
          {"tabel", "a.nc"},
-         "There is no verb 'tabel'; the verbs are table, info (see quillon --help)"},
+         "There is no verb 'tabel'; the verbs are table, info, diff (see quillon --help)"},
         {"NoFile", {"table"}, "FILE is required (see quillon table --help)"},
         {"UnknownOption",
          {"info", "a.nc", "--what"},
@@ -70,7 +71,8 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& c) { return c.param.rule; });
 
 TEST(MainTest, FileCalledLikeAVerbIsAFile) {
-  EXPECT_EQ(runTool({"table", "info"}), failed("Cannot read 'info': there is no such file"));
+  EXPECT_EQ(runTool({"table", "info", "diff"}),
+            failed("Cannot read 'info': there is no such file"));
 }
 
 TEST(MainTest, FullStandardOutputIsAFailure) {

@@ -49,6 +49,17 @@ std::vector<std::string> splitNames(const std::string& option, const std::string
   return names;
 }
 
+double parseTolerance(const std::string& option, const std::string& text) {
+  double tolerance = 0.0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, tolerance);
+  // NaN is not at least 0 either.
+  if (error != std::errc() || stop != end || !(tolerance >= 0.0)) {
+    throw Failure(option + " takes a number of at least 0, not " + inQuotes(text));
+  }
+  return tolerance;
+}
+
 unsigned long parseRows(const std::string& text) {
   unsigned long rows = 0;
   const char* const end = text.data() + text.size();

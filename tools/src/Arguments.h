@@ -26,6 +26,10 @@ memory::Dictionary& groupOf(netcdf::File& file, const Source& source);
 /// The names of a list such as "A,B". @throws Failure for an empty name; `option` is named in it.
 std::vector<std::string> splitNames(const std::string& option, const std::string& list);
 
+/// The tolerance that an option gives. @throws Failure for anything but a number of at least 0;
+/// `option` is named in it.
+double parseTolerance(const std::string& option, const std::string& text);
+
 /// The number of rows that --max-rows gives. @throws Failure for anything but a whole number of
 /// at most 64 bits.
 unsigned long parseRows(const std::string& text);

@@ -18,14 +18,7 @@ using object_model::ElementType;
 
 using Line = std::array<std::string, 5>;  // name, type, axes, unit, description
 
-const char* nameOf(ElementType type) {
-  constexpr std::array<const char*, 7> NAMES = {"UInt",   "Int",     "Double",    "Complex",
-                                                "String", "Boolean", "Dictionary"};
-  const auto index = static_cast<std::size_t>(type);
-  return index < NAMES.size() ? NAMES.at(index) : "unknown";
-}
-
-const char* nameOf(AxisType type) {
+const char* kindInWords(AxisType type) {
   switch (type) {
     case AxisType::Slice:
       return " (slice)";
@@ -44,7 +37,7 @@ std::string axesInWords(const object_model::Array& array) {
   std::string words;
   for (const AxisFacts& axis : axesOf(array)) {
     words += (words.empty() ? "" : " ") + escaped(axis.name) + "=" + std::to_string(axis.size) +
-             nameOf(axis.type);
+             kindInWords(axis.type);
   }
   return words.empty() ? "single value" : words;
 }
@@ -88,6 +81,13 @@ std::string headOf(const object_model::Dictionary& group, std::size_t arrays, st
 }
 
 }  // namespace
+
+const char* nameOf(ElementType type) {
+  constexpr std::array<const char*, 7> NAMES = {"UInt",   "Int",     "Double",    "Complex",
+                                                "String", "Boolean", "Dictionary"};
+  const auto index = static_cast<std::size_t>(type);
+  return index < NAMES.size() ? NAMES.at(index) : "unknown";
+}
 
 std::string listingOf(const object_model::Dictionary& group,
                       const std::vector<netcdf::Skipped>& skipped) {

@@ -13,5 +13,6 @@ struct Verb {
 
 Verb addTable(CLI::App& application);
 Verb addInfo(CLI::App& application);
+Verb addDiff(CLI::App& application);
 
 }  // namespace quillon::tools

@@ -64,7 +64,8 @@ int run(int count, char** arguments) {
                                "Print the version and exit");
   application.require_subcommand(1);
   application.get_formatter()->column_width(24);
-  const std::vector<Verb> verbs = {addTable(application), addInfo(application)};
+  const std::vector<Verb> verbs = {addTable(application), addInfo(application),
+                                   addDiff(application)};
   return run(application, verbs, count, arguments);
 }
 
