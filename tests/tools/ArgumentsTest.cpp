@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "Arguments.h"
 #include "Failure.h"
 
@@ -63,6 +65,20 @@ TEST(SourceTest, RootIsCalledByItsFile) {
 
 TEST(SourceTest, GroupIsNamed) {
   EXPECT_EQ((Source{"a\n.nc", "cells/li"}.inWords()), "Group 'cells/li' of 'a\\n.nc'");
+}
+
+TEST(ArgumentsTest, TolerancesAreNumbersOfAtLeastZero) {
+  EXPECT_EQ(parseTolerance("--absolute", "0"), 0.0);
+  EXPECT_EQ(parseTolerance("--absolute", "1e-3"), 0.001);
+  EXPECT_EQ(parseTolerance("--absolute", "inf"), std::numeric_limits<double>::infinity());
+  for (const std::string text : {"", "-1", "nan", "-nan", "1x", " 1", "1e999", "0,5"}) {
+    try {
+      parseTolerance("--absolute", text);
+      ADD_FAILURE() << text;
+    } catch (const Failure& failure) {
+      EXPECT_EQ(failure.what(), "--absolute takes a number of at least 0, not '" + text + "'");
+    }
+  }
 }
 
 }  // namespace

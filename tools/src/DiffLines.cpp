@@ -101,8 +101,7 @@ std::string differenceInWords(const Array& array, const DiffFigures& figures,
   text += exampleInWords(array, figures.example);
   if (figures.visited == 0) {
     text +=
-        " (differences that the sentence cannot show: it is about the positions with 0 on the "
-        "4th and all later axes)";
+        " (no sentence is about these: it covers the positions with 0 on the 4th and later axes)";
   }
   return text;
 }
