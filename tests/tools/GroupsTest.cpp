@@ -30,6 +30,8 @@ TEST_F(GroupsTest, PathLeadsFromTheRoot) {
   EXPECT_EQ(pathOf(m_root), "/");
   EXPECT_EQ(pathOf(m_cells), "/cells");
   EXPECT_EQ(pathOf(m_otsu), "/cells/otsu");
+  EXPECT_EQ(pathOf(m_root, "area"), "/area");
+  EXPECT_EQ(pathOf(m_otsu, "area"), "/cells/otsu/area");
 }
 
 TEST_F(GroupsTest, GroupsBelowAreListedBeforeTheirNextSiblings) {

@@ -76,11 +76,10 @@ std::string DiffInput::reasonWithout(const std::string& name) const {
 void DiffInput::select(const std::vector<std::string>& names) {
   std::vector<std::string> present;
   std::vector<netcdf::Skipped> skipped;
-  const std::string path = pathOf(m_group);
   for (const std::string& name : names) {
     const std::string reason = reasonWithout(name);
     if (!reason.empty()) {
-      skipped.push_back({(path == "/" ? path : path + "/") + name, reason});
+      skipped.push_back({pathOf(m_group, name), reason});
     }
     if (m_group.contains(name)) {
       present.push_back(name);

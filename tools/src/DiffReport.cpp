@@ -40,10 +40,7 @@ class Level {
   bool has(const std::string& name) const { return m_known.count(name) != 0; }
   const Data& entry(const std::string& name) const { return *m_group.data(name); }
   std::string file() const { return inQuotes(m_side.file); }
-  std::string pathOfEntry(const std::string& name) const {
-    const std::string path = pathOf(m_group);
-    return escaped((path == "/" ? path : path + "/") + name);
-  }
+  std::string pathOfEntry(const std::string& name) const { return escaped(pathOf(m_group, name)); }
 
  private:
   const Dictionary& m_group;

@@ -27,14 +27,17 @@ std::string pathOf(const object_model::Data& group) {
   if (parent == nullptr) {
     return "/";
   }
-  const std::string start = pathOf(*parent);
-  return (start == "/" ? start : start + "/") + group.getName();
+  return pathOf(*parent, group.getName());
+}
+
+std::string pathOf(const object_model::Data& group, const std::string& name) {
+  const std::string start = pathOf(group);
+  return (start == "/" ? start : start + "/") + name;
 }
 
 std::vector<PassedOver> skippedIn(const object_model::Data& group,
                                   const std::vector<netcdf::Skipped>& skipped) {
-  const std::string path = pathOf(group);
-  const std::string start = path == "/" ? path : path + "/";
+  const std::string start = pathOf(group, {});
   std::vector<PassedOver> result;
   for (const netcdf::Skipped& variable : skipped) {
     if (variable.path.rfind(start, 0) == 0 &&

@@ -17,6 +17,9 @@ struct PassedOver {
 /// Where a group stands in its file, such as "/cells/otsu"; "/" for the root.
 std::string pathOf(const object_model::Data& group);
 
+/// Where the entry `name` of `group` stands in its file, such as "/cells/otsu/area".
+std::string pathOf(const object_model::Data& group, const std::string& name);
+
 /// The paths of all groups below `group`, such as "cells/otsu".
 std::vector<std::string> groupsBelow(const object_model::Dictionary& group);
 
