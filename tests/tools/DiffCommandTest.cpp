@@ -143,12 +143,29 @@ TEST_F(DiffFilesTest, NaNDiffersFromANumber) {
                       "nan and 5\n"));
 }
 
-TEST_F(DiffFilesTest, NaNDiffersFromItself) {
-  EXPECT_EQ(diffOf(ROW + "1, NaN, 3 ;", ROW + "1, NaN, 3 ;"),
-            different("Array 'v': The arrays 'v' have different values at the position (1)': 'nan' "
-                      "and 'nan'.\n"
-                      "/v: 1 of 3 values differs, 1 with NaN in both (NaN equals nothing); the "
-                      "first at x=1: nan and nan\n"));
+TEST_F(DiffFilesTest, NaNInBothIsNoDifference) {
+  EXPECT_EQ(diffOf(ROW + "1, NaN, 3 ;", ROW + "1, NaN, 3 ;"), same());
+  EXPECT_EQ(diffOf(ROW + "1, NaN, 3 ;", ROW + "1, NaN, 3 ;", {"--relative", "0.1"}), same());
+  EXPECT_EQ(diffOf(ROW + "NaN, NaN, 3 ;", ROW + "NaN, NaN, 4 ;"),
+            different("Array 'v': The arrays 'v' have different values at the position (2)': "
+                      "'3.000000' and '4.000000'.\n"
+                      "/v: 1 of 3 values differs; the largest delta is 1 at x=2: 3 and 4\n"));
+  // The sentence names the last difference; the NaN behind it are none.
+  EXPECT_EQ(diffOf(ROW + "3, NaN, NaN ;", ROW + "4, NaN, NaN ;", {"--brief"}),
+            different("Array 'v': The arrays 'v' have different values at the position (0)': "
+                      "'3.000000' and '4.000000'.\n"));
+}
+
+TEST_F(DiffFilesTest, NaNInBothIsNoDifferenceInNestedGroupsEither) {
+  const std::string head =
+      "group: g { group: h { dimensions: x = 2 ; variables: float v(x) ; v:_FillValue = NaNf ; "
+      "data: v = ";
+  EXPECT_EQ(diffOf(head + "_, 2 ; } }", head + "_, 2 ; } }"), same());
+  EXPECT_EQ(diffOf(head + "_, 2 ; } }", head + "_, _ ; } }"),
+            different("Dictionary '/': Dictionary 'g': Array 'v': The arrays 'v' have different "
+                      "values at the position (1)': '2.000000' and 'nan'.\n"
+                      "/g/h/v: 1 of 2 values differs, 1 with NaN in one file alone; the first at "
+                      "x=1: 2 and nan\n"));
 }
 
 TEST_F(DiffFilesTest, MissingValuesAreComparedAsTheyAreStored) {

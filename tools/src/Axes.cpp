@@ -35,4 +35,14 @@ bool isCoordinate(const object_model::Array& array) {
   return axes.size() == 1 && axes[0].name == array.getName();
 }
 
+bool haveSameShape(const object_model::Array& first, const object_model::Array& second) {
+  const object_model::Tuple& a = first.size();
+  const object_model::Tuple& b = second.size();
+  bool same = a.size() == b.size();
+  for (unsigned long k = 0; same && k < a.size(); ++k) {
+    same = a[k] == b[k];
+  }
+  return same;
+}
+
 }  // namespace quillon::tools

@@ -13,6 +13,7 @@
 #include "Arguments.h"
 #include "DiffInput.h"
 #include "DiffReport.h"
+#include "EqualNaNs.h"
 #include "Output.h"
 #include "Progress.h"
 #include "Verb.h"
@@ -89,8 +90,9 @@ bool hasUnreadable(const object_model::Dictionary& group) {
 bool areSameByLibrary(const DiffSide& first, const DiffSide& second, const ComparisonRule& rule,
                       std::string& sentence) {
   return hasUnreadable(first.group) ||
-         object_model::helper::areSameDictionaries(first.group, second.group, rule.type,
-                                                   rule.tolerance, &sentence);
+         object_model::helper::areSameDictionaries(withEqualNaNs(first.group, second.group),
+                                                   withEqualNaNs(second.group, first.group),
+                                                   rule.type, rule.tolerance, &sentence);
 }
 
 DiffReport count(const DiffSide& first, const DiffSide& second, const ComparisonRule& rule,
@@ -173,8 +175,7 @@ Verb addDiff(CLI::App& application) {
       "that does, with its largest delta.\n"
       "Compared are the names and kinds of all entries, element types, shapes and values as they "
       "are\n"
-      "stored: two missing values are the same, unless they are stored as NaN, which equals "
-      "nothing.\n"
+      "stored: two missing values are the same, and so are NaN and NaN.\n"
       "Attributes are not compared. Texts are always compared exactly.\n"
       "The relative delta of a in FIRST and b in SECOND is |a-b| / r, where r is b or, where |b| "
       "is\n"

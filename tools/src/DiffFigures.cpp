@@ -50,6 +50,9 @@ class Tally {
 
   void add(const Tuple& position, const Value& a, const Value& b) {
     ++m_figures.values;
+    if (isNaNInBoth(a, b)) {
+      return;  // missing on both sides
+    }
     if (!areSame(m_rule, a, b)) {
       ++m_figures.differing;
       countIf(isVisited(position), m_figures.visited);
@@ -73,13 +76,18 @@ class Tally {
   }
 
  private:
+  static bool isNaNInBoth(const Value& a, const Value& b) {
+    if constexpr (IS_NUMBER<Value>) {
+      return isNaN(a) && isNaN(b);
+    } else {
+      return false;
+    }
+  }
+
   void addDifference(const Tuple& position, const Value& a, const Value& b) {
     bool isLarger = m_figures.differing == 1;
     if constexpr (IS_NUMBER<Value>) {
-      const bool either = isNaN(a) || isNaN(b);
-      const bool both = isNaN(a) && isNaN(b);
-      countIf(both, m_figures.nanInBoth);
-      countIf(either && !both, m_figures.nanInOne);
+      countIf(isNaN(a) || isNaN(b), m_figures.nanInOne);
       const long double delta = sizeOfDelta(a, b);
       if (!std::isnan(delta) && (!m_hasDelta || delta > m_delta)) {
         m_hasDelta = true;

@@ -25,10 +25,9 @@ struct DiffFigures {
   unsigned long values = 0;
   unsigned long differing = 0;
   unsigned long visited = 0;  ///< of the differing ones: those that the library's comparison visits
-  unsigned long nanInOne = 0;   ///< of the differing ones
-  unsigned long nanInBoth = 0;  ///< of the differing ones
-  std::string delta;  ///< the largest; empty when none of the differing values has a delta
-  Example example;    ///< where the delta is largest, or else the first difference
+  unsigned long nanInOne = 0;  ///< of the differing ones; NaN in both is no difference
+  std::string delta;           ///< the largest; empty when none of the differing values has a delta
+  Example example;             ///< where the delta is largest, or else the first difference
 
   unsigned long negativeReferences = 0;  ///< passed for their negative reference alone
   unsigned long smallReferences = 0;     ///< passed for their small reference alone
