@@ -1,6 +1,7 @@
 #include "support/Allocations.h"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdlib>
 
 namespace {
@@ -11,15 +12,18 @@ std::atomic<long> allocatedBlocks{0};
 std::atomic<long> allocationsUntilFailure{NONE};
 std::atomic<bool> allFail{false};
 
-bool mustFail() {
-  return allFail.load() ||
+// No machine has as much. Under the sanitizers the process would end instead of being told so.
+constexpr std::size_t ABSURD_SIZE = std::size_t{1} << 46U;
+
+bool mustFail(std::size_t size) {
+  return size >= ABSURD_SIZE || allFail.load() ||
          (allocationsUntilFailure.load() >= 0 && allocationsUntilFailure.fetch_sub(1) == 0);
 }
 
 }  // namespace
 
 void* operator new(std::size_t size) {
-  void* block = mustFail() ? nullptr : std::malloc(size == 0 ? 1 : size);
+  void* block = mustFail(size) ? nullptr : std::malloc(size == 0 ? 1 : size);
   if (block == nullptr) {
     throw std::bad_alloc();
   }
@@ -35,6 +39,11 @@ void operator delete(void* block) noexcept {
 }
 
 void operator delete(void* block, std::size_t /*size*/) noexcept { operator delete(block); }
+
+// The sanitizers replace these as well and would not come to the ones above.
+void* operator new[](std::size_t size) { return operator new(size); }
+void operator delete[](void* block) noexcept { operator delete(block); }
+void operator delete[](void* block, std::size_t /*size*/) noexcept { operator delete(block); }
 
 namespace test {
 

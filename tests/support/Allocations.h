@@ -5,7 +5,7 @@
 namespace test {
 
 // A program that is linked with Allocations.cpp counts its blocks of memory and can let chosen
-// allocations fail.
+// allocations fail. One of an absurd size fails by itself, under the sanitizers too.
 
 /// How many blocks are allocated and not yet freed.
 long liveBlocks();
