@@ -18,10 +18,13 @@ namespace quillon::memory {
 /// in constant time.
 ///
 /// Ownership: owns its entries and is their parent; references to an entry stay valid as long as
-/// the dictionary that holds it, even when the dictionary itself moves. Errors: `std::out_of_range`
-/// for a name or position that has no entry, `std::invalid_argument` for a name that is taken and
-/// for a dictionary that would end up inside itself; each with a sentence that names the dictionary
-/// and the entry. Threads: const operations may run concurrently.
+/// the dictionary that holds it, even when the dictionary itself moves.
+///
+/// Errors: `std::out_of_range` for a name or position that has no entry, `std::invalid_argument`
+/// for a name that is taken and for a dictionary that would end up inside itself; each with a
+/// sentence that names the dictionary and the entry.
+///
+/// Threads: const operations may run concurrently.
 class Dictionary final : public object_model::Dictionary {
  public:
   /// A dictionary without entries.
