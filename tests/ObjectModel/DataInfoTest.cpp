@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 #include <object_model/DataInfo.h>
 
-#include <memory>
 #include <string>
 
+#include "support/Destruction.h"
 #include "support/Interfaces.h"
 
 namespace object_model {
@@ -24,17 +24,7 @@ TEST(DataInfoTest, NamesAreBorrowedFromTheDescriptor) {
 }
 
 TEST(DataInfoTest, IsDestroyedThroughTheBase) {
-  class Watched : public test::PlainDictionaryInfo {
-   public:
-    explicit Watched(bool& destroyed) : m_destroyed(destroyed) {}
-    ~Watched() override { m_destroyed = true; }
-
-   private:
-    bool& m_destroyed;
-  };
-  bool destroyed = false;
-  std::unique_ptr<DataInfo>(std::make_unique<Watched>(destroyed)).reset();
-  EXPECT_TRUE(destroyed);
+  EXPECT_TRUE((test::isDestroyedThrough<DataInfo, test::PlainDictionaryInfo>()));
 }
 
 }  // namespace

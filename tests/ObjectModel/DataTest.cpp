@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 #include <object_model/Data.h>
 
-#include <memory>
 #include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <utility>
 
+#include "support/Destruction.h"
 #include "support/Interfaces.h"
 #include "support/Thrown.h"
 
@@ -68,17 +68,7 @@ TEST(DataTest, ExceptionsOfTheDescriptorPassThrough) {
 }
 
 TEST(DataTest, IsDestroyedThroughTheBase) {
-  class Watched : public PlainArray {
-   public:
-    explicit Watched(bool& destroyed) : m_destroyed(destroyed) {}
-    ~Watched() override { m_destroyed = true; }
-
-   private:
-    bool& m_destroyed;
-  };
-  bool destroyed = false;
-  std::unique_ptr<Data>(std::make_unique<Watched>(destroyed)).reset();
-  EXPECT_TRUE(destroyed);
+  EXPECT_TRUE((test::isDestroyedThrough<Data, PlainArray>()));
 }
 
 }  // namespace

@@ -2,9 +2,10 @@
 #include <tabra/DataFrameView.h>
 #include <tabra/MemoryDataFrame.h>
 
-#include <memory>
 #include <string>
 #include <vector>
+
+#include "support/Destruction.h"
 
 namespace tabra {
 namespace {
@@ -24,17 +25,7 @@ TEST(DataFrameViewTest, SetUnitReachesTheTableOnce) {
 }
 
 TEST(DataFrameViewTest, IsDestroyedThroughTheInterface) {
-  class Watched : public MemoryDataFrame {
-   public:
-    explicit Watched(bool& destroyed) : m_destroyed(destroyed) {}
-    ~Watched() override { m_destroyed = true; }
-
-   private:
-    bool& m_destroyed;
-  };
-  bool destroyed = false;
-  std::unique_ptr<DataFrameView>(std::make_unique<Watched>(destroyed)).reset();
-  EXPECT_TRUE(destroyed);
+  EXPECT_TRUE((test::isDestroyedThrough<DataFrameView, MemoryDataFrame>()));
 }
 
 }  // namespace

@@ -169,9 +169,6 @@ DiffFigures tallyOf(const Array& first, const Array& second,
     return tally.figures();
   }
   object_model::TupleX position(shape.size());
-  for (unsigned long k = 0; k < shape.size(); ++k) {
-    position[k] = 0;
-  }
   unsigned long done = 0;
   do {
     const Value a = (first.*read)(position);
