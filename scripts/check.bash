@@ -1,0 +1,58 @@
+# shellcheck shell=bash
+# What every change must pass besides its tests: ./dev check.
+# shellcheck disable=SC2154  # tracked, in dev, sets `files`
+
+CHECK_PACKAGES=(clang libclang-rt-dev clang-tidy clang-format shellcheck git)
+
+check_format() {
+  say "clang-format"
+  tracked '*.h' '*.cpp'
+  clang-format --dry-run --Werror "${files[@]}"
+}
+
+check_scripts() {
+  say "shellcheck"
+  local file line scripts=()
+  tracked .
+  for file in "${files[@]}"; do
+    read -r line <"$file" || true
+    if [[ "$line" =~ ^'#!'.*sh$ || "$file" == *.bash ]]; then scripts+=("$file"); fi
+  done
+  shellcheck --external-sources --source-path=SCRIPTDIR "${scripts[@]}"
+}
+
+check_headers() {
+  say "each public header alone"
+  cmake --build --preset "$1" --target all_verify_interface_header_sets >&2
+}
+
+# The thread sanitizer goes with no other, so the tests that need it have a build of their own.
+check_threads() {
+  build thread --target object_model_thread_tests tabra_thread_tests
+  run_tests thread --label-regex '^threads$'
+}
+
+# The sources of the product; run-clang-tidy takes regular expressions on absolute paths.
+check_tidy() {
+  say "clang-tidy"
+  tracked '*.cpp' ':!tests/'
+  local list patterns
+  list="$(printf '%s\n' "${files[@]/#/$PWD/}" | sed 's/[^a-zA-Z0-9_/-]/\\&/g; s/.*/^&$/')"
+  mapfile -t patterns <<<"$list"
+  # The number of warnings in system headers that are not shown is no news.
+  run-clang-tidy -quiet -p "build/$1" "${patterns[@]}" 2>&1 |
+    sed -u '/^[0-9]* warnings\? generated\.$/d'
+}
+
+## check: formatting, scripts, clang++, headers alone, clang-tidy, all tests under sanitizers, threads
+verb_check() {
+  need "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${CHECK_PACKAGES[@]}"
+  check_format
+  check_scripts
+  # One build is both clang++'s opinion and the sanitizers' subject.
+  build sanitize
+  check_headers sanitize
+  check_tidy sanitize
+  run_tests sanitize "$@"
+  check_threads
+}
