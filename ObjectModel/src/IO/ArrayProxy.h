@@ -3,7 +3,9 @@
 #include <object_model/Array.h>
 #include <object_model/TupleX.h>
 
+#include <array>
 #include <limits>
+#include <memory>
 #include <vector>
 
 namespace object_model {
@@ -17,6 +19,8 @@ class ArrayProxy final : public Array {
  public:
   /// In the axis map: the dimension stands for no axis of the wrapped array.
   static constexpr unsigned long NO_AXIS = std::numeric_limits<unsigned long>::max();
+
+  class Reader;
 
   /// `axisMap` has, for each of the proxy's dimensions, the axis of `wrapped` that it stands for,
   /// or NO_AXIS. A wrapped axis that no dimension stands for is read at 0; where two dimensions
@@ -51,11 +55,66 @@ class ArrayProxy final : public Array {
 
  private:
   template <class T>
-  T read(T (Array::*accessor)(const Tuple&) const, const Tuple& index) const;
+  T readOnce(T (Array::*accessor)(const Tuple&) const, const Tuple& index) const;
 
   TupleX m_shape;
   std::vector<unsigned long> m_axisMap;
   Array* m_wrapped;
+};
+
+/// Reads elements of a proxy, which it borrows, one after another. It keeps the position in the
+/// wrapped array from one to the next, so that an access costs little more than the wrapped
+/// array's own calls.
+class ArrayProxy::Reader {
+ public:
+  explicit Reader(const ArrayProxy& proxy) : m_proxy(proxy) {}
+
+  /// What `accessor` of the wrapped array returns for the proxy's position `index`.
+  template <class T, class Index>
+  T read(T (Array::*accessor)(const Tuple&) const, const Index& index) {
+    const Array& wrapped = *m_proxy.m_wrapped;
+    // Asked at each access, as an array may have changed its shape meanwhile.
+    const unsigned long dimensions = wrapped.size().size();
+    if (dimensions != m_position.size()) {
+      m_position.reset(dimensions);
+    }
+    const std::vector<unsigned long>& axisMap = m_proxy.m_axisMap;
+    for (std::size_t m = 0; m < axisMap.size(); ++m) {
+      // NO_AXIS is beyond every dimension, and so is an axis that the array has lost since the
+      // map was made.
+      if (axisMap[m] < dimensions) {
+        m_position.set(axisMap[m], index[m]);
+      }
+    }
+    return (wrapped.*accessor)(m_position);
+  }
+
+ private:
+  /// A position that stands on the stack unless it has very many dimensions.
+  class Position final : public Tuple {
+   public:
+    Position() { m_data = m_onStack.data(); }
+
+    /// Takes `dimensions` coordinates, all 0.
+    void reset(unsigned long dimensions) {
+      m_onHeap.reset();
+      m_onStack.fill(0);
+      if (dimensions > m_onStack.size()) {
+        m_onHeap = std::make_unique<unsigned long[]>(dimensions);
+      }
+      m_data = m_onHeap == nullptr ? m_onStack.data() : m_onHeap.get();
+      m_size = dimensions;
+    }
+
+    void set(unsigned long dimension, unsigned long coordinate) { m_data[dimension] = coordinate; }
+
+   private:
+    std::array<unsigned long, 4> m_onStack;
+    std::unique_ptr<unsigned long[]> m_onHeap;
+  };
+
+  const ArrayProxy& m_proxy;
+  Position m_position;
 };
 
 }  // namespace object_model

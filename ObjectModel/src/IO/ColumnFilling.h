@@ -3,7 +3,6 @@
 #include <object_model/Array.h>
 #include <tabra/DataFrameView.h>
 #include <tabra/DataType.h>
-#include <tabra/VectorX.h>
 
 #include <algorithm>
 #include <array>
@@ -12,8 +11,8 @@
 #include <type_traits>
 #include <vector>
 
+#include "ArrayProxy.h"
 #include "GridIteration.h"
-#include "TupleView.h"
 
 namespace object_model {
 
@@ -21,21 +20,22 @@ namespace object_model {
 struct Col {
   std::string name;
   tabra::DataType type;
-  long index;                              ///< the dictionary entry that it comes from
-  tabra::VectorX<unsigned long> position;  ///< one coordinate for each axis of the entry; those of
-                                           ///< index axes are 0 and not used
+  long index;  ///< the dictionary entry that it comes from
+  /// A coordinate for each axis of the entry, which has at most three; those of index axes are 0
+  /// and not used.
+  std::array<unsigned long, 3> position;
 };
 
-/// The element of `array` at `position`, read with the accessor for `T`.
+/// The accessor of arrays that reads elements as `T`.
 template <class T>
-T readValue(const Array& array, const Tuple& position) {
+constexpr auto accessorFor() {
   if constexpr (std::is_same_v<T, unsigned long>) {
-    return array.getValueAsUInt(position);
+    return &Array::getValueAsUInt;
   } else if constexpr (std::is_same_v<T, long>) {
-    return array.getValueAsInt(position);
+    return &Array::getValueAsInt;
   } else {
     static_assert(std::is_same_v<T, double>, "columns hold integers and floating-point numbers");
-    return array.getValueAsDouble(position);
+    return &Array::getValueAsDouble;
   }
 }
 
@@ -46,10 +46,10 @@ T readValue(const Array& array, const Tuple& position) {
 /// extent, whether it is an index axis, and the coordinate at which it stays when it is none.
 /// What the accessor or `write` throws passes through; rows already written stay written.
 template <class T, std::size_t M>
-void fillDataFrame(tabra::DataFrameView* frame, const Array* array,
+void fillDataFrame(tabra::DataFrameView* frame, const ArrayProxy& array,
                    const std::vector<unsigned long>& shape,
                    const std::vector<unsigned char>& indexAxes, unsigned long column,
-                   const tabra::VectorX<unsigned long>& start) {
+                   const std::vector<unsigned long>& start) {
   std::array<unsigned long, M> gridShape;
   std::array<unsigned long, M> gridStart;
   std::array<unsigned char, M> mask;
@@ -58,12 +58,10 @@ void fillDataFrame(tabra::DataFrameView* frame, const Array* array,
     gridStart[k] = start[k];
     mask[k] = indexAxes[k] != 0 ? 0 : 1;
   }
-  std::array<unsigned long, M> coordinates;
-  const TupleView readPosition(coordinates.data(), M);
+  ArrayProxy::Reader reader(array);
   unsigned long row = 0;
   const auto copyValue = [&](const std::array<unsigned long, M>& position) {
-    coordinates = position;
-    const T value = readValue<T>(*array, readPosition);
+    const T value = reader.read(accessorFor<T>(), position);
     frame->write(column, row, 1, &value);
     ++row;
   };

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <limits>
 #include <map>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -21,7 +22,6 @@ namespace {
 
 using IndexNames = std::vector<std::string>;
 using AxisSizes = std::map<std::string, unsigned long>;  // of the index axes, by name
-using Position = tabra::VectorX<unsigned long>;
 
 constexpr unsigned char SPREAD_AXIS = 0;
 constexpr unsigned char INDEX_AXIS = 1;
@@ -39,10 +39,14 @@ struct Axes {
   std::vector<unsigned char> kinds;
 };
 
-/// `onIndexAxis` is told the name and extent of each index axis as it is met.
+/// Replaces `axes`, whose memory serves again, by those of `array`. `onIndexAxis` is told the name
+/// and extent of each index axis as it is met.
 template <class OnIndexAxis>
-Axes readAxes(const Array& array, const IndexNames& indexNames, OnIndexAxis onIndexAxis) {
-  Axes axes;
+void readAxes(const Array& array, const IndexNames& indexNames, Axes& axes,
+              OnIndexAxis onIndexAxis) {
+  axes.extents.clear();
+  axes.names.clear();
+  axes.kinds.clear();
   const Tuple& shape = array.size();
   for (unsigned long k = 0; k < shape.size(); ++k) {
     axes.extents.push_back(shape[k]);
@@ -57,16 +61,6 @@ Axes readAxes(const Array& array, const IndexNames& indexNames, OnIndexAxis onIn
       onIndexAxis(axes.names[k], axes.extents[k]);
     }
   }
-  return axes;
-}
-
-template <std::size_t N>
-Position toPosition(const std::array<unsigned long, N>& coordinates) {
-  Position position(N);
-  for (std::size_t k = 0; k < N; ++k) {
-    position[k] = coordinates[k];
-  }
-  return position;
 }
 
 /// Appends a column for every coordinate combination of the entry's spread axes.
@@ -78,8 +72,8 @@ void appendSpreadColumns(std::vector<Col>& columns, const std::string& entryName
   std::copy_n(axes.extents.begin(), N, extents.begin());
   std::copy_n(axes.kinds.begin(), N, mask.begin());
   const auto append = [&](const std::array<unsigned long, N>& position) {
-    columns.push_back({formatedColName<N>(entryName, axes.names, position, mask), type, entry,
-                       toPosition(position)});
+    columns.push_back({formatedColName<N>(entryName, axes.names, position, mask), type, entry, {}});
+    std::copy(position.begin(), position.end(), columns.back().position.begin());
   };
   iterate<N, N - 1>(extents, append, {}, mask);
 }
@@ -93,6 +87,7 @@ std::vector<Col> planColumns(Dictionary& dictionary, const IndexNames& indexName
     }
   };
   std::vector<Col> columns;
+  Axes axes;
   const unsigned long count = dictionary.getNumOfData();
   for (int i = 0; static_cast<unsigned long>(i) < count; ++i) {
     Data* entry = dictionary.data(i);
@@ -100,12 +95,12 @@ std::vector<Col> planColumns(Dictionary& dictionary, const IndexNames& indexName
       continue;
     }
     const Array& array = *entry->asArray();
-    const Axes axes = readAxes(array, indexNames, requireSameSize);
+    readAxes(array, indexNames, axes, requireSameSize);
     const std::string name = dictionary.getDataName(i);
     const tabra::DataType type = toDataType(array.getElementType());
     switch (axes.extents.size()) {
       case 1:
-        columns.push_back({name, type, i, Position{0}});
+        columns.push_back({name, type, i, {}});
         break;
       case 2:
         appendSpreadColumns<2>(columns, name, type, i, axes);
@@ -177,13 +172,14 @@ struct View {
   }
 };
 
-View makeView(const Array& array, const IndexNames& indexNames, const AxisSizes& axisSizes) {
-  // The sizes were agreed on when the columns were planned.
-  const Axes axes = readAxes(array, indexNames, [](const std::string&, unsigned long) {});
+/// `gridShape` has the extents of the index axes, which were agreed on when the columns were
+/// planned.
+View makeView(const Axes& axes, const IndexNames& indexNames,
+              const std::vector<unsigned long>& gridShape) {
   View view;
-  for (const std::string& indexName : indexNames) {
-    const auto found = std::find(axes.names.begin(), axes.names.end(), indexName);
-    view.append(axisSizes.at(indexName),
+  for (std::size_t i = 0; i < indexNames.size(); ++i) {
+    const auto found = std::find(axes.names.begin(), axes.names.end(), indexNames[i]);
+    view.append(gridShape[i],
                 found == axes.names.end() ? ArrayProxy::NO_AXIS
                                           : static_cast<unsigned long>(found - axes.names.begin()),
                 INDEX_AXIS);
@@ -196,50 +192,81 @@ View makeView(const Array& array, const IndexNames& indexNames, const AxisSizes&
   return view;
 }
 
-/// Where the column stands along the view's dimensions.
-Position startOf(const Col& column, const View& view) {
-  Position start(view.sourceAxes.size());
-  for (std::size_t m = 0; m < view.sourceAxes.size(); ++m) {
-    const unsigned long axis = view.sourceAxes[m];
-    // NO_AXIS lies beyond every position, and so does an axis that the array has grown since the
-    // column was planned.
-    start[m] = axis < column.position.size() ? column.position[axis] : 0;
-  }
-  return start;
-}
+/// Fills the data columns, one call a column.
+class ColumnFiller {
+ public:
+  ColumnFiller(tabra::DataFrameView& frame, const IndexNames& indexNames,
+               const std::vector<unsigned long>& gridShape)
+      : m_frame(frame), m_indexNames(indexNames), m_gridShape(gridShape) {}
 
-template <class T>
-void fillColumn(tabra::DataFrameView& frame, const ArrayProxy& proxy, const View& view,
-                unsigned long column, const Position& start) {
-  switch (view.extents.size()) {
-    case 1:
-      return fillDataFrame<T, 1>(&frame, &proxy, view.extents, view.kinds, column, start);
-    case 2:
-      return fillDataFrame<T, 2>(&frame, &proxy, view.extents, view.kinds, column, start);
-    case 3:
-      return fillDataFrame<T, 3>(&frame, &proxy, view.extents, view.kinds, column, start);
-    default:  // stays unfilled: grids have at most three dimensions
+  void fill(Array& array, const Col& planned, unsigned long column) {
+    m_frame.setUnit(column, array.getPhysicalUnit());
+    lookAt(array);
+    m_start.clear();
+    for (const unsigned long axis : m_view.sourceAxes) {
+      // NO_AXIS lies beyond every position, and so does an axis that the array has grown since the
+      // column was planned.
+      m_start.push_back(axis < planned.position.size() ? planned.position[axis] : 0);
+    }
+    switch (array.getElementType()) {
+      case ElementType::Int:
+        return fillWith<long>(column);
+      case ElementType::Double:
+        return fillWith<double>(column);
+      case ElementType::UInt:
+        return fillWith<unsigned long>(column);
+      default:
+        throw InvalidCall("Unsuported export");  // callers match on the misspelt text: keep it
+    }
+  }
+
+ private:
+  /// Asks for the array's axes at every column, but makes the view of it anew only where they
+  /// differ from the last column's: the columns of a wide table mostly share an array.
+  void lookAt(Array& array) {
+    readAxes(array, m_indexNames, m_axesNow, [](const std::string&, unsigned long) {});
+    if (m_array == &array && m_axesNow.extents == m_axes.extents &&
+        m_axesNow.names == m_axes.names) {
       return;
+    }
+    std::swap(m_axes, m_axesNow);
+    m_view = makeView(m_axes, m_indexNames, m_gridShape);
+    m_proxy.emplace(m_view.extents.data(), m_view.extents.size(), m_view.sourceAxes, &array);
+    m_array = &array;
   }
-}
 
-void fillFromArray(tabra::DataFrameView& frame, Array& array, const Col& planned,
-                   unsigned long column, const IndexNames& indexNames, const AxisSizes& axisSizes) {
-  frame.setUnit(column, array.getPhysicalUnit());
-  const View view = makeView(array, indexNames, axisSizes);
-  const ArrayProxy proxy(view.extents.data(), view.extents.size(), view.sourceAxes, &array);
-  const Position start = startOf(planned, view);
-  switch (array.getElementType()) {
-    case ElementType::Int:
-      return fillColumn<long>(frame, proxy, view, column, start);
-    case ElementType::Double:
-      return fillColumn<double>(frame, proxy, view, column, start);
-    case ElementType::UInt:
-      return fillColumn<unsigned long>(frame, proxy, view, column, start);
-    default:
-      throw InvalidCall("Unsuported export");  // callers match on the misspelt text: keep it
+  template <class T>
+  void fillWith(unsigned long column) {
+    switch (m_view.extents.size()) {
+      case 1:
+        return fillColumn<T, 1>(column);
+      case 2:
+        return fillColumn<T, 2>(column);
+      case 3:
+        return fillColumn<T, 3>(column);
+      default:  // stays unfilled: grids have at most three dimensions
+        return;
+    }
   }
-}
+
+  template <class T, std::size_t M>
+  void fillColumn(unsigned long column) {
+    fillDataFrame<T, M>(&m_frame, *m_proxy, m_view.extents, m_view.kinds, column, m_start);
+  }
+
+  tabra::DataFrameView& m_frame;
+  const IndexNames& m_indexNames;
+  const std::vector<unsigned long>& m_gridShape;
+
+  const Array* m_array = nullptr;  // the one that m_axes, m_view and m_proxy describe
+  Axes m_axes;
+  View m_view;
+  std::optional<ArrayProxy> m_proxy;
+
+  // Of the column at hand; their memory serves all columns.
+  Axes m_axesNow;
+  std::vector<unsigned long> m_start;
+};
 
 }  // namespace
 
@@ -260,11 +287,11 @@ void exportToDataFrame(Dictionary& dictionary, tabra::DataFrameView* frame,
   for (const Col& column : columns) {
     frame->addColumn(column.name, column.type);
   }
+  ColumnFiller filler(*frame, indexNames, gridShape);
   for (std::size_t j = 0; j < columns.size(); ++j) {
     Data* entry = dictionary.data(static_cast<int>(columns[j].index));
     if (entry->isArray()) {
-      fillFromArray(*frame, *entry->asArray(), columns[j], indexNames.size() + j, indexNames,
-                    axisSizes);
+      filler.fill(*entry->asArray(), columns[j], indexNames.size() + j);
     }
   }
 }

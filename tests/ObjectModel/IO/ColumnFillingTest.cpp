@@ -3,6 +3,7 @@
 #include <quillon/memory/TypedArray.h>
 
 #include <limits>
+#include <numeric>
 
 #include "IO/ColumnFilling.h"
 #include "support/RecordingDataFrame.h"
@@ -14,7 +15,6 @@ namespace {
 using quillon::memory::DoubleArray;
 using quillon::memory::IntArray;
 using quillon::memory::UIntArray;
-using Start = tabra::VectorX<unsigned long>;
 
 /// An array of shape (extents) whose element at (i, j, k) is i + 10 j + 100 k.
 DoubleArray coordinateArray(const std::vector<unsigned long>& extents) {
@@ -48,6 +48,16 @@ class ColumnFilling : public ::testing::Test {
     m_frame.calls().clear();
   }
 
+  /// Fills the column "filled" from `array` itself: its dimensions in their own order.
+  template <class T, std::size_t M>
+  void fill(Array& array, const std::vector<unsigned long>& shape,
+            const std::vector<unsigned char>& indexAxes, const std::vector<unsigned long>& start) {
+    std::vector<unsigned long> ownAxes(M);
+    std::iota(ownAxes.begin(), ownAxes.end(), 0UL);
+    const ArrayProxy proxy(shape.data(), M, ownAxes, &array);
+    fillDataFrame<T, M>(&m_frame, proxy, shape, indexAxes, 1, start);
+  }
+
   std::string filled() {
     const std::string text = test::tableText(m_frame.frame());
     const auto from = text.find("filled");
@@ -59,8 +69,8 @@ class ColumnFilling : public ::testing::Test {
 
 TEST_F(ColumnFilling, CopiesAnIndexAxisRowByRow) {
   prepare(3);
-  const DoubleArray array = coordinateArray({3});
-  fillDataFrame<double, 1>(&m_frame, &array, {3}, {1}, 1, Start{0});
+  DoubleArray array = coordinateArray({3});
+  fill<double, 1>(array, {3}, {1}, {0});
   EXPECT_EQ(filled(), "filled () double: 0 1 2");
   EXPECT_THAT(m_frame.calls(), ::testing::ElementsAre("write(1, 0, 1, 0)", "write(1, 1, 1, 1)",
                                                       "write(1, 2, 1, 2)"));
@@ -68,60 +78,58 @@ TEST_F(ColumnFilling, CopiesAnIndexAxisRowByRow) {
 
 TEST_F(ColumnFilling, HoldsASpreadAxisAtItsCoordinate) {
   prepare(3);
-  const DoubleArray array = coordinateArray({3, 4});
-  fillDataFrame<double, 2>(&m_frame, &array, {3, 4}, {1, 0}, 1, Start{0, 2});
+  DoubleArray array = coordinateArray({3, 4});
+  fill<double, 2>(array, {3, 4}, {1, 0}, {0, 2});
   EXPECT_EQ(filled(), "filled () double: 20 21 22");
 }
 
 TEST_F(ColumnFilling, VariesTheFirstIndexAxisFastest) {
   prepare(4);
-  const DoubleArray array = coordinateArray({2, 3, 2});
-  fillDataFrame<double, 3>(&m_frame, &array, {2, 3, 2}, {1, 0, 1}, 1, Start{0, 1, 0});
+  DoubleArray array = coordinateArray({2, 3, 2});
+  fill<double, 3>(array, {2, 3, 2}, {1, 0, 1}, {0, 1, 0});
   EXPECT_EQ(filled(), "filled () double: 10 11 110 111");
 }
 
 TEST_F(ColumnFilling, WritesOneRowWhenNoDimensionIsAnIndexAxis) {
   prepare(3);
-  const DoubleArray array = coordinateArray({3, 4});
-  fillDataFrame<double, 2>(&m_frame, &array, {3, 4}, {0, 0}, 1, Start{2, 1});
+  DoubleArray array = coordinateArray({3, 4});
+  fill<double, 2>(array, {3, 4}, {0, 0}, {2, 1});
   EXPECT_THAT(m_frame.calls(), ::testing::ElementsAre("write(1, 0, 1, 12)"));
 }
 
 TEST_F(ColumnFilling, WritesNothingForAnEmptyIndexAxis) {
   prepare(3);
-  const DoubleArray array = coordinateArray({3});
-  fillDataFrame<double, 1>(&m_frame, &array, {0}, {1}, 1, Start{0});
+  DoubleArray array = coordinateArray({3});
+  fill<double, 1>(array, {0}, {1}, {0});
   EXPECT_THAT(m_frame.calls(), ::testing::IsEmpty());
 }
 
 TEST_F(ColumnFilling, TakesSignedValuesWhole) {
   prepare(2, tabra::DataTypeId::Int64);
-  const IntArray array("a", {{"x", 2}}, {std::numeric_limits<long>::min(), -1});
-  fillDataFrame<long, 1>(&m_frame, &array, {2}, {1}, 1, Start{0});
+  IntArray array("a", {{"x", 2}}, {std::numeric_limits<long>::min(), -1});
+  fill<long, 1>(array, {2}, {1}, {0});
   EXPECT_EQ(filled(), "filled () int: -9223372036854775808 -1");
 }
 
 TEST_F(ColumnFilling, TakesUnsignedValuesWhole) {
   prepare(2, tabra::DataTypeId::UInt64);
-  const UIntArray array("a", {{"x", 2}}, {~0UL, 0});
-  fillDataFrame<unsigned long, 1>(&m_frame, &array, {2}, {1}, 1, Start{0});
+  UIntArray array("a", {{"x", 2}}, {~0UL, 0});
+  fill<unsigned long, 1>(array, {2}, {1}, {0});
   EXPECT_EQ(filled(), "filled () uint: 18446744073709551615 0");
 }
 
 TEST_F(ColumnFilling, KeepsTheRowsWrittenBeforeAnAccessorFails) {
   prepare(3);
-  const DoubleArray array = coordinateArray({2});
-  EXPECT_THROW((fillDataFrame<double, 1>(&m_frame, &array, {3}, {1}, 1, Start{0})),
-               std::out_of_range);
+  DoubleArray array = coordinateArray({2});
+  EXPECT_THROW((fill<double, 1>(array, {3}, {1}, {0})), std::out_of_range);
   EXPECT_THAT(m_frame.calls(), ::testing::ElementsAre("write(1, 0, 1, 0)", "write(1, 1, 1, 1)"));
-  EXPECT_THROW((fillDataFrame<long, 1>(&m_frame, &array, {3}, {1}, 1, Start{0})), InvalidCall);
+  EXPECT_THROW((fill<long, 1>(array, {3}, {1}, {0})), InvalidCall);
 }
 
 TEST_F(ColumnFilling, LetsAFailureOfTheFrameThrough) {
   prepare(2);
-  const DoubleArray array = coordinateArray({3});
-  EXPECT_THROW((fillDataFrame<double, 1>(&m_frame, &array, {3}, {1}, 1, Start{0})),
-               std::out_of_range);
+  DoubleArray array = coordinateArray({3});
+  EXPECT_THROW((fill<double, 1>(array, {3}, {1}, {0})), std::out_of_range);
   EXPECT_EQ(filled(), "filled () double: 0 1");
 }
 

@@ -386,6 +386,34 @@ TEST_F(FailingExport, RefusesAnElementTypeThatChangesWhileTheTableIsFilled) {
   }
 }
 
+/// A 2 x 2 array of Int with the axes t and c, which change places when its first column is filled.
+class TransposedArray : public quillon::memory::ArrayBase {
+ public:
+  TransposedArray()
+      : ArrayBase("A", ElementType::Int, {{"t", 2}, {"c", 2}}),
+        m_transposed("A", ElementType::Int, {{"c", 2}, {"t", 2}}) {}
+
+  const quillon::memory::ArrayDescriptor* getInformation() const override {
+    return m_isFilled ? &m_transposed : ArrayBase::getInformation();
+  }
+  long getValueAsInt(const Tuple& index) const override {
+    m_isFilled = true;
+    return static_cast<long>(10 * index[0] + index[1]);
+  }
+
+ private:
+  quillon::memory::ArrayDescriptor m_transposed;
+  mutable bool m_isFilled = false;
+};
+
+TEST_F(FailingExport, LooksAtTheAxesAgainForEachColumnOfAnArray) {
+  m_entries.add(std::make_unique<TransposedArray>());
+  exportToDataFrame(m_entries, &m_frame, {"t"});
+  // The second column was planned at t=0, c=1, of which axis 0 is now c.
+  EXPECT_EQ(test::tableText(m_frame.frame()),
+            "Index [t] () uint: 0 1\nA[c=0] () int: 0 10\nA[c=1] () int: 0 1\n2 rows\n");
+}
+
 /// A dictionary whose only entry turns into a dictionary after some lookups.
 class TurningDictionary : public test::PlainDictionary {
  public:
