@@ -27,7 +27,7 @@ void ArrayProxy::setParent(Data* /*parent*/) { rejectCall(); }
 
 template <class T>
 T ArrayProxy::readOnce(T (Array::*accessor)(const Tuple&) const, const Tuple& index) const {
-  return Reader(*this).read(accessor, index);
+  return Reader(*this).read(accessor, index, m_axisMap.size());
 }
 
 double ArrayProxy::getValueAsDouble(const Tuple& index) const {

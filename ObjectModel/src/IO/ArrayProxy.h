@@ -67,26 +67,26 @@ class ArrayProxy final : public Array {
 /// array's own calls.
 class ArrayProxy::Reader {
  public:
-  explicit Reader(const ArrayProxy& proxy) : m_proxy(proxy) {}
+  explicit Reader(const ArrayProxy& proxy)
+      : m_wrapped(*proxy.m_wrapped), m_axisMap(proxy.m_axisMap.data()) {}
 
-  /// What `accessor` of the wrapped array returns for the proxy's position `index`.
+  /// What `accessor` of the wrapped array returns for the proxy's position `index`, of which the
+  /// first `dimensions` coordinates, one for each of the proxy's dimensions, are read.
   template <class T, class Index>
-  T read(T (Array::*accessor)(const Tuple&) const, const Index& index) {
-    const Array& wrapped = *m_proxy.m_wrapped;
+  T read(T (Array::*accessor)(const Tuple&) const, const Index& index, std::size_t dimensions) {
     // Asked at each access, as an array may have changed its shape meanwhile.
-    const unsigned long dimensions = wrapped.size().size();
-    if (dimensions != m_position.size()) {
-      m_position.reset(dimensions);
+    const unsigned long wrappedDimensions = m_wrapped.size().size();
+    if (wrappedDimensions != m_position.size()) {
+      m_position.reset(wrappedDimensions);
     }
-    const std::vector<unsigned long>& axisMap = m_proxy.m_axisMap;
-    for (std::size_t m = 0; m < axisMap.size(); ++m) {
+    for (std::size_t m = 0; m < dimensions; ++m) {
       // NO_AXIS is beyond every dimension, and so is an axis that the array has lost since the
       // map was made.
-      if (axisMap[m] < dimensions) {
-        m_position.set(axisMap[m], index[m]);
+      if (m_axisMap[m] < wrappedDimensions) {
+        m_position.set(m_axisMap[m], index[m]);
       }
     }
-    return (wrapped.*accessor)(m_position);
+    return (m_wrapped.*accessor)(m_position);
   }
 
  private:
@@ -113,7 +113,8 @@ class ArrayProxy::Reader {
     std::unique_ptr<unsigned long[]> m_onHeap;
   };
 
-  const ArrayProxy& m_proxy;
+  const Array& m_wrapped;
+  const unsigned long* m_axisMap;
   Position m_position;
 };
 

@@ -61,7 +61,7 @@ void fillDataFrame(tabra::DataFrameView* frame, const ArrayProxy& array,
   ArrayProxy::Reader reader(array);
   unsigned long row = 0;
   const auto copyValue = [&](const std::array<unsigned long, M>& position) {
-    const T value = reader.read(accessorFor<T>(), position);
+    const T value = reader.read(accessorFor<T>(), position, M);
     frame->write(column, row, 1, &value);
     ++row;
   };

@@ -30,23 +30,19 @@ bool isIndexName(const IndexNames& indexNames, const std::string& axisName) {
   return std::find(indexNames.begin(), indexNames.end(), axisName) != indexNames.end();
 }
 
-/// The axes of one array, dimension 0 first: extent, name, and whether it is an index axis. Copied
-/// before anything else is asked of the array, so that one which changes meanwhile cannot lead a
-/// walk astray.
+/// The axes of one array, dimension 0 first. Copied before anything else is asked of the array, so
+/// that one which changes meanwhile cannot lead a walk astray.
 struct Axes {
   std::vector<unsigned long> extents;
   std::vector<std::string> names;
-  std::vector<unsigned char> kinds;
 };
 
-/// Replaces `axes`, whose memory serves again, by those of `array`. `onIndexAxis` is told the name
-/// and extent of each index axis as it is met.
-template <class OnIndexAxis>
-void readAxes(const Array& array, const IndexNames& indexNames, Axes& axes,
-              OnIndexAxis onIndexAxis) {
+/// Replaces `axes`, whose memory serves again, by those of `array`. `onAxis` is called with the
+/// number of each axis once its extent and name stand.
+template <class OnAxis>
+void readAxes(const Array& array, Axes& axes, OnAxis onAxis) {
   axes.extents.clear();
   axes.names.clear();
-  axes.kinds.clear();
   const Tuple& shape = array.size();
   for (unsigned long k = 0; k < shape.size(); ++k) {
     axes.extents.push_back(shape[k]);
@@ -55,22 +51,19 @@ void readAxes(const Array& array, const IndexNames& indexNames, Axes& axes,
   for (unsigned long k = 0; k < axes.extents.size(); ++k) {
     const AxisInfo* axis = info.getAxisInfo(k);
     axes.names.push_back(axis == nullptr ? "" : axis->getAxisName());
-    const bool isIndex = isIndexName(indexNames, axes.names[k]);
-    axes.kinds.push_back(isIndex ? INDEX_AXIS : SPREAD_AXIS);
-    if (isIndex) {
-      onIndexAxis(axes.names[k], axes.extents[k]);
-    }
+    onAxis(k);
   }
 }
 
 /// Appends a column for every coordinate combination of the entry's spread axes.
 template <std::size_t N>
 void appendSpreadColumns(std::vector<Col>& columns, const std::string& entryName,
-                         tabra::DataType type, long entry, const Axes& axes) {
+                         tabra::DataType type, long entry, const Axes& axes,
+                         const std::vector<unsigned char>& kinds) {
   std::array<unsigned long, N> extents;
   std::array<unsigned char, N> mask;
   std::copy_n(axes.extents.begin(), N, extents.begin());
-  std::copy_n(axes.kinds.begin(), N, mask.begin());
+  std::copy_n(kinds.begin(), N, mask.begin());
   const auto append = [&](const std::array<unsigned long, N>& position) {
     columns.push_back({formatedColName<N>(entryName, axes.names, position, mask), type, entry, {}});
     std::copy(position.begin(), position.end(), columns.back().position.begin());
@@ -81,13 +74,17 @@ void appendSpreadColumns(std::vector<Col>& columns, const std::string& entryName
 /// Plans the columns of all array entries, and finds the sizes of the index axes.
 std::vector<Col> planColumns(Dictionary& dictionary, const IndexNames& indexNames,
                              AxisSizes& axisSizes) {
-  const auto requireSameSize = [&](const std::string& axisName, unsigned long extent) {
-    if (axisSizes.emplace(axisName, extent).first->second != extent) {
+  std::vector<Col> columns;
+  Axes axes;
+  std::vector<unsigned char> kinds;
+  const auto classify = [&](unsigned long k) {
+    const bool isIndex = isIndexName(indexNames, axes.names[k]);
+    kinds.push_back(isIndex ? INDEX_AXIS : SPREAD_AXIS);
+    if (isIndex &&
+        axisSizes.emplace(axes.names[k], axes.extents[k]).first->second != axes.extents[k]) {
       throw std::runtime_error("Unconvertible Dictionary. Same axes must have the same size");
     }
   };
-  std::vector<Col> columns;
-  Axes axes;
   const unsigned long count = dictionary.getNumOfData();
   for (int i = 0; static_cast<unsigned long>(i) < count; ++i) {
     Data* entry = dictionary.data(i);
@@ -95,7 +92,8 @@ std::vector<Col> planColumns(Dictionary& dictionary, const IndexNames& indexName
       continue;
     }
     const Array& array = *entry->asArray();
-    readAxes(array, indexNames, axes, requireSameSize);
+    kinds.clear();
+    readAxes(array, axes, classify);
     const std::string name = dictionary.getDataName(i);
     const tabra::DataType type = toDataType(array.getElementType());
     switch (axes.extents.size()) {
@@ -103,10 +101,10 @@ std::vector<Col> planColumns(Dictionary& dictionary, const IndexNames& indexName
         columns.push_back({name, type, i, {}});
         break;
       case 2:
-        appendSpreadColumns<2>(columns, name, type, i, axes);
+        appendSpreadColumns<2>(columns, name, type, i, axes, kinds);
         break;
       case 3:
-        appendSpreadColumns<3>(columns, name, type, i, axes);
+        appendSpreadColumns<3>(columns, name, type, i, axes, kinds);
         break;
       default:  // no column, though the axes and the element type were checked
         break;
@@ -185,7 +183,7 @@ View makeView(const Axes& axes, const IndexNames& indexNames,
                 INDEX_AXIS);
   }
   for (std::size_t k = 0; k < axes.extents.size(); ++k) {
-    if (axes.kinds[k] == SPREAD_AXIS) {
+    if (!isIndexName(indexNames, axes.names[k])) {
       view.append(axes.extents[k], k, SPREAD_AXIS);
     }
   }
@@ -224,7 +222,7 @@ class ColumnFiller {
   /// Asks for the array's axes at every column, but makes the view of it anew only where they
   /// differ from the last column's: the columns of a wide table mostly share an array.
   void lookAt(Array& array) {
-    readAxes(array, m_indexNames, m_axesNow, [](const std::string&, unsigned long) {});
+    readAxes(array, m_axesNow, [](unsigned long) {});
     if (m_array == &array && m_axesNow.extents == m_axes.extents &&
         m_axesNow.names == m_axes.names) {
       return;
