@@ -12,7 +12,7 @@ function(quillon_configure target)
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
     -Woverloaded-virtual -Wnon-virtual-dtor -Wcast-qual
     $<$<BOOL:${QUILLON_WARNINGS_AS_ERRORS}>:-Werror>
-    # Paths in messages and debug information start at the project's root, wherever it is built.
+    # Paths in debug information start at the project's root, wherever it is built.
     -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=
     -ffile-prefix-map=${CMAKE_BINARY_DIR}=build)
   if(QUILLON_SANITIZE)

@@ -4,6 +4,11 @@
 #include "InvalidCallAt.h"
 
 namespace object_model {
+namespace {
+
+[[noreturn]] void rejectCall(int line) { throwInvalidCallAt("ObjectModel/src/Array.cpp", line); }
+
+}  // namespace
 
 Array::~Array() = default;
 
@@ -25,27 +30,19 @@ const DynamicDictionary* Array::asDynamicDictionary() const { return nullptr; }
 
 Array* Array::asArray() { return this; }
 
-double Array::getValueAsDouble(const Tuple& /*index*/) const { throwInvalidCallAt(__FILE__, 15); }
+double Array::getValueAsDouble(const Tuple& /*index*/) const { rejectCall(15); }
 
-unsigned long Array::getValueAsUInt(const Tuple& /*index*/) const {
-  throwInvalidCallAt(__FILE__, 18);
-}
+unsigned long Array::getValueAsUInt(const Tuple& /*index*/) const { rejectCall(18); }
 
-long Array::getValueAsInt(const Tuple& /*index*/) const { throwInvalidCallAt(__FILE__, 21); }
+long Array::getValueAsInt(const Tuple& /*index*/) const { rejectCall(21); }
 
-std::string Array::getValueAsString(const Tuple& /*index*/) const {
-  throwInvalidCallAt(__FILE__, 24);
-}
+std::string Array::getValueAsString(const Tuple& /*index*/) const { rejectCall(24); }
 
-const Data* Array::getValueAsDictionary(const Tuple& /*index*/) const {
-  throwInvalidCallAt(__FILE__, 29);
-}
+const Data* Array::getValueAsDictionary(const Tuple& /*index*/) const { rejectCall(29); }
 
-bool Array::getValueAsBoolean(const Tuple& /*index*/) const { throwInvalidCallAt(__FILE__, 34); }
+bool Array::getValueAsBoolean(const Tuple& /*index*/) const { rejectCall(34); }
 
-std::complex<double> Array::getValueAsComplex(const Tuple& /*index*/) const {
-  throwInvalidCallAt(__FILE__, 37);
-}
+std::complex<double> Array::getValueAsComplex(const Tuple& /*index*/) const { rejectCall(37); }
 
 ElementType Array::getElementType() const {
   return static_cast<const ArrayInfo*>(getInformation())->getElementType();

@@ -10,7 +10,9 @@ bool ArrayInfo::isDictionaryInfo() const { return false; }
 
 const ArrayInfo* ArrayInfo::asArrayInfo() const { return this; }
 
-const DictionaryInfo* ArrayInfo::asDictionaryInfo() const { throwInvalidCallAt(__FILE__, 32); }
+const DictionaryInfo* ArrayInfo::asDictionaryInfo() const {
+  throwInvalidCallAt("ObjectModel/src/ArrayInfo.cpp", 32);
+}
 
 ArrayInfo::~ArrayInfo() = default;
 

@@ -28,7 +28,9 @@ const char* kindText(bool isDictionary) { return isDictionary ? "a dictionary" :
 }  // namespace
 
 // Here because the messages name this file.
-void throwInvalidComparison(int line) { throwInvalidCallAt(__FILE__, line); }
+void throwInvalidComparison(int line) {
+  throwInvalidCallAt("ObjectModel/src/ComparisonHelper.cpp", line);
+}
 
 bool areSameArrays(const Array& first, const Array& second, ComparisonType type, double tolerance,
                    std::string* message) {

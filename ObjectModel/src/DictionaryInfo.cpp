@@ -8,7 +8,9 @@ bool DictionaryInfo::isArrayInfo() const { return false; }
 
 bool DictionaryInfo::isDictionaryInfo() const { return true; }
 
-const ArrayInfo* DictionaryInfo::asArrayInfo() const { throwInvalidCallAt(__FILE__, 25); }
+const ArrayInfo* DictionaryInfo::asArrayInfo() const {
+  throwInvalidCallAt("ObjectModel/src/DictionaryInfo.cpp", 25);
+}
 
 const DictionaryInfo* DictionaryInfo::asDictionaryInfo() const { return this; }
 

@@ -19,7 +19,7 @@ static_assert(sizeof(std::string) == 32, "string elements are stored as 32 bytes
 unsigned long sizeOfElementType(ElementType type) {
   const auto index = static_cast<unsigned int>(type);
   if (index >= ELEMENT_SIZES.size()) {
-    throwInvalidCallAt(__FILE__, 34);
+    throwInvalidCallAt("ObjectModel/src/ElementTypeHelper.cpp", 34);
   }
   return ELEMENT_SIZES[index];
 }
