@@ -8,6 +8,15 @@ HERE="$QUILLON_SOURCE/tests/packaging"
 : "${HERE:?}" "${QUILLON_BUILD:?}" "${QUILLON_PREFIX:?}" "${QUILLON_LIBDIR:?}" "${CMAKE:?}" "${CXX:?}"
 unset CMAKE_PREFIX_PATH LD_LIBRARY_PATH PKG_CONFIG_PATH DESTDIR
 
+# In which language standards strangers' programs are compiled. A test may ask for more, and for
+# each of the compilers: g++ and clang++ as far as they are installed.
+STANDARDS=(17)
+COMPILERS=()
+for compiler in g++ clang++; do
+  if command -v "$compiler" >/dev/null; then COMPILERS+=("$compiler"); fi
+done
+((${#COMPILERS[@]} > 0)) || COMPILERS=("$CXX")
+
 fail() {
   printf 'FAILED: %s\n' "$*" >&2
   exit 1
@@ -40,11 +49,16 @@ expect_output() {
   expect_equal "$2" "$1" "$output"
 }
 
+# joined ITEM...: a CMake list.
+joined() { (IFS=';' && printf '%s' "$*"); }
+
 # expect_consumers_run DIRECTORY NAME...: the strangers' programs (see consumer/) built in DIRECTORY.
 expect_consumers_run() {
-  local name
+  local name standard
   for name in "${@:2}"; do
-    expect_output "$(<"$HERE/consumer/$name.txt")" "$1/$name"
+    for standard in "${STANDARDS[@]}"; do
+      expect_output "$(<"$HERE/consumer/$name.txt")" "$1/${name}_$standard"
+    done
   done
 }
 
@@ -57,7 +71,8 @@ expect_consumers_build_with_cmake() {
     shift
   done
   shift
-  configure "$HERE/consumer" "$build" -DCONSUMERS="$(IFS=';' && printf '%s' "${names[*]}")" "$@"
+  configure "$HERE/consumer" "$build" -DCONSUMERS="$(joined "${names[@]}")" \
+    -DSTANDARDS="$(joined "${STANDARDS[@]}")" "$@"
   "$CMAKE" --build "$build" --parallel 2
   expect_consumers_run "$build" "${names[@]}"
 }
