@@ -79,6 +79,11 @@ TEST(DictionaryTest, AddingGivesTheEntryInItsPlace) {
   Data* address = entry.get();
   EXPECT_EQ(&dictionary.add(std::move(entry)), address);
   EXPECT_EQ(dictionary.data("b"), address);
+  auto array = std::make_unique<DoubleArray>(scalar("c"));
+  const DoubleArray* arrayAddress = array.get();
+  DoubleArray& arrayAdded = dictionary.add(std::move(array));
+  EXPECT_EQ(&arrayAdded, arrayAddress);
+  expectConsistent(dictionary, {"a", "b", "c"});
 }
 
 TEST(DictionaryTest, ReferencesToEntriesOutliveFurtherAddingAndMoving) {
@@ -118,6 +123,10 @@ TEST(DictionaryTest, ARefusedEntryIsLeftAsItWas) {
   EXPECT_THROW(dictionary.add(std::move(entry)), std::invalid_argument);
   ASSERT_NE(entry, nullptr);
   EXPECT_EQ(entry->parent(), nullptr);
+  auto array = std::make_unique<DoubleArray>(scalar("a"));
+  EXPECT_THROW(dictionary.add(std::move(array)), std::invalid_argument);
+  ASSERT_NE(array, nullptr);
+  EXPECT_EQ(array->parent(), nullptr);
   Dictionary moved("a");
   moved.add(scalar("inner"));
   EXPECT_THROW(dictionary.add(std::move(moved)), std::invalid_argument);
@@ -127,6 +136,8 @@ TEST(DictionaryTest, ARefusedEntryIsLeftAsItWas) {
 TEST(DictionaryTest, NoEntryCannotBeAdded) {
   Dictionary dictionary("d");
   EXPECT_EQ(thrownBy<std::invalid_argument>([&] { dictionary.add(std::unique_ptr<Data>()); }),
+            "Dictionary 'd' was given no entry to add");
+  EXPECT_EQ(thrownBy<std::invalid_argument>([&] { dictionary.add(std::unique_ptr<Dictionary>()); }),
             "Dictionary 'd' was given no entry to add");
   EXPECT_EQ(dictionary.getNumOfData(), 0U);
 }

@@ -44,6 +44,22 @@ class Dictionary final : public object_model::Dictionary {
   /// When it throws, `entry` is left as it was.
   object_model::Data& add(std::unique_ptr<object_model::Data>&& entry);
 
+  /// The same for an entry of a class of its own, which is returned as such.
+  template <class Entry, class = std::enable_if_t<std::is_base_of_v<object_model::Data, Entry> &&
+                                                  !std::is_same_v<object_model::Data, Entry>>>
+  Entry& add(std::unique_ptr<Entry>&& entry) {
+    Entry* const added = entry.get();
+    // Lent rather than converted, so that the caller keeps the entry when adding it fails.
+    std::unique_ptr<object_model::Data> lent(std::move(entry));
+    try {
+      add(std::move(lent));
+    } catch (...) {
+      entry.reset(static_cast<Entry*>(lent.release()));
+      throw;
+    }
+    return *added;
+  }
+
   /// Moves an array or a dictionary in: `dictionary.add(DoubleArray(...))`.
   template <class Entry, class = std::enable_if_t<std::is_base_of_v<object_model::Data, Entry>>>
   Entry& add(Entry&& entry) {
