@@ -11,13 +11,17 @@ constexpr long NONE = -1;
 std::atomic<long> allocatedBlocks{0};
 std::atomic<long> allocationsUntilFailure{NONE};
 std::atomic<bool> allFail{false};
+std::atomic<int> sparings{0};
 
 // No machine has as much. Under the sanitizers the process would end instead of being told so.
 constexpr std::size_t ABSURD_SIZE = std::size_t{1} << 46U;
 
 bool mustFail(std::size_t size) {
-  return size >= ABSURD_SIZE || allFail.load() ||
-         (allocationsUntilFailure.load() >= 0 && allocationsUntilFailure.fetch_sub(1) == 0);
+  if (size >= ABSURD_SIZE) {
+    return true;
+  }
+  return sparings.load() == 0 && (allFail.load() || (allocationsUntilFailure.load() >= 0 &&
+                                                     allocationsUntilFailure.fetch_sub(1) == 0));
 }
 
 }  // namespace
@@ -51,11 +55,16 @@ long liveBlocks() { return allocatedBlocks; }
 
 void failAllocation(long index) { allocationsUntilFailure = index; }
 
+bool hasAllocationFailed() { return allocationsUntilFailure == NONE; }
+
 void failAllAllocations() { allFail = true; }
 
 void failNoAllocation() {
   allocationsUntilFailure = NONE;
   allFail = false;
 }
+
+SparedAllocations::SparedAllocations() { ++sparings; }
+SparedAllocations::~SparedAllocations() { --sparings; }
 
 }  // namespace test

@@ -13,11 +13,24 @@ long liveBlocks();
 /// Lets one allocation fail, `index` from 0 counting those from now on.
 void failAllocation(long index);
 
+/// Whether the allocation that failAllocation() chose has come and failed.
+bool hasAllocationFailed();
+
 /// Lets every allocation from now on fail.
 void failAllAllocations();
 
 /// Lets all allocations succeed again.
 void failNoAllocation();
+
+/// While one lives, allocations succeed and are not counted by failAllocation(): for what a test's
+/// own objects need in the midst of the call that is tested.
+class SparedAllocations {
+ public:
+  SparedAllocations();
+  ~SparedAllocations();
+  SparedAllocations(const SparedAllocations&) = delete;
+  SparedAllocations& operator=(const SparedAllocations&) = delete;
+};
 
 /// What came of a call while an allocation of it failed.
 struct OutOfMemory {

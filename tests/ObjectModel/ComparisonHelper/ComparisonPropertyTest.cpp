@@ -8,13 +8,16 @@
 #include <cstdlib>
 
 #include "ObjectModel/ComparisonHelper/PlainComparison.h"
-#include "ObjectModel/ComparisonHelper/Recording.h"
 #include "ObjectModel/ComparisonHelper/Samples.h"
+#include "support/Recording.h"
 
 namespace quillon::test {
 namespace {
 
 using object_model::Data;
+using ::test::CallLog;
+using ::test::Failure;
+using ::test::record;
 
 // More cases than by default; what the environment asks for goes first.
 [[maybe_unused]] const bool HAS_PARAMETERS = setenv("RC_PARAMS", "max_success=3000", 0) == 0;

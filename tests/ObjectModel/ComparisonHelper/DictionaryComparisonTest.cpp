@@ -5,12 +5,14 @@
 #include <functional>
 
 #include "ObjectModel/ComparisonHelper/OddDictionary.h"
-#include "ObjectModel/ComparisonHelper/Recording.h"
 #include "ObjectModel/ComparisonHelper/Samples.h"
+#include "support/Recording.h"
 
 namespace quillon::test {
 namespace {
 
+using ::test::CallLog;
+using ::test::record;
 using testing::ElementsAre;
 
 TEST(AreSameDictionaries, AcceptsEmptyDictionariesOfOneName) {
@@ -143,19 +145,21 @@ TEST(AreSameDictionaries, ChecksTheOutlineAtEveryLevelBeforeItsEntries) {
   const auto second = record(b, "2", log);
   compareDictionaries(*first->asDictionary(), *second->asDictionary());
   EXPECT_THAT(log.calls(),
-              ElementsAre("1.name", "2.name", "1.count", "2.count",                       //
-                          "1.dataName(0)", "1.data(y)", "1/y.name", "2.data(y)",          //
-                          "1/y.isDictionary", "2/y.isDictionary",                         //
-                          "1.dataName(1)", "1.data(x)", "1/x.name", "2.data(x)",          //
-                          "1/x.isDictionary", "2/x.isDictionary",                         //
-                          "1.count",                                                      //
-                          "1.dataName(0)", "1.data(y)", "1/y.name", "2.data(y)",          //
-                          "1/y.isDictionary",                                             //
-                          "1/y.name", "2/y.name", "1/y.count", "2/y.count", "1/y.count",  //
-                          "1.dataName(1)", "1.data(x)", "1/x.name", "2.data(x)",          //
-                          "1/x.isDictionary",                                             //
-                          "1/x.name", "2/x.name", "1/x.elementType", "2/x.elementType", "1/x.size",
-                          "2/x.size", "1/x.int(0)", "2/x.int(0)"));
+              ElementsAre("1.info", "1.name", "2.info", "2.name", "1.count", "2.count",       //
+                          "1.dataName(0)", "1.data(y)", "1/y.info", "1/y.name", "2.data(y)",  //
+                          "1/y.isDictionary", "2/y.isDictionary",                             //
+                          "1.dataName(1)", "1.data(x)", "1/x.info", "1/x.name", "2.data(x)",  //
+                          "1/x.isDictionary", "2/x.isDictionary",                             //
+                          "1.count",                                                          //
+                          "1.dataName(0)", "1.data(y)", "1/y.info", "1/y.name", "2.data(y)",  //
+                          "1/y.isDictionary",                                                 //
+                          "1/y.info", "1/y.name", "2/y.info", "2/y.name", "1/y.count", "2/y.count",
+                          "1/y.count",                                                        //
+                          "1.dataName(1)", "1.data(x)", "1/x.info", "1/x.name", "2.data(x)",  //
+                          "1/x.isDictionary",                                                 //
+                          "1/x.info", "1/x.name", "2/x.info", "2/x.name", "1/x.info",
+                          "1/x.elementType", "2/x.info", "2/x.elementType", "1/x.size", "2/x.size",
+                          "1/x.int(0)", "2/x.int(0)"));
 }
 
 // Runs `task` in a thread with so little stack that no call of its own fits for every level of the

@@ -2,12 +2,14 @@
 #include <gtest/gtest.h>
 
 #include "ObjectModel/ComparisonHelper/OddDictionary.h"
-#include "ObjectModel/ComparisonHelper/Recording.h"
 #include "ObjectModel/ComparisonHelper/Samples.h"
+#include "support/Recording.h"
 
 namespace quillon::test {
 namespace {
 
+using ::test::CallLog;
+using ::test::record;
 using testing::ElementsAre;
 
 memory::Dictionary item(long value) { return dictionary("item", list<long>("x", {value})); }
@@ -106,12 +108,14 @@ TEST(AreSameArrays, ReadsDictionaryElementsOfSecondFirst) {
   const auto first = record(a, "1", log);
   const auto second = record(a, "2", log);
   EXPECT_EQ(compareArrays(*first->asArray(), *second->asArray()), same());
-  EXPECT_THAT(log.calls(),
-              ElementsAre("1.name", "2.name", "1.elementType", "2.elementType", "1.size", "2.size",
-                          "2.dictionary(0)", "1.dictionary(0)",  //
-                          "1(0).name", "2(0).name", "1(0).count", "2(0).count", "1(0).count",
-                          "2.dictionary(1)", "1.dictionary(1)",  //
-                          "1(1).name", "2(1).name", "1(1).count", "2(1).count", "1(1).count"));
+  EXPECT_THAT(
+      log.calls(),
+      ElementsAre("1.info", "1.name", "2.info", "2.name", "1.info", "1.elementType", "2.info",
+                  "2.elementType", "1.size", "2.size", "2.dictionary(0)", "1.dictionary(0)",  //
+                  "1(0).info", "1(0).name", "2(0).info", "2(0).name", "1(0).count", "2(0).count",
+                  "1(0).count", "2.dictionary(1)", "1.dictionary(1)",  //
+                  "1(1).info", "1(1).name", "2(1).info", "2(1).name", "1(1).count", "2(1).count",
+                  "1(1).count"));
 }
 
 TEST(AreSameArrays, AsksForTheNamesOfContainersFromTheInsideOut) {
@@ -132,10 +136,11 @@ TEST(AreSameArrays, AsksForTheNamesOfContainersFromTheInsideOut) {
         explains);
     return std::vector<std::string>(log.calls().end() - count, log.calls().end());
   };
-  EXPECT_THAT(lastCalls(true, 3),
-              ElementsAre("2(0)/q/r/s.isDictionary", "1(0)/q.name", "1(0).name"));
+  EXPECT_THAT(lastCalls(true, 5), ElementsAre("2(0)/q/r/s.isDictionary", "1(0)/q.info",
+                                              "1(0)/q.name", "1(0).info", "1(0).name"));
   // Without a message nobody asks for the outermost container's sentence.
-  EXPECT_THAT(lastCalls(false, 2), ElementsAre("2(0)/q/r/s.isDictionary", "1(0)/q.name"));
+  EXPECT_THAT(lastCalls(false, 3),
+              ElementsAre("2(0)/q/r/s.isDictionary", "1(0)/q.info", "1(0)/q.name"));
 }
 
 }  // namespace

@@ -3,14 +3,17 @@
 #include <algorithm>
 
 #include "ObjectModel/ComparisonHelper/PlainComparison.h"
-#include "ObjectModel/ComparisonHelper/Recording.h"
 #include "ObjectModel/ComparisonHelper/Samples.h"
+#include "support/Recording.h"
 
 namespace quillon::test {
 namespace {
 
 using object_model::Array;
 using object_model::Dictionary;
+using ::test::CallLog;
+using ::test::Failure;
+using ::test::record;
 
 TEST(AreSameArrays, PassesOnWhatAnAccessorThrowsAndKeepsTheMessage) {
   const auto a = list<double>("A", {1, 2, 3});
@@ -18,7 +21,7 @@ TEST(AreSameArrays, PassesOnWhatAnAccessorThrowsAndKeepsTheMessage) {
   const auto first = record(a, "1", log);
   const auto second = record(a, "2", log);
   const auto compare = [&](Failure failure) {
-    log.failAt(9, failure);  // 2.double(1)
+    log.failAt(13, failure);  // 2.double(1)
     return compareArrays(*first->asArray(), *second->asArray());
   };
   EXPECT_EQ(compare(Failure::StandardException), throws("failed at 2.double(1)"));
@@ -33,7 +36,7 @@ TEST(AreSameArrays, LeavesTheLastDifferenceBeforeAnExceptionInTheMessage) {
   CallLog log;
   const auto first = record(a, "1", log);
   const auto second = record(b, "2", log);
-  log.failAt(12, Failure::Number);  // 1.string(3)
+  log.failAt(16, Failure::Number);  // 1.string(3)
   EXPECT_EQ(compareArrays(*first->asArray(), *second->asArray()),
             throws("the number 42",
                    "The arrays 'A' have different values at the position (2)': 'c' and 'y'."));
@@ -45,7 +48,7 @@ TEST(AreSameArrays, LeavesTheLastDifferentDictionaryBeforeAnExceptionInTheMessag
   CallLog log;
   const auto first = record(a, "1", log);
   const auto second = record(b, "2", log);
-  log.failAt(11, Failure::StandardException);
+  log.failAt(17, Failure::StandardException);  // 1.dictionary(1)
   EXPECT_EQ(compareArrays(*first->asArray(), *second->asArray()),
             throws("failed at 1.dictionary(1)",
                    "The arrays 'A' have different dictionaries at the position (0)':The "

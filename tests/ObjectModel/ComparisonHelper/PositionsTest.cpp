@@ -3,13 +3,15 @@
 
 #include <numeric>
 
-#include "ObjectModel/ComparisonHelper/Recording.h"
 #include "ObjectModel/ComparisonHelper/Samples.h"
+#include "support/Recording.h"
 
 namespace quillon::test {
 namespace {
 
 using object_model::Tuple;
+using ::test::CallLog;
+using ::test::record;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -87,8 +89,9 @@ TEST(AreSameArrays, ReadsFirstAndThenSecondAtEveryPosition) {
   const auto second = record(a, "2", log);
   EXPECT_EQ(compareArrays(*first->asArray(), *second->asArray()), same());
   EXPECT_THAT(log.calls(),
-              ElementsAre("1.name", "2.name", "1.elementType", "2.elementType", "1.size", "2.size",
-                          "1.double(0)", "2.double(0)", "1.double(1)", "2.double(1)"));
+              ElementsAre("1.info", "1.name", "2.info", "2.name", "1.info", "1.elementType",
+                          "2.info", "2.elementType", "1.size", "2.size", "1.double(0)",
+                          "2.double(0)", "1.double(1)", "2.double(1)"));
 }
 
 TEST(AreSameArrays, NamesTheLastDifferentPosition) {

@@ -45,7 +45,7 @@ class ColumnFilling : public ::testing::Test {
     m_frame.addRows(0, rows);
     m_frame.addColumn("before", tabra::DataType(tabra::DataTypeId::UInt64));
     m_frame.addColumn("filled", tabra::DataType(type));
-    m_frame.calls().clear();
+    m_frame.forgetCalls();
   }
 
   /// Fills the column "filled" from `array` itself: its dimensions in their own order.

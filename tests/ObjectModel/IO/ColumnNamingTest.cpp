@@ -91,7 +91,7 @@ TEST(IndexColumn, IsWrittenOneValueAtATime) {
   test::RecordingDataFrame frame;
   frame.addRows(0, 2);
   frame.addColumn("c", uintType());
-  frame.calls().clear();
+  frame.forgetCalls();
   createColNamesForArray<1>(&frame, {2}, 0, 0);
   EXPECT_THAT(frame.calls(), ::testing::ElementsAre("write(0, 0, 1, 0)", "write(0, 1, 1, 1)"));
 }

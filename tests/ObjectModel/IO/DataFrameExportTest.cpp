@@ -252,7 +252,7 @@ TEST(DataFrameExport, MakesItsCallsInAFixedOrder) {
   frame.addColumn("old", tabra::DataType(tabra::DataTypeId::Int64));
   frame.addColumn("older", tabra::DataType(tabra::DataTypeId::Int64));
   frame.addColumn("oldest", tabra::DataType(tabra::DataTypeId::Int64));
-  frame.calls().clear();
+  frame.forgetCalls();
   Entries entries("e");
   DoubleArray a("A", {{"t", 2}}, {0.5, 1.5});
   a.setUnit("s");
@@ -301,7 +301,7 @@ class FailingExport : public ::testing::Test {
   FailingExport() {
     m_frame.addColumn("kept", tabra::DataType(tabra::DataTypeId::Int64));
     m_frame.addRows(0, 1);
-    m_frame.calls().clear();
+    m_frame.forgetCalls();
   }
 
   std::string errorOf(const std::vector<std::string>& indexNames) {

@@ -51,7 +51,7 @@ TEST_F(Extraction, ReadsEachColumnInOneGoAndNoMoreThanTheRowsShown) {
   m_frame->addRows(0, 3);
   m_frame->addColumn("a", DataType(DataTypeId::UInt64));
   m_frame->addColumn("b", DataType(DataTypeId::Float64));
-  m_frame->calls().clear();
+  m_frame->forgetCalls();
   extract(2);
   EXPECT_THAT(m_frame->calls(),
               ::testing::ElementsAre("shape()", "columnDataType(0)", "read(0, 0, 2, buffer)",
@@ -94,7 +94,7 @@ TEST_F(Extraction, GivesAColumnOfAnotherTypeNoBufferAndEmptyCells) {
   m_frame->addColumn("b", DataType(DataTypeId::Int64));
   const long b = -5;
   m_frame->write(1, 0, 1, &b);
-  m_frame->calls().clear();
+  m_frame->forgetCalls();
   extract(1);
   EXPECT_THAT(m_frame->calls(),
               ::testing::ElementsAre("shape()", "columnDataType(0)", "read(0, 0, 1, null)",
