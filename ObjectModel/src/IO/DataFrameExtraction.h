@@ -116,6 +116,9 @@ std::string renderUnderGlobalLocale(const std::shared_ptr<tabra::DataFrameView>&
   }
   FrameExtract<std::ostringstream> extract(frame, maxRows);
   std::ostringstream stream;
+  // By default a stream only takes note of an exception, such as that memory ran out, and would
+  // leave out the rest of the text.
+  stream.exceptions(std::ostringstream::badbit);
   render(extract, stream);
   return stream.str();
 }
