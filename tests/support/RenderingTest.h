@@ -2,11 +2,14 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <array>
 #include <limits>
 #include <locale>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/RecordingDataFrame.h"
@@ -82,6 +85,43 @@ class ClaimingFrame : public RecordingDataFrame {
  private:
   std::array<unsigned long, 2> m_shape;
   std::string m_name = "row";
+};
+
+/// A table whose one column has values of a type that cannot be shown, so that nothing is read.
+class UnshownFrame : public ClaimingFrame {
+ public:
+  using ClaimingFrame::ClaimingFrame;
+  tabra::DataType columnDataType(unsigned long /*column*/) const override {
+    return tabra::DataType(static_cast<tabra::DataTypeId>(0x99));
+  }
+  void read(unsigned long /*column*/, unsigned long /*firstRow*/, unsigned long /*count*/,
+            void* /*destination*/) const override {}
+};
+
+/// A table of unsigned zeros that claims any shape, each time it is asked the next one, and writes
+/// nothing when it is read.
+class TurningFrame : public RecordingDataFrame {
+ public:
+  using Shape = std::array<unsigned long, 2>;
+  explicit TurningFrame(std::vector<Shape> shapes) : m_shapes(std::move(shapes)) {}
+  const Shape& shape() const override {
+    m_shape = m_shapes[std::min(m_asked++, m_shapes.size() - 1)];
+    return m_shape;
+  }
+  const std::string& columnName(unsigned long column) const override {
+    return m_name = std::string(1, static_cast<char>('a' + column));
+  }
+  tabra::DataType columnDataType(unsigned long /*column*/) const override {
+    return tabra::DataType(tabra::DataTypeId::UInt64);
+  }
+  void read(unsigned long /*column*/, unsigned long /*firstRow*/, unsigned long /*count*/,
+            void* /*destination*/) const override {}
+
+ private:
+  std::vector<Shape> m_shapes;
+  mutable Shape m_shape = {};
+  mutable std::size_t m_asked = 0;
+  mutable std::string m_name;
 };
 
 /// A table that cannot be read.

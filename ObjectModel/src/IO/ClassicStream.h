@@ -17,6 +17,9 @@ class ClassicStream {
   /// Lets the next insertion be followed by blanks until it is `width` wide.
   void padNext(std::size_t width) { m_width = width; }
 
+  /// Makes sure of the memory for `length` characters.
+  void reserve(std::size_t length) { m_text.reserve(length); }
+
   ClassicStream& operator<<(std::string_view text) {
     char* const to = room(std::max(text.size(), m_width));
     if (!text.empty()) {

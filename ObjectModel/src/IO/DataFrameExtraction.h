@@ -2,6 +2,7 @@
 
 #include <tabra/DataFrameView.h>
 
+#include <algorithm>
 #include <functional>
 #include <limits>
 #include <locale>
@@ -83,6 +84,8 @@ class FrameExtract {
     m_rows = shape[1];
     m_shownRows = maxRows == 0 || m_rows <= maxRows ? m_rows : maxRows;
     extractDataOfDataFrame(frame, m_buffers, m_cursors, m_writers, m_shownRows);
+    // A table that has lost columns meanwhile has nothing to show for them.
+    m_columns = std::min<unsigned long>(m_columns, m_writers.size());
   }
 
   unsigned long columns() const { return m_columns; }
@@ -102,6 +105,26 @@ class FrameExtract {
   std::vector<void*> m_cursors;
   std::vector<std::function<void*(Stream&, void*)>> m_writers;
 };
+
+/// Refuses text that no memory can hold before any of it is written. A table can claim any number
+/// of rows, and where it has no values to read, nothing else would stop them.
+inline void reserveText(ClassicStream& stream, std::size_t length) { stream.reserve(length); }
+inline void reserveText(std::ostringstream& stream, std::size_t length) {
+  // Such a stream cannot reserve: only try whether the memory is there.
+  std::string text;
+  text.reserve(length);
+  text.clear();
+  stream.str(text);
+}
+
+/// Does so for `rows` rows that each take `rowLength` characters or more.
+template <class Stream>
+void reserveRows(Stream& stream, unsigned long rows, std::size_t rowLength) {
+  if (rows > std::numeric_limits<std::size_t>::max() / rowLength) {
+    throw std::length_error("Cannot hold the text of " + std::to_string(rows) + " rows");
+  }
+  reserveText(stream, rows * rowLength);
+}
 
 /// Renders `frame` with `render`, a callable for both kinds of stream: with the fast one where the
 /// global locale, which a stream takes up, is the classic one, and else with a standard stream.

@@ -31,6 +31,7 @@ constexpr std::string_view ROWS_LEFT_OUT = "...";
 
 template <class Stream>
 void renderHtml(const tabra::DataFrameView& frame, FrameExtract<Stream>& extract, Stream& stream) {
+  reserveRows(stream, extract.shownRows(), ROW_BEGIN.size() + ROW_END.size());
   stream << BEFORE_HEAD_CELLS;
   for (unsigned long i = 0; i < extract.columns(); ++i) {
     stream << CELL_BEGIN << frame.columnName(i) << CELL_END;

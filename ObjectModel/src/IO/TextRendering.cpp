@@ -29,6 +29,9 @@ void padNext(ClassicStream& stream, int width) { stream.padNext(static_cast<std:
 template <class Stream>
 void renderText(const tabra::DataFrameView& frame, FrameExtract<Stream>& extract, Stream& stream) {
   const unsigned long columns = extract.columns();
+  if (columns > 0) {
+    reserveRows(stream, extract.shownRows(), 1);
+  }
   std::vector<int> widths;
   const auto padUnlessLast = [&](unsigned long column) {
     if (column + 1 < columns) {

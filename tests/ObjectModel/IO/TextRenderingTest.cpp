@@ -1,8 +1,10 @@
 #include <object_model/IO.h>
+#include <unistd.h>
 
 #include <cmath>
 
 #include "support/RenderingTest.h"
+#include "support/Thrown.h"
 
 namespace object_model {
 namespace {
@@ -158,6 +160,65 @@ TEST(TextRenderingOfHugeTables, RefusesMoreRowsThanMemoryCanEverHold) {
                std::length_error);
   EXPECT_THROW(exportDataFrameToString(std::make_shared<test::ClaimingFrame>(1UL << 63), 0),
                std::length_error);
+}
+
+TEST(TextRenderingOfHugeTables, RefusesRowsOfNoValuesThatNoMemoryCanShow) {
+  const auto refuse = [](unsigned long rows) {
+    exportDataFrameToString(std::make_shared<test::UnshownFrame>(rows), 0);
+  };
+  EXPECT_THROW(refuse(~0UL), std::length_error);
+  EXPECT_THROW(refuse(1UL << 63U), std::length_error);
+  EXPECT_THROW(refuse(1UL << 50U), std::bad_alloc);
+  const test::GermanLocale german;
+  EXPECT_THROW(refuse(~0UL), std::length_error);
+  EXPECT_THROW(refuse(1UL << 50U), std::bad_alloc);
+}
+
+TEST(TextRenderingOfHugeTables, RefusesALimitThatMemoryCanNeverHold) {
+  const auto refuse = [](unsigned long rows, unsigned long maxRows) {
+    exportDataFrameToString(std::make_shared<test::ClaimingFrame>(rows), maxRows);
+  };
+  EXPECT_THROW(refuse(~0UL, ~0UL), std::length_error);
+  EXPECT_THROW(refuse(~0UL, (1UL << 61U) + 1), std::length_error);
+  EXPECT_THROW(refuse(~0UL, 1UL << 60U), std::length_error);
+  EXPECT_THROW(refuse(~0UL, 1UL << 50U), std::bad_alloc);
+}
+
+TEST(TextRenderingOfHugeTables, RefusesMoreColumnsThanMemoryCanHold) {
+  const auto refuse = [](unsigned long columns) {
+    const test::TurningFrame::Shape shape = {columns, 1};
+    exportDataFrameToString(std::make_shared<test::TurningFrame>(std::vector{shape}), 0);
+  };
+  EXPECT_THROW(refuse(~0UL), std::length_error);
+  EXPECT_THROW(refuse(1UL << 62U), std::length_error);
+  EXPECT_THROW(refuse(1UL << 50U), std::bad_alloc);
+}
+
+TEST(TextRenderingOfHugeTables, HasNoLinesWithoutColumns) {
+  const std::vector<test::TurningFrame::Shape> shapes = {{0, ~0UL}};
+  EXPECT_EQ(exportDataFrameToString(std::make_shared<test::TurningFrame>(shapes), 0), "");
+  EXPECT_EQ(exportDataFrameToString(std::make_shared<test::TurningFrame>(shapes), 5), "...\n");
+  EXPECT_EQ(exportDataFrameToString(std::make_shared<test::TurningFrame>(shapes), ~0UL), "");
+}
+
+TEST(TextRenderingOfHugeTables, RefusesANameThatIsWiderThanAStreamCanPad) {
+  constexpr std::size_t TOO_LONG = std::numeric_limits<int>::max() - 1UL;
+  if (static_cast<unsigned long>(sysconf(_SC_PHYS_PAGES)) < 3 * (TOO_LONG / 4096)) {
+    GTEST_SKIP() << "too little memory for such a name";
+  }
+  const auto frame = std::make_shared<tabra::MemoryDataFrame>();
+  frame->addColumn(std::string(TOO_LONG, 'n'), DataType(DataTypeId::UInt64));
+  EXPECT_EQ(test::thrownBy<std::length_error>([&] { exportDataFrameToString(frame, 0); }),
+            "A column name of 2147483646 characters is too long to be aligned");
+}
+
+TEST(TextRenderingOfTurningTables, ShowsTheColumnsThatAreLeft) {
+  const auto rendered = [](std::vector<test::TurningFrame::Shape> shapes) {
+    return exportDataFrameToString(std::make_shared<test::TurningFrame>(std::move(shapes)), 0);
+  };
+  EXPECT_EQ(rendered({{3, 2}, {1, 2}}), "a\n0\n0\n");
+  EXPECT_EQ(rendered({{3, 2}, {0, 0}}), "");
+  EXPECT_EQ(rendered({{1, 2}, {3, 5}}), "a\n0\n0\n");
 }
 
 TEST(TextRenderingOfFailingTables, LetsExceptionsOfTheFrameThrough) {
