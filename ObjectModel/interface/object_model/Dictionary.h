@@ -44,11 +44,11 @@ class OBJECT_MODEL_EXPORT Dictionary : public Data {
   /// The name of the entry at position `index`, as an independent copy.
   virtual std::string getDataName(int index) const = 0;  // slot 19
 
-  /// The entry called `name`, for writing. Borrowed. A concrete class throws when there is none;
-  /// which exception is its choice.
+  /// The entry called `name`, for writing. Borrowed, and never null: a concrete class throws when
+  /// there is none; which exception is its choice.
   virtual Data* data(const std::string& name) = 0;  // slot 20
-  /// The entry called `name`. Borrowed. A concrete class throws when there is none; which exception
-  /// is its choice.
+  /// The entry called `name`. Borrowed, and never null: a concrete class throws when there is none;
+  /// which exception is its choice.
   virtual const Data* data(const std::string& name) const = 0;  // slot 21
 
   /// The entry at position `index`, for writing: the entry that is found under getDataName(index).

@@ -40,6 +40,8 @@ class Dictionary;
 ///   arrays (or two axes of one) carry an index axis in different lengths, and "Non convertible
 ///   type" when an array holds anything but `UInt`, `Int` or `Double`. In both cases the frame is
 ///   untouched.
+/// @throws std::length_error when there would be more rows than 64 bits can count, or more columns
+///   than any vector can have. The frame is untouched.
 /// @throws InvalidCall "Unsuported export" when an array changes its element type during the call.
 /// Exceptions of the dictionary, the arrays and the frame pass through; the frame is then partly
 /// rebuilt.
@@ -61,7 +63,8 @@ OBJECT_MODEL_EXPORT void exportToDataFrame(Dictionary& dictionary, tabra::DataFr
 /// Only the rows shown are read, in one `read` a column.
 ///
 /// @param frame read during the call; must not be null.
-/// @throws std::length_error when the rows to show need more memory than any vector can have.
+/// @throws std::length_error when the rows to show need more memory than any vector or string can
+///   have, or a column name has more characters than a width can count (2^31 - 3).
 /// Exceptions of the frame pass through.
 /// Threads: calls may run concurrently where the frame may be read concurrently.
 OBJECT_MODEL_EXPORT std::string exportDataFrameToString(std::shared_ptr<tabra::DataFrameView> frame,

@@ -55,6 +55,26 @@ void readAxes(const Array& array, Axes& axes, OnAxis onAxis) {
   }
 }
 
+/// Refuses more columns than memory can hold before the first of them is made.
+template <std::size_t N>
+void reserveSpreadColumns(std::vector<Col>& columns, const std::array<unsigned long, N>& extents,
+                          const std::array<unsigned char, N>& mask) {
+  constexpr unsigned long MOST = std::numeric_limits<unsigned long>::max();
+  unsigned long more = 1;
+  for (std::size_t k = 0; k < N; ++k) {
+    if (mask[k] == SPREAD_AXIS) {
+      more = extents[k] > 0 && more > MOST / extents[k] ? MOST : more * extents[k];
+    }
+  }
+  if (more > columns.max_size() - columns.size()) {
+    throw std::length_error("The axes of an array span more columns than memory can hold");
+  }
+  // At least doubled, so that many small entries do not move the columns each time.
+  if (more > columns.capacity() - columns.size()) {
+    columns.reserve(columns.size() + std::max<std::size_t>(more, columns.size()));
+  }
+}
+
 /// Appends a column for every coordinate combination of the entry's spread axes.
 template <std::size_t N>
 void appendSpreadColumns(std::vector<Col>& columns, const std::string& entryName,
@@ -64,11 +84,17 @@ void appendSpreadColumns(std::vector<Col>& columns, const std::string& entryName
   std::array<unsigned char, N> mask;
   std::copy_n(axes.extents.begin(), N, extents.begin());
   std::copy_n(kinds.begin(), N, mask.begin());
+  reserveSpreadColumns(columns, extents, mask);
   const auto append = [&](const std::array<unsigned long, N>& position) {
     columns.push_back({formatedColName<N>(entryName, axes.names, position, mask), type, entry, {}});
     std::copy(position.begin(), position.end(), columns.back().position.begin());
   };
   iterate<N, N - 1>(extents, append, {}, mask);
+}
+
+/// The array that an entry is, or null. A dictionary that breaks its word may have a null entry.
+Array* arrayOf(Data* entry) {
+  return entry != nullptr && entry->isArray() ? entry->asArray() : nullptr;
 }
 
 /// Plans the columns of all array entries, and finds the sizes of the index axes.
@@ -85,13 +111,15 @@ std::vector<Col> planColumns(Dictionary& dictionary, const IndexNames& indexName
       throw std::runtime_error("Unconvertible Dictionary. Same axes must have the same size");
     }
   };
-  const unsigned long count = dictionary.getNumOfData();
-  for (int i = 0; static_cast<unsigned long>(i) < count; ++i) {
-    Data* entry = dictionary.data(i);
-    if (!entry->isArray()) {
+  // More entries than an int can number cannot be asked for.
+  const unsigned long count = std::min(dictionary.getNumOfData(), 1UL << 31U);
+  for (unsigned long number = 0; number < count; ++number) {
+    const int i = static_cast<int>(number);
+    const Array* entry = arrayOf(dictionary.data(i));
+    if (entry == nullptr) {
       continue;
     }
-    const Array& array = *entry->asArray();
+    const Array& array = *entry;
     kinds.clear();
     readAxes(array, axes, classify);
     const std::string name = dictionary.getDataName(i);
@@ -287,9 +315,9 @@ void exportToDataFrame(Dictionary& dictionary, tabra::DataFrameView* frame,
   }
   ColumnFiller filler(*frame, indexNames, gridShape);
   for (std::size_t j = 0; j < columns.size(); ++j) {
-    Data* entry = dictionary.data(static_cast<int>(columns[j].index));
-    if (entry->isArray()) {
-      filler.fill(*entry->asArray(), columns[j], indexNames.size() + j);
+    Array* array = arrayOf(dictionary.data(static_cast<int>(columns[j].index)));
+    if (array != nullptr) {
+      filler.fill(*array, columns[j], indexNames.size() + j);
     }
   }
 }

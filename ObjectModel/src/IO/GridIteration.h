@@ -36,6 +36,12 @@ void stepDimension(const std::array<unsigned long, N>& shape, Callback& callback
 template <std::size_t N, std::size_t K, class Callback>
 void iterate(const std::array<unsigned long, N>& shape, Callback&& callback,
              const std::array<unsigned long, N>& start, const std::array<unsigned char, N>& mask) {
+  // Else an empty dimension inside a very long one would be come upon again and again.
+  for (std::size_t k = 0; k <= K; ++k) {
+    if (mask[k] == 0 && shape[k] == 0) {
+      return;
+    }
+  }
   std::array<unsigned long, N> position = start;
   stepDimension<N, K>(shape, callback, position, mask);
 }

@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "support/Interfaces.h"
+#include "support/Liars.h"
 #include "support/RecordingDataFrame.h"
 #include "support/TableText.h"
 
@@ -348,6 +349,54 @@ TEST_F(FailingExport, LeavesTheFrameUntouchedWhenThereAreMoreRowsThan64BitsCount
   EXPECT_THAT(m_frame.calls(), ::testing::IsEmpty());
 }
 
+/// A dictionary with an entry that claims these axes.
+class ClaimingDictionary : public test::PlainDictionary {
+ public:
+  explicit ClaimingDictionary(const test::ClaimingArray::Axes& axes) : m_array("A", axes) {
+    add(m_array);
+  }
+
+ private:
+  test::ClaimingArray m_array;
+};
+
+TEST_F(FailingExport, LeavesTheFrameUntouchedWhenThereAreMoreColumnsThanMemoryCanHold) {
+  const auto refuse = [this](const test::ClaimingArray::Axes& axes) {
+    ClaimingDictionary entries(axes);
+    exportToDataFrame(entries, &m_frame, {"t"});
+  };
+  EXPECT_THROW(refuse({{"x", 1UL << 33U}, {"y", 1UL << 33U}}), std::length_error);
+  EXPECT_THROW(refuse({{"x", ~0UL}, {"t", 2}}), std::length_error);
+  EXPECT_THROW(refuse({{"x", ~0UL}, {"y", ~0UL}, {"z", ~0UL}}), std::length_error);
+  EXPECT_THROW(refuse({{"x", 1UL << 50U}, {"y", 1}}), std::bad_alloc);
+  EXPECT_THAT(m_frame.calls(), ::testing::IsEmpty());
+}
+
+TEST_F(FailingExport, LeavesItToTheFrameHowManyRowsItCanHold) {
+  ClaimingDictionary entries({{"t", 1UL << 63U}});
+  EXPECT_THROW(exportToDataFrame(entries, &m_frame, {"t"}), std::length_error);
+  EXPECT_EQ(m_frame.calls().back(), "addRows(0, 9223372036854775808)");
+}
+
+TEST_F(FailingExport, IsNotHeldUpByAnEmptyAxisInsideAnEndlessOne) {
+  const auto exportAxes = [this](const test::ClaimingArray::Axes& axes,
+                                 const std::vector<std::string>& indexNames) {
+    ClaimingDictionary entries(axes);
+    exportToDataFrame(entries, &m_frame, indexNames);
+    return test::tableText(m_frame.frame());
+  };
+  EXPECT_EQ(exportAxes({{"x", 0}, {"y", ~0UL}}, {}), "1 rows\n");
+  EXPECT_EQ(exportAxes({{"x", 0}, {"y", ~0UL}, {"z", ~0UL}}, {}), "1 rows\n");
+  EXPECT_EQ(exportAxes({{"x", 0}, {"y", ~0UL}}, {"x", "y"}),
+            "Index [x] () uint:\nIndex [y] () uint:\nA () int:\n0 rows\n");
+}
+
+TEST_F(FailingExport, TakesTheFirstElementOfALineOfAnyLength) {
+  ClaimingDictionary entries({{"x", ~0UL}});
+  exportToDataFrame(entries, &m_frame, {});
+  EXPECT_EQ(test::tableText(m_frame.frame()), "A () int: 7\n1 rows\n");
+}
+
 TEST_F(FailingExport, FollowsTheStepsForAnIndexNameGivenTwice) {
   m_entries.add(counting("A", {{"t", 2}}));
   // The table gets a row for each coordinate of t, the index columns walk t by t: the frame
@@ -446,6 +495,87 @@ TEST_F(FailingExport, TakesAxesThatNobodyDescribesAsNameless) {
   m_entries.add(std::make_unique<UndescribedArray>());
   exportToDataFrame(m_entries, &m_frame, {});
   EXPECT_EQ(test::tableText(m_frame.frame()), "A[=0, =0] () int: 7\n1 rows\n");
+}
+
+TEST_F(FailingExport, LetsTheFailureOfADescriptorWithTooFewAxesThrough) {
+  class ShortArray : public test::ClaimingArray {
+   public:
+    ShortArray() : ClaimingArray("A", {{"t", 1}}) {}
+    const Tuple& size() const override { return m_plane; }
+
+   private:
+    TupleX m_plane{1, 1};
+  };
+  m_entries.add(std::make_unique<ShortArray>());
+  EXPECT_THROW(exportToDataFrame(m_entries, &m_frame, {"t"}), std::out_of_range);
+  EXPECT_THAT(m_frame.calls(), ::testing::IsEmpty());
+}
+
+/// A dictionary that calls its entries otherwise than they call themselves.
+class RenamingDictionary : public test::PlainDictionary {
+ public:
+  explicit RenamingDictionary(Data* entry) : m_entry(entry) {}
+  unsigned long getNumOfData() const override { return 1; }
+  std::string getDataName(int /*index*/) const override { return "key"; }
+  using test::PlainDictionary::data;
+  Data* data(const std::string& name) override {
+    EXPECT_EQ(name, "key");
+    return m_entry;
+  }
+
+ private:
+  Data* m_entry;
+};
+
+TEST_F(FailingExport, GoesByTheNamesOfTheDictionary) {
+  IntArray array = counting("A", {{"t", 2}});
+  RenamingDictionary entries(&array);
+  exportToDataFrame(entries, &m_frame, {"t"});
+  EXPECT_EQ(test::tableText(m_frame.frame()), "Index [t] () uint: 0 1\nkey () int: 0 1\n2 rows\n");
+}
+
+TEST_F(FailingExport, PassesOverANullEntry) {
+  RenamingDictionary entries(nullptr);
+  exportToDataFrame(entries, &m_frame, {});
+  EXPECT_EQ(test::tableText(m_frame.frame()), "1 rows\n");
+}
+
+/// An array that has other axes once it was asked for its unit, as its first column is filled. Its
+/// elements say how many indices they were read with.
+class ReshapedArray : public test::ClaimingArray {
+ public:
+  ReshapedArray(const Axes& before, const Axes& after)
+      : ClaimingArray("A", before), m_after("A", after) {}
+  const DataInfo* getInformation() const override {
+    return m_isTurned ? m_after.getInformation() : ClaimingArray::getInformation();
+  }
+  const Tuple& size() const override { return m_isTurned ? m_after.size() : ClaimingArray::size(); }
+  std::string getPhysicalUnit() const override {
+    m_isTurned = true;
+    return "";
+  }
+  long getValueAsInt(const Tuple& index) const override { return static_cast<long>(index.size()); }
+
+ private:
+  ClaimingArray m_after;
+  mutable bool m_isTurned = false;
+};
+
+TEST_F(FailingExport, ReadsAnArrayAsItIsWhenItsColumnIsFilled) {
+  const auto exportTurning = [this](const test::ClaimingArray::Axes& before,
+                                    const test::ClaimingArray::Axes& after) {
+    Entries entries("e");
+    entries.add(std::make_unique<ReshapedArray>(before, after));
+    exportToDataFrame(entries, &m_frame, {"t"});
+    return test::tableText(m_frame.frame());
+  };
+  EXPECT_EQ(exportTurning({{"t", 2}}, {{"t", 2}, {"x", 3}, {"y", 3}}),
+            "Index [t] () uint: 0 1\nA () int: 3 3\n2 rows\n");
+  EXPECT_EQ(exportTurning({{"t", 2}, {"x", 1}, {"y", 2}}, {{"t", 5}}),
+            "Index [t] () uint: 0 1\nA[x=0, y=0] () int: 1 1\nA[x=0, y=1] () int: 1 1\n2 rows\n");
+  EXPECT_EQ(exportTurning({{"t", 2}}, {}), "Index [t] () uint: 0 1\nA () int: 0 0\n2 rows\n");
+  EXPECT_EQ(exportTurning({{"t", 2}}, {{"t", 2}, {"x", 1}, {"y", 1}, {"z", 1}}),
+            "Index [t] () uint: 0 1\nA () int: 0 0\n2 rows\n");
 }
 
 /// An array that fails at its second element.

@@ -53,6 +53,13 @@ TEST(GridIteration, StartsWalkedDimensionsAt0WhateverTheStart) {
   EXPECT_THAT(positionsOf<2>({2, 1}, {7, 9}, {0, 0}), ElementsAre(Grid<2>{0, 0}, Grid<2>{1, 0}));
 }
 
+TEST(GridIteration, EndsAtOnceWhenADimensionInsideAnEndlessOneIsEmpty) {
+  EXPECT_THAT(positionsOf<2>({0, ~0UL}, {0, 0}, {0, 0}), IsEmpty());
+  EXPECT_THAT(positionsOf<3>({2, 0, ~0UL}, {0, 0, 0}, {0, 0, 0}), IsEmpty());
+  EXPECT_THAT(positionsOf<3>({0, 0, 2}, {7, 8, 9}, {1, 1, 0}),
+              ElementsAre(Grid<3>{7, 8, 0}, Grid<3>{7, 8, 1}));
+}
+
 TEST(GridIteration, CallsNothingWhenAWalkedDimensionIsEmpty) {
   EXPECT_THAT(positionsOf<3>({2, 0, 4}, {0, 0, 0}, {0, 0, 0}), IsEmpty());
   EXPECT_THAT(positionsOf<3>({0, 9, 4}, {0, 3, 0}, {0, 1, 0}), IsEmpty());
