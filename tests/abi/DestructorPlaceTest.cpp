@@ -1,50 +1,19 @@
-// A destructor has no address that a test could take, so its place is shown by calling what stands
-// there.
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstddef>
-#include <cstring>
-#include <memory>
-#include <new>
-
+#include "abi/DestructorAt.h"
 #include "support/Interfaces.h"
 
 namespace object_model {
 namespace {
 
-using Destructor = void (*)(void*);
-
-// Called through the table as compiled code does, which no sanitizer can match with a type.
-__attribute__((no_sanitize("undefined"))) void callSlot(void* object, std::size_t slot) {
-  const Destructor* table = nullptr;
-  std::memcpy(&table, object, sizeof(table));
-  table[slot](object);
-}
-
-template <class Base>
-class Watched : public Base {
- public:
-  explicit Watched(int& destroyed) : m_destroyed(&destroyed) {}
-  ~Watched() override { ++*m_destroyed; }
-
- private:
-  int* m_destroyed;
-};
-
-/// The first of a destructor's two slots ends the object's life, the second gives its memory back
-/// too (what a leak or a double free shows under the address sanitizer).
-template <class Base>
-void expectDestructorAt(std::size_t slot) {
-  int destroyed = 0;
-  alignas(Watched<Base>) std::array<std::byte, sizeof(Watched<Base>)> place;
-  callSlot(new (place.data()) Watched<Base>(destroyed), slot);
-  EXPECT_EQ(destroyed, 1);
-  callSlot(std::make_unique<Watched<Base>>(destroyed).release(), slot + 1);
-  EXPECT_EQ(destroyed, 2);
-}
+using binary::expectDestructorAt;
 
 class PlainTuple : public Tuple {};
+
+class PlainTupleX : public TupleX {
+ public:
+  PlainTupleX() : TupleX(0UL) {}
+};
 
 TEST(DestructorPlaceTest, IsFirstInDataObjects) {
   expectDestructorAt<test::PlainArray>(0);
@@ -54,6 +23,7 @@ TEST(DestructorPlaceTest, IsFirstInDataObjects) {
 
 TEST(DestructorPlaceTest, IsFirstInTuplesAxesAndRequests) {
   expectDestructorAt<PlainTuple>(0);
+  expectDestructorAt<PlainTupleX>(0);
   expectDestructorAt<test::PlainAxisInfo>(0);
   expectDestructorAt<test::PlainRequest>(0);
 }

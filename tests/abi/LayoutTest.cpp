@@ -13,11 +13,13 @@
 #include <object_model/TupleX.h>
 
 #include <cstddef>
-#include <cstring>
+#include <map>
 #include <ostream>
 #include <string>
+#include <type_traits>
 #include <vector>
 
+#include "support/Interfaces.h"
 #include "support/Values.h"
 
 namespace object_model {
@@ -55,6 +57,16 @@ INSTANTIATE_TEST_SUITE_P(
                       layoutOf<DictionaryInfo>("DictionaryInfo", 8),
                       layoutOf<AxisInfo>("AxisInfo", 8), layoutOf<Namespace>("Namespace", 8)),
     [](const auto& row) { return row.param.name; });
+
+// A class that can be copied byte by byte is passed in registers, every other one by address, so a
+// copy operation or a destructor that is added or removed changes how functions are called.
+TEST(PassingTest, OnlyABufferIsPassedInRegisters) {
+  EXPECT_TRUE(std::is_trivially_copyable_v<Buffer>);
+  EXPECT_FALSE(std::is_trivially_copyable_v<Exception>);
+  EXPECT_FALSE(std::is_trivially_copyable_v<InvalidCall>);
+  EXPECT_FALSE(std::is_trivially_copyable_v<Tuple>);
+  EXPECT_FALSE(std::is_trivially_copyable_v<TupleX>);
+}
 
 /// The field of type `Field` that stands `offset` bytes into `object`, whatever its access.
 template <class Field, class Class>
@@ -95,6 +107,14 @@ TEST(FieldPlaceTest, ABufferHasTheAddressAndThenTheSize) {
   const Buffer buffer(&byte, 77);
   EXPECT_EQ(fieldAt<char*>(buffer, 0), &byte);
   EXPECT_EQ(fieldAt<unsigned long>(buffer, 8), 77U);
+}
+
+TEST(FieldPlaceTest, ANamespaceHasTheAddressOfItsMap) {
+  Namespace names;
+  const test::PlainDictionaryInfo info;
+  names.registerObject("name", &info);
+  using Infos = std::map<std::string, const DictionaryInfo*>;
+  EXPECT_EQ(*fieldAt<const Infos*>(names, 0), (Infos{{"name", &info}}));
 }
 
 }  // namespace

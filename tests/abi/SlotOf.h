@@ -16,6 +16,21 @@ std::ptrdiff_t slotOf(Member member) {
   return (words[0] - 1) / static_cast<std::ptrdiff_t>(sizeof(void*));
 }
 
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"  // an exception's class has none on purpose
+
+/// The first slot behind all of a class's own, where a derived class's first new operation goes.
+template <class Class>
+std::ptrdiff_t slotAfter() {
+  class Next : public Class {
+   public:
+    virtual void next() {}
+  };
+  return slotOf(&Next::next);
+}
+
+#pragma GCC diagnostic pop
+
 /// A row of a frozen table. A red row means: put the header back. Rows are only ever appended.
 struct Slot {
   const char* operation;

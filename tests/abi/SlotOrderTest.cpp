@@ -8,6 +8,7 @@
 #include <object_model/DynamicDictionary.h>
 #include <object_model/InvalidCall.h>
 #include <object_model/Request.h>
+#include <object_model/TupleX.h>
 
 #include <string>
 
@@ -17,6 +18,7 @@ namespace object_model {
 namespace {
 
 using binary::Slot;
+using binary::slotAfter;
 using binary::slotOf;
 
 class SlotOrderTest : public ::testing::TestWithParam<Slot> {};
@@ -58,6 +60,10 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     Array, SlotOrderTest,
     ::testing::Values(
+        Slot{"getInformation", slotOf(&Array::getInformation), 2},
+        Slot{"parentConst", slotOf<const Data* (Array::*)() const>(&Array::parent), 3},
+        Slot{"parent", slotOf<Data* (Array::*)()>(&Array::parent), 4},
+        Slot{"setParent", slotOf(&Array::setParent), 5},
         Slot{"isDictionary", slotOf(&Array::isDictionary), 6},
         Slot{"isDynamicDictionary", slotOf(&Array::isDynamicDictionary), 7},
         Slot{"isArray", slotOf(&Array::isArray), 8},
@@ -90,14 +96,26 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     Dictionary, SlotOrderTest,
     ::testing::Values(
+        Slot{"getInformation", slotOf(&Dictionary::getInformation), 2},
+        Slot{"parentConst", slotOf<const Data* (Dictionary::*)() const>(&Dictionary::parent), 3},
+        Slot{"parent", slotOf<Data* (Dictionary::*)()>(&Dictionary::parent), 4},
+        Slot{"setParent", slotOf(&Dictionary::setParent), 5},
         Slot{"isDictionary", slotOf(&Dictionary::isDictionary), 6},
+        Slot{"isDynamicDictionary", slotOf(&Dictionary::isDynamicDictionary), 7},
         Slot{"isArray", slotOf(&Dictionary::isArray), 8},
         Slot{"asDictionaryConst",
              slotOf<const Dictionary* (Dictionary::*)() const>(&Dictionary::asDictionary), 9},
         Slot{"asArrayConst", slotOf<const Array* (Dictionary::*)() const>(&Dictionary::asArray),
              10},
         Slot{"asDictionary", slotOf<Dictionary* (Dictionary::*)()>(&Dictionary::asDictionary), 11},
+        Slot{"asDynamicDictionary",
+             slotOf<DynamicDictionary* (Dictionary::*)()>(&Dictionary::asDynamicDictionary), 12},
+        Slot{"asDynamicDictionaryConst",
+             slotOf<const DynamicDictionary* (Dictionary::*)() const>(
+                 &Dictionary::asDynamicDictionary),
+             13},
         Slot{"asArray", slotOf<Array* (Dictionary::*)()>(&Dictionary::asArray), 14},
+        Slot{"version", slotOf(&Dictionary::version), 15},
         Slot{"getNumOfData", slotOf(&Dictionary::getNumOfData), 16},
         Slot{"reservedDictionary0", slotOf(&Dictionary::reservedDictionary0), 17},
         Slot{"reservedDictionary1", slotOf(&Dictionary::reservedDictionary1), 18},
@@ -109,20 +127,58 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     DynamicDictionary, SlotOrderTest,
-    ::testing::Values(Slot{"reservedDynamicDictionary0",
-                           slotOf(&DynamicDictionary::reservedDynamicDictionary0), 22},
-                      Slot{"reservedDynamicDictionary1",
-                           slotOf(&DynamicDictionary::reservedDynamicDictionary1), 23},
-                      Slot{"reservedDynamicDictionary2",
-                           slotOf(&DynamicDictionary::reservedDynamicDictionary2), 24},
-                      Slot{"reservedDynamicDictionary3",
-                           slotOf(&DynamicDictionary::reservedDynamicDictionary3), 25},
-                      Slot{"reservedDynamicDictionary4",
-                           slotOf(&DynamicDictionary::reservedDynamicDictionary4), 26},
-                      Slot{"reservedDynamicDictionary5",
-                           slotOf(&DynamicDictionary::reservedDynamicDictionary5), 27},
-                      Slot{"reservedDynamicDictionary6",
-                           slotOf(&DynamicDictionary::reservedDynamicDictionary6), 28}),
+    ::testing::Values(
+        Slot{"getInformation", slotOf(&DynamicDictionary::getInformation), 2},
+        Slot{"parentConst",
+             slotOf<const Data* (DynamicDictionary::*)() const>(&DynamicDictionary::parent), 3},
+        Slot{"parent", slotOf<Data* (DynamicDictionary::*)()>(&DynamicDictionary::parent), 4},
+        Slot{"setParent", slotOf(&DynamicDictionary::setParent), 5},
+        Slot{"isDictionary", slotOf(&DynamicDictionary::isDictionary), 6},
+        Slot{"isDynamicDictionary", slotOf(&DynamicDictionary::isDynamicDictionary), 7},
+        Slot{"isArray", slotOf(&DynamicDictionary::isArray), 8},
+        Slot{"asDictionaryConst",
+             slotOf<const Dictionary* (DynamicDictionary::*)() const>(
+                 &DynamicDictionary::asDictionary),
+             9},
+        Slot{"asArrayConst",
+             slotOf<const Array* (DynamicDictionary::*)() const>(&DynamicDictionary::asArray), 10},
+        Slot{"asDictionary",
+             slotOf<Dictionary* (DynamicDictionary::*)()>(&DynamicDictionary::asDictionary), 11},
+        Slot{"asDynamicDictionary",
+             slotOf<DynamicDictionary* (DynamicDictionary::*)()>(
+                 &DynamicDictionary::asDynamicDictionary),
+             12},
+        Slot{"asDynamicDictionaryConst",
+             slotOf<const DynamicDictionary* (DynamicDictionary::*)() const>(
+                 &DynamicDictionary::asDynamicDictionary),
+             13},
+        Slot{"asArray", slotOf<Array* (DynamicDictionary::*)()>(&DynamicDictionary::asArray), 14},
+        Slot{"version", slotOf(&DynamicDictionary::version), 15},
+        Slot{"getNumOfData", slotOf(&DynamicDictionary::getNumOfData), 16},
+        Slot{"reservedDictionary0", slotOf(&DynamicDictionary::reservedDictionary0), 17},
+        Slot{"reservedDictionary1", slotOf(&DynamicDictionary::reservedDictionary1), 18},
+        Slot{"getDataName", slotOf(&DynamicDictionary::getDataName), 19},
+        Slot{"data",
+             slotOf<Data* (DynamicDictionary::*)(const std::string&)>(&DynamicDictionary::data),
+             20},
+        Slot{"dataConst",
+             slotOf<const Data* (DynamicDictionary::*)(const std::string&) const>(
+                 &DynamicDictionary::data),
+             21},
+        Slot{"reservedDynamicDictionary0", slotOf(&DynamicDictionary::reservedDynamicDictionary0),
+             22},
+        Slot{"reservedDynamicDictionary1", slotOf(&DynamicDictionary::reservedDynamicDictionary1),
+             23},
+        Slot{"reservedDynamicDictionary2", slotOf(&DynamicDictionary::reservedDynamicDictionary2),
+             24},
+        Slot{"reservedDynamicDictionary3", slotOf(&DynamicDictionary::reservedDynamicDictionary3),
+             25},
+        Slot{"reservedDynamicDictionary4", slotOf(&DynamicDictionary::reservedDynamicDictionary4),
+             26},
+        Slot{"reservedDynamicDictionary5", slotOf(&DynamicDictionary::reservedDynamicDictionary5),
+             27},
+        Slot{"reservedDynamicDictionary6", slotOf(&DynamicDictionary::reservedDynamicDictionary6),
+             28}),
     operationOf);
 
 INSTANTIATE_TEST_SUITE_P(
@@ -147,7 +203,10 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     ArrayInfo, SlotOrderTest,
-    ::testing::Values(Slot{"isArrayInfo", slotOf(&ArrayInfo::isArrayInfo), 3},
+    ::testing::Values(Slot{"getName", slotOf(&ArrayInfo::getName), 0},
+                      Slot{"getDescription", slotOf(&ArrayInfo::getDescription), 1},
+                      Slot{"reservedDataInfo0", slotOf(&ArrayInfo::reservedDataInfo0), 2},
+                      Slot{"isArrayInfo", slotOf(&ArrayInfo::isArrayInfo), 3},
                       Slot{"isDictionaryInfo", slotOf(&ArrayInfo::isDictionaryInfo), 4},
                       Slot{"asArrayInfo", slotOf(&ArrayInfo::asArrayInfo), 5},
                       Slot{"asDictionaryInfo", slotOf(&ArrayInfo::asDictionaryInfo), 6},
@@ -162,6 +221,9 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     DictionaryInfo, SlotOrderTest,
     ::testing::Values(
+        Slot{"getName", slotOf(&DictionaryInfo::getName), 0},
+        Slot{"getDescription", slotOf(&DictionaryInfo::getDescription), 1},
+        Slot{"reservedDataInfo0", slotOf(&DictionaryInfo::reservedDataInfo0), 2},
         Slot{"isArrayInfo", slotOf(&DictionaryInfo::isArrayInfo), 3},
         Slot{"isDictionaryInfo", slotOf(&DictionaryInfo::isDictionaryInfo), 4},
         Slot{"asArrayInfo", slotOf(&DictionaryInfo::asArrayInfo), 5},
@@ -177,6 +239,23 @@ INSTANTIATE_TEST_SUITE_P(AxisInfo, SlotOrderTest,
                          ::testing::Values(Slot{"getAxisType", slotOf(&AxisInfo::getAxisType), 2},
                                            Slot{"getAxisName", slotOf(&AxisInfo::getAxisName), 3}),
                          operationOf);
+
+// The end of each table, where derived classes go on. These rows alone move when an operation is
+// appended on purpose; it has to be known then that everything derived is built anew.
+INSTANTIATE_TEST_SUITE_P(
+    NextFree, SlotOrderTest,
+    ::testing::Values(Slot{"Exception", slotAfter<Exception>(), 1},
+                      Slot{"InvalidCall", slotAfter<InvalidCall>(), 1},
+                      Slot{"Tuple", slotAfter<Tuple>(), 2}, Slot{"TupleX", slotAfter<TupleX>(), 2},
+                      Slot{"Data", slotAfter<Data>(), 16}, Slot{"Array", slotAfter<Array>(), 28},
+                      Slot{"Dictionary", slotAfter<Dictionary>(), 22},
+                      Slot{"DynamicDictionary", slotAfter<DynamicDictionary>(), 29},
+                      Slot{"Request", slotAfter<Request>(), 6},
+                      Slot{"DataInfo", slotAfter<DataInfo>(), 9},
+                      Slot{"ArrayInfo", slotAfter<ArrayInfo>(), 15},
+                      Slot{"DictionaryInfo", slotAfter<DictionaryInfo>(), 14},
+                      Slot{"AxisInfo", slotAfter<AxisInfo>(), 4}),
+    operationOf);
 
 }  // namespace
 }  // namespace object_model
