@@ -44,11 +44,13 @@ check_tidy() {
     sed -u '/^[0-9]* warnings\? generated\.$/d'
 }
 
-## check: formatting, scripts, clang++, headers alone, clang-tidy, all tests under sanitizers, threads
+## check: formatting, scripts, interface, clang++, headers alone, clang-tidy, tests under sanitizers
 verb_check() {
-  need "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${CHECK_PACKAGES[@]}"
+  need "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${CHECK_PACKAGES[@]}" "${INTERFACE_PACKAGES[@]}"
   check_format
   check_scripts
+  check_interface
+  prove_interface
   # One build is both clang++'s opinion and the sanitizers' subject.
   build sanitize
   check_headers sanitize
