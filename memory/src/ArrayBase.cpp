@@ -114,7 +114,8 @@ unsigned long ArrayBase::offsetOf(const Tuple& index) const {
     rejectPosition(*this, index);
   }
   unsigned long offset = 0;
-  for (unsigned long k = dimensions; k-- > 0;) {
+  for (unsigned long k = dimensions; k > 0;) {
+    --k;
     const unsigned long extent = shape[k];
     const unsigned long coordinate = index[k];
     if (coordinate >= extent) {

@@ -95,13 +95,13 @@ std::vector<Axis> readAxes(Variable& variable, int rank) {
   source.require(nc_inq_vardimid(variable.group, variable.id, dimensions.data()),
                  variable.subject());
   std::vector<Axis> axes;
-  for (std::size_t k = dimensions.size(); k-- > 0;) {
+  for (auto dimension = dimensions.rbegin(); dimension != dimensions.rend(); ++dimension) {
     Name name{};
     std::size_t extent = 0;
-    source.require(nc_inq_dim(variable.group, dimensions[k], name.data(), &extent),
+    source.require(nc_inq_dim(variable.group, *dimension, name.data(), &extent),
                    variable.subject());
     axes.emplace_back(name.data(), extent,
-                      axisKindOf(source, variable.group, dimensions[k], name.data()));
+                      axisKindOf(source, variable.group, *dimension, name.data()));
     variable.shape.insert(variable.shape.begin(), extent);
   }
   return axes;

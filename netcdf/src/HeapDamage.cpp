@@ -16,8 +16,8 @@ constexpr unsigned long HEADER_BYTES = 16;         // of a heap and of each obje
 
 unsigned long littleEndian(std::string_view bytes) {
   unsigned long value = 0;
-  for (unsigned long k = bytes.size(); k-- > 0;) {
-    value = value << 8U | static_cast<unsigned char>(bytes[k]);
+  for (auto byte = bytes.rbegin(); byte != bytes.rend(); ++byte) {
+    value = value << 8U | static_cast<unsigned char>(*byte);
   }
   return value;
 }

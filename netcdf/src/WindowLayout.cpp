@@ -37,7 +37,8 @@ Block WindowLayout::blockAround(unsigned long offset) const {
   block.start[m_split] = firstRow;
   block.extent[m_split] = rows;
   unsigned long outer = slab / m_shape[m_split];
-  for (std::size_t k = m_split; k-- > 0;) {
+  for (std::size_t k = m_split; k > 0;) {
+    --k;
     block.start[k] = outer % m_shape[k];
     block.extent[k] = 1;
     outer /= m_shape[k];

@@ -48,7 +48,8 @@ TEST_P(WindowTest, WalkInOrderReadsEachValueOnce) {
 }
 
 TEST_P(WindowTest, WalkBackwardsReadsEachValueOnce) {
-  for (unsigned long offset = VALUES; offset-- > 0;) {
+  for (unsigned long offset = VALUES; offset > 0;) {
+    --offset;
     ASSERT_EQ(at(offset), offset);
   }
   EXPECT_EQ(m_storage.values, VALUES);
