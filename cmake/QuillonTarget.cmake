@@ -17,7 +17,8 @@ function(quillon_configure target)
     -ffile-prefix-map=${CMAKE_BINARY_DIR}=build)
   if(QUILLON_SANITIZE)
     target_compile_options(${target} PRIVATE
-      -fsanitize=${QUILLON_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+      -fsanitize=${QUILLON_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
+      $<$<CXX_COMPILER_ID:Clang>:-fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/cmake/sanitize.ignore>)
     target_link_options(${target} PRIVATE -fsanitize=${QUILLON_SANITIZE})
   endif()
 endfunction()
