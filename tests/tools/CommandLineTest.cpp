@@ -9,11 +9,11 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
-TEST(MainTest, VersionIsPrinted) {
+TEST(ToolTest, VersionIsPrinted) {
   EXPECT_EQ(runTool({"--version"}), (Outcome{0, "quillon " QUILLON_VERSION "\n", ""}));
 }
 
-TEST(MainTest, HelpListsTheVerbs) {
+TEST(ToolTest, HelpListsTheVerbs) {
   const Outcome outcome = runTool({"--help"});
   EXPECT_EQ(outcome.status, 0);
   EXPECT_EQ(outcome.err, "");
@@ -22,7 +22,7 @@ TEST(MainTest, HelpListsTheVerbs) {
   EXPECT_THAT(outcome.out, HasSubstr("\n  diff   "));
 }
 
-TEST(MainTest, EveryVerbHasHelp) {
+TEST(ToolTest, EveryVerbHasHelp) {
   for (const char* verb : {"table", "info", "diff"}) {
     const Outcome outcome = runTool({verb, "--help"});
     EXPECT_EQ(outcome.status, 0);
@@ -38,14 +38,14 @@ struct CommandLineCase {
 
 void PrintTo(const CommandLineCase& c, std::ostream* stream) { *stream << c.rule; }
 
-class CommandLineTest : public ::testing::TestWithParam<CommandLineCase> {};
+class MistakenCommandLineTest : public ::testing::TestWithParam<CommandLineCase> {};
 
-TEST_P(CommandLineTest, IsRefusedWithOneSentence) {
+TEST_P(MistakenCommandLineTest, IsRefusedWithOneSentence) {
   EXPECT_EQ(runTool(GetParam().arguments), failed(GetParam().sentence));
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Mistakes, CommandLineTest,
+    Mistakes, MistakenCommandLineTest,
     ::testing::ValuesIn(std::vector<CommandLineCase>{
         {"NoVerb", {}, "A verb is missing; the verbs are table, info, diff (see quillon --help)"},
         {"UnknownVerb",
@@ -70,11 +70,11 @@ INSTANTIATE_TEST_SUITE_P(
     }),
     [](const auto& c) { return c.param.rule; });
 
-TEST(MainTest, FileCalledLikeAVerbIsAFile) {
+TEST(ToolTest, FileCalledLikeAVerbIsAFile) {
   EXPECT_EQ(runTool({"table", "info"}), failed("Cannot read 'info': there is no such file"));
 }
 
-TEST(MainTest, FullStandardOutputIsAFailure) {
+TEST(ToolTest, FullStandardOutputIsAFailure) {
   for (const std::vector<std::string>& arguments : {std::vector<std::string>{"--help"},
                                                     {"info", "data/nuclei_measurements.nc"},
                                                     {"table", "data/nuclei_measurements.nc"}}) {
@@ -83,12 +83,12 @@ TEST(MainTest, FullStandardOutputIsAFailure) {
   }
 }
 
-TEST(MainTest, ClosedStandardOutputIsAFailure) {
+TEST(ToolTest, ClosedStandardOutputIsAFailure) {
   EXPECT_EQ(runShell("$QUILLON info data/nuclei_measurements.nc >&-"),
             failed("Cannot write to standard output: Bad file descriptor"));
 }
 
-TEST(MainTest, ClosedStreamsDoNotSwallowTheOutput) {
+TEST(ToolTest, ClosedStreamsDoNotSwallowTheOutput) {
   const Scratch scratch;
   const std::string path = scratch.path("table");
   EXPECT_EQ(runShell("$QUILLON table data/nuclei_measurements.nc --variables area --index label "
@@ -98,7 +98,7 @@ TEST(MainTest, ClosedStreamsDoNotSwallowTheOutput) {
   EXPECT_EQ(contentOf(path), "Index [label]  area\n0              111\n...\n");
 }
 
-TEST(MainTest, ReaderThatLeavesEarlyIsNoTrouble) {
+TEST(ToolTest, ReaderThatLeavesEarlyIsNoTrouble) {
   const Outcome outcome = runShell(
       "$QUILLON table data/north_atlantic_climate.nc --max-rows 0 | head -n 1 | cut -c 1-14");
   EXPECT_EQ(outcome, (Outcome{0, "Index [COADSX]\n", ""}));
