@@ -3,10 +3,9 @@
 #include <rapidcheck/gtest.h>
 
 #include <algorithm>
-#include <array>
-#include <cmath>
 #include <cstdlib>
 
+#include "ObjectModel/ComparisonHelper/Palette.h"
 #include "ObjectModel/ComparisonHelper/PlainComparison.h"
 #include "ObjectModel/ComparisonHelper/Samples.h"
 #include "support/Recording.h"
@@ -26,41 +25,6 @@ using ::test::record;
 /// simpler.
 int pick(int count) { return *rc::gen::resize(rc::kNominalSize, rc::gen::inRange(0, count)); }
 bool rarely(int oneIn) { return pick(oneIn) == oneIn - 1; }
-
-template <class T>
-const std::vector<T>& palette();
-template <>
-const std::vector<unsigned long>& palette() {
-  static const std::vector<unsigned long> VALUES = {
-      0, 1, 2, 10, 11, 9007199254740992, 9007199254740993, 18446744073709551615UL};
-  return VALUES;
-}
-template <>
-const std::vector<long>& palette() {
-  static const std::vector<long> VALUES = {0,
-                                           1,
-                                           -1,
-                                           10,
-                                           11,
-                                           -11,
-                                           9007199254740993,
-                                           std::numeric_limits<long>::max(),
-                                           std::numeric_limits<long>::min()};
-  return VALUES;
-}
-template <>
-const std::vector<double>& palette() {
-  static const std::vector<double> VALUES = {
-      0,     1,     -1,     1.05,  1.5,      -0.0,      1e-9,         std::nextafter(1e-9, 1),
-      -2e-9, 1e-12, 5e-324, 1e300, INFINITE, -INFINITE, NOT_A_NUMBER, -NOT_A_NUMBER};
-  return VALUES;
-}
-template <>
-const std::vector<std::string>& palette() {
-  static const std::vector<std::string> VALUES = {
-      "", "a", "b", "ab", std::string("a\0b", 3), std::string(40, 'x')};
-  return VALUES;
-}
 
 template <class T>
 T anyValue() {
@@ -209,15 +173,12 @@ Twins<memory::Dictionary> dictionaryTwins(const std::string& name, int depth) {
 }
 
 ComparisonType anyMode() {
-  constexpr std::array<int, 6> MODES = {0, 1, 2, 3, 7, -1};
   // Mostly one that exists: the others end at the first number.
-  return static_cast<ComparisonType>(MODES[static_cast<std::size_t>(pick(rarely(6) ? 6 : 3))]);
+  return MODES[static_cast<std::size_t>(pick(rarely(6) ? 6 : 3))];
 }
 
 double anyTolerance() {
-  constexpr std::array<double, 9> TOLERANCES = {0,    0.05, 0.1,      0.5,         1,
-                                                1e-9, -1,   INFINITE, NOT_A_NUMBER};
-  return TOLERANCES[static_cast<std::size_t>(pick(9))];
+  return TOLERANCES[static_cast<std::size_t>(pick(static_cast<int>(TOLERANCES.size())))];
 }
 
 /// Compares as the library and as the plain comparison do and requires that neither a caller nor

@@ -4,11 +4,8 @@
 #include <quillon/memory/TypedArray.h>
 #include <rapidcheck.h>
 
-#include <stdexcept>
-
+#include "ExportOutcome.h"
 #include "PlainExport.h"
-#include "support/RecordingDataFrame.h"
-#include "support/TableText.h"
 
 namespace object_model {
 namespace {
@@ -67,25 +64,6 @@ void addEntries(Entries& entries) {
   }
 }
 
-/// All that a caller can see of one export: the calls on the frame, the table, the error.
-template <class Export>
-std::string outcomeOf(const Export& exportTo) {
-  test::RecordingDataFrame frame;
-  frame.frame().addRows(0, 3);
-  frame.frame().addColumn("old", tabra::DataType(tabra::DataTypeId::Int64));
-  frame.frame().addColumn("older", tabra::DataType(tabra::DataTypeId::Int64));
-  std::string outcome;
-  try {
-    exportTo(frame);
-  } catch (const std::exception& error) {
-    outcome = std::string(error.what()) + "\n";
-  }
-  for (const std::string& call : frame.calls()) {
-    outcome += call + "\n";
-  }
-  return outcome + test::tableText(frame.frame());
-}
-
 TEST(DataFrameExportProperty, AgreesWithThePlainVersionOnEveryCall) {
   EXPECT_TRUE(rc::check("export = plain export", [] {
     Entries entries("e");
@@ -93,8 +71,9 @@ TEST(DataFrameExportProperty, AgreesWithThePlainVersionOnEveryCall) {
     const auto indexNames =
         *rc::gen::resize(4, rc::gen::container<std::vector<std::string>>(
                                 rc::gen::element<std::string>("a", "b", "c", "d")));
-    RC_ASSERT(outcomeOf([&](auto& frame) { exportToDataFrame(entries, &frame, indexNames); }) ==
-              outcomeOf([&](auto& frame) { test::plainExport(entries, frame, indexNames); }));
+    RC_ASSERT(
+        test::exportOutcome([&](auto& frame) { exportToDataFrame(entries, &frame, indexNames); }) ==
+        test::exportOutcome([&](auto& frame) { test::plainExport(entries, frame, indexNames); }));
   }));
 }
 
