@@ -35,7 +35,7 @@ check_threads() {
 # The sources of the product; run-clang-tidy takes regular expressions on absolute paths.
 check_tidy() {
   say "clang-tidy"
-  tracked '*.cpp' ':!tests/'
+  tracked '*.cpp' ':!tests/' ':!fuzz/'
   local list patterns
   list="$(printf '%s\n' "${files[@]/#/$PWD/}" | sed 's/[^a-zA-Z0-9_/-]/\\&/g; s/.*/^&$/')"
   mapfile -t patterns <<<"$list"
