@@ -1,5 +1,7 @@
 #pragma once
 
+#include <netcdf.h>
+
 #include <array>
 #include <fstream>
 #include <stdexcept>
@@ -65,8 +67,13 @@ class Fields {
     return entries;
   }
 
+  /// libnetcdf copies names, however long, into room for its longest.
   std::string name() {
     std::string text(count(1), '\0');
+    if (text.size() > NC_MAX_NAME) {
+      throw Damage("its header has a name of " + std::to_string(text.size()) +
+                   " bytes, and names have at most " + std::to_string(NC_MAX_NAME));
+    }
     const unsigned long bytes = padded(text.size());
     take(bytes);
     m_in.read(text.data(), static_cast<std::streamsize>(text.size()));

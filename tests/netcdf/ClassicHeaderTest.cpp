@@ -122,6 +122,33 @@ TEST_P(ClassicHeaderTest, AbsurdNumberOfDimensionsIsRefused) {
               HasSubstr("claims more entries than the file has room for"));
 }
 
+TEST_P(ClassicHeaderTest, LongestNameIsRead) {
+  const std::string name(NC_MAX_NAME, 'n');
+  {
+    const Writer writer(path(), GetParam().mode);
+    writer.put<short>(writer.variable(name, NC_SHORT, {writer.dimension(name, 1)}), {1}, {7});
+  }
+  const File file(path());
+  EXPECT_THAT(valuesOf(arrayAt(file, name)), testing::ElementsAre("7"));
+  EXPECT_EQ(arrayAt(file, name).getInformation()->getAxisInfo(0)->getAxisName(), name);
+}
+
+TEST_P(ClassicHeaderTest, NameThatIsLongerIsRefused) {
+  for (const std::string name : {"time", "units", "text"}) {  // a dimension's and others'
+    writeFixedAndRecords();
+    std::string bytes = readBytes(path());
+    const std::size_t position = bytes.find(name);
+    const std::size_t padded = (name.size() + 3) / 4 * 4;
+    bytes.replace(position, padded, std::string(257, 'n') + std::string(3, '\0'));
+    bytes.replace(position - 2, 2, "\1\1");  // 257
+    writeBytes(path(), bytes);
+    EXPECT_EQ(errorOf([this] { const File file(path()); }),
+              "Cannot read '" + path() +
+                  "': its header has a name of 257 bytes, and names have at most 256")
+        << name;
+  }
+}
+
 TEST_P(ClassicHeaderTest, AbsurdDimensionIsRefused) {
   writeFixedAndRecords();
   const unsigned long name = readBytes(path()).find(std::string("x\0\0\0", 4));
