@@ -29,23 +29,23 @@ class OBJECT_MODEL_EXPORT Array : public Data {
  public:
   ~Array() override;
 
-  /// @return false: an array is never a dictionary.
+  /// Returns false: an array is never a dictionary.
   bool isDictionary() const override;
-  /// @return false: an array is never a dictionary.
+  /// Returns false: an array is never a dictionary.
   bool isDynamicDictionary() const override;
-  /// @return true.
+  /// Returns true.
   bool isArray() const override;
-  /// @return null: an array is never a dictionary.
+  /// Returns null: an array is never a dictionary.
   const Dictionary* asDictionary() const override;
-  /// @return the array itself.
+  /// Returns the array itself.
   const Array* asArray() const override;
-  /// @return null: an array is never a dictionary.
+  /// Returns null: an array is never a dictionary.
   Dictionary* asDictionary() override;
-  /// @return null: an array is never a dictionary.
+  /// Returns null: an array is never a dictionary.
   DynamicDictionary* asDynamicDictionary() override;
-  /// @return null: an array is never a dictionary.
+  /// Returns null: an array is never a dictionary.
   const DynamicDictionary* asDynamicDictionary() const override;
-  /// @return the array itself.
+  /// Returns the array itself.
   Array* asArray() override;
 
   /// The `Double` element at `index`. @throws InvalidCall unless overridden.

@@ -16,13 +16,13 @@ class AxisInfo;
 /// `DataInfo`.
 class OBJECT_MODEL_EXPORT ArrayInfo : public DataInfo {
  public:
-  /// @return true.
+  /// Returns true.
   bool isArrayInfo() const override;
-  /// @return false.
+  /// Returns false.
   bool isDictionaryInfo() const override;
-  /// @return the descriptor itself.
+  /// Returns the descriptor itself.
   const ArrayInfo* asArrayInfo() const override;
-  /// @throws InvalidCall always: an array's descriptor describes no dictionary.
+  /// Fails: an array's descriptor describes no dictionary. @throws InvalidCall always.
   const DictionaryInfo* asDictionaryInfo() const override;
 
   ~ArrayInfo() override;

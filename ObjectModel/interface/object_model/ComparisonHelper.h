@@ -82,8 +82,11 @@ enum class ComparisonType : int {
 /// elsewhere are never read, and the element at index 0 is read even where such an extent is 0.
 /// Compare such arrays in slices of four dimensions or fewer.
 ///
-/// @param tolerance unused under `ComparisonType::Exact`.
+/// @param first, second the arrays, borrowed for the call; they may be the same one.
+/// @param type the rule for numbers.
+/// @param tolerance of that rule; unused under `ComparisonType::Exact`.
 /// @param message where the sentence goes; may be null.
+/// @return true when they are the same.
 /// @throws InvalidCall "Invalid call at ObjectModel/src/ComparisonHelper.cpp (LINE)" at the first
 ///   position, after both of its elements were read: LINE is 372, 382, 392 or 402 for a `type`
 ///   outside the enumeration and elements that are `UInt`, `Int`, `Double` or `Complex`. LINE is
@@ -112,8 +115,10 @@ OBJECT_MODEL_EXPORT bool areSameArrays(const Array& first, const Array& second, 
 ///
 /// Counts are read as signed 32-bit numbers: one that is not positive as such compares no entries.
 ///
+/// @param first, second the dictionaries, borrowed for the call; they may be the same one.
 /// @param type, tolerance as for areSameArrays(), for every array inside.
 /// @param message where the sentence goes; may be null.
+/// @return true when they are the same.
 /// @throws std::bad_cast for an entry that is neither an array nor a dictionary.
 ///   Whatever areSameArrays() or the dictionaries' own operations throw passes through; `*message`
 ///   is then untouched.
@@ -143,7 +148,9 @@ OBJECT_MODEL_EXPORT bool areSameDictionaries(const Dictionary& first, const Dict
 /// absent; so does one that yields null. Counts are read as for areSameDictionaries(). A `first`
 /// that holds one name twice can hide an entry that only `second` has; no check is made for that.
 ///
+/// @param first, second the dictionaries, borrowed for the call; they may be the same one.
 /// @param message where the sentence goes; may be null.
+/// @return true when their outlines agree.
 /// @throws std::bad_cast for an entry of `first` that is null.
 ///   Whatever the dictionaries' other operations throw passes through; `*message` is then
 ///   untouched.

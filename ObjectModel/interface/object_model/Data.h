@@ -60,10 +60,10 @@ class OBJECT_MODEL_EXPORT Data {
   /// The version number of the object's content: 0 unless a concrete class counts versions.
   virtual int version() const;  // slot 15
 
-  /// The descriptor's name.
+  /// The descriptor's name. What getInformation() throws passes through.
   std::string getName() const;
 
-  /// The descriptor's description.
+  /// The descriptor's description. What getInformation() throws passes through.
   std::string getDescription() const;
 };
 

@@ -20,17 +20,17 @@ class OBJECT_MODEL_EXPORT Dictionary : public Data {
  public:
   ~Dictionary() override;
 
-  /// @return true.
+  /// Returns true.
   bool isDictionary() const override;
-  /// @return false: a dictionary is never an array.
+  /// Returns false: a dictionary is never an array.
   bool isArray() const override;
-  /// @return the dictionary itself.
+  /// Returns the dictionary itself.
   const Dictionary* asDictionary() const override;
-  /// @return null: a dictionary is never an array.
+  /// Returns null: a dictionary is never an array.
   const Array* asArray() const override;
-  /// @return the dictionary itself.
+  /// Returns the dictionary itself.
   Dictionary* asDictionary() override;
-  /// @return null: a dictionary is never an array.
+  /// Returns null: a dictionary is never an array.
   Array* asArray() override;
 
   /// The number of entries.

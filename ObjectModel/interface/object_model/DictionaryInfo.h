@@ -13,13 +13,13 @@ namespace object_model {
 /// `DataInfo`.
 class OBJECT_MODEL_EXPORT DictionaryInfo : public DataInfo {
  public:
-  /// @return false.
+  /// Returns false.
   bool isArrayInfo() const override;
-  /// @return true.
+  /// Returns true.
   bool isDictionaryInfo() const override;
-  /// @throws InvalidCall always: a dictionary's descriptor describes no array.
+  /// Fails: a dictionary's descriptor describes no array. @throws InvalidCall always.
   const ArrayInfo* asArrayInfo() const override;
-  /// @return the descriptor itself.
+  /// Returns the descriptor itself.
   const DictionaryInfo* asDictionaryInfo() const override;
 
   ~DictionaryInfo() override;

@@ -35,11 +35,11 @@ class Dictionary;
 /// @param dictionary borrowed for the call.
 /// @param frame borrowed for the call; must not be null.
 /// @param indexNames the index axes, in the order of the index columns.
-/// @throws std::runtime_error "Unconvertible Dictionary. Same axes must have the same size" when
-/// two
-///   arrays (or two axes of one) carry an index axis in different lengths, and "Non convertible
-///   type" when an array holds anything but `UInt`, `Int` or `Double`. In both cases the frame is
+/// @throws std::runtime_error "Unconvertible Dictionary. Same axes must have the same size": an
+///   index axis has different lengths in two arrays, or along two axes of one. The frame is
 ///   untouched.
+/// @throws std::runtime_error "Non convertible type": an array holds anything but `UInt`, `Int` or
+///   `Double`. The frame is untouched.
 /// @throws std::length_error when there would be more rows than 64 bits can count, or more columns
 ///   than any vector can have. The frame is untouched.
 /// @throws InvalidCall "Unsuported export" when an array changes its element type during the call.
@@ -63,6 +63,7 @@ OBJECT_MODEL_EXPORT void exportToDataFrame(Dictionary& dictionary, tabra::DataFr
 /// Only the rows shown are read, in one `read` a column.
 ///
 /// @param frame read during the call; must not be null.
+/// @param maxRows how many rows to show at most; 0 for all.
 /// @throws std::length_error when the rows to show need more memory than any vector or string can
 ///   have, or a column name has more characters than a width can count (2^31 - 3).
 /// Exceptions of the frame pass through.
@@ -82,6 +83,7 @@ OBJECT_MODEL_EXPORT std::string exportDataFrameToString(std::shared_ptr<tabra::D
 /// the page runs what they hold. Values need no escaping.
 ///
 /// @param frame read during the call; must not be null.
+/// @param maxRows how many rows to show at most; 0 for all.
 /// Errors and threads: as exportDataFrameToString().
 OBJECT_MODEL_EXPORT std::string exportDataFrameToHtml(std::shared_ptr<tabra::DataFrameView> frame,
                                                       unsigned long maxRows);

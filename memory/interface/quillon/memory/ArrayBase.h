@@ -30,8 +30,8 @@ class ArrayBase : public object_model::Array {
   object_model::Data* parent() override;
   void setParent(object_model::Data* parent) override;
 
-  /// The accessors that do not suit the element type fail with a sentence that names the array,
-  /// what it holds and what was asked for.
+  /// Fails unless overridden, with a sentence that names the array, what it holds and what was
+  /// asked for.
   /// @throws object_model::InvalidCall
   double getValueAsDouble(const object_model::Tuple& index) const override;
   /// @copydoc getValueAsDouble
@@ -51,19 +51,18 @@ class ArrayBase : public object_model::Array {
   std::string getPhysicalUnit() const override;
   std::string getUnit() const override;
 
-  /// @return null: arrays in memory are written through their own class.
+  /// Returns null: arrays in memory are written through their own class.
   object_model::WritingInterface* getWritingInterface() override;
-  /// @return null: arrays in memory are written through their own class.
+  /// Returns null: arrays in memory are written through their own class.
   const object_model::WritingInterface* getWritingInterface() const override;
 
   /// The number of elements: the product of the extents, 1 for an array without dimensions.
   unsigned long numberOfElements() const;
 
   /// Where the element at `index` stands when dimension 0 varies fastest.
-  /// @throws std::out_of_range with a sentence that names the array, the position and the shape
-  /// when
-  ///   the position has another number of indices than the array has dimensions, or one of them is
-  ///   not below its extent.
+  /// @throws std::out_of_range when the position has another number of indices than the array has
+  ///   dimensions, or one of them is not below its extent. The sentence names the array, the
+  ///   position and the shape.
   unsigned long offsetOf(const object_model::Tuple& index) const;
 
   /// Replaces the description.

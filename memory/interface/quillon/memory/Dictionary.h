@@ -76,11 +76,11 @@ class Dictionary final : public object_model::Dictionary {
   object_model::Data* parent() override;
   void setParent(object_model::Data* parent) override;
 
-  /// @return false.
+  /// Returns false.
   bool isDynamicDictionary() const override;
-  /// @return null.
+  /// Returns null.
   object_model::DynamicDictionary* asDynamicDictionary() override;
-  /// @return null.
+  /// Returns null.
   const object_model::DynamicDictionary* asDynamicDictionary() const override;
 
   unsigned long getNumOfData() const override;

@@ -40,11 +40,13 @@ class TypedArray final : public ArrayBase {
   TypedArray(TypedArray&& other) noexcept;
   ~TypedArray() override;
 
-  /// The element at `index`.
+  /// The element at `index`. Borrowed; stays valid as long as the array, or the viewed buffer.
+  /// @throws std::out_of_range for a position outside the shape.
   const T& value(const object_model::Tuple& index) const;
 
   /// Replaces the element at `index`.
   /// @throws object_model::InvalidCall when the array views its values.
+  /// @throws std::out_of_range for a position outside the shape.
   void setValue(const object_model::Tuple& index, T value);
 
   double getValueAsDouble(const object_model::Tuple& index) const override;

@@ -94,8 +94,10 @@ class File {
 
   File(const File&) = delete;
   File& operator=(const File&) = delete;
-  /// References to the root dictionary (not to what is in it) turn to the new object's.
+  /// Takes the file over. References to what is in the root dictionary stay valid; those to the
+  /// root itself do not follow: ask root() of the new object.
   File(File&&) noexcept = default;
+  /// As the constructor that moves; what this object read before is closed.
   File& operator=(File&&) noexcept = default;
   ~File() = default;
 
