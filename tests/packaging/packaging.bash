@@ -77,13 +77,13 @@ expect_consumers_build_with_cmake() {
   expect_consumers_run "$build" "${names[@]}"
 }
 
-# run_test TEST: calls the function TEST from the project's root, with an empty directory of its own
-# as SCRATCH.
+# run_test TEST [ARGUMENT]: calls the function TEST from the project's root, with an empty directory of
+# its own as SCRATCH.
 run_test() {
   declare -F "$1" >/dev/null || fail "no test $1"
-  SCRATCH="${QUILLON_SCRATCH:?}/$1"
+  SCRATCH="${QUILLON_SCRATCH:?}/$1${2:+/$2}"
   rm -rf "$SCRATCH"
   mkdir -p "$SCRATCH"
   cd "$QUILLON_SOURCE"
-  "$1"
+  "$@"
 }
