@@ -44,11 +44,13 @@ check_tidy() {
     sed -u '/^[0-9]* warnings\? generated\.$/d'
 }
 
-## check: formatting, scripts, interface, clang++, headers alone, clang-tidy, tests under sanitizers
+## check: formatting, scripts, documentation, interface, clang++, clang-tidy, tests under sanitizers
 verb_check() {
-  need "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${CHECK_PACKAGES[@]}" "${INTERFACE_PACKAGES[@]}"
+  need "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${CHECK_PACKAGES[@]}" "${DOCS_PACKAGES[@]}" \
+    "${INTERFACE_PACKAGES[@]}"
   check_format
   check_scripts
+  check_docs
   check_interface
   prove_interface
   # One build is both clang++'s opinion and the sanitizers' subject.
