@@ -1,0 +1,20 @@
+#include "Case.h"
+
+#include <stdexcept>
+
+namespace benchmarks {
+
+Cases allCases() {
+  Cases cases;
+  addExportCases(cases);
+  addProxyCases(cases);
+  return cases;
+}
+
+void require(bool right, const std::string& what) {
+  if (!right) {
+    throw std::runtime_error("Wrong result, not timed: " + what);
+  }
+}
+
+}  // namespace benchmarks
