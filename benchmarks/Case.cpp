@@ -6,7 +6,10 @@ namespace benchmarks {
 
 Cases allCases() {
   Cases cases;
+  addComparisonCases(cases);
+  addDictionaryComparisonCases(cases);
   addExportCases(cases);
+  addRenderingCases(cases);
   addProxyCases(cases);
   return cases;
 }

@@ -37,37 +37,6 @@ std::vector<T> fewValues() {
   return values;
 }
 
-/// An index axis as the floor sees it.
-struct IndexAxis {
-  std::string name;
-  unsigned long extent;
-  std::size_t dimension;  // of the array
-};
-
-/// Calls `visit` for every row of the table. Three loops, those that are not needed run once.
-template <class Visit>
-void forEachRow(const std::vector<IndexAxis>& axes, Position& position, Visit visit) {
-  const auto extent = [&](std::size_t k) { return k < axes.size() ? axes[k].extent : 1; };
-  const auto step = [&](std::size_t k, unsigned long coordinate) {
-    if (k < axes.size()) {
-      position.set(axes[k].dimension, coordinate);
-    }
-  };
-  const unsigned long width = extent(0);
-  const std::size_t fastest = axes[0].dimension;
-  unsigned long row = 0;
-  for (unsigned long k2 = 0; k2 < extent(2); ++k2) {
-    step(2, k2);
-    for (unsigned long k1 = 0; k1 < extent(1); ++k1) {
-      step(1, k1);
-      for (unsigned long k0 = 0; k0 < width; ++k0) {
-        position.set(fastest, k0);
-        visit(row++);
-      }
-    }
-  }
-}
-
 /// The export of one array, all axes but at most one of which are index axes.
 template <class T>
 class Export final : public Operation {
@@ -80,12 +49,13 @@ class Export final : public Operation {
     for (const std::string& name : m_indexNames) {
       const auto isNamed = [&](const Axis& axis) { return axis.getAxisName() == name; };
       const auto found = std::find_if(axes.begin(), axes.end(), isNamed);
-      m_index.push_back({name, found->size(), static_cast<std::size_t>(found - axes.begin())});
+      m_index.push_back({static_cast<std::size_t>(found - axes.begin()), found->size()});
       m_rows *= found->size();
     }
     for (std::size_t k = 0; k < axes.size(); ++k) {
       if (std::count(m_indexNames.begin(), m_indexNames.end(), axes[k].getAxisName()) == 0) {
-        m_spread = {axes[k].getAxisName(), axes[k].size(), k};
+        m_spread = {k, axes[k].size()};
+        m_spreadName = axes[k].getAxisName();
       }
     }
   }
@@ -103,12 +73,13 @@ class Export final : public Operation {
     for (unsigned long k = 0; k < m_spread.extent; ++k) {
       const unsigned long column = m_index.size() + k;
       frame.setUnit(column, array.getPhysicalUnit());
-      if (!m_spread.name.empty()) {
+      if (!m_spreadName.empty()) {
         position.set(m_spread.dimension, k);
       }
-      forEachRow(m_index, position, [&](unsigned long row) {
+      unsigned long row = 0;
+      walk(m_index, position, [&] {
         const T value = read<T>(array, position);
-        frame.write(column, row, 1, &value);
+        frame.write(column, row++, 1, &value);
       });
     }
   }
@@ -130,15 +101,15 @@ class Export final : public Operation {
     }
     frame.removeRows(0, before[1]);
     frame.addRows(0, m_rows);
-    for (const IndexAxis& axis : m_index) {
-      frame.addColumn("Index [" + axis.name + "]", tabra::DataType(tabra::DataTypeId::UInt64));
+    for (const std::string& name : m_indexNames) {
+      frame.addColumn("Index [" + name + "]", tabra::DataType(tabra::DataTypeId::UInt64));
     }
     const tabra::DataType type(COLUMN_TYPE<T>);
-    if (m_spread.name.empty()) {
+    if (m_spreadName.empty()) {
       frame.addColumn(ENTRY, type);
       return;
     }
-    std::string name = ENTRY + "[" + m_spread.name + "=";
+    std::string name = ENTRY + "[" + m_spreadName + "=";
     const std::size_t common = name.size();
     for (unsigned long k = 0; k < m_spread.extent; ++k) {
       name.resize(common);
@@ -152,16 +123,17 @@ class Export final : public Operation {
     Position position(m_dimensions);
     for (std::size_t k = 0; k < m_index.size(); ++k) {
       const unsigned long& coordinate = std::as_const(position)[m_index[k].dimension];
-      forEachRow(m_index, position,
-                 [&](unsigned long row) { frame.write(k, row, 1, &coordinate); });
+      unsigned long row = 0;
+      walk(m_index, position, [&] { frame.write(k, row++, 1, &coordinate); });
     }
   }
 
   Names m_indexNames;
   unsigned long m_dimensions;
   Dictionary m_dictionary{"measurements"};
-  std::vector<IndexAxis> m_index;
-  IndexAxis m_spread = {"", 1, 0};  // no name: there is none, and one column
+  std::vector<Walked> m_index;
+  Walked m_spread = {0, 1};
+  std::string m_spreadName;  // empty: there is no spread axis, and one column
   unsigned long m_rows = 1;
   UncheckedFrame m_byLibrary;
   UncheckedFrame m_byHand;
