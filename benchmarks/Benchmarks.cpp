@@ -2,7 +2,6 @@
 /// Google Benchmark.
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
 #include <exception>
 #include <iostream>
 
@@ -59,20 +58,24 @@ void addPair(Current& current, const Case& some, unsigned long size) {
   }
 }
 
-void addPairs(Current& current, const Case& some) {
+void addSmallerSizes(Current& current, const Case& some) {
   constexpr unsigned long SMALLEST = 100;
-  if (some.growth) {
-    for (unsigned long size = SMALLEST; size < some.size; size *= 10) {
-      addPair(current, some, size);
-    }
+  for (unsigned long size = SMALLEST; size < some.size; size *= 10) {
+    addPair(current, some, size);
   }
-  addPair(current, some, some.size);
 }
 
 int runAll() {
   Current current;
   const Cases cases = allCases();
-  std::for_each(cases.begin(), cases.end(), [&](const Case& some) { addPairs(current, some); });
+  for (const Case& some : cases) {
+    addPair(current, some, some.size);
+  }
+  for (const Case& some : cases) {
+    if (some.growth) {
+      addSmallerSizes(current, some);
+    }
+  }
   RatioReporter reporter;
   return benchmark::RunSpecifiedBenchmarks(&reporter) > 0 ? 0 : 1;
 }

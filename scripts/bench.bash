@@ -1,11 +1,89 @@
 # shellcheck shell=bash
-# What the library's operations cost beside the least work that their interfaces allow: ./dev bench.
+# What the library's operations cost, beside the least work that their interfaces allow (./dev bench)
+# and in instructions (./dev counts).
 
-BENCH_PACKAGES=(libbenchmark-dev)
+BENCH_PACKAGES=(libbenchmark-dev valgrind gnuplot-nox jq)
+
+# The instructions of each operation; a line '# ...' says what they depend on.
+INSTRUCTION_COUNTS=benchmarks/instruction_counts.txt
+
+# plot_growth RESULTS: draws how the cost of one element grows with their number.
+plot_growth() {
+  local growth=build/bench/growth.dat picture=docs/pictures/growth.svg
+  say "drawing $picture"
+  jq --raw-output --from-file benchmarks/growth.jq "$1" >"$growth"
+  mkdir -p "$(dirname "$picture")"
+  gnuplot -c benchmarks/growth.gnuplot "$growth" "$picture"
+}
 
 ## bench: time the library's operations beside their floors (options go to Google Benchmark)
 verb_bench() {
   need "${BUILD_PACKAGES[@]}" "${BENCH_PACKAGES[@]}"
   build bench --target quillon_benchmarks
-  build/bench/benchmarks/quillon_benchmarks --benchmark_min_time=0.05 "$@"
+  local results=build/bench/results.json
+  build/bench/benchmarks/quillon_benchmarks --benchmark_min_time=0.05 --benchmark_out="$results" "$@"
+  # A selection has not all that the picture shows.
+  if (($# == 0)); then plot_growth "$results"; fi
+}
+
+# count_instructions PROGRAM OPERATION: prints the operation and how many instructions it takes.
+count_instructions() {
+  local log count
+  log="$(valgrind --tool=callgrind --instr-atstart=no --callgrind-out-file=/dev/null "$@" 2>&1)" ||
+    fail "$log"
+  count="$(sed -n 's/.* Collected : //p' <<<"$log")"
+  printf '%s %s\n' "$2" "$count"
+}
+
+# count_all_instructions: prints what $INSTRUCTION_COUNTS is to hold.
+count_all_instructions() {
+  local program=build/bench/benchmarks/quillon_count_instructions
+  build bench --target quillon_count_instructions
+  say "counting instructions"
+  export -f count_instructions fail
+  # The processor decides on how memory is copied and so on the counts; without these of its
+  # features all processors are alike.
+  local features=-AVX,-AVX2,-AVX512F,-AVX512VL,-AVX_Fast_Unaligned_Load,-SSSE3,-SSE4_1,-SSE4_2
+  features+=,-BMI2,-FMA,-FMA4,-ERMS,-FSRM,-Fast_Unaligned_Copy
+  export GLIBC_TUNABLES="glibc.cpu.hwcaps=$features"
+  printf '# %s\n' "$("$program" --built-by)"
+  # shellcheck disable=SC2016  # the inner shell expands it
+  "$program" | xargs -P "$(nproc)" -I{} bash -c 'count_instructions "$@"' - "$program" {} |
+    LC_ALL=C sort
+}
+
+## counts: count the instructions of the library's operations anew, into benchmarks/
+verb_counts() {
+  need "${BUILD_PACKAGES[@]}" "${BENCH_PACKAGES[@]}"
+  local counts
+  counts="$(count_all_instructions)"
+  printf '%s\n' "$counts" >"$INSTRUCTION_COUNTS"
+}
+
+# check_instructions: fails when an operation takes over 2 % more instructions than recorded.
+check_instructions() {
+  local counts recorded built
+  counts="$(count_all_instructions)"
+  recorded="$(head -1 "$INSTRUCTION_COUNTS")"
+  built="$(head -1 <<<"$counts")"
+  if [[ "$built" != "$recorded" ]]; then
+    say "instruction counts not compared: made with '${built#\# }', recorded with '${recorded#\# }'"
+    return
+  fi
+  # The two lists, joined by the operation's name; 0 stands for a missing count.
+  LC_ALL=C join -a1 -a2 -e0 -o0,1.2,2.2 <(tail -n +2 "$INSTRUCTION_COUNTS") <(tail -n +2 <<<"$counts") |
+    awk '
+      $2 == 0 { print $1 " is not recorded"; failed = 1 }
+      $3 == 0 { print $1 " is recorded and no longer measured"; failed = 1 }
+      $2 > 0 && $3 > 1.02 * $2 {
+        printf "%s takes %d instructions, %.1f %% more than the %d recorded\n", $1, $3,
+          100 * ($3 / $2 - 1), $2
+        failed = 1
+      }
+      $3 > 0 && $3 < 0.98 * $2 {
+        printf "%s takes %d instructions, %.1f %% fewer than the %d recorded: record them\n", $1, $3,
+          100 * (1 - $3 / $2), $2
+      }
+      END { exit failed }' >&2 ||
+    fail "instruction counts differ from $INSTRUCTION_COUNTS; if this is meant, run ./dev counts"
 }
