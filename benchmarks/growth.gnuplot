@@ -4,9 +4,10 @@ data = ARG1
 set terminal svg size 900,600 font "sans-serif,13" background "white"
 set output ARG2
 
+set colorsequence podo
 set logscale xy
 set format x "10^{%T}"
-set xlabel "elements, entries, cells or rows"
+set xlabel "elements, entries, cells or rows" offset 0,0.5
 set ylabel "nanoseconds for each"
 set grid
 set key outside below maxcols 2

@@ -7,8 +7,9 @@ def timeBy(way): map(select(.way == way) | .time) | median;
 [.benchmarks[]
   | (.name | capture("^(?<operation>.*)/[0-9]+/(?<way>library|floor)$"))
     + {size, time: (.cpu_time / .size)}]
-| group_by(.operation)[]
-| select(map(.size) | unique | length > 1)
-| "\"\(.[0].operation)\"",
-  (group_by(.size)[] | [.[0].size, timeBy("library"), timeBy("floor")] | @tsv),
-  "", ""
+| group_by(.operation)
+| map(select(map(.size) | unique | length > 1)
+  | ["\"\(.[0].operation)\"",
+     (group_by(.size)[] | [.[0].size, timeBy("library"), timeBy("floor")] | @tsv)]
+  | join("\n"))
+| join("\n\n\n")

@@ -2,7 +2,8 @@
 # What the library's operations cost, beside the least work that their interfaces allow (./dev bench)
 # and in instructions (./dev counts).
 
-BENCH_PACKAGES=(libbenchmark-dev valgrind gnuplot-nox jq)
+BENCH_PACKAGES=(libbenchmark-dev valgrind)
+PLOT_PACKAGES=(gnuplot-nox jq)
 
 # The instructions of each operation; a line '# ...' says what they depend on.
 INSTRUCTION_COUNTS=benchmarks/instruction_counts.txt
@@ -18,10 +19,10 @@ plot_growth() {
 
 ## bench: time the library's operations beside their floors (options go to Google Benchmark)
 verb_bench() {
-  need "${BUILD_PACKAGES[@]}" "${BENCH_PACKAGES[@]}"
+  need "${BUILD_PACKAGES[@]}" "${BENCH_PACKAGES[@]}" "${PLOT_PACKAGES[@]}"
   build bench --target quillon_benchmarks
   local results=build/bench/results.json
-  build/bench/benchmarks/quillon_benchmarks --benchmark_min_time=0.05 --benchmark_out="$results" "$@"
+  build/bench/benchmarks/quillon_benchmarks --benchmark_min_time=0.02 --benchmark_out="$results" "$@"
   # A selection has not all that the picture shows.
   if (($# == 0)); then plot_growth "$results"; fi
 }

@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 # What every change must pass besides its tests: ./dev check.
-# shellcheck disable=SC2154  # tracked, in dev, sets `files`
+# shellcheck disable=SC2154  # tracked, in dev, sets `files`; bench.bash sets BENCH_PACKAGES
 
 CHECK_PACKAGES=(clang libclang-rt-dev clang-tidy clang-format shellcheck git)
 
@@ -44,10 +44,10 @@ check_tidy() {
     sed -u '/^[0-9]* warnings\? generated\.$/d'
 }
 
-## check: formatting, scripts, documentation, interface, clang++, clang-tidy, tests under sanitizers
+## check: formatting, scripts, documentation, interface, clang-tidy, sanitizers, instruction counts
 verb_check() {
   need "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${CHECK_PACKAGES[@]}" "${DOCS_PACKAGES[@]}" \
-    "${INTERFACE_PACKAGES[@]}"
+    "${INTERFACE_PACKAGES[@]}" "${BENCH_PACKAGES[@]}"
   check_format
   check_scripts
   check_docs
@@ -59,4 +59,5 @@ verb_check() {
   check_tidy sanitize
   run_tests sanitize "$@"
   check_threads
+  check_instructions
 }
