@@ -36,10 +36,14 @@ count_instructions() {
   printf '%s %s\n' "$2" "$count"
 }
 
+# build_counter: builds the program whose instructions are counted, and sets `counter` to its path.
+build_counter() {
+  build bench --target quillon_count_instructions
+  counter=build/bench/benchmarks/quillon_count_instructions
+}
+
 # count_all_instructions: prints what $INSTRUCTION_COUNTS is to hold.
 count_all_instructions() {
-  local program=build/bench/benchmarks/quillon_count_instructions
-  build bench --target quillon_count_instructions
   say "counting instructions"
   export -f count_instructions fail
   # The processor decides on how memory is copied and so on the counts; without these of its
@@ -47,30 +51,32 @@ count_all_instructions() {
   local features=-AVX,-AVX2,-AVX512F,-AVX512VL,-AVX_Fast_Unaligned_Load,-SSSE3,-SSE4_1,-SSE4_2
   features+=,-BMI2,-FMA,-FMA4,-ERMS,-FSRM,-Fast_Unaligned_Copy
   export GLIBC_TUNABLES="glibc.cpu.hwcaps=$features"
-  printf '# %s\n' "$("$program" --built-by)"
+  printf '# %s\n' "$("$counter" --built-by)"
   # shellcheck disable=SC2016  # the inner shell expands it
-  "$program" | xargs -P "$(nproc)" -I{} bash -c 'count_instructions "$@"' - "$program" {} |
+  "$counter" | xargs -P "$(nproc)" -I{} bash -c 'count_instructions "$@"' - "$counter" {} |
     LC_ALL=C sort
 }
 
 ## counts: count the instructions of the library's operations anew, into benchmarks/
 verb_counts() {
   need "${BUILD_PACKAGES[@]}" "${BENCH_PACKAGES[@]}"
-  local counts
+  local counter counts
+  build_counter
   counts="$(count_all_instructions)"
   printf '%s\n' "$counts" >"$INSTRUCTION_COUNTS"
 }
 
 # check_instructions: fails when an operation takes over 2 % more instructions than recorded.
 check_instructions() {
-  local counts recorded built
-  counts="$(count_all_instructions)"
-  recorded="$(head -1 "$INSTRUCTION_COUNTS")"
-  built="$(head -1 <<<"$counts")"
-  if [[ "$built" != "$recorded" ]]; then
-    say "instruction counts not compared: made with '${built#\# }', recorded with '${recorded#\# }'"
+  local counter recorded_by built_by counts
+  build_counter
+  recorded_by="$(sed -n '1s/^# //p' "$INSTRUCTION_COUNTS")"
+  built_by="$("$counter" --built-by)"
+  if [[ "$built_by" != "$recorded_by" ]]; then
+    say "instruction counts not compared: this is $built_by; they were recorded with $recorded_by"
     return
   fi
+  counts="$(count_all_instructions)"
   # The two lists, joined by the operation's name; 0 stands for a missing count.
   LC_ALL=C join -a1 -a2 -e0 -o0,1.2,2.2 <(tail -n +2 "$INSTRUCTION_COUNTS") <(tail -n +2 <<<"$counts") |
     awk '
