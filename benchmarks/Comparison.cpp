@@ -103,6 +103,7 @@ std::vector<T> fewValues(Content content) {
 
 std::vector<Axis> axesOf(const std::vector<unsigned long>& shape) {
   std::vector<Axis> axes;
+  axes.reserve(shape.size());
   for (const unsigned long extent : shape) {
     axes.emplace_back("axis" + std::to_string(axes.size()), extent);
   }
