@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Case.h"
+#include "Opaque.h"
 #include "Position.h"
 #include "UncheckedArray.h"
 
@@ -127,7 +128,9 @@ class ArrayComparison final : public Operation {
     m_byLibrary = areSameArrays(m_first, m_second, Rule::TYPE, TOLERANCE, &m_message);
   }
 
-  void runFloor() override { m_byHand = areSameByHand(m_first, m_second); }
+  void runFloor() override {
+    m_byHand = areSameByHand(opaque<const Array>(m_first), opaque<const Array>(m_second));
+  }
 
   void check() override {
     const bool same = m_content == Content::EQUAL;

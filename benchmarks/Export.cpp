@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "Case.h"
+#include "Opaque.h"
 #include "Position.h"
 #include "UncheckedArray.h"
 #include "UncheckedFrame.h"
@@ -66,7 +67,7 @@ class Export final : public Operation {
 
   void runFloor() override {
     const object_model::Array& array = *m_dictionary.data(0)->asArray();
-    tabra::DataFrameView& frame = m_byHand;
+    auto& frame = opaque<tabra::DataFrameView>(m_byHand);
     makeColumns(frame);
     writeIndexColumns(frame);
     Position position(m_dimensions);

@@ -29,14 +29,17 @@ bool areSameUnder(const Rule& rule, const ArrayPair& pair, std::string* message)
   }
   using Value = typename Element::Value;
   Difference<Value> last;
-  const auto walk = [&] {
-    do {
-      Value a = (pair.first.*Element::READ)(positions.current());
-      Value b = (pair.second.*Element::READ)(positions.current());
+  const Array& first = pair.first;
+  const Array& second = pair.second;
+  const Tuple& position = positions.current();
+  const auto walk = [&, &first = first, &second = second, &position = position] {
+    positions.walk([&] {
+      Value a = (first.*Element::READ)(position);
+      Value b = (second.*Element::READ)(position);
       if (!rule.template same<Element>(a, b)) {
         last = {true, positions.indices(), std::move(a), std::move(b)};
       }
-    } while (positions.next());
+    });
   };
   runThenReport(walk, [&] {
     if (last.found && message != nullptr) {

@@ -5,6 +5,8 @@
 #include <array>
 #include <cstddef>
 
+#include "LocalPosition.h"
+
 namespace object_model::helper {
 
 /// Steps through the positions at which two arrays of one shape are compared, the first index
@@ -41,10 +43,26 @@ class Positions {
   /// Steps to the next position; false, and back at the first, after the last.
   bool next() { return ++*m_index[0] < m_bound[0] || nextRow(); }
 
+  /// Calls `visit` at each position, from the first, where it must stand, to the last. Does what
+  /// next() does in a loop, but counts apart from the position, which other code could change for
+  /// all that the compiler knows. Not to be used when none().
+  template <class Visit>
+  void walk(Visit&& visit) {
+    unsigned long& index = *m_index[0];
+    const unsigned long bound = m_bound[0];
+    do {
+      for (unsigned long k = 0; k < bound; ++k) {
+        index = k;
+        visit();
+      }
+    } while (nextRow());
+  }
+
  private:
+  /// Sets the first loop back and steps the others; false after the last position.
   bool nextRow();
 
-  TupleX m_position;
+  LocalPosition m_position;
   Indices m_bound = {1, 1, 1, 1};
   Indices m_unseen = {};  // indices of the loops that the position does not show
   std::array<unsigned long*, LOOPS> m_index = {};  // each into m_position or m_unseen

@@ -27,7 +27,16 @@ void ArrayProxy::setParent(Data* /*parent*/) { rejectCall(); }
 
 template <class T>
 T ArrayProxy::readOnce(T (Array::*accessor)(const Tuple&) const, const Tuple& index) const {
-  return Reader(*this).read(accessor, index, m_axisMap.size());
+  const Array& wrapped = *m_wrapped;
+  LocalPosition position(wrapped.size().size());
+  for (std::size_t m = 0; m < m_axisMap.size(); ++m) {
+    // NO_AXIS is beyond every dimension, and so is an axis that the array has lost since the map
+    // was made.
+    if (m_axisMap[m] < position.size()) {
+      position[m_axisMap[m]] = index[m];
+    }
+  }
+  return (wrapped.*accessor)(position);
 }
 
 double ArrayProxy::getValueAsDouble(const Tuple& index) const {

@@ -4,9 +4,11 @@
 #include <object_model/TupleX.h>
 
 #include <array>
+#include <cstddef>
 #include <limits>
-#include <memory>
 #include <vector>
+
+#include "LocalPosition.h"
 
 namespace object_model {
 
@@ -20,6 +22,7 @@ class ArrayProxy final : public Array {
   /// In the axis map: the dimension stands for no axis of the wrapped array.
   static constexpr unsigned long NO_AXIS = std::numeric_limits<unsigned long>::max();
 
+  template <std::size_t N>
   class Reader;
 
   /// `axisMap` has, for each of the proxy's dimensions, the axis of `wrapped` that it stands for,
@@ -62,60 +65,47 @@ class ArrayProxy final : public Array {
   Array* m_wrapped;
 };
 
-/// Reads elements of a proxy, which it borrows, one after another. It keeps the position in the
-/// wrapped array from one to the next, so that an access costs little more than the wrapped
-/// array's own calls.
+/// Reads elements of a proxy of `N` dimensions, which it borrows, one after another. It keeps the
+/// position in the wrapped array from one to the next, so that an access costs little more than the
+/// wrapped array's own calls.
+template <std::size_t N>
 class ArrayProxy::Reader {
  public:
   explicit Reader(const ArrayProxy& proxy)
-      : m_wrapped(*proxy.m_wrapped), m_axisMap(proxy.m_axisMap.data()) {}
+      : m_wrapped(*proxy.m_wrapped), m_axisMap(proxy.m_axisMap.data()) {
+    m_coordinates.fill(&m_unseen);
+  }
+  Reader(const Reader&) = delete;
+  Reader& operator=(const Reader&) = delete;
+  ~Reader() = default;
 
-  /// What `accessor` of the wrapped array returns for the proxy's position `index`, of which the
-  /// first `dimensions` coordinates, one for each of the proxy's dimensions, are read.
-  template <class T, class Index>
-  T read(T (Array::*accessor)(const Tuple&) const, const Index& index, std::size_t dimensions) {
+  /// What `accessor` of the wrapped array returns for the proxy's position `index`.
+  template <class T>
+  T read(T (Array::*accessor)(const Tuple&) const, const std::array<unsigned long, N>& index) {
     // Asked at each access, as an array may have changed its shape meanwhile.
-    const unsigned long wrappedDimensions = m_wrapped.size().size();
-    if (wrappedDimensions != m_position.size()) {
-      m_position.reset(wrappedDimensions);
+    const unsigned long dimensions = m_wrapped.size().size();
+    if (dimensions != m_position.size()) {
+      take(dimensions);
     }
-    for (std::size_t m = 0; m < dimensions; ++m) {
-      // NO_AXIS is beyond every dimension, and so is an axis that the array has lost since the
-      // map was made.
-      if (m_axisMap[m] < wrappedDimensions) {
-        m_position.set(m_axisMap[m], index[m]);
-      }
+    for (std::size_t m = 0; m < N; ++m) {
+      *m_coordinates[m] = index[m];
     }
     return (m_wrapped.*accessor)(m_position);
   }
 
  private:
-  /// A position that stands on the stack unless it has very many dimensions.
-  class Position final : public Tuple {
-   public:
-    Position() { m_data = m_onStack.data(); }
-
-    /// Takes `dimensions` coordinates, all 0.
-    void reset(unsigned long dimensions) {
-      m_onHeap.reset();
-      m_onStack.fill(0);
-      if (dimensions > m_onStack.size()) {
-        m_onHeap = std::make_unique<unsigned long[]>(dimensions);
-      }
-      m_data = m_onHeap == nullptr ? m_onStack.data() : m_onHeap.get();
-      m_size = dimensions;
+  void take(unsigned long dimensions) {
+    m_position.reset(dimensions);
+    for (std::size_t m = 0; m < N; ++m) {
+      m_coordinates[m] = m_axisMap[m] < dimensions ? &m_position[m_axisMap[m]] : &m_unseen;
     }
-
-    void set(unsigned long dimension, unsigned long coordinate) { m_data[dimension] = coordinate; }
-
-   private:
-    std::array<unsigned long, 4> m_onStack;
-    std::unique_ptr<unsigned long[]> m_onHeap;
-  };
+  }
 
   const Array& m_wrapped;
   const unsigned long* m_axisMap;
-  Position m_position;
+  LocalPosition m_position{0};
+  std::array<unsigned long*, N> m_coordinates;  // each into m_position or m_unseen
+  unsigned long m_unseen = 0;  // of dimensions that stand for no axis of the wrapped array
 };
 
 }  // namespace object_model

@@ -58,10 +58,10 @@ void fillDataFrame(tabra::DataFrameView* frame, const ArrayProxy& array,
     gridStart[k] = start[k];
     mask[k] = indexAxes[k] != 0 ? 0 : 1;
   }
-  ArrayProxy::Reader reader(array);
+  ArrayProxy::Reader<M> reader(array);
   unsigned long row = 0;
   const auto copyValue = [&](const std::array<unsigned long, M>& position) {
-    const T value = reader.read(accessorFor<T>(), position, M);
+    const T value = reader.read(accessorFor<T>(), position);
     frame->write(column, row, 1, &value);
     ++row;
   };
