@@ -1,0 +1,12 @@
+# shellcheck shell=bash
+# Whether the tests notice when the sources are changed: ./dev mutate.
+
+MUTATE_PACKAGES=(clang llvm libclang-rt-dev python3-clang)
+
+## mutate: change the sources one place at a time and list what no test notices ([--again] [PATH...])
+verb_mutate() {
+  need "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${MUTATE_PACKAGES[@]}"
+  build coverage
+  # Debian's python3, which its python3-clang is for.
+  /usr/bin/python3 scripts/mutation build/coverage "$@"
+}

@@ -1,0 +1,196 @@
+"""Changes the sources a little, one place at a time, and tells which changes no test notices.
+
+See `./dev mutate`, which prepares the build that this needs.
+"""
+
+import argparse
+import hashlib
+import json
+import os
+import queue
+import sys
+import time
+from collections import Counter
+from concurrent.futures import ThreadPoolExecutor
+from pathlib import Path
+
+import explained
+from mutants import Mutant, make_mutants
+from programs import Build, Coverage
+from trial import SURVIVED, Trial
+
+ROOT = Path(__file__).resolve().parents[2]
+EXPLAINED = ROOT / "tests/mutation/explained.txt"
+
+# The folders of sources, the library that they are built into, the folders of tests.
+LIBRARIES = {
+    "ObjectModel": ("ObjectModel/libquillon_object_model.so", ["ObjectModel", "abi"]),
+    "tabra": ("tabra/libtabra.so", ["tabra"]),
+}
+
+
+class Verdicts:
+    """What came of each mutant, kept so that an interrupted run can be taken up again."""
+
+    def __init__(self, path: Path, state: str):
+        self.path = path
+        self.state = state
+        self.known: dict[str, str] = {}
+        self.last: dict[str, str] = {}
+        if path.exists():
+            for line in path.read_text().splitlines():
+                entry = json.loads(line)
+                self.last[entry["mutant"]] = entry["verdict"]
+                if entry["state"] == state:
+                    self.known[entry["mutant"]] = entry["verdict"]
+        self.file = path.open("a")
+
+    def note(self, mutant: str, verdict: str) -> None:
+        self.known[mutant] = verdict
+        entry = {"mutant": mutant, "verdict": verdict, "state": self.state}
+        print(json.dumps(entry), file=self.file, flush=True)
+
+
+def state_of(folders: list[str]) -> str:
+    """Stands for everything that verdicts depend on."""
+    digest = hashlib.sha256()
+    for folder in [*folders, "memory", "tests", "scripts/mutation"]:
+        for path in sorted((ROOT / folder).rglob("*")):
+            if path.suffix in (".h", ".cpp", ".py") and path.is_file():
+                digest.update(str(path.relative_to(ROOT)).encode())
+                digest.update(path.read_bytes())
+    return digest.hexdigest()
+
+
+def sources(library: str, wanted: list[str]) -> list[str]:
+    found = []
+    for path in sorted((ROOT / library).rglob("*")):
+        name = str(path.relative_to(ROOT))
+        if path.suffix in (".h", ".cpp") and any(
+            name == each or name.startswith(each.rstrip("/") + "/") for each in wanted
+        ):
+            found.append(name)
+    return found
+
+
+def identity(mutant: Mutant, source: bytes) -> str:
+    text = hashlib.sha256(source).hexdigest()[:16]
+    return f"{mutant.file} {text} {mutant.begin}-{mutant.end} {mutant.text}"
+
+
+class Session:
+    def __init__(self, build: Build, coverage: Coverage, verdicts: Verdicts, folder: Path):
+        self.verdicts = verdicts
+        self.trials: queue.Queue[Trial] = queue.Queue()
+        self.build = build
+        self.coverage = coverage
+        self.folder = folder
+
+    def add_trials(self, jobs: int) -> None:
+        for number in range(jobs):
+            self.trials.put(Trial(self.build, self.coverage, self.folder / f"trial-{number}"))
+
+    def verdict(self, mutant: Mutant, name: str, library: str) -> str:
+        if name in self.verdicts.known:
+            return self.verdicts.known[name]
+        trial = self.trials.get()
+        try:
+            verdict = trial.verdict(mutant, library)
+        finally:
+            self.trials.put(trial)
+        self.verdicts.note(name, verdict)
+        return verdict
+
+
+def try_file(session: Session, executor, file: str, library: str, again: bool):
+    """The mutants of one file with their verdicts."""
+    source = (ROOT / file).read_bytes()
+    mutants = make_mutants(ROOT, file, session.build.options(library))
+    named = [(mutant, identity(mutant, source)) for mutant in mutants]
+    if again:
+        named = [each for each in named if session.verdicts.last.get(each[1]) == SURVIVED]
+    start = time.monotonic()
+    verdicts = list(
+        executor.map(lambda each: session.verdict(each[0], each[1], library), named)
+    )
+    counts = Counter(verdicts)
+    print(
+        f"{file}: {len(named)} mutants, {counts[SURVIVED]} survived,"
+        f" {time.monotonic() - start:.0f} s",
+        flush=True,
+    )
+    return source, list(zip((mutant for mutant, _ in named), verdicts))
+
+
+def main() -> int:
+    parser = argparse.ArgumentParser(prog="./dev mutate", description=__doc__)
+    parser.add_argument("build", type=Path, help=argparse.SUPPRESS)
+    parser.add_argument("--again", action="store_true", help="only what survived the last time")
+    parser.add_argument("--jobs", type=int, default=os.cpu_count(), metavar="N")
+    parser.add_argument("files", nargs="*", metavar="PATH", help="files or folders")
+    options = parser.parse_args()
+    wanted = [
+        os.path.relpath(each, ROOT)
+        for each in options.files or ["ObjectModel/src", "ObjectModel/interface"]
+    ]
+
+    build = Build(ROOT, options.build.resolve())
+    folder = options.build.resolve().parent / "mutation"
+    folder.mkdir(exist_ok=True)
+    verdicts = Verdicts(folder / "verdicts.jsonl", state_of(list(LIBRARIES)))
+    libraries = [library for library, _ in LIBRARIES.values()]
+    totals: Counter[str] = Counter()
+    survivors: dict[explained.Key, list[str]] = {}
+    tried: list[str] = []
+    with ThreadPoolExecutor(options.jobs) as executor:
+        for name, (library, tests) in LIBRARIES.items():
+            files = sources(name, wanted)
+            if not files:
+                continue
+            coverage = Coverage(build, build.test_programs(tests), libraries, folder)
+            coverage.collect(executor)
+            session = Session(build, coverage, verdicts, folder)
+            session.add_trials(options.jobs)
+            for file in files:
+                tried.append(file)
+                source, results = try_file(session, executor, file, library, options.again)
+                for mutant, verdict in results:
+                    totals[verdict] += 1
+                    if verdict == SURVIVED:
+                        before, after = mutant.before(source), mutant.after(source)
+                        key = explained.key_of(file, before, after)
+                        where = f"{file}:{mutant.lines(source)[0]}"
+                        survivors.setdefault(key, []).append(
+                            f"{where}\n{explained.difference(before, after)}"
+                        )
+    if not tried:
+        parser.error(f"no sources in {' '.join(wanted)}")
+    return report(totals, survivors, tried, options.again or bool(options.files))
+
+
+def report(
+    totals: Counter[str], survivors: dict[explained.Key, list[str]], tried: list[str], partly: bool
+) -> int:
+    explanations = explained.read(EXPLAINED)
+    known = {each.key for each in explanations}
+    open_ones = [text for key, texts in survivors.items() if key not in known for text in texts]
+    stale = [
+        each
+        for each in explanations
+        if each.key not in survivors and (each.key[0] in tried or not partly)
+    ]
+    for text in open_ones:
+        print(f"\n{text}")
+    for each in stale:
+        print(f"\n{EXPLAINED.relative_to(ROOT)}:{each.line}: explains no survivor")
+    explained_ones = totals[SURVIVED] - len(open_ones)
+    figures = [f"{count} {verdict}" for verdict, count in sorted(totals.items())]
+    print(
+        f"\n{sum(totals.values())} mutants: {', '.join(figures)};"
+        f" of the survivors {explained_ones} explained, {len(open_ones)} not"
+    )
+    return 1 if open_ones or stale else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,167 @@
+"""The build, and what its test programs cover: what mutants are tried with."""
+
+import json
+import os
+import re
+import shlex
+import subprocess
+from concurrent.futures import Executor
+from dataclasses import dataclass, field
+from pathlib import Path
+
+INSTRUMENTATION = {"-fprofile-instr-generate", "-fcoverage-mapping"}
+SLOW_SECONDS = 0.05
+# Every run tries the same random values, so that a verdict can be repeated.
+ENVIRONMENT = {**os.environ, "RC_PARAMS": "seed=1", "LLVM_PROFILE_FILE": "/dev/null"}
+
+
+@dataclass
+class Suite:
+    """The tests of one program that bear one name."""
+
+    program: str
+    name: str
+    slow_tests: list[str] = field(default_factory=list)
+
+
+class Build:
+    """A Ninja build directory that was built with clang's coverage."""
+
+    def __init__(self, root: Path, directory: Path):
+        self.root = root
+        self.directory = directory
+        self.compile_commands = {}
+        for entry in json.loads((directory / "compile_commands.json").read_text()):
+            command = shlex.split(entry["command"])
+            self.compile_commands[command[command.index("-o") + 1]] = command
+        self.users = self._users()
+
+    def _run(self, *command: str) -> str:
+        return subprocess.run(
+            command, cwd=self.directory, check=True, capture_output=True, text=True
+        ).stdout
+
+    def _users(self) -> dict[str, list[str]]:
+        """For each file of the project, the objects that it is compiled into."""
+        users: dict[str, list[str]] = {}
+        target = ""
+        for line in self._run("ninja", "-t", "deps").splitlines():
+            if line and not line.startswith(" "):
+                target = line.split(":")[0]
+            elif target in self.compile_commands:
+                path = (self.directory / line.strip()).resolve()
+                if path.is_relative_to(self.root):
+                    users.setdefault(str(path.relative_to(self.root)), []).append(target)
+        return users
+
+    def options(self, target: str) -> list[str]:
+        """The options that the sources of the library `target` are parsed with."""
+        object_ = next(each for each in self.compile_commands if is_part(each, target))
+        command = self.compile_commands[object_]
+        return [each for each in command[1:] if each.startswith(("-I", "-D", "-std"))]
+
+    def compile_command(self, object_: str, output: Path, overlay: Path) -> list[str]:
+        command = [each for each in self.compile_commands[object_] if each not in INSTRUMENTATION]
+        command[command.index("-o") + 1] = str(output)
+        # What is not initialised must not happen to be right.
+        return [*command, "-w", "-ftrivial-auto-var-init=pattern", "-ivfsoverlay", str(overlay)]
+
+    def link_command(self, target: str, output: Path, objects: dict[str, Path]) -> list[str]:
+        command = self._run("ninja", "-t", "commands", target).splitlines()[-1]
+        words = shlex.split(command.removeprefix(": && ").removesuffix(" && :"))
+        words[words.index("-o") + 1] = str(output)
+        return [str(objects.get(each, each)) for each in words]
+
+    def test_programs(self, folders: list[str]) -> list[str]:
+        found = []
+        for folder in folders:
+            for path in sorted((self.directory / "tests" / folder).rglob("*_tests")):
+                if path.is_file():
+                    found.append(str(path.relative_to(self.directory)))
+        return found
+
+
+def is_part(object_: str, target: str) -> bool:
+    """Whether an object belongs to the target at this path in the build directory."""
+    path = Path(target)
+    name = re.sub(r"^lib(.*)\.so$", r"\1", path.name)
+    return object_.startswith(f"{path.parent}/CMakeFiles/{name}.dir/")
+
+
+class Coverage:
+    """Which test suites run which lines."""
+
+    def __init__(self, build: Build, programs: list[str], libraries: list[str], folder: Path):
+        self.build = build
+        self.libraries = libraries
+        self.folder = folder
+        self.suites: list[Suite] = []
+        self.seconds: dict[str, float] = {}
+        for program in programs:
+            self._time(program)
+        self.by_line: dict[str, dict[int, set[int]]] = {}
+
+    def _time(self, program: str) -> None:
+        report = self.folder / "tests.json"
+        command = [str(self.build.directory / program), f"--gtest_output=json:{report}"]
+        run = subprocess.run(command, capture_output=True, text=True, env=ENVIRONMENT)
+        if run.returncode != 0:
+            raise RuntimeError(f"{program} fails without any change:\n{run.stdout}{run.stderr}")
+        result = json.loads(report.read_text())
+        self.seconds[program] = float(result["time"].removesuffix("s"))
+        for suite in result["testsuites"]:
+            slow = [
+                each["name"]
+                for each in suite["testsuite"]
+                if float(each["time"].removesuffix("s")) > SLOW_SECONDS
+            ]
+            self.suites.append(Suite(program, suite["name"], slow))
+
+    def collect(self, executor: Executor) -> None:
+        for number, lines in enumerate(executor.map(self._lines, range(len(self.suites)))):
+            for file, line in lines:
+                self.by_line.setdefault(file, {}).setdefault(line, set()).add(number)
+
+    def _lines(self, number: int) -> list[tuple[str, int]]:
+        suite = self.suites[number]
+        raw = self.folder / f"{number}.profraw"
+        merged = self.folder / f"{number}.profdata"
+        program = str(self.build.directory / suite.program)
+        subprocess.run(
+            [program, f"--gtest_filter={suite.name}.*"],
+            check=True,
+            capture_output=True,
+            env={**ENVIRONMENT, "LLVM_PROFILE_FILE": str(raw)},
+        )
+        subprocess.run(["llvm-profdata", "merge", "-sparse", raw, "-o", merged], check=True)
+        objects = [f"-object={self.build.directory / each}" for each in self.libraries]
+        report = subprocess.run(
+            ["llvm-cov", "export", "-format=lcov", f"-instr-profile={merged}", program, *objects],
+            check=True,
+            capture_output=True,
+            text=True,
+        ).stdout
+        raw.unlink()
+        merged.unlink()
+        return list(self._covered(report))
+
+    def _covered(self, report: str):
+        file = None
+        for line in report.splitlines():
+            if line.startswith("SF:"):
+                path = (self.build.directory / line[3:]).resolve()
+                inside = path.is_relative_to(self.build.root)
+                file = str(path.relative_to(self.build.root)) if inside else None
+            elif file and line.startswith("DA:"):
+                number, count = line[3:].split(",")[:2]
+                yield file, (int(number) if int(count) > 0 else -int(number))
+
+    def covering(self, file: str, lines: range) -> list[Suite]:
+        """The suites that run one of the lines; where none of these is code, all of the file's."""
+        by_line = self.by_line.get(file, {})
+        if any(line in by_line or -line in by_line for line in lines):
+            numbers = set().union(*(by_line.get(line, set()) for line in lines))
+        else:
+            numbers = set().union(*(found for line, found in by_line.items() if line > 0), set())
+            numbers = numbers or set(range(len(self.suites)))
+        return [self.suites[number] for number in sorted(numbers)]

@@ -1,0 +1,118 @@
+"""Tries one mutant: builds what it changes and runs the tests that cover it."""
+
+import json
+import resource
+import subprocess
+from pathlib import Path
+
+from mutants import Mutant
+from programs import ENVIRONMENT, Build, Coverage, Suite, is_part
+
+INVALID, KILLED, TIMED_OUT, SURVIVED = "did not compile", "killed", "timed out", "survived"
+
+MEMORY_LIMIT = 4 << 30
+
+
+class Trial:
+    """`folder` is this trial's own; one can be used for many mutants, one after the other."""
+
+    def __init__(self, build: Build, coverage: Coverage, folder: Path):
+        self.build = build
+        self.coverage = coverage
+        self.folder = folder
+        folder.mkdir(parents=True, exist_ok=True)
+
+    def verdict(self, mutant: Mutant, library: str) -> str:
+        for left_over in self.folder.iterdir():
+            left_over.unlink()
+        source = (self.build.root / mutant.file).read_bytes()
+        self._write_overlay(mutant, source)
+        suites = self.coverage.covering(mutant.file, mutant.lines(source))
+        users = self.build.users.get(mutant.file, [])
+        in_library = [each for each in users if is_part(each, library)]
+        if in_library:
+            if not self._build(library, in_library):
+                return INVALID
+            verdict = self._run(suites)
+            if verdict != SURVIVED:
+                return verdict
+        # Tests of what the library does not export have it compiled into themselves.
+        changed = []
+        for program in sorted({each.program for each in suites}):
+            in_program = [each for each in users if is_part(each, program)]
+            if in_program:
+                if not self._build(program, in_program):
+                    return INVALID
+                changed.append(program)
+        return self._run([each for each in suites if each.program in changed])
+
+    def _write_overlay(self, mutant: Mutant, source: bytes) -> None:
+        # The compiler sees the change at the file's own path; no source is touched.
+        changed = self.folder / "changed"
+        changed.write_bytes(mutant.applied_to(source))
+        path = str(self.build.root / mutant.file)
+        overlay = {
+            "version": 0,
+            "use-external-names": False,
+            "roots": [{"name": path, "type": "file", "external-contents": str(changed)}],
+        }
+        (self.folder / "overlay.yaml").write_text(json.dumps(overlay))
+
+    def _build(self, target: str, objects: list[str]) -> bool:
+        built = {}
+        for number, object_ in enumerate(objects):
+            built[object_] = self.folder / f"{Path(target).name}.{number}.o"
+            command = self.build.compile_command(
+                object_, built[object_], self.folder / "overlay.yaml"
+            )
+            if not self._succeeds(command):
+                return False
+        return self._succeeds(
+            self.build.link_command(target, self.folder / Path(target).name, built)
+        )
+
+    def _succeeds(self, command: list[str]) -> bool:
+        run = subprocess.run(command, cwd=self.build.directory, capture_output=True)
+        return run.returncode == 0
+
+    def _run(self, suites: list[Suite]) -> str:
+        """The quick tests of all programs first; most mutants end there."""
+        quick: dict[str, list[str]] = {}
+        skipped: dict[str, list[str]] = {}
+        for suite in suites:
+            quick.setdefault(suite.program, []).append(f"{suite.name}.*")
+            slow = [f"{suite.name}.{test}" for test in suite.slow_tests]
+            if slow:
+                skipped.setdefault(suite.program, []).extend(slow)
+        runs = []
+        for program, names in quick.items():
+            negative = "-" + ":".join(skipped[program]) if program in skipped else ""
+            runs.append((program, ":".join(names) + negative))
+        runs.extend((program, ":".join(names)) for program, names in skipped.items())
+        for program, tests in runs:
+            verdict = self._run_program(program, tests)
+            if verdict != SURVIVED:
+                return verdict
+        return SURVIVED
+
+    def _run_program(self, program: str, tests: str) -> str:
+        changed = self.folder / Path(program).name
+        path = changed if changed.exists() else self.build.directory / program
+        try:
+            run = subprocess.run(
+                [str(path), "--gtest_fail_fast", "--gtest_brief=1", f"--gtest_filter={tests}"],
+                cwd=self.folder,
+                env={**ENVIRONMENT, "LD_LIBRARY_PATH": str(self.folder), "MALLOC_PERTURB_": "165"},
+                stdout=subprocess.DEVNULL,
+                stderr=subprocess.DEVNULL,
+                preexec_fn=_limit_resources,
+                timeout=5 + 10 * self.coverage.seconds[program],
+            )
+        except subprocess.TimeoutExpired:
+            return TIMED_OUT
+        return SURVIVED if run.returncode == 0 else KILLED
+
+
+def _limit_resources() -> None:
+    resource.setrlimit(resource.RLIMIT_AS, (MEMORY_LIMIT, MEMORY_LIMIT))
+    resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
