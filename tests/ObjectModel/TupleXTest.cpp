@@ -115,6 +115,17 @@ TEST(TupleXTest, AssignmentToItselfChangesNothing) {
   EXPECT_EQ(Address::of(tuple), address);
 }
 
+// Unlike assignment from another empty tuple, which makes the data null.
+TEST(TupleXTest, AssignmentToItselfWithoutValuesKeepsTheAddress) {
+  TupleX tuple({1, 2});
+  tuple.resize(0);
+  const TupleX& itself = tuple;
+  const unsigned long* address = Address::of(tuple);
+  tuple = itself;
+  EXPECT_NE(address, nullptr);
+  EXPECT_EQ(Address::of(tuple), address);
+}
+
 // The old values come back: a deliberate quirk of assignment from an empty tuple.
 TEST(TupleXTest, AssigningAnEmptyTupleKeepsTheStorage) {
   TupleX tuple({1, 2, 3});
