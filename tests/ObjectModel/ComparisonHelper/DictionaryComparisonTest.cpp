@@ -162,6 +162,23 @@ TEST(AreSameDictionaries, ChecksTheOutlineAtEveryLevelBeforeItsEntries) {
                           "1/x.int(0)", "2/x.int(0)"));
 }
 
+TEST(AreSameDictionaries, AsksForTheContainersNameOnlyToExplain) {
+  CallLog log;
+  const auto a = dictionary("A", dictionary("x", list<long>("y", {1})));
+  const auto b = dictionary("A", dictionary("x"));
+  const auto first = record(a, "1", log);
+  const auto second = record(b, "2", log);
+  std::string message;
+  const auto lastCall = [&](std::string* explanation) {
+    log.reset();
+    EXPECT_FALSE(object_model::helper::areSameDictionaries(
+        *first->asDictionary(), *second->asDictionary(), ComparisonType::Exact, 0, explanation));
+    return log.calls().back();
+  };
+  EXPECT_EQ(lastCall(&message), "1.name");
+  EXPECT_EQ(lastCall(nullptr), "2/x.count");
+}
+
 // Runs `task` in a thread with so little stack that no call of its own fits for every level of the
 // deep dictionaries below.
 void runOnSmallStack(const std::function<void()>& task) {
