@@ -106,6 +106,14 @@ TEST_F(MemoryDataFrameTest, NoRowsAtTheEndAreARun) {
   EXPECT_EQ(tableText(m_frame), TABLE);
 }
 
+TEST_F(MemoryDataFrameTest, ARunOfNoRowsCopiesNothing) {
+  unsigned long cell = 99;
+  m_frame.read(0, 1, 0, &cell);
+  EXPECT_EQ(cell, 99U);
+  m_frame.write(0, 1, 0, &cell);
+  EXPECT_EQ(tableText(m_frame), TABLE);
+}
+
 TEST_F(MemoryDataFrameTest, NothingIsCopiedThroughNullPointers) {
   m_frame.read(0, 0, 3, nullptr);
   m_frame.write(0, 0, 3, nullptr);
