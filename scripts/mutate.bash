@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # Whether the tests notice when the sources are changed: ./dev mutate.
 
-MUTATE_PACKAGES=(clang llvm libclang-rt-dev python3-clang)
+MUTATE_PACKAGES=(clang lld llvm libclang-rt-dev python3-clang)
 
 ## mutate: change the sources one place at a time and list what no test notices ([--again] [PATH...])
 verb_mutate() {

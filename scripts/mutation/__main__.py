@@ -7,7 +7,9 @@ import argparse
 import hashlib
 import json
 import os
+import pickle
 import queue
+import re
 import sys
 import time
 from collections import Counter
@@ -52,11 +54,11 @@ class Verdicts:
 
 
 def state_of(folders: list[str]) -> str:
-    """Stands for everything that verdicts depend on."""
+    """Stands for all the code that verdicts depend on."""
     digest = hashlib.sha256()
-    for folder in [*folders, "memory", "tests", "scripts/mutation"]:
+    for folder in [*folders, "memory", "tests"]:
         for path in sorted((ROOT / folder).rglob("*")):
-            if path.suffix in (".h", ".cpp", ".py") and path.is_file():
+            if path.suffix in (".h", ".cpp") and path.is_file():
                 digest.update(str(path.relative_to(ROOT)).encode())
                 digest.update(path.read_bytes())
     return digest.hexdigest()
@@ -71,6 +73,27 @@ def sources(library: str, wanted: list[str]) -> list[str]:
         ):
             found.append(name)
     return found
+
+
+def system_headers(files: list[str]) -> set[str]:
+    return {
+        header
+        for file in files
+        for header in re.findall(r"^#include (<\w+>)", (ROOT / file).read_text(), re.MULTILINE)
+    }
+
+
+def covered(build, tests, libraries, folder, executor, state) -> Coverage:
+    """The coverage, from an earlier run if nothing has changed since."""
+    kept = folder / f"coverage-{tests[0]}.pickle"
+    if kept.exists():
+        old_state, coverage = pickle.loads(kept.read_bytes())
+        if old_state == state:
+            coverage.build = build
+            return coverage
+    coverage = Coverage(build, build.test_programs(tests), libraries, folder, executor)
+    kept.write_bytes(pickle.dumps((state, coverage)))
+    return coverage
 
 
 def identity(mutant: Mutant, source: bytes) -> str:
@@ -147,8 +170,8 @@ def main() -> int:
             files = sources(name, wanted)
             if not files:
                 continue
-            coverage = Coverage(build, build.test_programs(tests), libraries, folder)
-            coverage.collect(executor)
+            coverage = covered(build, tests, libraries, folder, executor, verdicts.state)
+            build.precompile(library, system_headers(files), folder)
             session = Session(build, coverage, verdicts, folder)
             session.add_trials(options.jobs)
             for file in files:

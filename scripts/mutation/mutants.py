@@ -58,6 +58,8 @@ FUNCTIONS = {
     CursorKind.LAMBDA_EXPR,
 }
 DEPENDENT = {TypeKind.DEPENDENT, TypeKind.UNEXPOSED, TypeKind.INVALID, TypeKind.OVERLOAD}
+# Literals, which are changed anyway, and what an empty value is the same as.
+PLAIN_VALUE = re.compile(r'(\d+|true|false|nullptr|\{\}|std::nullopt|".*"|\*this)$', re.DOTALL)
 
 
 @dataclass(frozen=True)
@@ -128,9 +130,10 @@ class _Maker:
         elif kind == CursorKind.UNARY_OPERATOR:
             self.change_unary(cursor)
         elif kind == CursorKind.CALL_EXPR:
-            if re.match(r"operator\W", cursor.spelling) and len(children) >= 2:
-                self.change_operator(cursor, [children[0], children[-1]])
-            self.change_call(cursor)
+            if re.match(r"operator\W", cursor.spelling):
+                self.change_operator(cursor, children[:1] + children[1:][-1:])
+            else:
+                self.change_call(cursor)
         elif kind == CursorKind.INIT_LIST_EXPR:
             self.swap_neighbours(children)
         elif kind in LITERALS:
@@ -245,7 +248,7 @@ class _Maker:
     def change_result(
         self, cursor: Cursor, children: list[Cursor], function: Cursor | None
     ) -> None:
-        if not children or children[0].kind in LITERALS:
+        if not children or PLAIN_VALUE.match(self.text(children[0])):
             return
         value = children[0]
         expected = value.type
@@ -277,7 +280,7 @@ class _Maker:
 
     def drop_initialisers(self, children: list[Cursor]) -> None:
         for member, value in zip(children, children[1:]):
-            if member.kind == CursorKind.MEMBER_REF and value.kind not in LITERALS:
+            if member.kind == CursorKind.MEMBER_REF and not PLAIN_VALUE.match(self.text(value)):
                 begin = member.extent.end.offset
                 if self.source[begin : begin + 1] == b"(":
                     end = value.extent.end.offset
@@ -294,7 +297,7 @@ class _Maker:
             self.replace(cursor, "")
 
     def fix_condition(self, condition: Cursor, values: list[str]) -> None:
-        if condition.kind.is_expression() and condition.kind not in LITERALS:
+        if condition.kind.is_expression():
             for value in values:
                 self.replace(condition, value)
 

@@ -9,7 +9,6 @@ from concurrent.futures import Executor
 from dataclasses import dataclass, field
 from pathlib import Path
 
-INSTRUMENTATION = {"-fprofile-instr-generate", "-fcoverage-mapping"}
 SLOW_SECONDS = 0.05
 # Every run tries the same random values, so that a verdict can be repeated.
 ENVIRONMENT = {**os.environ, "RC_PARAMS": "seed=1", "LLVM_PROFILE_FILE": "/dev/null"}
@@ -35,6 +34,8 @@ class Build:
             command = shlex.split(entry["command"])
             self.compile_commands[command[command.index("-o") + 1]] = command
         self.users = self._users()
+        self.link_commands: dict[str, list[str]] = {}
+        self.precompiled: dict[str, Path] = {}  # by library
 
     def _run(self, *command: str) -> str:
         return subprocess.run(
@@ -60,15 +61,36 @@ class Build:
         command = self.compile_commands[object_]
         return [each for each in command[1:] if each.startswith(("-I", "-D", "-std"))]
 
-    def compile_command(self, object_: str, output: Path, overlay: Path) -> list[str]:
-        command = [each for each in self.compile_commands[object_] if each not in INSTRUMENTATION]
-        command[command.index("-o") + 1] = str(output)
+    def _options_for_change(self, object_: str) -> list[str]:
+        dropped = {"-fprofile-instr-generate", "-fcoverage-mapping", "-c"}
+        command = [each for each in self.compile_commands[object_] if each not in dropped]
+        output = command.index("-o")
         # What is not initialised must not happen to be right.
-        return [*command, "-w", "-ftrivial-auto-var-init=pattern", "-ivfsoverlay", str(overlay)]
+        return [*command[:output], "-w", "-ftrivial-auto-var-init=pattern"]
+
+    def precompile(self, library: str, headers: set[str], folder: Path) -> None:
+        """Reads the system's headers once for all changes of a library."""
+        prefix = folder / "prefix.h"
+        prefix.write_text("".join(f"#include {each}\n" for each in sorted(headers)))
+        object_ = next(each for each in self.compile_commands if is_part(each, library))
+        self.precompiled[library] = folder / f"{Path(library).name}.pch"
+        command = [*self._options_for_change(object_), "-x", "c++-header", str(prefix)]
+        self._run(*command, "-fpch-instantiate-templates", "-o", str(self.precompiled[library]))
+
+    def compile_command(self, object_: str, output: Path, overlay: Path) -> list[str]:
+        command = self._options_for_change(object_)
+        for library, precompiled in self.precompiled.items():
+            if is_part(object_, library):
+                command += ["-include-pch", str(precompiled)]
+        source = self.compile_commands[object_][-1]
+        return [*command, "-ivfsoverlay", str(overlay), "-c", source, "-o", str(output)]
 
     def link_command(self, target: str, output: Path, objects: dict[str, Path]) -> list[str]:
-        command = self._run("ninja", "-t", "commands", target).splitlines()[-1]
-        words = shlex.split(command.removeprefix(": && ").removesuffix(" && :"))
+        if target not in self.link_commands:
+            command = self._run("ninja", "-t", "commands", target).splitlines()[-1]
+            words = shlex.split(command.removeprefix(": && ").removesuffix(" && :"))
+            self.link_commands[target] = [*words, "-fuse-ld=lld"]
+        words = list(self.link_commands[target])
         words[words.index("-o") + 1] = str(output)
         return [str(objects.get(each, each)) for each in words]
 
@@ -91,15 +113,22 @@ def is_part(object_: str, target: str) -> bool:
 class Coverage:
     """Which test suites run which lines."""
 
-    def __init__(self, build: Build, programs: list[str], libraries: list[str], folder: Path):
+    def __init__(
+        self,
+        build: Build,
+        programs: list[str],
+        libraries: list[str],
+        folder: Path,
+        executor: Executor,
+    ):
         self.build = build
         self.libraries = libraries
         self.folder = folder
         self.suites: list[Suite] = []
-        self.seconds: dict[str, float] = {}
+        self.by_line: dict[str, dict[int, set[int]]] = {}
         for program in programs:
             self._time(program)
-        self.by_line: dict[str, dict[int, set[int]]] = {}
+        self._collect(executor)
 
     def _time(self, program: str) -> None:
         report = self.folder / "tests.json"
@@ -108,7 +137,6 @@ class Coverage:
         if run.returncode != 0:
             raise RuntimeError(f"{program} fails without any change:\n{run.stdout}{run.stderr}")
         result = json.loads(report.read_text())
-        self.seconds[program] = float(result["time"].removesuffix("s"))
         for suite in result["testsuites"]:
             slow = [
                 each["name"]
@@ -117,7 +145,7 @@ class Coverage:
             ]
             self.suites.append(Suite(program, suite["name"], slow))
 
-    def collect(self, executor: Executor) -> None:
+    def _collect(self, executor: Executor) -> None:
         for number, lines in enumerate(executor.map(self._lines, range(len(self.suites)))):
             for file, line in lines:
                 self.by_line.setdefault(file, {}).setdefault(line, set()).add(number)
@@ -136,7 +164,11 @@ class Coverage:
         subprocess.run(["llvm-profdata", "merge", "-sparse", raw, "-o", merged], check=True)
         objects = [f"-object={self.build.directory / each}" for each in self.libraries]
         report = subprocess.run(
-            ["llvm-cov", "export", "-format=lcov", f"-instr-profile={merged}", program, *objects],
+            [
+                *("llvm-cov", "export", "-format=lcov", f"-instr-profile={merged}"),
+                # The paths are noted as seen from the project's root.
+                *(f"-compilation-dir={self.build.root}", program, *objects),
+            ],
             check=True,
             capture_output=True,
             text=True,
@@ -149,7 +181,7 @@ class Coverage:
         file = None
         for line in report.splitlines():
             if line.startswith("SF:"):
-                path = (self.build.directory / line[3:]).resolve()
+                path = Path(line[3:])
                 inside = path.is_relative_to(self.build.root)
                 file = str(path.relative_to(self.build.root)) if inside else None
             elif file and line.startswith("DA:"):

@@ -2,6 +2,7 @@
 
 import json
 import resource
+import signal
 import subprocess
 from pathlib import Path
 
@@ -10,7 +11,12 @@ from programs import ENVIRONMENT, Build, Coverage, Suite, is_part
 
 INVALID, KILLED, TIMED_OUT, SURVIVED = "did not compile", "killed", "timed out", "survived"
 
-MEMORY_LIMIT = 4 << 30
+# Far more than the quick tests of a program take, and all of them. The clock on the wall ends only
+# what waits.
+QUICK_CPU_SECONDS = 3
+CPU_SECONDS = 20
+WALL_SECONDS = 300
+MEMORY_BYTES = 4 << 30
 
 
 class Trial:
@@ -87,15 +93,15 @@ class Trial:
         runs = []
         for program, names in quick.items():
             negative = "-" + ":".join(skipped[program]) if program in skipped else ""
-            runs.append((program, ":".join(names) + negative))
-        runs.extend((program, ":".join(names)) for program, names in skipped.items())
-        for program, tests in runs:
-            verdict = self._run_program(program, tests)
+            runs.append((program, ":".join(names) + negative, QUICK_CPU_SECONDS))
+        runs.extend((program, ":".join(names), CPU_SECONDS) for program, names in skipped.items())
+        for program, tests, seconds in runs:
+            verdict = self._run_program(program, tests, seconds)
             if verdict != SURVIVED:
                 return verdict
         return SURVIVED
 
-    def _run_program(self, program: str, tests: str) -> str:
+    def _run_program(self, program: str, tests: str, seconds: int) -> str:
         changed = self.folder / Path(program).name
         path = changed if changed.exists() else self.build.directory / program
         try:
@@ -105,14 +111,17 @@ class Trial:
                 env={**ENVIRONMENT, "LD_LIBRARY_PATH": str(self.folder), "MALLOC_PERTURB_": "165"},
                 stdout=subprocess.DEVNULL,
                 stderr=subprocess.DEVNULL,
-                preexec_fn=_limit_resources,
-                timeout=5 + 10 * self.coverage.seconds[program],
+                preexec_fn=lambda: _limit_resources(seconds),
+                timeout=WALL_SECONDS,
             )
         except subprocess.TimeoutExpired:
+            return TIMED_OUT
+        if run.returncode == -signal.SIGXCPU:
             return TIMED_OUT
         return SURVIVED if run.returncode == 0 else KILLED
 
 
-def _limit_resources() -> None:
-    resource.setrlimit(resource.RLIMIT_AS, (MEMORY_LIMIT, MEMORY_LIMIT))
+def _limit_resources(seconds: int) -> None:
+    resource.setrlimit(resource.RLIMIT_CPU, (seconds, seconds + 1))
+    resource.setrlimit(resource.RLIMIT_AS, (MEMORY_BYTES, MEMORY_BYTES))
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
