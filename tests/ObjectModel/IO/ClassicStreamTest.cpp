@@ -153,6 +153,12 @@ TEST(ClassicStream, PadsTheNextInsertionAlone) {
   EXPECT_EQ(stream.takeText(), "ab   71.5  |");
 }
 
+TEST(ClassicStream, PadsNothingUnasked) {
+  ClassicStream stream;
+  stream << "";
+  EXPECT_EQ(stream.takeText(), "");
+}
+
 TEST(ClassicStream, NeverCutsWhatIsWiderThanItsPlace) {
   EXPECT_EQ(classic(std::string_view("abc"), 2), "abc");
   EXPECT_EQ(classic(std::string_view("abc"), 3), "abc");
