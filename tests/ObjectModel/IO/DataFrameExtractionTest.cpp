@@ -5,6 +5,7 @@
 
 #include "IO/DataFrameExtraction.h"
 #include "support/RecordingDataFrame.h"
+#include "support/Thrown.h"
 
 namespace object_model {
 namespace {
@@ -26,6 +27,14 @@ TEST(WriteToStream, WritesAsTheStreamDoesAndMovesPastTheValue) {
   EXPECT_EQ(cell(-3L), "-3");
   EXPECT_EQ(cell(1234567.0), "1.23457e+06");
   EXPECT_EQ(cell(0.5, 6), "0.5   ");
+}
+
+TEST(WriteEmptyCell, TakesTheFieldWidthAndLeavesTheCursor) {
+  std::ostringstream stream;
+  stream << std::setw(3);
+  int value = 0;
+  EXPECT_EQ(writeEmptyCell(stream, &value), &value);
+  EXPECT_EQ(stream.str(), "   ");
 }
 
 class Extraction : public ::testing::Test {
@@ -105,10 +114,17 @@ TEST_F(Extraction, GivesAColumnOfAnotherTypeNoBufferAndEmptyCells) {
 
 TEST_F(Extraction, RefusesMoreRowsThanMemoryCanEverHold) {
   m_frame->addColumn("a", DataType(DataTypeId::UInt64));
+  const auto refusal = [&](unsigned long rows) {
+    return test::thrownBy<std::length_error>([&] { extract(rows); });
+  };
   // Times 8 these wrap around to 8 and to 0 bytes.
-  EXPECT_THROW(extract((1UL << 61) + 1), std::length_error);
-  EXPECT_THROW(extract(1UL << 61), std::length_error);
-  EXPECT_THROW(extract(~0UL), std::length_error);
+  EXPECT_EQ(refusal((1UL << 61) + 1), "Cannot hold 2305843009213693953 rows of a column");
+  EXPECT_EQ(refusal(1UL << 61), "Cannot hold 2305843009213693952 rows of a column");
+  EXPECT_EQ(refusal(~0UL), "Cannot hold 18446744073709551615 rows of a column");
+  // This many bytes can be counted, and it is the vector that refuses them.
+  std::vector<unsigned char> vector;
+  EXPECT_EQ(refusal((1UL << 61) - 1),
+            test::thrownBy<std::length_error>([&] { vector.resize(~0UL - 7); }));
 }
 
 class ShownRows : public ::testing::Test {
