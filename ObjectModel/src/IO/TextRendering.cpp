@@ -1,26 +1,13 @@
 #include <object_model/IO.h>
 
-#include <algorithm>
 #include <iomanip>
-#include <limits>
-#include <stdexcept>
 
 #include "ClassicStream.h"
+#include "ColumnWidth.h"
 #include "DataFrameExtraction.h"
 
 namespace object_model {
 namespace {
-
-int widthOf(const std::string& columnName) {
-  constexpr std::size_t LEAST_WIDTH = 15;
-  constexpr std::size_t GAP = 2;
-  const std::size_t width = std::max(columnName.size() + GAP, LEAST_WIDTH);
-  if (width > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
-    throw std::length_error("A column name of " + std::to_string(columnName.size()) +
-                            " characters is too long to be aligned");
-  }
-  return static_cast<int>(width);
-}
 
 void padNext(std::ostringstream& stream, int width) { stream << std::left << std::setw(width); }
 
@@ -40,7 +27,7 @@ void renderText(const tabra::DataFrameView& frame, FrameExtract<Stream>& extract
   };
   for (unsigned long i = 0; i < columns; ++i) {
     const std::string& name = frame.columnName(i);
-    widths.push_back(widthOf(name));
+    widths.push_back(columnWidth(name.size()));
     padUnlessLast(i);
     stream << name << (i + 1 < columns ? "" : "\n");
   }
