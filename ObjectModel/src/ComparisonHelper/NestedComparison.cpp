@@ -182,12 +182,10 @@ void DictionaryElementsLevel::noteDifference(Explanation&& nested) {
 
 Explanation DictionaryElementsLevel::explain() {
   Explanation explanation = Level::explain();
-  if (explains()) {
-    // The unmatched quote and the missing blank behind the position are deliberate.
-    explanation.precede(sentenceOf("The arrays '", m_pair.name,
-                                   "' have different dictionaries at the position ",
-                                   m_positions.at(m_lastDifference), "':"));
-  }
+  // The unmatched quote and the missing blank behind the position are deliberate.
+  explanation.precede(sentenceOf("The arrays '", m_pair.name,
+                                 "' have different dictionaries at the position ",
+                                 m_positions.at(m_lastDifference), "':"));
   return explanation;
 }
 
