@@ -82,7 +82,7 @@ struct UnknownRule {
   bool same(const Value& /*a*/, const Value& /*b*/) const {
     throwInvalidComparison(Element::UNKNOWN_TYPE_LINE);
   }
-  static std::string remark() { return {}; }
+  static std::string remark() { return {}; }  // never run: no difference is found
 };
 
 }  // namespace object_model::helper
