@@ -151,7 +151,7 @@ def main() -> int:
     parser.add_argument("--again", action="store_true", help="only what survived the last time")
     parser.add_argument("--jobs", type=int, default=os.cpu_count(), metavar="N")
     parser.add_argument("files", nargs="*", metavar="PATH", help="files or folders")
-    options = parser.parse_args()
+    options = parser.parse_intermixed_args()
     wanted = [
         os.path.relpath(each, ROOT)
         for each in options.files or ["ObjectModel/src", "ObjectModel/interface"]

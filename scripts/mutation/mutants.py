@@ -98,6 +98,7 @@ class _Maker:
         self.source = source
         self.path = path
         self.found: dict[Mutant, None] = {}  # a set that keeps the order
+        self.last_breaks: set[int] = set()
 
     def add(self, begin: int, end: int, text: str) -> None:
         if self.source[begin:end].decode() != text:
@@ -144,6 +145,8 @@ class _Maker:
             self.change_result(cursor, children, function)
         elif kind == CursorKind.CONSTRUCTOR:
             self.drop_initialisers(children)
+        elif kind == CursorKind.SWITCH_STMT:
+            self.note_last_break(children[-1])
         elif kind == CursorKind.COMPOUND_STMT:
             for child in children:
                 self.delete_statement(child)
@@ -191,6 +194,7 @@ class _Maker:
         if match:
             begin = cursor.extent.start.offset + match.start(1)
             self.add(begin, begin + 3, {"max": "min", "min": "max"}[match[1]])
+            return  # the order of its arguments means nothing
         self.swap_neighbours([each for each in cursor.get_arguments() if each is not None])
 
     def swap_neighbours(self, values: list[Cursor]) -> None:
@@ -287,7 +291,16 @@ class _Maker:
                     if self.source[end : end + 1] == b")" and end > begin:
                         self.add(begin + 1, end, "")
 
+    def note_last_break(self, body: Cursor) -> None:
+        """Without it the switch ends all the same."""
+        last = list(body.get_children())[-1:]
+        while last and last[0].kind in (CursorKind.CASE_STMT, CursorKind.DEFAULT_STMT):
+            last = list(last[0].get_children())[-1:]
+        self.last_breaks.update(each.extent.start.offset for each in last)
+
     def delete_statement(self, cursor: Cursor) -> None:
+        if cursor.kind == CursorKind.BREAK_STMT and cursor.extent.start.offset in self.last_breaks:
+            return
         if cursor.kind.is_expression() or cursor.kind in (
             CursorKind.BREAK_STMT,
             CursorKind.CONTINUE_STMT,
