@@ -1,7 +1,8 @@
 """Tells which lines and branches of the libraries no test reaches, and fails if there are any.
 
 A branch is a condition that was never true or never false. A comment at the line or above it with
-"never run: REASON", "never true: REASON" or "never false: REASON" explains what is not reached. See `./dev coverage`, which runs the tests.
+"never run: REASON", "never true: REASON" or "never false: REASON" explains what is not reached.
+See `./dev coverage`, which runs the tests.
 """
 
 import json

@@ -83,7 +83,14 @@ def system_headers(files: list[str]) -> set[str]:
     }
 
 
-def covered(build, tests, libraries, folder, executor, state) -> Coverage:
+def covered(
+    build: Build,
+    tests: list[str],
+    libraries: list[str],
+    folder: Path,
+    executor: ThreadPoolExecutor,
+    state: str,
+) -> Coverage:
     """The coverage, from an earlier run if nothing has changed since."""
     kept = folder / f"coverage-{tests[0]}.pickle"
     if kept.exists():
@@ -102,46 +109,52 @@ def identity(mutant: Mutant, source: bytes) -> str:
 
 
 class Session:
-    def __init__(self, build: Build, coverage: Coverage, verdicts: Verdicts, folder: Path):
+    """Trials that run at once, and what they find."""
+
+    def __init__(self, trials: list[Trial], verdicts: Verdicts):
         self.verdicts = verdicts
         self.trials: queue.Queue[Trial] = queue.Queue()
-        self.build = build
-        self.coverage = coverage
-        self.folder = folder
-
-    def add_trials(self, jobs: int) -> None:
-        for number in range(jobs):
-            self.trials.put(Trial(self.build, self.coverage, self.folder / f"trial-{number}"))
+        for trial in trials:
+            self.trials.put(trial)
 
     def verdict(self, mutant: Mutant, name: str, library: str) -> str:
-        if name in self.verdicts.known:
-            return self.verdicts.known[name]
+        if name not in self.verdicts.known:
+            self.verdicts.note(name, self._try(mutant, library))
+        return self.verdicts.known[name]
+
+    def require_unchanged_file_to_pass(self, file: str, library: str) -> None:
+        """Else its mutants would fail for a reason that is none of theirs."""
+        verdict = self._try(Mutant(file, 0, 0, ""), library)
+        if verdict != SURVIVED:
+            sys.exit(f"{file} without any change: {verdict}")
+
+    def _try(self, mutant: Mutant, library: str) -> str:
         trial = self.trials.get()
         try:
-            verdict = trial.verdict(mutant, library)
+            return trial.verdict(mutant, library)
         finally:
             self.trials.put(trial)
-        self.verdicts.note(name, verdict)
-        return verdict
 
 
-def try_file(session: Session, executor, file: str, library: str, again: bool):
-    """The mutants of one file with their verdicts."""
+def try_file(
+    session: Session, executor: ThreadPoolExecutor, file: str, library: str, again: bool
+) -> tuple[bytes, list[tuple[Mutant, str]]]:
+    """The text of a file, and its mutants with their verdicts."""
     source = (ROOT / file).read_bytes()
     mutants = make_mutants(ROOT, file, session.build.options(library))
     named = [(mutant, identity(mutant, source)) for mutant in mutants]
     if again:
         named = [each for each in named if session.verdicts.last.get(each[1]) == SURVIVED]
     start = time.monotonic()
-    verdicts = list(
-        executor.map(lambda each: session.verdict(each[0], each[1], library), named)
-    )
-    counts = Counter(verdicts)
-    print(
-        f"{file}: {len(named)} mutants, {counts[SURVIVED]} survived,"
-        f" {time.monotonic() - start:.0f} s",
-        flush=True,
-    )
+    if any(name not in session.verdicts.known for _, name in named):
+        session.require_unchanged_file_to_pass(file, library)
+    verdicts = list(executor.map(lambda each: session.verdict(*each, library), named))
+    if named:
+        print(
+            f"{file}: {len(named)} mutants, {verdicts.count(SURVIVED)} survived,"
+            f" {time.monotonic() - start:.0f} s",
+            flush=True,
+        )
     return source, list(zip((mutant for mutant, _ in named), verdicts))
 
 
@@ -172,8 +185,10 @@ def main() -> int:
                 continue
             coverage = covered(build, tests, libraries, folder, executor, verdicts.state)
             build.precompile(library, system_headers(files), folder)
-            session = Session(build, coverage, verdicts, folder)
-            session.add_trials(options.jobs)
+            trials = [
+                Trial(build, coverage, folder / f"trial-{number}") for number in range(options.jobs)
+            ]
+            session = Session(trials, verdicts)
             for file in files:
                 tried.append(file)
                 source, results = try_file(session, executor, file, library, options.again)

@@ -65,8 +65,9 @@ class Build:
         dropped = {"-fprofile-instr-generate", "-fcoverage-mapping", "-c"}
         command = [each for each in self.compile_commands[object_] if each not in dropped]
         output = command.index("-o")
-        # What is not initialised must not happen to be right.
-        return [*command[:output], "-w", "-ftrivial-auto-var-init=pattern"]
+        # What is not initialised, or stands behind the end, must not happen to be right.
+        hardening = ["-ftrivial-auto-var-init=pattern", "-D_GLIBCXX_ASSERTIONS"]
+        return [*command[:output], "-w", *hardening]
 
     def precompile(self, library: str, headers: set[str], folder: Path) -> None:
         """Reads the system's headers once for all changes of a library."""

@@ -62,6 +62,8 @@ TEST(ArrayProxy, ReachesArraysOfManyDimensions) {
 TEST(ArrayProxy, SurvivesAnAxisMapBeyondTheWrappedArray) {
   IntArray wrapped("a", {{"x", 3}}, {7, 8, 9});
   EXPECT_EQ(proxyOver(wrapped, {0, 5}).getValueAsInt(TupleX({2, 1})), 9);
+  IntArray four("b", {{"x", 2}, {"y", 1}, {"z", 1}, {"t", 1}}, {7, 8});
+  EXPECT_EQ(proxyOver(four, {0, 4}).getValueAsInt(TupleX({1, 1})), 8);
 }
 
 TEST(ArrayProxy, ReportsItsOwnExtents) {

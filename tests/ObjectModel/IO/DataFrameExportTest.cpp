@@ -10,6 +10,7 @@
 #include "support/Liars.h"
 #include "support/RecordingDataFrame.h"
 #include "support/TableText.h"
+#include "support/Thrown.h"
 
 namespace object_model {
 namespace {
@@ -345,7 +346,10 @@ TEST_F(FailingExport, LeavesTheFrameUntouchedWhenThereAreMoreRowsThan64BitsCount
   };
   m_entries.add(line("x"));
   m_entries.add(line("y"));
-  EXPECT_THROW(exportToDataFrame(m_entries, &m_frame, {"x", "y"}), std::length_error);
+  EXPECT_EQ(test::thrownBy<std::length_error>([&] {
+              exportToDataFrame(m_entries, &m_frame, {"x", "y"});
+            }),
+            "The index axes span more rows than 64 bits can count");
   EXPECT_THAT(m_frame.calls(), ::testing::IsEmpty());
 }
 
@@ -395,6 +399,16 @@ TEST_F(FailingExport, TakesTheFirstElementOfALineOfAnyLength) {
   ClaimingDictionary entries({{"x", ~0UL}});
   exportToDataFrame(entries, &m_frame, {});
   EXPECT_EQ(test::tableText(m_frame.frame()), "A () int: 7\n1 rows\n");
+}
+
+TEST_F(FailingExport, LeavesEveryNumberOfRowsThat64BitsCountToTheFrame) {
+  const long neverRead = 0;
+  m_entries.add(IntArray::view("a", {{"x", 4294967295}}, &neverRead, 4294967295));
+  m_entries.add(IntArray::view("b", {{"y", 4294967297}}, &neverRead, 4294967297));
+  EXPECT_EQ(test::thrownBy<std::length_error>([&] {
+              exportToDataFrame(m_entries, &m_frame, {"x", "y"});
+            }),
+            "addRows: a table of 0 rows cannot grow by 18446744073709551615");
 }
 
 TEST_F(FailingExport, FollowsTheStepsForAnIndexNameGivenTwice) {
