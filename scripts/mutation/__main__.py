@@ -137,11 +137,15 @@ class Session:
 
 
 def try_file(
-    session: Session, executor: ThreadPoolExecutor, file: str, library: str, again: bool
+    session: Session,
+    executor: ThreadPoolExecutor,
+    library: str,
+    file: str,
+    mutants: list[Mutant],
+    again: bool,
 ) -> tuple[bytes, list[tuple[Mutant, str]]]:
     """The text of a file, and its mutants with their verdicts."""
     source = (ROOT / file).read_bytes()
-    mutants = make_mutants(ROOT, file, session.build.options(library))
     named = [(mutant, identity(mutant, source)) for mutant in mutants]
     if again:
         named = [each for each in named if session.verdicts.last.get(each[1]) == SURVIVED]
@@ -191,7 +195,10 @@ def main() -> int:
             session = Session(trials, verdicts)
             for file in files:
                 tried.append(file)
-                source, results = try_file(session, executor, file, library, options.again)
+                mutants = make_mutants(ROOT, file, build.options(library))
+                source, results = try_file(
+                    session, executor, library, file, mutants, options.again
+                )
                 for mutant, verdict in results:
                     totals[verdict] += 1
                     if verdict == SURVIVED:
