@@ -11,7 +11,6 @@ constexpr long NONE = -1;
 std::atomic<long> allocatedBlocks{0};
 std::atomic<long> allocationsUntilFailure{NONE};
 std::atomic<bool> allFail{false};
-std::atomic<int> sparings{0};
 
 // No machine has as much. Under the sanitizers the process would end instead of being told so.
 constexpr std::size_t ABSURD_SIZE = std::size_t{1} << 46U;
@@ -20,8 +19,9 @@ bool mustFail(std::size_t size) {
   if (size >= ABSURD_SIZE) {
     return true;
   }
-  return sparings.load() == 0 && (allFail.load() || (allocationsUntilFailure.load() >= 0 &&
-                                                     allocationsUntilFailure.fetch_sub(1) == 0));
+  return test::SparedAllocations::alive.load() == 0 &&
+         (allFail.load() ||
+          (allocationsUntilFailure.load() >= 0 && allocationsUntilFailure.fetch_sub(1) == 0));
 }
 
 }  // namespace
@@ -63,8 +63,5 @@ void failNoAllocation() {
   allocationsUntilFailure = NONE;
   allFail = false;
 }
-
-SparedAllocations::SparedAllocations() { ++sparings; }
-SparedAllocations::~SparedAllocations() { --sparings; }
 
 }  // namespace test

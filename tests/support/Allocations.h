@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <new>
 
 namespace test {
@@ -23,11 +24,14 @@ void failAllAllocations();
 void failNoAllocation();
 
 /// While one lives, allocations succeed and are not counted by failAllocation(): for what a test's
-/// own objects need in the midst of the call that is tested.
+/// own objects need in the midst of the call that is tested. It does nothing in a program that is
+/// not linked with Allocations.cpp.
 class SparedAllocations {
  public:
-  SparedAllocations();
-  ~SparedAllocations();
+  inline static std::atomic<int> alive{0};
+
+  SparedAllocations() { ++alive; }
+  ~SparedAllocations() { --alive; }
   SparedAllocations(const SparedAllocations&) = delete;
   SparedAllocations& operator=(const SparedAllocations&) = delete;
 };
