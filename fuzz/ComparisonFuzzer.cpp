@@ -16,12 +16,14 @@
 #include "Law.h"
 #include "ObjectModel/ComparisonHelper/Palette.h"
 #include "ObjectModel/ComparisonHelper/PlainComparison.h"
-#include "ObjectModel/ComparisonHelper/Recording.h"
 #include "ObjectModel/ComparisonHelper/Samples.h"
+#include "support/Recording.h"
 
 namespace quillon::fuzz {
 namespace {
 
+using ::test::CallLog;
+using ::test::Failure;
 using object_model::Data;
 
 constexpr unsigned long MOST_ELEMENTS = 64;  // of one array
@@ -162,18 +164,18 @@ struct Question {
         explains(!input.oneIn(4)),
         fails(input.oneIn(4)),
         failingCall(fails ? input.byte() : 0),
-        failure(fails ? static_cast<test::Failure>(input.below(3)) : test::Failure::Number) {}
+        failure(fails ? static_cast<Failure>(input.below(3)) : Failure::Number) {}
 
   test::ComparisonType mode;
   double tolerance;
   bool explains;
   bool fails;
   std::size_t failingCall;
-  test::Failure failure;
+  Failure failure;
 };
 
 template <class Compare>
-Trace traceOf(test::CallLog& log, const Question& question, const Compare& compare) {
+Trace traceOf(CallLog& log, const Question& question, const Compare& compare) {
   log.reset();
   if (question.fails) {
     log.failAt(question.failingCall, question.failure);
@@ -185,9 +187,9 @@ Trace traceOf(test::CallLog& log, const Question& question, const Compare& compa
 template <class Object, class Library, class Plain>
 void requireNoneCanTell(const Question& question, const Object& a, const Object& b,
                         const Library& library, const Plain& plain) {
-  test::CallLog log;
-  const auto first = test::record(a, "1", log);
-  const auto second = test::record(b, "2", log);
+  CallLog log;
+  const auto first = ::test::record(a, "1", log);
+  const auto second = ::test::record(b, "2", log);
   const auto run = [&](const auto& compare) {
     return traceOf(log, question, [&](std::string* message) {
       return compare(dynamic_cast<const Object&>(*first), dynamic_cast<const Object&>(*second),

@@ -186,13 +186,12 @@ void addColumn(Input& input, test::RecordingDataFrame& frame) {
   }
 }
 
-/// The text that `render(frame, maxRows)` gives, and the calls on the frame.
+/// The text that `render()` gives, and the calls on the frame, which `log` notes.
 template <class Render>
-std::string outcomeOf(const std::shared_ptr<test::RecordingDataFrame>& frame,
-                      const Render& render) {
-  frame->calls().clear();
+std::string outcomeOf(test::CallLog& log, const Render& render) {
+  log.reset();
   std::string outcome = render();
-  for (const std::string& call : frame->calls()) {
+  for (const std::string& call : log.calls()) {
     outcome += call + "\n";
   }
   return outcome;
@@ -201,18 +200,18 @@ std::string outcomeOf(const std::shared_ptr<test::RecordingDataFrame>& frame,
 void render(Input input) {
   const std::locale locale = readLocale(input);
   const unsigned long maxRows = input.below(8);
-  const auto frame = std::make_shared<test::RecordingDataFrame>();
+  test::CallLog log;
+  const auto frame = std::make_shared<test::RecordingDataFrame>(log);
   frame->frame().addRows(0, input.below(12));
   for (unsigned long columns = input.below(6); columns > 0; --columns) {
     addColumn(input, *frame);
   }
   const GlobalLocale global(locale);
   requireEqual(
-      outcomeOf(frame, [&] { return object_model::exportDataFrameToString(frame, maxRows); }),
-      outcomeOf(frame, [&] { return plainText(*frame, maxRows); }));
-  requireEqual(
-      outcomeOf(frame, [&] { return object_model::exportDataFrameToHtml(frame, maxRows); }),
-      outcomeOf(frame, [&] { return plainHtml(*frame, maxRows); }));
+      outcomeOf(log, [&] { return object_model::exportDataFrameToString(frame, maxRows); }),
+      outcomeOf(log, [&] { return plainText(*frame, maxRows); }));
+  requireEqual(outcomeOf(log, [&] { return object_model::exportDataFrameToHtml(frame, maxRows); }),
+               outcomeOf(log, [&] { return plainHtml(*frame, maxRows); }));
 }
 
 }  // namespace
