@@ -9,7 +9,7 @@ fuzz_target() {
   local new="$PWD/$FUZZ_OUTPUT/$1"
   mkdir -p "$new"
   # A block of memory that no input needs is a finding, as is one that takes a minute.
-  nice "build/fuzz/fuzz/fuzz_$1" -max_total_time="$2" -max_len=8192 -timeout=60 \
+  nice "build/fuzz/fuzz/fuzz_$1" -max_total_time="$2" -max_len=16384 -timeout=60 \
     -rss_limit_mb=2048 -malloc_limit_mb=256 -print_final_stats=1 \
     -artifact_prefix="$PWD/$FUZZ_OUTPUT/$1-" "$new" "fuzz/corpus/$1" >"$new.log" 2>&1
 }
