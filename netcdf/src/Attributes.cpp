@@ -4,6 +4,8 @@
 
 #include <cstddef>
 
+#include "Padding.h"
+
 namespace quillon::netcdf {
 namespace {
 
@@ -37,7 +39,7 @@ std::string characters(const Source& source, int group, int variable, const char
   std::string text(length, '\0');
   source.require(nc_get_att_text(group, variable, name, text.data()),
                  std::string("attribute '") + name + "'");
-  text.erase(text.find_last_not_of('\0') + 1);
+  cutPadding(text);
   return text;
 }
 

@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "Padding.h"
 #include "Trial.h"
 
 namespace quillon::netcdf {
@@ -80,7 +81,7 @@ void TextArray::readCharacters(const Block& block, std::string* texts) const {
   }
   for (unsigned long k = 0; k < block.count; ++k) {
     texts[k].assign(characters.data() + k * m_length, m_length);
-    texts[k].erase(texts[k].find_last_not_of('\0') + 1);
+    cutPadding(texts[k]);
   }
   m_variable.reportRead(characters.size());
 }

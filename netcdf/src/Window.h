@@ -18,11 +18,9 @@ class Window {
   /// values. What it throws passes through and leaves an empty window.
   template <class Read>
   const Value& at(unsigned long offset, const Read& read) {
-    const unsigned long position = offset - m_first;  // wraps for an offset before the window
-    if (position < m_count) {
-      return m_values[position];
+    if (offset < m_first || offset - m_first >= m_count) {
+      moveTo(offset, read);
     }
-    moveTo(offset, read);
     return m_values[offset - m_first];
   }
 

@@ -64,7 +64,9 @@ std::string aligned(const std::vector<Line>& lines) {
         row += "  " + line.at(i) + std::string(widths.at(i) - displayWidth(line.at(i)), ' ');
       }
     }
-    row.erase(row.find_last_not_of(' ') + 1);
+    while (!row.empty() && row.back() == ' ') {
+      row.pop_back();
+    }
     text += row + "\n";
   }
   return text;
