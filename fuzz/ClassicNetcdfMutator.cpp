@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <random>
-#include <vector>
 
 extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* bytes, std::size_t size, std::size_t maxSize);
 
@@ -36,24 +35,29 @@ std::uint32_t fieldAt(const std::uint8_t* bytes) {
 }
 
 void setField(std::uint8_t* bytes, std::uint32_t field) {
-  for (std::size_t k = FIELD_BYTES; k-- > 0; field >>= 8U) {
-    bytes[k] = static_cast<std::uint8_t>(field);
+  for (std::size_t k = 0; k < FIELD_BYTES; ++k) {
+    bytes[k] = static_cast<std::uint8_t>(field >> 8U * (FIELD_BYTES - 1 - k));
   }
+}
+
+/// A sum that starts again at 0 behind the largest field.
+std::uint32_t sum(std::uint32_t field, std::uint64_t more) {
+  return static_cast<std::uint32_t>(field + more);
 }
 
 /// A number that means something at one place or another.
 std::uint32_t anyField(Random& random, std::uint32_t old, std::size_t size) {
   switch (pick(random, 5)) {
     case 0:
-      return old + 1;
+      return sum(old, 1);
     case 1:
-      return old - 1;
+      return sum(old, 0xffffffff);
     case 2:
       return static_cast<std::uint32_t>(pick(random, 13));  // small counts, types and tags
     case 3:
       return static_cast<std::uint32_t>(pick(random, size + 1));  // a place in the file
     default: {
-      static const std::vector<std::uint32_t> LARGE = {
+      static constexpr std::array<std::uint32_t, 11> LARGE = {
           0xff,       0x100,      0x10000,    0x10000000, 0x20000000, 0x40000000,
           0x7fffffff, 0x80000000, 0xfffffffc, 0xfffffffe, 0xffffffff};
       return LARGE[pick(random, LARGE.size())];
@@ -86,7 +90,7 @@ std::size_t growText(Random& random, std::uint8_t* bytes, std::size_t size, std:
   }
   std::copy_backward(bytes + behind, bytes + size, bytes + size + length);
   std::fill_n(bytes + behind, length, std::uint8_t{'x'});
-  setField(bytes + position, fieldAt(bytes + position) + static_cast<std::uint32_t>(length));
+  setField(bytes + position, sum(fieldAt(bytes + position), length));
   return size + length;
 }
 

@@ -22,9 +22,9 @@
 namespace quillon::fuzz {
 namespace {
 
+using object_model::Data;
 using ::test::CallLog;
 using ::test::Failure;
-using object_model::Data;
 
 constexpr unsigned long MOST_ELEMENTS = 64;  // of one array
 

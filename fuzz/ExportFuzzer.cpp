@@ -69,13 +69,13 @@ class Request {
     }
     std::vector<T> values(count);
     if constexpr (std::is_arithmetic_v<T> && !std::is_same_v<T, bool>) {
-      static const std::vector<T> ODD = {T(0),
+      static const std::vector<T> odd = {T(0),
                                          T(1),
                                          T(-1),
                                          std::numeric_limits<T>::max(),
                                          std::numeric_limits<T>::lowest(),
                                          std::numeric_limits<T>::quiet_NaN()};
-      std::generate(values.begin(), values.end(), [this] { return m_input.oneOf(ODD); });
+      std::generate(values.begin(), values.end(), [this] { return m_input.oneOf(odd); });
     }
     auto& array = to.add(memory::TypedArray<T>(name, axes, std::move(values)));
     array.setUnit(m_input.text(3));

@@ -150,7 +150,7 @@ extern "C" const char* __lsan_default_suppressions() { return "leak:libnetcdf.so
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   using namespace quillon::fuzz;
-  [[maybe_unused]] static const bool READS_SOUND_FILES = requireValuesOfSoundFiles();
+  [[maybe_unused]] static const bool readsSoundFiles = requireValuesOfSoundFiles();
   const long before = mostKilobytesSoFar();
   const InputFile file(bytes, size);
   read(file.path());

@@ -32,7 +32,8 @@ check_threads() {
   run_tests thread --label-regex '^threads$'
 }
 
-# The sources of the product; run-clang-tidy takes regular expressions on absolute paths.
+# The sources of the product: the tests and the fuzz targets go by names that their frameworks give
+# them. run-clang-tidy takes regular expressions on absolute paths.
 check_tidy() {
   say "clang-tidy"
   tracked '*.cpp' ':!tests/' ':!fuzz/'
