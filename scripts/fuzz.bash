@@ -29,14 +29,15 @@ report_fuzzing() {
   fi
 }
 
-# merge_corpus TARGET...: takes into the committed corpora what adds coverage to them.
+# merge_corpus TARGET...: takes into the committed corpora what reaches new code, not what only reaches
+# known code more often.
 merge_corpus() {
   local target
   for target in "$@"; do
     mkdir -p "$FUZZ_OUTPUT/$target"
     say "merging the corpus of $target"
-    "build/fuzz/fuzz/fuzz_$target" -set_cover_merge=1 "fuzz/corpus/$target" \
-      "$FUZZ_OUTPUT/$target" 2>&1 | tail -n 1
+    "build/fuzz/fuzz/fuzz_$target" -set_cover_merge=1 -use_counters=0 \
+      "fuzz/corpus/$target" "$FUZZ_OUTPUT/$target" 2>&1 | tail -n 1
   done
 }
 
