@@ -2,11 +2,10 @@
 #include <object_model/ComparisonHelper.h>
 #include <object_model/Dictionary.h>
 
-#include <utility>
-
 #include "ComparisonHelper/ArrayPair.h"
 #include "ComparisonHelper/Criterion.h"
 #include "ComparisonHelper/ElementComparison.h"
+#include "ComparisonHelper/NameOf.h"
 #include "ComparisonHelper/NestedComparison.h"
 #include "ComparisonHelper/Report.h"
 #include "InvalidCallAt.h"
@@ -35,12 +34,13 @@ void throwInvalidComparison(int line) {
 bool areSameArrays(const Array& first, const Array& second, ComparisonType type, double tolerance,
                    std::string* message) {
   const Criterion criterion = {type, tolerance};
-  auto pair = pairUp(first, second, message);
+  std::string name;
+  const auto pair = pairUp(first, second, name, message);
   if (!pair) {
     return false;
   }
   if (pair->elementType == ElementType::Dictionary) {
-    return areSameNested(std::move(*pair), criterion, message);
+    return areSameNested(*pair, criterion, message);
   }
   return areSameElements(*pair, criterion, message);
 }
@@ -64,9 +64,10 @@ bool areSimilarDictionaries(const Dictionary& first, const Dictionary& second,
     return reportDifference(message, "The dictionaries '", firstName, "' have different sizes: '",
                             count, "' and '", secondCount, "'.");
   }
+  std::string entryName;  // outside of the loop, so that its memory serves all entries
   for (int i = 0; i < static_cast<int>(count); ++i) {
     const Data& entry = entryAt(first, i);
-    const std::string entryName = entry.getName();
+    entryName = nameOf(entry);
     const Data* match = find(second, entryName);
     if (match == nullptr) {
       // The two blanks are deliberate.

@@ -3,8 +3,7 @@
 #include <object_model/Array.h>
 #include <object_model/Tuple.h>
 
-#include <utility>
-
+#include "ComparisonHelper/NameOf.h"
 #include "ComparisonHelper/Report.h"
 
 namespace object_model::helper {
@@ -30,9 +29,10 @@ bool sameShape(const std::string& name, const Tuple& first, const Tuple& second,
 
 }  // namespace
 
-std::optional<ArrayPair> pairUp(const Array& first, const Array& second, std::string* message) {
-  std::string name = first.getName();
-  const std::string secondName = second.getName();
+std::optional<ArrayPair> pairUp(const Array& first, const Array& second, std::string& name,
+                                std::string* message) {
+  name = nameOf(first);
+  const std::string& secondName = nameOf(second);
   if (name != secondName) {
     reportDifference(message, "The arrays have different names: '", name, "' and '", secondName,
                      "'.");
@@ -49,7 +49,7 @@ std::optional<ArrayPair> pairUp(const Array& first, const Array& second, std::st
   if (!sameShape(name, shape, second.size(), message)) {
     return std::nullopt;
   }
-  return ArrayPair{first, second, std::move(name), type, shape};
+  return ArrayPair{first, second, name, type, shape};
 }
 
 }  // namespace object_model::helper

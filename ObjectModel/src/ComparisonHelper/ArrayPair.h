@@ -16,13 +16,14 @@ namespace object_model::helper {
 struct ArrayPair {
   const Array& first;
   const Array& second;
-  std::string name;
+  const std::string& name;  ///< borrowed from who called pairUp()
   ElementType elementType;
   const Tuple& shape;  ///< borrowed from `first`
 };
 
 /// Checks names, element types and shapes, each asked once. Nothing if they differ, which is then
-/// reported.
-std::optional<ArrayPair> pairUp(const Array& first, const Array& second, std::string* message);
+/// reported. `name` becomes the arrays' name and is to stay as long as the pair.
+std::optional<ArrayPair> pairUp(const Array& first, const Array& second, std::string& name,
+                                std::string* message);
 
 }  // namespace object_model::helper

@@ -10,6 +10,7 @@
 
 #include "ComparisonHelper/ElementComparison.h"
 #include "ComparisonHelper/Explanation.h"
+#include "ComparisonHelper/NameOf.h"
 #include "ComparisonHelper/Positions.h"
 
 namespace object_model::helper {
@@ -81,16 +82,18 @@ class DictionaryLevel final : public Level {
   bool m_outlineChecked = false;
   int m_count = 0;
   int m_next = 0;
-  std::string m_entryName;  // of the entry before m_next
+  // Of the entry before m_next; here, so that their memory serves all entries.
+  std::string m_entryName;
+  std::string m_arrayName;
   bool m_entryIsDictionary = false;
 };
 
 /// The comparison of two arrays of dictionaries: goes on after a difference.
 class DictionaryElementsLevel final : public Level {
  public:
-  DictionaryElementsLevel(ArrayPair&& pair, const Criterion& criterion, bool explains)
+  DictionaryElementsLevel(const ArrayPair& pair, const Criterion& criterion, bool explains)
       : Level(criterion, explains),
-        m_pair(std::move(pair)),
+        m_pair(pair),
         m_positions(m_pair.shape),
         m_done(m_positions.none()) {}
 
@@ -130,7 +133,7 @@ void DictionaryLevel::checkOutline() {
 std::unique_ptr<Level> DictionaryLevel::compareNextEntry() {
   const Data& entry = entryAt(m_first, m_next);
   ++m_next;
-  m_entryName = entry.getName();
+  m_entryName = nameOf(entry);
   const Data* match = m_second.data(m_entryName);
   m_entryIsDictionary = entry.isDictionary();
   if (m_entryIsDictionary) {
@@ -142,9 +145,9 @@ std::unique_ptr<Level> DictionaryLevel::compareNextEntry() {
 
 std::unique_ptr<Level> DictionaryLevel::compareArrays(const Array& first, const Array& second) {
   std::string difference;
-  auto pair = pairUp(first, second, &difference);
+  const auto pair = pairUp(first, second, m_arrayName, &difference);
   if (pair && pair->elementType == ElementType::Dictionary) {
-    return std::make_unique<DictionaryElementsLevel>(std::move(*pair), criterion(), true);
+    return std::make_unique<DictionaryElementsLevel>(*pair, criterion(), true);
   }
   if (!pair || !areSameElements(*pair, criterion(), &difference)) {
     noteDifference(Explanation(std::move(difference)));
@@ -228,8 +231,8 @@ bool areSameNested(const Dictionary& first, const Dictionary& second, const Crit
   return outermost.same();
 }
 
-bool areSameNested(ArrayPair&& pair, const Criterion& criterion, std::string* message) {
-  DictionaryElementsLevel outermost(std::move(pair), criterion, message != nullptr);
+bool areSameNested(const ArrayPair& pair, const Criterion& criterion, std::string* message) {
+  DictionaryElementsLevel outermost(pair, criterion, message != nullptr);
   runThenReport([&] { run(outermost); }, [&] { report(outermost, message); });
   return outermost.same();
 }

@@ -21,6 +21,6 @@ bool areSameNested(const Dictionary& first, const Dictionary& second, const Crit
 
 /// The same for two arrays of dictionaries. Reports the last difference, also when an exception
 /// passes through.
-bool areSameNested(ArrayPair&& pair, const Criterion& criterion, std::string* message);
+bool areSameNested(const ArrayPair& pair, const Criterion& criterion, std::string* message);
 
 }  // namespace object_model::helper
