@@ -4,10 +4,10 @@
 #include <object_model/Dictionary.h>
 
 #include <memory>
-#include <typeinfo>
 #include <utility>
 #include <vector>
 
+#include "ComparisonHelper/CheckedView.h"
 #include "ComparisonHelper/ElementComparison.h"
 #include "ComparisonHelper/Explanation.h"
 #include "ComparisonHelper/NameOf.h"
@@ -15,15 +15,6 @@
 
 namespace object_model::helper {
 namespace {
-
-template <class Kind>
-const Kind& viewAs(const Data* data) {
-  const auto* view = dynamic_cast<const Kind*>(data);
-  if (view == nullptr) {
-    throw std::bad_cast();
-  }
-  return *view;
-}
 
 /// One of the comparisons that are under way, each inside the one before. A level is left for the
 /// next inner one and taken up again, instead of calling it, so that the depth costs no stack.
@@ -85,6 +76,7 @@ class DictionaryLevel final : public Level {
   // Of the entry before m_next; here, so that their memory serves all entries.
   std::string m_entryName;
   std::string m_arrayName;
+  CheckedView<Array> m_asArray;
   bool m_entryIsDictionary = false;
 };
 
@@ -140,7 +132,7 @@ std::unique_ptr<Level> DictionaryLevel::compareNextEntry() {
     return std::make_unique<DictionaryLevel>(viewAs<Dictionary>(&entry), viewAs<Dictionary>(match),
                                              criterion(), true);
   }
-  return compareArrays(viewAs<Array>(&entry), viewAs<Array>(match));
+  return compareArrays(m_asArray.of(&entry), m_asArray.of(match));
 }
 
 std::unique_ptr<Level> DictionaryLevel::compareArrays(const Array& first, const Array& second) {
