@@ -16,12 +16,19 @@
 namespace object_model::helper {
 namespace {
 
+/// What all levels of one comparison share.
+struct Shared {
+  Criterion criterion;
+  CheckedView<Array> asArray = {};
+  CheckedView<Dictionary> asDictionary = {};
+};
+
 /// One of the comparisons that are under way, each inside the one before. A level is left for the
 /// next inner one and taken up again, instead of calling it, so that the depth costs no stack.
 class Level {
  public:
   /// `explains` tells whether somebody wants to know what differs.
-  Level(const Criterion& criterion, bool explains) : m_criterion(criterion), m_explains(explains) {}
+  Level(Shared& shared, bool explains) : m_shared(shared), m_explains(explains) {}
   Level(const Level&) = delete;
   Level& operator=(const Level&) = delete;
   virtual ~Level() = default;
@@ -39,7 +46,7 @@ class Level {
   virtual Explanation explain() { return std::move(m_explanation); }
 
  protected:
-  const Criterion& criterion() const { return m_criterion; }
+  Shared& shared() { return m_shared; }
   bool explains() const { return m_explains; }
   void setDifference(Explanation&& explanation) {
     m_same = false;
@@ -47,7 +54,7 @@ class Level {
   }
 
  private:
-  Criterion m_criterion;
+  Shared& m_shared;
   bool m_explains;
   bool m_same = true;
   Explanation m_explanation;
@@ -56,9 +63,8 @@ class Level {
 /// The comparison of two dictionaries: ends at the first difference.
 class DictionaryLevel final : public Level {
  public:
-  DictionaryLevel(const Dictionary& first, const Dictionary& second, const Criterion& criterion,
-                  bool explains)
-      : Level(criterion, explains), m_first(first), m_second(second) {}
+  DictionaryLevel(const Dictionary& first, const Dictionary& second, Shared& shared, bool explains)
+      : Level(shared, explains), m_first(first), m_second(second) {}
 
   std::unique_ptr<Level> next() override;
   void noteDifference(Explanation&& nested) override;
@@ -76,15 +82,14 @@ class DictionaryLevel final : public Level {
   // Of the entry before m_next; here, so that their memory serves all entries.
   std::string m_entryName;
   std::string m_arrayName;
-  CheckedView<Array> m_asArray;
   bool m_entryIsDictionary = false;
 };
 
 /// The comparison of two arrays of dictionaries: goes on after a difference.
 class DictionaryElementsLevel final : public Level {
  public:
-  DictionaryElementsLevel(const ArrayPair& pair, const Criterion& criterion, bool explains)
-      : Level(criterion, explains),
+  DictionaryElementsLevel(const ArrayPair& pair, Shared& shared, bool explains)
+      : Level(shared, explains),
         m_pair(pair),
         m_positions(m_pair.shape),
         m_done(m_positions.none()) {}
@@ -129,19 +134,19 @@ std::unique_ptr<Level> DictionaryLevel::compareNextEntry() {
   const Data* match = m_second.data(m_entryName);
   m_entryIsDictionary = entry.isDictionary();
   if (m_entryIsDictionary) {
-    return std::make_unique<DictionaryLevel>(viewAs<Dictionary>(&entry), viewAs<Dictionary>(match),
-                                             criterion(), true);
+    return std::make_unique<DictionaryLevel>(shared().asDictionary.of(&entry),
+                                             shared().asDictionary.of(match), shared(), true);
   }
-  return compareArrays(m_asArray.of(&entry), m_asArray.of(match));
+  return compareArrays(shared().asArray.of(&entry), shared().asArray.of(match));
 }
 
 std::unique_ptr<Level> DictionaryLevel::compareArrays(const Array& first, const Array& second) {
   std::string difference;
   const auto pair = pairUp(first, second, m_arrayName, &difference);
   if (pair && pair->elementType == ElementType::Dictionary) {
-    return std::make_unique<DictionaryElementsLevel>(*pair, criterion(), true);
+    return std::make_unique<DictionaryElementsLevel>(*pair, shared(), true);
   }
-  if (!pair || !areSameElements(*pair, criterion(), &difference)) {
+  if (!pair || !areSameElements(*pair, shared().criterion, &difference)) {
     noteDifference(Explanation(std::move(difference)));
   }
   return nullptr;
@@ -166,8 +171,8 @@ std::unique_ptr<Level> DictionaryElementsLevel::next() {
   // Deliberately the second array first, unlike elements of the other types.
   const Data* second = m_pair.second.getValueAsDictionary(m_positions.current());
   const Data* first = m_pair.first.getValueAsDictionary(m_positions.current());
-  return std::make_unique<DictionaryLevel>(viewAs<Dictionary>(first), viewAs<Dictionary>(second),
-                                           criterion(), explains());
+  return std::make_unique<DictionaryLevel>(shared().asDictionary.of(first),
+                                           shared().asDictionary.of(second), shared(), explains());
 }
 
 void DictionaryElementsLevel::noteDifference(Explanation&& nested) {
@@ -217,14 +222,16 @@ const Data& entryAt(const Dictionary& dictionary, int index) {
 
 bool areSameNested(const Dictionary& first, const Dictionary& second, const Criterion& criterion,
                    std::string* message) {
-  DictionaryLevel outermost(first, second, criterion, message != nullptr);
+  Shared shared = {criterion};
+  DictionaryLevel outermost(first, second, shared, message != nullptr);
   run(outermost);
   report(outermost, message);
   return outermost.same();
 }
 
 bool areSameNested(const ArrayPair& pair, const Criterion& criterion, std::string* message) {
-  DictionaryElementsLevel outermost(pair, criterion, message != nullptr);
+  Shared shared = {criterion};
+  DictionaryElementsLevel outermost(pair, shared, message != nullptr);
   runThenReport([&] { run(outermost); }, [&] { report(outermost, message); });
   return outermost.same();
 }
