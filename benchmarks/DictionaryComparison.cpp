@@ -1,4 +1,5 @@
 #include <object_model/ComparisonHelper.h>
+#include <object_model/DataInfo.h>
 #include <quillon/memory/Dictionary.h>
 
 #include <algorithm>
@@ -60,8 +61,8 @@ bool sameArraysByHand(const Array& first, const Array& second) {
   return same;
 }
 
-bool sameDictionariesByHand(const object_model::Dictionary& first,
-                            const object_model::Dictionary& second) {
+/// The least work: one walk.
+bool sameInOneWalk(const object_model::Dictionary& first, const object_model::Dictionary& second) {
   const unsigned long count = first.getNumOfData();
   if (first.getName() != second.getName() || count != second.getNumOfData()) {
     return false;
@@ -74,18 +75,54 @@ bool sameDictionariesByHand(const object_model::Dictionary& first,
     if (entry.isDictionary() != match.isDictionary()) {
       return false;
     }
-    same = entry.isDictionary()
-               ? sameDictionariesByHand(*entry.asDictionary(), *match.asDictionary())
-               : sameArraysByHand(*entry.asArray(), *match.asArray());
+    same = entry.isDictionary() ? sameInOneWalk(*entry.asDictionary(), *match.asDictionary())
+                                : sameArraysByHand(*entry.asArray(), *match.asArray());
   }
   return same;
 }
 
+const std::string& nameOf(const Data& data) { return data.getInformation()->getName(); }
+
+bool sameOutlineByHand(const object_model::Dictionary& first,
+                       const object_model::Dictionary& second) {
+  const unsigned long count = first.getNumOfData();
+  bool same = nameOf(first) == nameOf(second) && count == second.getNumOfData();
+  for (unsigned long k = 0; same && k < count; ++k) {
+    const Data& entry = *first.data(static_cast<int>(k));
+    const Data& match = *second.data(nameOf(entry));
+    same = entry.isDictionary() == match.isDictionary();
+  }
+  return same;
+}
+
+/// The least work with the calls that areSameDictionaries() is to make, in their order: the outline
+/// is checked first, in a walk of its own.
+bool sameInTwoWalks(const object_model::Dictionary& first, const object_model::Dictionary& second) {
+  bool same = sameOutlineByHand(first, second);
+  const unsigned long count = first.getNumOfData();
+  for (unsigned long k = 0; same && k < count; ++k) {
+    const Data& entry = *first.data(static_cast<int>(k));
+    const Data& match = *second.data(nameOf(entry));
+    if (entry.isDictionary()) {
+      same = sameInTwoWalks(static_cast<const object_model::Dictionary&>(entry),
+                            static_cast<const object_model::Dictionary&>(match));
+    } else {
+      same = nameOf(entry) == nameOf(match) &&
+             sameArraysByHand(static_cast<const Array&>(entry), static_cast<const Array&>(match));
+    }
+  }
+  return same;
+}
+
+using ByHand = bool (*)(const object_model::Dictionary& first,
+                        const object_model::Dictionary& second);
+
 class DictionaryComparison final : public Operation {
  public:
-  DictionaryComparison(unsigned long entries, unsigned long perLevel)
+  DictionaryComparison(unsigned long entries, unsigned long perLevel, ByHand same)
       : m_entries(entries),
         m_perLevel(perLevel),
+        m_sameByHand(same),
         m_first(makeDictionary(entries, perLevel, 3)),
         m_second(makeDictionary(entries, perLevel, 3)) {}
 
@@ -93,7 +130,7 @@ class DictionaryComparison final : public Operation {
     m_byLibrary = areSameDictionaries(m_first, m_second, ComparisonType::Exact, 0, &m_message);
   }
 
-  void runFloor() override { m_byHand = sameDictionariesByHand(m_first, m_second); }
+  void runFloor() override { m_byHand = m_sameByHand(m_first, m_second); }
 
   void check() override {
     runLibrary();
@@ -101,7 +138,7 @@ class DictionaryComparison final : public Operation {
     require(m_byLibrary && m_message.empty(), "areSameDictionaries(): " + m_message);
     require(m_byHand, "the comparison by hand finds a difference");
     const Dictionary other = makeDictionary(m_entries, m_perLevel, 5);
-    require(!sameDictionariesByHand(m_first, other), "the comparison by hand finds none");
+    require(!m_sameByHand(m_first, other), "the comparison by hand finds none");
     const std::string array = "measurement " + std::to_string(m_entries - 1);
     const std::string expected = "Array '" + array + "': The arrays '" + array +
                                  "' have different values at the position (2)': '3.000000' and "
@@ -115,6 +152,7 @@ class DictionaryComparison final : public Operation {
  private:
   unsigned long m_entries;
   unsigned long m_perLevel;
+  ByHand m_sameByHand;
   Dictionary m_first;
   Dictionary m_second;
   std::string m_message;
@@ -126,16 +164,22 @@ class DictionaryComparison final : public Operation {
 
 void addDictionaryComparisonCases(Cases& cases) {
   constexpr unsigned long ENTRIES = 100'000;
-  const auto add = [&](const std::string& shape, unsigned long size, auto perLevel) {
-    cases.push_back({"areSameDictionaries", shape, size, 1.5, [=](unsigned long entries) {
-                       return std::make_unique<DictionaryComparison>(entries, perLevel(entries));
-                     }});
-  };
   const auto allInOne = [](unsigned long entries) { return entries; };
-  add("tiny", 3, allInOne);
-  add("wide", ENTRIES, allInOne);
-  cases.back().growth = true;
-  add("deep", ENTRIES, [](unsigned long) { return 100UL; });
+  const auto hundredEach = [](unsigned long) { return 100UL; };
+  const auto add = [&](const std::string& operation, ByHand same) {
+    const auto addShape = [&](const std::string& shape, unsigned long size, auto perLevel) {
+      cases.push_back({operation, shape, size, 1.5, [=](unsigned long entries) {
+                         return std::make_unique<DictionaryComparison>(entries, perLevel(entries),
+                                                                       same);
+                       }});
+    };
+    addShape("tiny", 3, allInOne);
+    addShape("wide", ENTRIES, allInOne);
+    cases.back().growth = same == sameInOneWalk;
+    addShape("deep", ENTRIES, hundredEach);
+  };
+  add("areSameDictionaries", sameInOneWalk);
+  add("areSameDictionaries/two-walks", sameInTwoWalks);
 }
 
 }  // namespace benchmarks
