@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "ObjectModel/ComparisonHelper/Samples.h"
+#include "support/Interfaces.h"
 
 namespace quillon::test {
 namespace {
@@ -20,6 +21,26 @@ TEST(AreSameArrays, ComparesNamesByteByByte) {
 TEST(AreSameArrays, ReportsOnlyTheNamesWhenTypesDifferToo) {
   EXPECT_EQ(compareArrays(list<double>("A", {1}), list<long>("B", {1, 2})),
             differs("The arrays have different names: 'A' and 'B'."));
+}
+
+/// Takes another name when it is read.
+class RenamedArray : public ::test::PlainArray {
+ public:
+  const object_model::DataInfo* getInformation() const override { return &m_info; }
+  double getValueAsDouble(const object_model::Tuple& /*index*/) const override {
+    m_info = ::test::PlainArrayInfo("another name");
+    return NOT_A_NUMBER;
+  }
+
+ private:
+  mutable ::test::PlainArrayInfo m_info{"the name before"};
+};
+
+TEST(AreSameArrays, ReportsTheNameThatWasComparedWhateverItIsNow) {
+  const RenamedArray array;
+  EXPECT_EQ(compareArrays(array, array),
+            differs("The arrays 'the name before' have different values at the position (0;0)': "
+                    "'nan' and 'nan'."));
 }
 
 TEST(AreSameArrays, ReportsDifferentElementTypesAsNumbers) {

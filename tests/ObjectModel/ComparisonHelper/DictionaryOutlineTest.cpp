@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <stdexcept>
 
 #include "ObjectModel/ComparisonHelper/OddDictionary.h"
@@ -72,6 +73,19 @@ TEST(AreSimilarDictionaries, TakesALookupThatYieldsNothingForAMissingEntry) {
   second.onLookup = [] { return nullptr; };
   EXPECT_EQ(compareOutlines(dictionary("A", list<long>("x", {1})), second),
             differs("The dictionary 'A'  doesn't have a 'x' entry."));
+}
+
+TEST(AreSimilarDictionaries, ReportsTheNameThatWasLookedUpWhateverItIsNow) {
+  std::optional<NeitherKind> entry("the name before");
+  OddDictionary first("A", 1);
+  first.onLookup = [&] { return &*entry; };
+  OddDictionary second("A", 1);
+  second.onLookup = [&] {
+    entry.emplace("another name");
+    return nullptr;
+  };
+  EXPECT_EQ(compareOutlines(first, second),
+            differs("The dictionary 'A'  doesn't have a 'the name before' entry."));
 }
 
 TEST(AreSimilarDictionaries, RefusesAnEntryOfTheFirstThatIsNothing) {
