@@ -1,3 +1,4 @@
+#include <netcdf.h>
 #include <quillon/netcdf/File.h>
 
 #include <algorithm>
@@ -56,13 +57,13 @@ const memory::Dictionary& findGroup(const std::string& file, const memory::Dicti
 File::File(const std::string& path, const OpenOptions& options) : m_path(path), m_root("/") {
   const FileFacts facts = checkFile(path);
   const auto load = [&] {
-    auto source = std::make_shared<const Source>(path, facts.bytes, options);
-    const int root = source->id();
-    m_root = GroupReader(std::move(source), m_skipped).read(root, "/", "/");
+    m_source = std::make_shared<const Source>(path, facts.bytes, options);
+    m_root = GroupReader(m_source, m_skipped).read(m_source->id(), "/", "/");
   };
   const auto loadAndClose = [&] {
     load();
     m_root = memory::Dictionary("/");
+    m_source.reset();
   };
   if (!facts.isClassic && !options.trustFile && !survives(loadAndClose)) {
     failReading(path, "it is damaged");
@@ -79,6 +80,21 @@ memory::Dictionary& File::group(const std::string& path) {
 
 const memory::Dictionary& File::group(const std::string& path) const {
   return findGroup(m_path, m_root, path);
+}
+
+memory::Dictionary File::corner(const std::string& path,
+                                const std::map<std::string, unsigned long>& extents) const {
+  const std::string name = group(path).getName();
+  int id = m_source->id();
+  std::string fullPath = "/";
+  std::size_t position = 0;
+  for (std::string part = nextPart(path, position); !part.empty();
+       part = nextPart(path, position)) {
+    m_source->require(nc_inq_grp_ncid(id, part.c_str(), &id), "group '" + fullPath + part + "'");
+    fullPath += part + "/";
+  }
+  std::vector<Skipped> skipped;  // known already
+  return GroupReader(m_source, skipped, extents).read(id, name, fullPath);
 }
 
 std::string File::title() const { return m_root.getDescription(); }

@@ -127,8 +127,9 @@ std::unique_ptr<ArrayBase> arrayOf(const Type& type, Variable variable, const st
 
 }  // namespace
 
-GroupReader::GroupReader(std::shared_ptr<const Source> source, std::vector<Skipped>& skipped)
-    : m_source(std::move(source)), m_skipped(skipped) {}
+GroupReader::GroupReader(std::shared_ptr<const Source> source, std::vector<Skipped>& skipped,
+                         Extents extents)
+    : m_source(std::move(source)), m_skipped(skipped), m_extents(std::move(extents)) {}
 
 Dictionary GroupReader::read(int group, const std::string& name, const std::string& path) {
   Dictionary dictionary(name, textAttribute(*m_source, group, NC_GLOBAL, "title"));
@@ -178,10 +179,21 @@ std::unique_ptr<object_model::Data> GroupReader::makeArray(int group, int id,
     return nullptr;
   }
   requirePlausible(variable, type);
+  cut(variable, axes, type.base == NC_CHAR ? 1 : 0);
   variable.chunks = chunksOf(variable);
   auto array = arrayOf(type, std::move(variable), name.data(), std::move(axes));
   array->setUnit(textAttribute(*m_source, group, id, "units"));
   return array;
+}
+
+void GroupReader::cut(Variable& variable, std::vector<Axis>& axes, std::size_t firstAxis) const {
+  for (std::size_t k = firstAxis; k < axes.size(); ++k) {
+    const auto extent = m_extents.find(axes[k].getAxisName());
+    if (extent != m_extents.end() && extent->second < axes[k].size()) {
+      axes[k] = Axis(axes[k].getAxisName(), extent->second, axes[k].getAxisType());
+      variable.shape[axes.size() - 1 - k] = extent->second;
+    }
+  }
 }
 
 void GroupReader::requireFree(const Dictionary& dictionary, const std::string& path,

@@ -83,5 +83,61 @@ TEST_F(GroupsTest, DictionaryTakenOutKeepsTheFileOpen) {
   EXPECT_EQ(taken.data("count")->asArray()->getValueAsInt(object_model::TupleX(0UL)), 85);
 }
 
+class CornerTest : public testing::Test {
+ protected:
+  CornerTest() {
+    const Writer writer(m_path, NC_NETCDF4);
+    const int x = writer.dimension("x", 2);
+    const int group = writer.group("inner", writer.group("outer"));
+    const int y = writer.dimension("y", NC_UNLIMITED, group);
+    writer.text(NC_GLOBAL, "title", "deep", group);
+    const int numbers = writer.variable("A", NC_INT, {y, x}, group);
+    writer.put<int>(numbers, {3, 2}, {1, 2, 3, 4, 5, 6}, group);
+    const int letters = writer.variable("L", NC_CHAR, {y, x}, group);
+    writer.put<char>(letters, {3, 2}, {'a', 'b', 'c', 'd', 'e', 'f'}, group);
+    const int below = writer.group("below", group);
+    writer.put<int>(writer.variable("B", NC_INT, {y}, below), {3}, {7, 8, 9}, below);
+  }
+
+  using Content = std::map<std::string, std::vector<std::string>>;
+
+  Scratch m_scratch;
+  std::string m_path = m_scratch.path("a.nc");
+};
+
+TEST_F(CornerTest, HoldsTheFirstCoordinatesAlongTheNamedDimensions) {
+  const File file(m_path);
+  EXPECT_EQ(contentOf(file.corner("/outer/inner/", {{"x", 1}, {"y", 2}})),
+            (Content{{"/A", {"1", "3"}}, {"/L", {"ab", "cd"}}, {"/below/B", {"7", "8"}}}));
+  EXPECT_EQ(contentOf(file.corner("outer/inner", {{"y", 1}})),
+            (Content{{"/A", {"1", "2"}}, {"/L", {"ab"}}, {"/below/B", {"7"}}}));
+}
+
+TEST_F(CornerTest, IsTheWholeGroupWhereNothingIsCut) {
+  const File file(m_path);
+  const Content whole = contentOf(file.group("outer/inner"));
+  EXPECT_EQ(contentOf(file.corner("outer/inner", {})), whole);
+  EXPECT_EQ(contentOf(file.corner("outer/inner", {{"x", 2}, {"y", 4}, {"z", 1}})), whole);
+}
+
+TEST_F(CornerTest, HasNameAndTitleOfTheGroup) {
+  const memory::Dictionary corner = File(m_path).corner("outer/inner", {{"x", 1}});
+  EXPECT_EQ(corner.getName(), "inner");
+  EXPECT_EQ(corner.getDescription(), "deep");
+}
+
+TEST_F(CornerTest, ReadsNothingElse) {
+  std::vector<unsigned long> reads;
+  const File file(m_path, countingReads(1000, reads));
+  const memory::Dictionary corner = file.corner("outer/inner", {{"x", 1}, {"y", 2}});
+  EXPECT_EQ(corner.data("A")->asArray()->getValueAsInt(object_model::TupleX(2)), 1);
+  EXPECT_EQ(reads, std::vector<unsigned long>{8});
+}
+
+TEST_F(CornerTest, OfAMissingGroupIsAnError) {
+  EXPECT_EQ(errorOf([&] { File(m_path).corner("outer/x", {}); }),
+            "Cannot read '" + m_path + "': there is no group 'outer/x'; 'outer' has 'inner'");
+}
+
 }  // namespace
 }  // namespace quillon::netcdf

@@ -1,10 +1,18 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <object_model/IO.h>
+#include <quillon/netcdf/File.h>
+#include <tabra/MemoryDataFrame.h>
 
 #include <algorithm>
+#include <memory>
+#include <optional>
+#include <set>
 
 #include "HtmlPage.h"
 #include "RunTool.h"
+#include "Selection.h"
+#include "TablePlan.h"
 
 namespace quillon::tools::test {
 namespace {
@@ -76,6 +84,101 @@ TEST(TableCommandTest, AllRowsHaveNoDots) {
     EXPECT_EQ(outcome.out.find("..."), std::string::npos);
   }
 }
+
+/// All tables of the group with this index, as they are cut from the whole table in memory.
+class WholeTable {
+ public:
+  WholeTable(const std::string& path, const std::string& group,
+             const std::optional<std::vector<std::string>>& index)
+      : m_file(path, missingAsNaN()) {
+    memory::Dictionary& from = m_file.group(group);
+    const TablePlan plan = planTable(from, {}, {"", {}, index});
+    Selection selection(from, plan.variables);
+    m_rows = plan.rows;
+    object_model::exportToDataFrame(selection, m_frame.get(), plan.index);
+  }
+
+  unsigned long rows() const { return m_rows; }
+  std::string text(unsigned long maxRows) const {
+    return object_model::exportDataFrameToString(m_frame, maxRows);
+  }
+  std::string html(unsigned long maxRows) const {
+    return object_model::exportDataFrameToHtml(m_frame, maxRows);
+  }
+
+ private:
+  static netcdf::OpenOptions missingAsNaN() {
+    netcdf::OpenOptions options;
+    options.missingAsNaN = true;
+    return options;
+  }
+
+  netcdf::File m_file;
+  unsigned long m_rows = 0;
+  std::shared_ptr<tabra::MemoryDataFrame> m_frame = std::make_shared<tabra::MemoryDataFrame>();
+};
+
+struct CutCase {
+  const char* name;
+  const char* file;
+  const char* group;
+  std::vector<std::string> axes;
+};
+
+void PrintTo(const CutCase& c, std::ostream* stream) { *stream << c.name; }
+
+/// All orders of all choices of at least one of the axes.
+std::vector<std::vector<std::string>> indexesOf(std::vector<std::string> axes) {
+  std::set<std::vector<std::string>> indexes;
+  std::sort(axes.begin(), axes.end());
+  do {
+    for (std::size_t count = 1; count <= axes.size(); ++count) {
+      indexes.emplace(axes.begin(), axes.begin() + static_cast<std::ptrdiff_t>(count));
+    }
+  } while (std::next_permutation(axes.begin(), axes.end()));
+  return {indexes.begin(), indexes.end()};
+}
+
+std::string joined(const std::vector<std::string>& names) {
+  std::string text;
+  for (const std::string& name : names) {
+    text += (text.empty() ? "" : ",") + name;
+  }
+  return text;
+}
+
+class CutTableTest : public ::testing::TestWithParam<CutCase> {};
+
+TEST_P(CutTableTest, ShowsTheFirstRowsOfTheWholeTable) {
+  const auto& [name, file, group, axes] = GetParam();
+  for (const std::vector<std::string>& index : indexesOf(axes)) {
+    const WholeTable whole(std::string(QUILLON_SOURCE_DIR "/") + file, group, index);
+    const unsigned long rows = whole.rows();
+    std::vector<std::string> arguments = {"table", file,      "--group",
+                                          group,   "--index", joined(index)};
+    arguments.emplace_back("--max-rows");
+    for (const unsigned long maxRows : {1UL, 40UL, rows - 1, rows}) {
+      std::vector<std::string> cut = arguments;
+      cut.push_back(std::to_string(maxRows));
+      EXPECT_EQ(runTool(cut).out, whole.text(maxRows)) << joined(index) << " " << maxRows;
+    }
+    arguments.insert(arguments.end(), {"11", "--html"});
+    EXPECT_EQ(runTool(arguments).out, whole.html(11)) << joined(index);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Data, CutTableTest,
+    ::testing::ValuesIn(std::vector<CutCase>{
+        {"Climate", "data/north_atlantic_climate.nc", "", {"TIME", "COADSY", "COADSX"}},
+        {"Rounded", "data/north_atlantic_climate_4_digits.nc", "", {"TIME", "COADSX"}},
+        {"Nuclei", "data/nuclei_measurements.nc", "", {"label"}},
+        {"NucleiOfAnotherThreshold", "data/nuclei_measurements_li.nc", "", {"label", "point"}},
+        {"ClimateInAGroup", "data/observations.nc", "climate", {"COADSY", "TIME"}},
+        {"CellsInAGroup", "data/observations.nc", "cells/otsu", {"label", "channel"}},
+        {"MoreCellsInAGroup", "data/observations.nc", "cells/li", {"label"}},
+    }),
+    [](const auto& c) { return c.param.name; });
 
 class OddFileTest : public ::testing::Test {
  protected:

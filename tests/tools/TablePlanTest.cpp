@@ -203,6 +203,40 @@ TEST_F(TablePlanTest, OneDimensionalArrayOutsideTheIndexSaysThatItIsCut) {
                           "in the index"));
 }
 
+using Extents = std::map<std::string, unsigned long>;
+
+TEST_F(TablePlanTest, FirstRowsAndOneMoreNeedACornerOfTheIndexAxes) {
+  add("A", "x3 y4 t5");
+  const TablePlan all = plan();
+  EXPECT_EQ(extentsOf(all, 1), (Extents{{"x", 2}, {"y", 1}, {"t", 1}}));
+  EXPECT_EQ(extentsOf(all, 2), (Extents{{"x", 3}, {"y", 1}, {"t", 1}}));
+  EXPECT_EQ(extentsOf(all, 3), (Extents{{"x", 3}, {"y", 2}, {"t", 1}}));
+  EXPECT_EQ(extentsOf(all, 11), (Extents{{"x", 3}, {"y", 4}, {"t", 1}}));
+  EXPECT_EQ(extentsOf(all, 12), (Extents{{"x", 3}, {"y", 4}, {"t", 2}}));
+  EXPECT_EQ(extentsOf(all, 59), (Extents{{"x", 3}, {"y", 4}, {"t", 5}}));
+  EXPECT_EQ(extentsOf(plan({}, Names{"t", "x"}), 6), (Extents{{"t", 5}, {"x", 2}}));
+}
+
+TEST_F(TablePlanTest, TableThatIsShownWholeNeedsEverything) {
+  add("A", "x3 y4");
+  for (const unsigned long maxRows : {0UL, 12UL, 13UL, ~0UL}) {
+    EXPECT_THAT(extentsOf(plan(), maxRows), IsEmpty());
+  }
+  EXPECT_THAT(extentsOf(plan({}, Names{}), 1), IsEmpty());
+}
+
+TEST_F(TablePlanTest, TableWithoutRowsNeedsNothingLess) {
+  add("E", "e0 x3");
+  EXPECT_THAT(extentsOf(plan(), 1), IsEmpty());
+}
+
+TEST_F(TablePlanTest, AxisOfWhichOnlyTheFirstValueShowsIsCutUnlessItIsSpreadElsewhere) {
+  add("A", "x3 y4");
+  add("p", "p9");
+  add("y", "y4");
+  EXPECT_EQ(extentsOf(plan({}, Names{"x"}), 0), (Extents{{"p", 1}}));
+}
+
 TEST_F(TablePlanTest, GroupsWithinTheGroupAreNoPartOfTheTable) {
   add("A", "x3");
   m_group.add(Dictionary("inner"));

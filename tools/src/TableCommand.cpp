@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -59,10 +60,21 @@ void requireMemory(const TablePlan& plan, unsigned long maxRows) {
   }
 }
 
-std::string render(memory::Dictionary& group, const TablePlan& plan, unsigned long maxRows,
-                   bool html) {
+/// How many cells the table has that shows so many of the first coordinates along its axes.
+unsigned long cellsOf(const TablePlan& plan, const std::map<std::string, unsigned long>& extents) {
+  unsigned long cells = plan.columns;
+  for (std::size_t k = 0; k < plan.index.size(); ++k) {
+    const auto extent = extents.find(plan.index[k]);
+    cells *= extent == extents.end() ? plan.sizes[k] : extent->second;
+  }
+  return cells;
+}
+
+/// @param work how many cells there are to fill.
+std::string render(memory::Dictionary& group, const TablePlan& plan, unsigned long work,
+                   unsigned long maxRows, bool html) {
   Selection selection(group, plan.variables);
-  Progress progress(std::cerr, ::isatty(STDERR_FILENO) == 1, plan.rows * plan.columns);
+  Progress progress(std::cerr, ::isatty(STDERR_FILENO) == 1, work);
   const auto frame = std::make_shared<TableFrame>(
       html ? inHtml : escaped, [&progress](unsigned long cells) { progress.advance(cells); });
   object_model::exportToDataFrame(selection, frame.get(), plan.index);
@@ -91,13 +103,15 @@ int run(const Options& options) {
   netcdf::OpenOptions reading;
   reading.missingAsNaN = true;
   // The rows follow the index, not the order in the file, and hopping between windows would read
-  // the file once for each cell. The table is in memory as a whole anyway.
+  // the file once for each cell. What is exported is in memory as a whole anyway.
   reading.windowBytes = physicalMemory();
   netcdf::File file(options.source.file, reading);
-  memory::Dictionary& group = groupOf(file, options.source);
+  const memory::Dictionary& group = groupOf(file, options.source);
   const TablePlan plan = planTable(group, skippedIn(group, file.skipped()), request);
   requireMemory(plan, maxRows);
-  std::string text = render(group, plan, maxRows, options.html);
+  const std::map<std::string, unsigned long> extents = extentsOf(plan, maxRows);
+  memory::Dictionary shown = file.corner(options.source.group, extents);
+  std::string text = render(shown, plan, cellsOf(plan, extents), maxRows, options.html);
   if (options.html && options.output) {
     text = documentOf(
         {titleOf(file, options.source.file), pathOf(group), rowsShown(plan.rows, maxRows), text});

@@ -47,7 +47,8 @@ class Planner {
     leaveOut([this](const Candidate& candidate) { return misfit(candidate, m_plan.index); });
     requireIndexIsLeft();
     for (const std::string& axis : m_plan.index) {
-      m_plan.rows = times(m_plan.rows, commonSize(axis, m_candidates));
+      m_plan.sizes.push_back(commonSize(axis, m_candidates));
+      m_plan.rows = times(m_plan.rows, m_plan.sizes.back());
     }
     m_plan.columns = m_plan.index.size();
     for (const Candidate& candidate : m_candidates) {
@@ -178,10 +179,22 @@ class Planner {
                              std::to_string(columns) + " values, as its axis " +
                              inQuotes(candidate.axes[0].name) + " is not in the index");
       columns = 1;
+      noteUnseen(candidate.axes[0].name);
     }
     m_plan.variables.push_back(candidate.name);
     m_plan.values = plus(m_plan.values, values);
     m_plan.columns = plus(m_plan.columns, columns);
+  }
+
+  /// Other arrays may have the axis as well, and all of its coordinates in their columns.
+  void noteUnseen(const std::string& axisName) {
+    const bool isSpread = std::any_of(
+        m_candidates.begin(), m_candidates.end(), [&axisName](const Candidate& candidate) {
+          return candidate.axes.size() > 1 && countOf(axisName, candidate.axes) > 0;
+        });
+    if (!isSpread) {
+      addOnce(m_plan.unseen, axisName);
+    }
   }
 
   const object_model::Dictionary& m_group;
@@ -197,6 +210,24 @@ class Planner {
 TablePlan planTable(const object_model::Dictionary& group, const std::vector<PassedOver>& skipped,
                     const TableRequest& request) {
   return Planner(group, skipped, request).plan();
+}
+
+std::map<std::string, unsigned long> extentsOf(const TablePlan& plan, unsigned long maxRows) {
+  std::map<std::string, unsigned long> extents;
+  for (const std::string& axis : plan.unseen) {
+    extents[axis] = 1;
+  }
+  if (maxRows == 0 || plan.rows <= maxRows) {
+    return extents;
+  }
+  // The first axis varies fastest: once the axes before it reach far enough, the first coordinate
+  // does. None is of size 0, as there are rows.
+  unsigned long slices = maxRows + 1;
+  for (std::size_t k = 0; k < plan.index.size(); ++k) {
+    extents[plan.index[k]] = std::min(slices, plan.sizes[k]);
+    slices = (slices - 1) / plan.sizes[k] + 1;
+  }
+  return extents;
 }
 
 }  // namespace quillon::tools

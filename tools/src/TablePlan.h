@@ -2,6 +2,7 @@
 
 #include <object_model/Dictionary.h>
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,6 +22,8 @@ struct TableRequest {
 struct TablePlan {
   std::vector<std::string> variables;  ///< names of arrays that the table can hold whole
   std::vector<std::string> index;      ///< names of at most three axes, each with one size
+  std::vector<unsigned long> sizes;    ///< of the index axes
+  std::vector<std::string> unseen;     ///< names of axes along which only the first value shows
   std::vector<std::string> notes;      ///< a sentence for each entry that is not there whole
   unsigned long rows = 1;
   unsigned long columns = 0;  ///< index columns included
@@ -37,5 +40,11 @@ struct TablePlan {
 ///   when nothing is left for the table.
 TablePlan planTable(const object_model::Dictionary& group, const std::vector<PassedOver>& skipped,
                     const TableRequest& request);
+
+/// How many of the first coordinates along each axis the first `maxRows` rows of the table need,
+/// and one row more where there is one, so that the table can show that it goes on. Axes that it
+/// needs whole are not named.
+/// @param maxRows 0 for all rows.
+std::map<std::string, unsigned long> extentsOf(const TablePlan& plan, unsigned long maxRows);
 
 }  // namespace quillon::tools

@@ -6,6 +6,8 @@
 
 #include <cstddef>
 #include <functional>
+#include <map>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -18,6 +20,8 @@ class Error : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
+
+class Source;
 
 /// How a file is read.
 struct OpenOptions {
@@ -113,6 +117,15 @@ class File {
   /// @copydoc group
   const memory::Dictionary& group(const std::string& path) const;
 
+  /// The group at `path` with all that is in it, but along the dimensions that are named in
+  /// `extents` only so many of the first coordinates, as far as there are more: what else the file
+  /// holds is neither read nor held in memory. Texts of characters keep their length.
+  ///
+  /// Ownership: the dictionary is the caller's; its arrays keep the file open.
+  /// @throws Error as group() does.
+  memory::Dictionary corner(const std::string& path,
+                            const std::map<std::string, unsigned long>& extents) const;
+
   /// The file's attribute `title`; empty when it has none.
   std::string title() const;
 
@@ -122,6 +135,7 @@ class File {
 
  private:
   std::string m_path;
+  std::shared_ptr<const Source> m_source;
   memory::Dictionary m_root;
   std::vector<Skipped> m_skipped;
 };
