@@ -1,6 +1,7 @@
 #include "NumericArray.h"
 
 #include <netcdf.h>
+#include <quillon/netcdf/StoredValues.h>
 
 #include <algorithm>
 #include <limits>
@@ -42,7 +43,7 @@ std::vector<Stored> missingValuesOf(const Variable& variable) {
 /// `Stored` is the values' type in the file: the window holds them as they are, and each is widened
 /// when it is asked for.
 template <class Stored>
-class NumericArray final : public ArrayBase {
+class NumericArray final : public ArrayBase, public StoredValues<Stored> {
  public:
   NumericArray(Variable variable, const std::string& name, std::vector<Axis> axes,
                const std::string& description)
@@ -78,6 +79,13 @@ class NumericArray final : public ArrayBase {
     } else {
       return ArrayBase::getValueAsInt(index);
     }
+  }
+
+  void readAround(unsigned long offset, Run<Stored>& run) const override {
+    const Block block = m_variable.runs(sizeof(Stored)).blockAround(offset);
+    run.first = block.first;
+    run.values.resize(block.count);
+    read(block, run.values.data());
   }
 
  private:

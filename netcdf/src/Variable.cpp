@@ -4,16 +4,39 @@
 
 #include <algorithm>
 
+#include "Bounded.h"
+
 namespace quillon::netcdf {
+
+namespace {
+
+// What caches of processors hold.
+constexpr std::size_t RUN_BYTES = std::size_t{1} << 20U;
+
+}  // namespace
 
 std::string Variable::subject() const { return "variable '" + path + "'"; }
 
 WindowLayout Variable::windows(std::size_t dimensions, std::size_t valueBytes) const {
+  return layout(dimensions, source->options().windowBytes / valueBytes);
+}
+
+WindowLayout Variable::runs(std::size_t valueBytes) const {
+  // A chunk is unpacked as a whole, and so are those beside it along the other dimensions.
+  std::size_t atOnce = chunks.empty() ? 0 : valueBytes * chunks.front();
+  for (std::size_t k = 1; k < chunks.size(); ++k) {
+    atOnce = boundedProduct(atOnce, shape[k]);
+  }
+  const std::size_t bytes = std::min(std::max(RUN_BYTES, atOnce), source->options().windowBytes);
+  return layout(shape.size(), bytes / valueBytes);
+}
+
+WindowLayout Variable::layout(std::size_t dimensions, std::size_t maxValues) const {
   const auto leading = [&](const std::vector<std::size_t>& extents) {
     const auto count = static_cast<std::ptrdiff_t>(std::min(dimensions, extents.size()));
     return std::vector<std::size_t>(extents.begin(), extents.begin() + count);
   };
-  return {leading(shape), source->options().windowBytes / valueBytes, leading(chunks)};
+  return {leading(shape), maxValues, leading(chunks)};
 }
 
 void Variable::read(const Block& block, void* values) const {

@@ -25,11 +25,17 @@ struct Variable {
   /// values takes `valueBytes` in memory.
   WindowLayout windows(std::size_t dimensions, std::size_t valueBytes) const;
 
+  /// The same for who reads block after block: smaller ones where the file makes nothing of it.
+  WindowLayout runs(std::size_t valueBytes) const;
+
   /// Reads the values of `block` as they are stored. @throws Error
   void read(const Block& block, void* values) const;
 
   /// Tells the caller of this library that values came.
   void reportRead(unsigned long bytes) const;
+
+ private:
+  WindowLayout layout(std::size_t dimensions, std::size_t maxValues) const;
 };
 
 }  // namespace quillon::netcdf

@@ -1,7 +1,9 @@
 #include <object_model/InvalidCall.h>
+#include <quillon/netcdf/StoredValues.h>
 
 #include <cmath>
 #include <limits>
+#include <numeric>
 #include <ostream>
 
 #include "TestFiles.h"
@@ -170,6 +172,67 @@ TEST_F(NumericArrayTest, ExceptionOfTheListenerPassesAndTheValueCanBeReadAgain) 
   EXPECT_THROW(valuesOf(arrayAt(file, "v")), std::length_error);
   isTired = false;
   EXPECT_THAT(valuesOf(arrayAt(file, "v")), ElementsAre("5"));
+}
+
+/// The array's values as they come in bulk; `lengths` is told how many came at a time.
+template <class Stored>
+std::vector<Stored> inBulk(const memory::ArrayBase& array, std::vector<unsigned long>& lengths) {
+  const auto& stored = dynamic_cast<const StoredValues<Stored>&>(array);
+  std::vector<Stored> values;
+  Run<Stored> run;
+  while (values.size() < array.numberOfElements()) {
+    stored.readAround(values.size(), run);
+    EXPECT_EQ(run.first, values.size());
+    values.insert(values.end(), run.values.begin(), run.values.end());
+    lengths.push_back(run.values.size());
+  }
+  return values;
+}
+
+TEST_F(NumericArrayTest, ValuesComeInBulkAsTheyAreStored) {
+  std::vector<short> values(3 * 200'000);
+  std::iota(values.begin(), values.end(), static_cast<short>(0));
+  {
+    const Writer writer(m_path, 0);
+    const int y = writer.dimension("y", 3);
+    const int v = writer.variable("v", NC_SHORT, {y, writer.dimension("x", 200'000)});
+    writer.put<short>(v, {3, 200'000}, values);
+  }
+  std::vector<unsigned long> lengths;
+  EXPECT_EQ(inBulk<short>(arrayAt(File(m_path), "v"), lengths), values);
+  EXPECT_THAT(lengths, ElementsAre(400'000, 200'000));  // as many rows as a mebibyte holds
+  OpenOptions options;
+  options.windowBytes = 300'000;
+  lengths.clear();
+  EXPECT_EQ(inBulk<short>(arrayAt(File(m_path, options), "v"), lengths), values);
+  EXPECT_THAT(lengths, ElementsAre(150'000, 50'000, 150'000, 50'000, 150'000, 50'000));
+}
+
+TEST_F(NumericArrayTest, ChunksComeInBulkAsAWholeWhereTheyFitTheWindow) {
+  {
+    const Writer writer(m_path, NC_NETCDF4);
+    const int y = writer.dimension("y", 5);
+    const int v = writer.variable("v", NC_DOUBLE, {y, writer.dimension("x", 200'000)});
+    const std::size_t chunks[] = {2, 1000};
+    must(nc_def_var_chunking(writer.root(), v, NC_CHUNKED, chunks));
+    writer.put<double>(v, {5, 200'000}, std::vector<double>(1'000'000, 1.5));
+  }
+  std::vector<unsigned long> lengths;
+  inBulk<double>(arrayAt(File(m_path), "v"), lengths);
+  EXPECT_THAT(lengths, ElementsAre(400'000, 400'000, 200'000));
+}
+
+TEST_F(NumericArrayTest, ValuesInBulkAreMissingAsTheOthersAre) {
+  {
+    const Writer writer(m_path, NC_NETCDF4);
+    writer.put<float>(writer.variable("v", NC_FLOAT, {writer.dimension("x", 2)}), {2},
+                      {NC_FILL_FLOAT, 1});
+  }
+  OpenOptions options;
+  options.missingAsNaN = true;
+  std::vector<unsigned long> lengths;
+  const std::vector<float> values = inBulk<float>(arrayAt(File(m_path, options), "v"), lengths);
+  EXPECT_THAT(values, ElementsAre(testing::IsNan(), 1));
 }
 
 struct MissingCase {

@@ -1,10 +1,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <quillon/memory/TypedArray.h>
+#include <quillon/netcdf/StoredValues.h>
 
+#include <algorithm>
 #include <complex>
 #include <limits>
 #include <numeric>
+#include <random>
+#include <tuple>
 
 #include "DiffFigures.h"
 #include "Failure.h"
@@ -35,6 +39,7 @@ TEST(DiffFiguresTest, LargestDeltaHasThePositionAndTheValues) {
   EXPECT_EQ(figures.values, 4);
   EXPECT_EQ(figures.differing, 3);
   EXPECT_EQ(figures.visited, 3);
+  EXPECT_THAT(figures.lastVisited, ElementsAre(3));
   EXPECT_EQ(figures.delta, "4");
   EXPECT_THAT(figures.example.position, ElementsAre(2));
   EXPECT_EQ(figures.example.values, TextPair("3", "7"));
@@ -144,6 +149,93 @@ TEST(DiffFiguresTest, EveryPositionIsTold) {
   unsigned long told = 0;
   figuresOf(array, array, {}, [&told](unsigned long positions) { told += positions; });
   EXPECT_EQ(told, 10000);
+}
+
+/// Gives its values in bulk as well, so many at a time.
+template <class Stored>
+class BulkArray final : public memory::ArrayBase, public netcdf::StoredValues<Stored> {
+ public:
+  BulkArray(object_model::ElementType type, const std::vector<Axis>& axes,
+            const std::vector<Stored>& values, unsigned long length)
+      : ArrayBase("x", type, axes), m_values(values), m_length(length) {}
+
+  double getValueAsDouble(const object_model::Tuple& index) const override {
+    return static_cast<double>(m_values[offsetOf(index)]);
+  }
+  long getValueAsInt(const object_model::Tuple& index) const override {
+    return static_cast<long>(m_values[offsetOf(index)]);
+  }
+  unsigned long getValueAsUInt(const object_model::Tuple& index) const override {
+    return static_cast<unsigned long>(m_values[offsetOf(index)]);
+  }
+
+  void readAround(unsigned long offset, netcdf::Run<Stored>& run) const override {
+    ++m_reads;
+    run.first = offset - offset % m_length;
+    const auto first = m_values.begin() + static_cast<std::ptrdiff_t>(run.first);
+    const auto left = static_cast<unsigned long>(m_values.end() - first);
+    run.values.assign(first, first + static_cast<std::ptrdiff_t>(std::min(left, m_length)));
+  }
+
+  unsigned long reads() const { return m_reads; }
+
+ private:
+  std::vector<Stored> m_values;
+  unsigned long m_length;
+  mutable unsigned long m_reads = 0;
+};
+
+std::string textOf(const Example& example) {
+  return ::testing::PrintToString(example.position) + ::testing::PrintToString(example.values);
+}
+
+std::string textOf(const DiffFigures& figures) {
+  return ::testing::PrintToString(std::tuple(
+      figures.values, figures.differing, figures.visited, figures.lastVisited, figures.nanInOne,
+      figures.delta, textOf(figures.example), figures.negativeReferences, figures.smallReferences,
+      figures.roundedIntegers, textOf(figures.passed)));
+}
+
+/// Values that are mostly the same, so that many follow each other between differences.
+template <class Stored, class Value>
+void expectTheSameFiguresInBulk(const std::vector<Stored>& odd) {
+  std::mt19937 random(1);  // NOLINT(bugprone-random-generator-seed): the same cases each time
+  const auto below = [&random](unsigned long bound) { return random() % bound; };
+  const std::vector<Axis> axes = {Axis("a", 7), Axis("b", 11), Axis("c", 5), Axis("d", 2),
+                                  Axis("e", 3)};
+  for (int round = 0; round < 60; ++round) {
+    std::vector<Stored> a(2310);
+    std::generate(a.begin(), a.end(), [&] { return odd[below(odd.size())]; });
+    std::vector<Stored> b = a;
+    for (unsigned long changes = below(3) * below(1500); changes > 0; --changes) {
+      b[below(b.size())] = odd[below(odd.size())];
+    }
+    const auto type = TypedArray<Value>("x", {}, {Value()}).getElementType();
+    const BulkArray<Stored> first(type, axes, a, 1 + below(3000));
+    const BulkArray<Stored> second(type, axes, b, 1 + below(3000));
+    for (const ComparisonRule& rule :
+         {ComparisonRule{}, ComparisonRule{ComparisonType::Absolute, 0.5},
+          ComparisonRule{ComparisonType::Relative, 0.25}}) {
+      const DiffFigures bulk = figuresOf(first, second, rule, ignore);
+      const unsigned long reads = first.reads();
+      EXPECT_GT(reads, 0);
+      const TypedArray<Value> plainSecond("x", axes, {b.begin(), b.end()});
+      EXPECT_EQ(textOf(bulk), textOf(figuresOf(first, plainSecond, rule, ignore)));
+      EXPECT_EQ(first.reads(), reads);
+    }
+  }
+}
+
+TEST(DiffFiguresTest, FiguresInBulkAreThoseOfTheAccessors) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  expectTheSameFiguresInBulk<double, double>(
+      {0, -0.0, 1, 1.2, -1, -1.2, 1e-10, -3e-10, 1e-9, 1e300, NOT_A_NUMBER, infinity, -infinity});
+  const float nan = std::numeric_limits<float>::quiet_NaN();
+  expectTheSameFiguresInBulk<float, double>({0, 1, 1.2F, -1, -1.2F, 1e-10F, 1.5F, nan});
+  expectTheSameFiguresInBulk<float, double>({4, 4.2F, 4.5F, 4.75F});
+  expectTheSameFiguresInBulk<signed char, long>({-128, -127, 0, 1, 100, 127});
+  expectTheSameFiguresInBulk<long, long>({0, 1, 1L << 62, (1L << 62) + 1, -(1L << 62)});
+  expectTheSameFiguresInBulk<unsigned long, unsigned long>({0, 1, ~0UL, ~0UL - 1});
 }
 
 TEST(DiffFiguresTest, DictionariesAreNoValues) {

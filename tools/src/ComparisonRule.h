@@ -121,4 +121,30 @@ Loophole loopholeOf(const ComparisonRule& rule, const Number& a, const Number& b
   return referenceOf(a, b) < 0 ? Loophole::NegativeReference : Loophole::RoundedIntegers;
 }
 
+/// Calls `use` with a test of two values that says yes only where they are the same under the rule,
+/// or both NaN, through no loophole; it may say no for such. It has no branches, so that a compiler
+/// can make it look at several pairs at a time.
+template <class Stored, class Use>
+void withPlainRule(const ComparisonRule& rule, const Use& use) {
+  using object_model::helper::ComparisonType;
+  if constexpr (std::is_integral_v<Stored>) {
+    use([](Stored a, Stored b) { return a == b; });
+  } else {
+    const double tolerance = rule.tolerance;
+    const auto isEqual = [](Stored a, Stored b) { return (a == b) | ((a != a) & (b != b)); };
+    const auto distance = [](Stored a, Stored b) { return std::abs(asReal(a) - asReal(b)); };
+    if (rule.type == ComparisonType::Absolute) {
+      use([=](Stored a, Stored b) { return isEqual(a, b) | (distance(a, b) <= tolerance); });
+    } else if (rule.type == ComparisonType::Relative) {
+      use([=](Stored a, Stored b) {
+        const double reference = std::abs(asReal(b));
+        return isEqual(a, b) |
+               ((reference > SMALLEST_REFERENCE) & (distance(a, b) / reference <= tolerance));
+      });
+    } else {
+      use(isEqual);
+    }
+  }
+}
+
 }  // namespace quillon::tools

@@ -13,7 +13,7 @@
 #include "Arguments.h"
 #include "DiffInput.h"
 #include "DiffReport.h"
-#include "EqualNaNs.h"
+#include "LastDifferences.h"
 #include "Output.h"
 #include "Progress.h"
 #include "Verb.h"
@@ -87,19 +87,34 @@ bool hasUnreadable(const object_model::Dictionary& group) {
 }
 
 /// The library's verdict; "the same" where it has none, so that the count alone decides.
-bool areSameByLibrary(const DiffSide& first, const DiffSide& second, const ComparisonRule& rule,
+bool areSameByLibrary(const DiffSide& first, const DiffSide& second, CountedPairs& counted,
                       std::string& sentence) {
-  return hasUnreadable(first.group) ||
-         object_model::helper::areSameDictionaries(withEqualNaNs(first.group, second.group),
-                                                   withEqualNaNs(second.group, first.group),
-                                                   rule.type, rule.tolerance, &sentence);
+  if (hasUnreadable(first.group)) {
+    return true;
+  }
+  const LastDifferences last = lastDifferencesOf(first.group, second.group, counted);
+  return object_model::helper::areSameDictionaries(last.first, last.second, counted.rule().type,
+                                                   counted.rule().tolerance, &sentence);
 }
 
-DiffReport count(const DiffSide& first, const DiffSide& second, const ComparisonRule& rule,
-                 DiffScope scope) {
+/// What the library says, and the tool.
+struct Verdicts {
+  bool same;
+  std::string sentence;
+  DiffReport report;
+};
+
+/// @param isShort whether nothing but the verdict is asked for.
+Verdicts compare(const DiffSide& first, const DiffSide& second, const ComparisonRule& rule,
+                 bool isShort) {
   Progress progress(std::cerr, ::isatty(STDERR_FILENO) == 1, valuesIn(first.group));
-  return reportOn(first, second, rule, scope,
-                  [&progress](unsigned long values) { progress.advance(values); });
+  CountedPairs counted(rule, [&progress](unsigned long values) { progress.advance(values); });
+  Verdicts verdicts;
+  verdicts.same = areSameByLibrary(first, second, counted, verdicts.sentence);
+  verdicts.report = reportOn(
+      first, second,
+      isShort && !hasUnreadable(first.group) ? DiffScope::PartlyCompared : DiffScope::All, counted);
+  return verdicts;
 }
 
 int run(const Options& options) {
@@ -112,14 +127,8 @@ int run(const Options& options) {
     first.select(names);
     second.select(names);
   }
-  std::string sentence;
-  const DiffSide left = first.side();
-  const DiffSide right = second.side();
-  const bool same = areSameByLibrary(left, right, rule, sentence);
   const bool isShort = options.quiet || options.brief;
-  const DiffReport report =
-      count(left, right, rule,
-            isShort && !hasUnreadable(left.group) ? DiffScope::PartlyCompared : DiffScope::All);
+  const auto& [same, sentence, report] = compare(first.side(), second.side(), rule, isShort);
   std::string text = same ? std::string() : escaped(sentence) + "\n";
   if (!isShort) {
     text += textOf(report.differences) + textOf(report.passed);

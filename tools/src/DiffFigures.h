@@ -25,9 +25,10 @@ struct DiffFigures {
   unsigned long values = 0;
   unsigned long differing = 0;
   unsigned long visited = 0;  ///< of the differing ones: those that the library's comparison visits
-  unsigned long nanInOne = 0;  ///< of the differing ones; NaN in both is no difference
-  std::string delta;           ///< the largest; empty when none of the differing values has a delta
-  Example example;             ///< where the delta is largest, or else the first difference
+  std::vector<unsigned long> lastVisited;  ///< the position of the last of these, if any
+  unsigned long nanInOne = 0;              ///< of the differing ones; NaN in both is no difference
+  std::string delta;  ///< the largest; empty when none of the differing values has a delta
+  Example example;    ///< where the delta is largest, or else the first difference
 
   unsigned long negativeReferences = 0;  ///< passed for their negative reference alone
   unsigned long smallReferences = 0;     ///< passed for their small reference alone
@@ -39,8 +40,9 @@ struct DiffFigures {
 using Tick = std::function<void(unsigned long positions)>;
 
 /// Compares two arrays of the same type and shape at all their positions, of any number of
-/// dimensions, in the order in which they are stored, reading each value once.
-/// @throws Failure for elements that are dictionaries. What the accessors throw passes through.
+/// dimensions, in the order in which they are stored, reading each value once: in bulk where both
+/// are netcdf::StoredValues of one type.
+/// @throws Failure for elements that are dictionaries. What reading throws passes through.
 DiffFigures figuresOf(const object_model::Array& first, const object_model::Array& second,
                       const ComparisonRule& rule, const Tick& tick);
 

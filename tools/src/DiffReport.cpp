@@ -52,9 +52,8 @@ class Level {
 
 class Walk {
  public:
-  Walk(const DiffSide& first, const DiffSide& second, const ComparisonRule& rule, DiffScope scope,
-       const Tick& tick)
-      : m_first(first), m_second(second), m_rule(rule), m_scope(scope), m_tick(tick) {}
+  Walk(const DiffSide& first, const DiffSide& second, DiffScope scope, CountedPairs& counted)
+      : m_first(first), m_second(second), m_scope(scope), m_counted(counted) {}
 
   void compare(const Dictionary& first, const Dictionary& second) {
     const Level left(first, m_first);
@@ -101,8 +100,8 @@ class Walk {
     if (!outline.empty()) {
       add(path, outline);
     } else if (m_scope == DiffScope::All || first.size().size() >= PARTLY_COMPARED) {
-      const DiffFigures figures = figuresOf(first, second, m_rule, m_tick);
-      add(path, differenceInWords(first, figures, m_rule));
+      const DiffFigures& figures = m_counted.of(first, second);
+      add(path, differenceInWords(first, figures, m_counted.rule()));
       const std::string passed = passedInWords(first, figures);
       if (!passed.empty()) {
         m_report.passed.push_back(path + ": " + passed);
@@ -139,17 +138,16 @@ class Walk {
 
   const DiffSide& m_first;
   const DiffSide& m_second;
-  const ComparisonRule& m_rule;
   DiffScope m_scope;
-  const Tick& m_tick;
+  CountedPairs& m_counted;
   DiffReport m_report;
 };
 
 }  // namespace
 
-DiffReport reportOn(const DiffSide& first, const DiffSide& second, const ComparisonRule& rule,
-                    DiffScope scope, const Tick& tick) {
-  Walk walk(first, second, rule, scope, tick);
+DiffReport reportOn(const DiffSide& first, const DiffSide& second, DiffScope scope,
+                    CountedPairs& counted) {
+  Walk walk(first, second, scope, counted);
   walk.compare(first.group, second.group);
   return std::move(walk).report();
 }

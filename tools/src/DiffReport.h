@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "DiffFigures.h"
+#include "CountedPairs.h"
 
 namespace quillon::tools {
 
@@ -30,10 +30,10 @@ enum class DiffScope {
   PartlyCompared  ///< those alone that the library's comparison visits only a part of
 };
 
-/// Compares the groups and all groups below, each array in one pass.
+/// Compares the groups and all groups below.
 /// @throws what reading the arrays throws.
-DiffReport reportOn(const DiffSide& first, const DiffSide& second, const ComparisonRule& rule,
-                    DiffScope scope, const Tick& tick);
+DiffReport reportOn(const DiffSide& first, const DiffSide& second, DiffScope scope,
+                    CountedPairs& counted);
 
 /// The lines for a reader, a long list ending with how many more there are.
 std::string textOf(const std::vector<std::string>& lines);
