@@ -82,7 +82,7 @@ class NumericArray final : public ArrayBase, public StoredValues<Stored> {
   }
 
   void readAround(unsigned long offset, Run<Stored>& run) const override {
-    const Block block = m_variable.runs(sizeof(Stored)).blockAround(offset);
+    const Block block = m_variable.runAround(offset, sizeof(Stored));
     run.first = block.first;
     run.values.resize(block.count);
     read(block, run.values.data());

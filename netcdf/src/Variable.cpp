@@ -21,14 +21,20 @@ WindowLayout Variable::windows(std::size_t dimensions, std::size_t valueBytes) c
   return layout(dimensions, source->options().windowBytes / valueBytes);
 }
 
-WindowLayout Variable::runs(std::size_t valueBytes) const {
+Block Variable::runAround(unsigned long offset, std::size_t valueBytes) const {
+  const std::size_t most = source->options().windowBytes;
   // A chunk is unpacked as a whole, and so are those beside it along the other dimensions.
-  std::size_t atOnce = chunks.empty() ? 0 : valueBytes * chunks.front();
+  std::size_t atOnce = chunks.empty() ? 0 : boundedProduct(valueBytes, chunks.front());
   for (std::size_t k = 1; k < chunks.size(); ++k) {
     atOnce = boundedProduct(atOnce, shape[k]);
   }
-  const std::size_t bytes = std::min(std::max(RUN_BYTES, atOnce), source->options().windowBytes);
-  return layout(shape.size(), bytes / valueBytes);
+  if (offset == 0 && !chunks.empty() && atOnce <= most) {
+    // Each chunk is unpacked once, so that keeping it takes memory for nothing. Where the library
+    // keeps it nevertheless, that is all the harm.
+    nc_set_var_chunk_cache(group, id, 0, 0, 0);
+  }
+  const std::size_t bytes = std::min(std::max(RUN_BYTES, atOnce), most);
+  return layout(shape.size(), bytes / valueBytes).blockAround(offset);
 }
 
 WindowLayout Variable::layout(std::size_t dimensions, std::size_t maxValues) const {

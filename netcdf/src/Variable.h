@@ -25,8 +25,9 @@ struct Variable {
   /// values takes `valueBytes` in memory.
   WindowLayout windows(std::size_t dimensions, std::size_t valueBytes) const;
 
-  /// The same for who reads block after block: smaller ones where the file makes nothing of it.
-  WindowLayout runs(std::size_t valueBytes) const;
+  /// The block around `offset` for who reads all values of `valueBytes` block after block: a small
+  /// one where the file makes nothing of it.
+  Block runAround(unsigned long offset, std::size_t valueBytes) const;
 
   /// Reads the values of `block` as they are stored. @throws Error
   void read(const Block& block, void* values) const;
