@@ -10,8 +10,9 @@ namespace quillon::netcdf {
 
 namespace {
 
-// What caches of processors hold.
+// Runs of this size stay in a processor's cache; longer ones are for chunks alone.
 constexpr std::size_t RUN_BYTES = std::size_t{1} << 20U;
+constexpr std::size_t LONGEST_RUN_BYTES = std::size_t{16} << 20U;
 
 }  // namespace
 
@@ -22,18 +23,17 @@ WindowLayout Variable::windows(std::size_t dimensions, std::size_t valueBytes) c
 }
 
 Block Variable::runAround(unsigned long offset, std::size_t valueBytes) const {
-  const std::size_t most = source->options().windowBytes;
   // A chunk is unpacked as a whole, and so are those beside it along the other dimensions.
   std::size_t atOnce = chunks.empty() ? 0 : boundedProduct(valueBytes, chunks.front());
   for (std::size_t k = 1; k < chunks.size(); ++k) {
     atOnce = boundedProduct(atOnce, shape[k]);
   }
-  if (offset == 0 && !chunks.empty() && atOnce <= most) {
+  if (offset == 0 && !chunks.empty() && atOnce <= LONGEST_RUN_BYTES) {
     // Each chunk is unpacked once, so that keeping it takes memory for nothing. Where the library
     // keeps it nevertheless, that is all the harm.
     nc_set_var_chunk_cache(group, id, 0, 0, 0);
   }
-  const std::size_t bytes = std::min(std::max(RUN_BYTES, atOnce), most);
+  const std::size_t bytes = std::clamp(atOnce, RUN_BYTES, LONGEST_RUN_BYTES);
   return layout(shape.size(), bytes / valueBytes).blockAround(offset);
 }
 

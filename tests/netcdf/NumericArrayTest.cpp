@@ -201,14 +201,9 @@ TEST_F(NumericArrayTest, ValuesComeInBulkAsTheyAreStored) {
   std::vector<unsigned long> lengths;
   EXPECT_EQ(inBulk<short>(arrayAt(File(m_path), "v"), lengths), values);
   EXPECT_THAT(lengths, ElementsAre(400'000, 200'000));  // as many rows as a mebibyte holds
-  OpenOptions options;
-  options.windowBytes = 300'000;
-  lengths.clear();
-  EXPECT_EQ(inBulk<short>(arrayAt(File(m_path, options), "v"), lengths), values);
-  EXPECT_THAT(lengths, ElementsAre(150'000, 50'000, 150'000, 50'000, 150'000, 50'000));
 }
 
-TEST_F(NumericArrayTest, ChunksComeInBulkAsAWholeWhereTheyFitTheWindow) {
+TEST_F(NumericArrayTest, ChunksComeInBulkAsAWhole) {
   {
     const Writer writer(m_path, NC_NETCDF4);
     const int y = writer.dimension("y", 5);
@@ -217,8 +212,10 @@ TEST_F(NumericArrayTest, ChunksComeInBulkAsAWholeWhereTheyFitTheWindow) {
     must(nc_def_var_chunking(writer.root(), v, NC_CHUNKED, chunks));
     writer.put<double>(v, {5, 200'000}, std::vector<double>(1'000'000, 1.5));
   }
+  OpenOptions options;
+  options.windowBytes = 8000;
   std::vector<unsigned long> lengths;
-  inBulk<double>(arrayAt(File(m_path), "v"), lengths);
+  inBulk<double>(arrayAt(File(m_path, options), "v"), lengths);
   EXPECT_THAT(lengths, ElementsAre(400'000, 400'000, 200'000));
 }
 

@@ -49,7 +49,7 @@ class TerminalTest : public ::testing::Test {
   /// Compares very many texts, which the file has no room for, as none was ever written.
   std::vector<std::string> longWork() const {
     const std::string path =
-        m_scratch.file("long.nc", "dimensions: x = 16000000 ; n = 2 ; variables: char t(x, n) ;");
+        m_scratch.file("long.nc", "dimensions: x = 40000000 ; n = 2 ; variables: char t(x, n) ;");
     return {"diff", path, path};
   }
 

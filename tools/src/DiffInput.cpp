@@ -11,8 +11,9 @@ namespace quillon::tools {
 
 namespace {
 
-/// Every array keeps its window, so that those of many arrays must fit in memory side by side.
-constexpr std::size_t WINDOW_BYTES = std::size_t{16} << 20U;
+/// Every array whose accessors are used keeps its window, so that those of many arrays must fit in
+/// memory side by side.
+constexpr std::size_t WINDOW_BYTES = std::size_t{1} << 20U;
 
 netcdf::OpenOptions reading() {
   netcdf::OpenOptions options;

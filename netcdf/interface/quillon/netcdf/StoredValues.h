@@ -24,9 +24,9 @@ class StoredValues {
   virtual ~StoredValues() = default;
 
   /// Replaces the content of `run` by values among which is the one at `offset`, which must be in
-  /// the array. The array's own window is left as it is. Starting again behind each run reads each
-  /// value once, in pieces that suit how the file is stored, of at most OpenOptions::windowBytes
-  /// (one value where that is less).
+  /// the array. The array's own window is left as it is, and its size does not matter. Starting
+  /// again behind each run reads each value once, a mebibyte at a time or, where the file's chunks
+  /// ask for more, up to 16.
   /// @throws Error when they cannot be read; `run` then holds anything.
   virtual void readAround(unsigned long offset, Run<Stored>& run) const = 0;
 };
