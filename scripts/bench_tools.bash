@@ -1,0 +1,119 @@
+# shellcheck shell=bash
+# What the tool costs as a whole process, beside other tools at the same work.
+
+BENCH_TOOLS_PACKAGES=(cdo hdf5-tools netcdf-bin time)
+
+# How often each command is run; the least of each figure counts, as other load only adds to it.
+BENCH_TOOLS_RUNS=5
+
+# make_bench_files DIRECTORY: the climate data, small and 100 times longer along TIME. Beside each of
+# the two an equal file and one with other wind speeds; all of them as CDF-2 and as netCDF-4.
+make_bench_files() {
+  local cdo=(cdo -s --no_history -f nc2) times size file
+  for times in 1 100; do
+    size="$1/$times"
+    "${cdo[@]}" -duplicate,"$times" data/north_atlantic_climate.nc "$size.nc"
+    cp "$size.nc" "$size-same.nc"
+    "${cdo[@]}" -replace "$size.nc" -addc,1 -selname,WSPD "$size.nc" "$size-other.nc"
+    for file in "$size" "$size-same" "$size-other"; do nccopy -k nc4 "$file.nc" "$file.nc4"; done
+  done
+}
+
+# measure STATUS COMMAND...: sets `milliseconds` of processor time (user and system) and `kibibytes`
+# of memory, each the least of several runs, all of which must end with STATUS.
+measure() {
+  local run status user system memory TIMEFORMAT='%3U %3S'
+  milliseconds='' kibibytes=''
+  for ((run = 0; run < BENCH_TOOLS_RUNS; ++run)); do
+    { time command time --quiet -f %M -o "$files/memory" "${@:2}" &>/dev/null; } 2>"$files/time" &&
+      status=0 || status=$?
+    ((status == $1)) || fail "status $status instead of $1: ${*:2}"
+    read -r user system <"$files/time"
+    user=$((10#${user/./} + 10#${system/./}))
+    memory="$(<"$files/memory")"
+    if [[ -z "$milliseconds" ]] || ((user < milliseconds)); then milliseconds=$user; fi
+    if [[ -z "$kibibytes" ]] || ((memory < kibibytes)); then kibibytes=$memory; fi
+  done
+}
+
+# peer STATUS COMMAND...: measures another tool; appends its column to `row` and keeps the fastest.
+# '-' for a tool that cannot do the work.
+peer() {
+  if [[ "$1" == - ]]; then
+    row+=$'\t-'
+    return
+  fi
+  measure "$@"
+  row+=$'\t'"$milliseconds"
+  if [[ -z "$fastest" ]] || ((milliseconds < fastest)); then fastest=$milliseconds; fi
+}
+
+# work_of JOB SUFFIX SIZE: sets `ours` and the peers' commands, each with its exit status before it.
+work_of() {
+  local first="$files/$3.$2" second="$files/$3-other.$2" with_cdo='' with_h5diff=() status=1
+  cdo=(-) h5diff=(-) ncdump=(-)
+  ours=(diff)
+  case "$1" in
+    equal)
+      status=0 second="$files/$3-same.$2"
+      # The least of comparing with a text tool: printing both.
+      # shellcheck disable=SC2016  # the inner shell expands it
+      ncdump=(0 sh -c 'ncdump "$1" && ncdump "$2"' - "$first" "$second")
+      ;;
+    different) ;;
+    absolute) status=0 ours+=(--absolute 2) with_cdo=",abslim=2" with_h5diff=(-d 2) ;;
+    relative) ours+=(--relative 0.01) with_cdo=",abslim=0,rellim=0.01" with_h5diff=(-p 0.01) ;;
+    table) ours=(0 table "$first") ncdump=(0 ncdump "$first") ;;
+    whole-table)
+      ours=(0 table --max-rows 0 --variables "SST,AIRT" "$first")
+      ncdump=(0 ncdump -v "SST,AIRT" "$first")
+      ;;
+  esac
+  if [[ "${ours[0]}" == diff ]]; then
+    ours=("$status" "${ours[@]}" "$first" "$second")
+    cdo=("$status" cdo -s "diffn$with_cdo" "$first" "$second")
+    # h5diff reads no CDF-2.
+    [[ "$2" != nc4 ]] || h5diff=("$status" h5diff -q "${with_h5diff[@]}" "$first" "$second")
+  fi
+}
+
+# bench_job JOB SUFFIX TITLE: prints a row about a job on the long file.
+bench_job() {
+  local ours cdo h5diff ncdump row fastest='' long
+  local milliseconds kibibytes our_milliseconds
+  work_of "$1" "$2" 100
+  measure "${ours[0]}" "$quillon" "${ours[@]:1}"
+  our_milliseconds=$milliseconds long=$kibibytes
+  row="$3"$'\t'"$milliseconds"
+  peer "${cdo[@]}"
+  peer "${h5diff[@]}"
+  peer "${ncdump[@]}"
+  work_of "$1" "$2" 1
+  measure "${ours[0]}" "$quillon" "${ours[@]:1}"
+  awk -v row="$row" -v ours="$our_milliseconds" -v fastest="$fastest" -v short="$kibibytes" \
+    -v long="$long" 'BEGIN {
+      printf "%s\t%.2f\t%.1f\t%.1f\n", row, ours / fastest, short / 1024, long / 1024 }'
+}
+
+# bench_tools QUILLON: prints how long the tool QUILLON takes beside other tools, and its memory.
+bench_tools() (
+  quillon="$1"
+  need "${BENCH_TOOLS_PACKAGES[@]}"
+  files="$(mktemp -d)"
+  trap 'rm -r "$files"' EXIT
+  say "measuring whole processes: ms of processor time, the least of $BENCH_TOOLS_RUNS runs"
+  make_bench_files "$files"
+  {
+    printf 'job\tquillon\tcdo\th5diff\tncdump\tquillon/fastest\tMiB small\tMiB long\n'
+    bench_job equal nc 'diff, equal'
+    bench_job different nc 'diff, 1 of 4 variables differs'
+    bench_job absolute nc 'diff, absolute tolerance'
+    bench_job relative nc 'diff, relative tolerance'
+    bench_job equal nc4 'diff, equal, netCDF-4'
+    bench_job different nc4 'diff, 1 of 4 differs, netCDF-4'
+    bench_job absolute nc4 'diff, absolute, netCDF-4'
+    bench_job relative nc4 'diff, relative, netCDF-4'
+    bench_job table nc 'table, 10 rows'
+    bench_job whole-table nc 'table, all rows of 2 variables'
+  } | column -t -s $'\t'
+)
