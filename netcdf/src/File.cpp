@@ -90,8 +90,9 @@ memory::Dictionary File::corner(const std::string& path,
   std::size_t position = 0;
   for (std::string part = nextPart(path, position); !part.empty();
        part = nextPart(path, position)) {
-    m_source->require(nc_inq_grp_ncid(id, part.c_str(), &id), "group '" + fullPath + part + "'");
-    fullPath += part + "/";
+    fullPath += part;
+    m_source->require(nc_inq_grp_ncid(id, part.c_str(), &id), "group '" + fullPath + "'");
+    fullPath += "/";
   }
   std::vector<Skipped> skipped;  // known already
   return GroupReader(m_source, skipped, extents).read(id, name, fullPath);

@@ -135,5 +135,37 @@ TEST(ComparisonRuleTest, RoundedIntegersAreALoophole) {
   EXPECT_EQ(loopholeOf({ComparisonType::Absolute, 1}, LARGE, LARGE - 1), Loophole::None);
 }
 
+template <class Stored, class Value>
+void expectPlainPairsToBeTheSame(const std::vector<Stored>& numbers) {
+  for (const ComparisonRule& rule :
+       {ComparisonRule{}, ComparisonRule{ComparisonType::Absolute, 0.25},
+        ComparisonRule{ComparisonType::Relative, 0.25}}) {
+    withPlainRule<Stored>(rule, [&](const auto& isPlain) {
+      for (const Stored a : numbers) {
+        for (const Stored b : numbers) {
+          const Value x = a;
+          const Value y = b;
+          const bool isQuiet = (areSame(rule, x, y) && loopholeOf(rule, x, y) == Loophole::None) ||
+                               (isNaN(x) && isNaN(y));
+          EXPECT_TRUE(isQuiet || !isPlain(a, b)) << +a << " and " << +b;
+        }
+        EXPECT_TRUE(isPlain(a, a)) << +a;
+      }
+    });
+  }
+}
+
+TEST(PlainRuleTest, SaysYesOnlyOfPairsThatThereIsNothingToSayAbout) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  expectPlainPairsToBeTheSame<double, double>({0, -0.0, 0.1, 0.2, 1, 1.25, 1.3, -1, -1.25, 1e-9,
+                                               1e-10, 1.1e-9, 1e300, -1e300, infinity, -infinity,
+                                               nan});
+  expectPlainPairsToBeTheSame<float, double>(
+      {0, 0.1F, 0.2F, 1, 1.2F, 1.25F, -1, 1e-9F, 1e38F, std::numeric_limits<float>::quiet_NaN()});
+  expectPlainPairsToBeTheSame<signed char, long>({-128, -1, 0, 1, 100, 125, 127});
+  expectPlainPairsToBeTheSame<unsigned long, unsigned long>({0, 1, 5, 6, ~0UL, ~0UL - 1});
+}
+
 }  // namespace
 }  // namespace quillon::tools

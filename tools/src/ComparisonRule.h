@@ -131,7 +131,7 @@ void withPlainRule(const ComparisonRule& rule, const Use& use) {
     use([](Stored a, Stored b) { return a == b; });
   } else {
     const double tolerance = rule.tolerance;
-    const auto isEqual = [](Stored a, Stored b) { return (a == b) | ((a != a) & (b != b)); };
+    const auto isEqual = [](Stored a, Stored b) { return (a == b) | (isNaN(a) & isNaN(b)); };
     const auto distance = [](Stored a, Stored b) { return std::abs(asReal(a) - asReal(b)); };
     if (rule.type == ComparisonType::Absolute) {
       use([=](Stored a, Stored b) { return isEqual(a, b) | (distance(a, b) <= tolerance); });
