@@ -19,7 +19,8 @@ if(QUILLON_TABRA_ROOT)
     set(libdir \"${CMAKE_INSTALL_LIBDIR}\")
     cmake_path(ABSOLUTE_PATH libdir BASE_DIRECTORY \"\${CMAKE_INSTALL_PREFIX}\")
     file(INSTALL DESTINATION \"\${libdir}\" TYPE SHARED_LIBRARY FOLLOW_SYMLINK_CHAIN
-      FILES \"${QUILLON_TABRA_LIBRARY}\")")
+      FILES \"${QUILLON_TABRA_LIBRARY}\")"
+    COMPONENT libquillon-object-model)
   install(DIRECTORY ${QUILLON_TABRA_INCLUDE}/tabra DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
   configure_package_config_file(cmake/InstalledTabra.cmake.in ${PROJECT_BINARY_DIR}/tabra-targets.cmake
     INSTALL_DESTINATION ${package_dir}

@@ -1,0 +1,57 @@
+# The Debian packages, by cpack from a build of the preset `package`: each is the component of its
+# name, and takes from cmake/debian/ what only Debian asks for.
+set(CPACK_GENERATOR DEB)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_SOURCE_DIR}/cmake/debian/date.cmake)
+set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/debian/stage.cmake)
+set(CPACK_QUILLON_SOURCE_DIR ${PROJECT_SOURCE_DIR})  # for these two scripts
+
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")  # each package has its own
+set(CPACK_PACKAGE_CONTACT "Quillon maintainers <maintainers@quillon.example>")
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+set(CPACK_DEBIAN_PACKAGE_SOURCE quillon-object-model)
+set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# Where dpkg-shlibdeps finds this build's libraries; the package that brings them is named below.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS
+  ${PROJECT_BINARY_DIR}/ObjectModel ${PROJECT_BINARY_DIR}/tabra)
+
+# quillon_debian_package(NAME SECTION DEPENDS SUMMARY TEXT): the component NAME as a package.
+macro(quillon_debian_package name section depends summary text)
+  list(APPEND CPACK_COMPONENTS_ALL ${name})
+  string(TOUPPER ${name} component)
+  set(CPACK_DEBIAN_${component}_PACKAGE_NAME ${name})
+  set(CPACK_DEBIAN_${component}_PACKAGE_SECTION ${section})
+  set(CPACK_DEBIAN_${component}_PACKAGE_DEPENDS "${depends}")
+  set(CPACK_DEBIAN_${component}_DESCRIPTION "${summary}\n${text}")
+endmacro()
+
+set(CPACK_COMPONENTS_ALL)
+set(debian_version ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})
+quillon_debian_package(libquillon-object-model libs ""
+  "object model for measurement results - shared libraries"
+  "Libraries for n-dimensional typed arrays with described axes and
+dictionaries that nest: they are compared with a sentence that says what
+differs, turned into tables, and rendered as text or HTML.")
+set(CPACK_DEBIAN_LIBQUILLON-OBJECT-MODEL_PACKAGE_CONTROL_EXTRA
+  ${PROJECT_SOURCE_DIR}/cmake/debian/triggers)
+quillon_debian_package(libquillon-object-model-dev libdevel
+  "libquillon-object-model (= ${debian_version})"
+  "object model for measurement results - development files"
+  "Headers, the CMake package, pkg-config files and examples of the object
+model, and static libraries with arrays in memory and a reader of netCDF
+files.")
+# With COMPONENTS netcdf, the CMake package looks for libnetcdf through pkg-config.
+set(CPACK_DEBIAN_LIBQUILLON-OBJECT-MODEL-DEV_PACKAGE_RECOMMENDS "libnetcdf-dev, pkgconf")
+if(TARGET quillon)
+  # Slots are only ever appended, so that a newer library serves an older tool.
+  quillon_debian_package(quillon-tools science
+    "libquillon-object-model (>= ${PROJECT_VERSION})"
+    "command-line tool for files of measurement results"
+    "The tool quillon lists what is in a netCDF file, prints its variables as
+a table in text or HTML, and compares two files value by value.")
+endif()
+include(CPack)
