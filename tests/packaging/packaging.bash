@@ -6,7 +6,8 @@ shopt -s inherit_errexit
 
 HERE="$QUILLON_SOURCE/tests/packaging"
 : "${HERE:?}" "${QUILLON_BUILD:?}" "${QUILLON_PREFIX:?}" "${QUILLON_LIBDIR:?}" "${CMAKE:?}" "${CXX:?}"
-unset CMAKE_PREFIX_PATH LD_LIBRARY_PATH PKG_CONFIG_PATH DESTDIR
+: "${QUILLON_CLONE:?}"
+unset CMAKE_PREFIX_PATH LD_LIBRARY_PATH PKG_CONFIG_PATH DESTDIR SOURCE_DATE_EPOCH
 
 # In which language standards strangers' programs are compiled. A test may ask for more, and for
 # each of the compilers: g++ and clang++ as far as they are installed.
@@ -40,6 +41,29 @@ build_and_install() {
   configure "$1" "$2" "${@:4}"
   "$CMAKE" --build "$2" --parallel 2
   "$CMAKE" --install "$2" --prefix "$3"
+}
+
+# copy_project DIRECTORY: the files of the project as they are now, as a clone would have them.
+copy_project() {
+  mkdir -p "$1"
+  # Git distrusts a clone that another user owns; listing files is safe.
+  git -c safe.directory="$PWD" ls-files -z | tar --create --null --files-from=- |
+    tar --extract --directory="$1"
+}
+
+# build_as_released CLONE: what the packages are made of, in build/package below it.
+build_as_released() (
+  cd "$1"
+  "$CMAKE" --preset package
+  "$CMAKE" --build --preset package --parallel 2
+)
+
+# make_packages CLONE: the Debian packages, beside what they are made of.
+make_packages() { "$1/dev" package; }
+
+# debian_libraries: where the unpacked Debian packages have their libraries.
+debian_libraries() {
+  printf '%s\n' "$QUILLON_CLONE/root/usr/lib/$(dpkg-architecture --query DEB_HOST_MULTIARCH)"
 }
 
 # expect_output EXPECTED PROGRAM: the whole of what it prints.
