@@ -17,8 +17,14 @@ plot_growth() {
   gnuplot -c benchmarks/growth.gnuplot "$growth" "$picture"
 }
 
-## bench: time the library's operations beside their floors (options go to Google Benchmark)
+## bench: time operations beside their floors (options go to Google Benchmark), or --tools beside others
 verb_bench() {
+  if [[ "${1-}" == --tools ]]; then
+    need "${BUILD_PACKAGES[@]}"
+    build release --target quillon
+    bench_tools build/release/tools/quillon
+    return
+  fi
   need "${BUILD_PACKAGES[@]}" "${BENCH_PACKAGES[@]}" "${PLOT_PACKAGES[@]}"
   build bench --target quillon_benchmarks
   local results=build/bench/results.json
