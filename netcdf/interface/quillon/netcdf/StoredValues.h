@@ -9,8 +9,8 @@ namespace quillon::netcdf {
 /// Values that follow each other in an array when dimension 0 varies fastest.
 template <class Stored>
 struct Run {
-  unsigned long first = 0;  ///< where the first of them stands
-  std::vector<Stored> values;
+  unsigned long first = 0;     ///< where the first of them stands
+  std::vector<Stored> values;  ///< as they are stored
 };
 
 /// What an array of a file's numbers is as well, for who goes through very many of them: its values
