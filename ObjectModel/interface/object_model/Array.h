@@ -73,7 +73,8 @@ class OBJECT_MODEL_EXPORT Array : public Data {
   /// The unit as it is shown to people; empty for none.
   virtual std::string getUnit() const = 0;  // slot 25
 
-  /// The array's writable access object. Borrowed; what it offers is the toolkit's business.
+  /// The array's writable access object, or null where it has none. Borrowed; what it offers is the
+  /// toolkit's business.
   virtual WritingInterface* getWritingInterface() = 0;  // slot 26
   /// The same, read-only.
   virtual const WritingInterface* getWritingInterface() const = 0;  // slot 27

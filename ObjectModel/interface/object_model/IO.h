@@ -58,7 +58,7 @@ OBJECT_MODEL_EXPORT void exportToDataFrame(Dictionary& dictionary, tabra::DataFr
 /// value that fills its column runs straight into the next one. Values are written as a stream in
 /// its default state writes them, under the global locale: floating-point numbers with six
 /// significant digits. A column of a type other than the three of `tabra::DataTypeId` has empty
-/// cells. A frame without columns yields no header and no rows.
+/// cells. A frame without columns yields no header and no rows. Each line ends in a newline.
 ///
 /// Only the rows shown are read, in one `read` a column.
 ///

@@ -38,7 +38,7 @@ class TABRA_EXPORT DataFrameView {
   virtual DataType columnDataType(unsigned long column) const = 0;  // slot 6
 
   /// Copies the cells of rows `firstRow` to `firstRow + count - 1` of a column to `destination`,
-  /// one after the other, 8 bytes each.
+  /// one after the other, 8 bytes each. Where `count` is 0, `destination` may be null.
   virtual void read(unsigned long column, unsigned long firstRow, unsigned long count,
                     void* destination) const = 0;  // slot 7
 
@@ -46,14 +46,15 @@ class TABRA_EXPORT DataFrameView {
   virtual void write(unsigned long column, unsigned long firstRow, unsigned long count,
                      const void* source) = 0;  // slot 8
 
-  /// Appends a column at the right end, with as many rows as the table has.
+  /// Appends a column at the right end, with as many rows as the table has. What its cells hold
+  /// until they are written is the concrete class's choice; an export may leave some unwritten.
   virtual void addColumn(const std::string& name, DataType type) = 0;  // slot 9
 
-  /// Inserts `count` rows before row `firstRow`, in every column.
+  /// Inserts `count` rows before row `firstRow`, in every column; their cells as in addColumn().
   virtual void addRows(unsigned long firstRow, unsigned long count) = 0;  // slot 10
 
   /// Removes a column. A caller that removes several in a row counts them all as they were before
-  /// the first removal.
+  /// the first removal; a call of any other operation ends such a run, and columns count anew.
   virtual void removeColumn(unsigned long column) = 0;  // slot 11
 
   /// Removes `count` rows from row `firstRow` on, in every column.
