@@ -13,12 +13,12 @@ function(quillon_configure target)
     -Woverloaded-virtual -Wnon-virtual-dtor -Wcast-qual
     $<$<BOOL:${QUILLON_WARNINGS_AS_ERRORS}>:-Werror>
     # Paths in debug information start at the project's root, wherever it is built.
-    -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=
+    -ffile-prefix-map=${quillon_object_model_SOURCE_DIR}/=
     -ffile-prefix-map=${CMAKE_BINARY_DIR}=build)
   if(QUILLON_SANITIZE)
     target_compile_options(${target} PRIVATE
       -fsanitize=${QUILLON_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
-      $<$<CXX_COMPILER_ID:Clang>:-fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/cmake/sanitize.ignore>)
+      $<$<CXX_COMPILER_ID:Clang>:-fsanitize-ignorelist=${quillon_object_model_SOURCE_DIR}/cmake/sanitize.ignore>)
     target_link_options(${target} PRIVATE -fsanitize=${QUILLON_SANITIZE})
   endif()
 endfunction()

@@ -53,7 +53,6 @@ verb_check() {
   check_scripts
   check_docs
   check_interface
-  prove_interface
   # One build is both clang++'s opinion and the sanitizers' subject.
   build sanitize
   check_headers sanitize

@@ -2,6 +2,7 @@
 
 #include <object_model/ComparisonHelper.h>
 
+#include <algorithm>
 #include <cmath>
 #include <complex>
 #include <type_traits>
@@ -51,9 +52,14 @@ bool isNaN(const Number& number) {
 template <class Number>
 auto distanceOf(const Number& a, const Number& b) {
   if constexpr (std::is_integral_v<Number>) {
-    const auto x = static_cast<unsigned long>(a);
-    const auto y = static_cast<unsigned long>(b);
-    return a > b ? x - y : y - x;
+    const Number high = std::max(a, b);
+    const Number low = std::min(a, b);
+    if constexpr (std::is_signed_v<Number>) {
+      if (low < 0 && high >= 0) {  // their difference may be too large for a signed number
+        return static_cast<unsigned long>(high) + static_cast<unsigned long>(-(low + 1)) + 1;
+      }
+    }
+    return static_cast<unsigned long>(high - low);
   } else {
     return std::abs(a - b);
   }
@@ -131,7 +137,9 @@ void withPlainRule(const ComparisonRule& rule, const Use& use) {
     use([](Stored a, Stored b) { return a == b; });
   } else {
     const double tolerance = rule.tolerance;
-    const auto isEqual = [](Stored a, Stored b) { return (a == b) | (isNaN(a) & isNaN(b)); };
+    const auto isEqual = [](Stored a, Stored b) {
+      return (a == b) | (int{isNaN(a)} & int{isNaN(b)});
+    };
     const auto distance = [](Stored a, Stored b) { return std::abs(asReal(a) - asReal(b)); };
     if (rule.type == ComparisonType::Absolute) {
       use([=](Stored a, Stored b) { return isEqual(a, b) | (distance(a, b) <= tolerance); });
