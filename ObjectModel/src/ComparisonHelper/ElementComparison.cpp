@@ -32,7 +32,7 @@ bool areSameUnder(const Rule& rule, const ArrayPair& pair, std::string* message)
   const Array& first = pair.first;
   const Array& second = pair.second;
   const Tuple& position = positions.current();
-  const auto walk = [&, &first = first, &second = second, &position = position] {
+  const auto walk = [&] {
     positions.walk([&] {
       Value a = (first.*Element::READ)(position);
       Value b = (second.*Element::READ)(position);

@@ -1,10 +1,12 @@
 #include <gmock/gmock.h>
+#include <object_model/IO.h>
 
 #include <iomanip>
 #include <sstream>
 
 #include "IO/DataFrameExtraction.h"
 #include "support/RecordingDataFrame.h"
+#include "support/RenderingTest.h"
 #include "support/Thrown.h"
 
 namespace object_model {
@@ -149,6 +151,60 @@ TEST_F(ShownRows, AreLimitedOnlyBelowTheRowCount) {
   EXPECT_FALSE(of(5, 5).rowsLeftOut());
   EXPECT_EQ(of(5, 6).shownRows(), 5U);
 }
+
+/// Both renderings refuse what they cannot extract, before they write any of it.
+class RenderingOfHugeTables : public ::testing::TestWithParam<decltype(&exportDataFrameToString)> {
+ protected:
+  static void render(const std::shared_ptr<tabra::DataFrameView>& frame, unsigned long maxRows) {
+    GetParam()(frame, maxRows);
+  }
+};
+
+TEST_P(RenderingOfHugeTables, RefusesMoreRowsThanMemoryCanEverHold) {
+  const auto refuse = [](unsigned long rows) {
+    render(std::make_shared<test::ClaimingFrame>(rows), 0);
+  };
+  EXPECT_THROW(refuse((1UL << 61U) + 1), std::length_error);
+  EXPECT_THROW(refuse(1UL << 63U), std::length_error);
+}
+
+TEST_P(RenderingOfHugeTables, RefusesRowsOfNoValuesThatNoMemoryCanShow) {
+  const auto refuse = [](unsigned long rows) {
+    render(std::make_shared<test::UnshownFrame>(rows), 0);
+  };
+  EXPECT_THROW(refuse(~0UL), std::length_error);
+  EXPECT_THROW(refuse(1UL << 63U), std::length_error);
+  EXPECT_THROW(refuse(1UL << 50U), std::bad_alloc);
+  const test::GermanLocale german;
+  EXPECT_THROW(refuse(~0UL), std::length_error);
+  EXPECT_THROW(refuse(1UL << 50U), std::bad_alloc);
+}
+
+TEST_P(RenderingOfHugeTables, RefusesALimitThatMemoryCanNeverHold) {
+  const auto refuse = [](unsigned long rows, unsigned long maxRows) {
+    render(std::make_shared<test::ClaimingFrame>(rows), maxRows);
+  };
+  EXPECT_THROW(refuse(~0UL, ~0UL), std::length_error);
+  EXPECT_THROW(refuse(~0UL, (1UL << 61U) + 1), std::length_error);
+  EXPECT_THROW(refuse(~0UL, 1UL << 60U), std::length_error);
+  EXPECT_THROW(refuse(~0UL, 1UL << 50U), std::bad_alloc);
+}
+
+TEST_P(RenderingOfHugeTables, RefusesMoreColumnsThanMemoryCanHold) {
+  const auto refuse = [](unsigned long columns) {
+    const test::TurningFrame::Shape shape = {columns, 1};
+    render(std::make_shared<test::TurningFrame>(std::vector{shape}), 0);
+  };
+  EXPECT_THROW(refuse(~0UL), std::length_error);
+  EXPECT_THROW(refuse(1UL << 62U), std::length_error);
+  EXPECT_THROW(refuse(1UL << 50U), std::bad_alloc);
+}
+
+INSTANTIATE_TEST_SUITE_P(TextAndHtml, RenderingOfHugeTables,
+                         ::testing::Values(&exportDataFrameToString, &exportDataFrameToHtml),
+                         [](const auto& rendering) {
+                           return rendering.index == 0 ? "Text" : "Html";
+                         });
 
 }  // namespace
 }  // namespace object_model

@@ -163,43 +163,6 @@ TEST(HtmlRenderingOfHugeTables, TouchesOnlyTheRowsShown) {
             "</table>\n");
 }
 
-TEST(HtmlRenderingOfHugeTables, RefusesMoreRowsThanMemoryCanEverHold) {
-  EXPECT_THROW(exportDataFrameToHtml(std::make_shared<test::ClaimingFrame>((1UL << 61) + 1), 0),
-               std::length_error);
-}
-
-TEST(HtmlRenderingOfHugeTables, RefusesRowsOfNoValuesThatNoMemoryCanShow) {
-  const auto refuse = [](unsigned long rows) {
-    exportDataFrameToHtml(std::make_shared<test::UnshownFrame>(rows), 0);
-  };
-  EXPECT_THROW(refuse(~0UL), std::length_error);
-  EXPECT_THROW(refuse(1UL << 63U), std::length_error);
-  EXPECT_THROW(refuse(1UL << 50U), std::bad_alloc);
-  const test::GermanLocale german;
-  EXPECT_THROW(refuse(~0UL), std::length_error);
-  EXPECT_THROW(refuse(1UL << 50U), std::bad_alloc);
-}
-
-TEST(HtmlRenderingOfHugeTables, RefusesALimitThatMemoryCanNeverHold) {
-  const auto refuse = [](unsigned long rows, unsigned long maxRows) {
-    exportDataFrameToHtml(std::make_shared<test::ClaimingFrame>(rows), maxRows);
-  };
-  EXPECT_THROW(refuse(~0UL, ~0UL), std::length_error);
-  EXPECT_THROW(refuse(~0UL, (1UL << 61U) + 1), std::length_error);
-  EXPECT_THROW(refuse(~0UL, 1UL << 60U), std::length_error);
-  EXPECT_THROW(refuse(~0UL, 1UL << 50U), std::bad_alloc);
-}
-
-TEST(HtmlRenderingOfHugeTables, RefusesMoreColumnsThanMemoryCanHold) {
-  const auto refuse = [](unsigned long columns) {
-    const test::TurningFrame::Shape shape = {columns, 1};
-    exportDataFrameToHtml(std::make_shared<test::TurningFrame>(std::vector{shape}), 0);
-  };
-  EXPECT_THROW(refuse(~0UL), std::length_error);
-  EXPECT_THROW(refuse(1UL << 62U), std::length_error);
-  EXPECT_THROW(refuse(1UL << 50U), std::bad_alloc);
-}
-
 TEST(HtmlRenderingOfHugeTables, RefusesEmptyRowsThatNoMemoryCanShow) {
   const auto refuse = [](unsigned long rows) {
     const test::TurningFrame::Shape shape = {0, rows};

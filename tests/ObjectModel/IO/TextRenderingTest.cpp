@@ -155,45 +155,6 @@ TEST(TextRenderingOfHugeTables, TouchesOnlyTheRowsShown) {
             "row\n0\n1\n...\n");
 }
 
-TEST(TextRenderingOfHugeTables, RefusesMoreRowsThanMemoryCanEverHold) {
-  EXPECT_THROW(exportDataFrameToString(std::make_shared<test::ClaimingFrame>((1UL << 61) + 1), 0),
-               std::length_error);
-  EXPECT_THROW(exportDataFrameToString(std::make_shared<test::ClaimingFrame>(1UL << 63), 0),
-               std::length_error);
-}
-
-TEST(TextRenderingOfHugeTables, RefusesRowsOfNoValuesThatNoMemoryCanShow) {
-  const auto refuse = [](unsigned long rows) {
-    exportDataFrameToString(std::make_shared<test::UnshownFrame>(rows), 0);
-  };
-  EXPECT_THROW(refuse(~0UL), std::length_error);
-  EXPECT_THROW(refuse(1UL << 63U), std::length_error);
-  EXPECT_THROW(refuse(1UL << 50U), std::bad_alloc);
-  const test::GermanLocale german;
-  EXPECT_THROW(refuse(~0UL), std::length_error);
-  EXPECT_THROW(refuse(1UL << 50U), std::bad_alloc);
-}
-
-TEST(TextRenderingOfHugeTables, RefusesALimitThatMemoryCanNeverHold) {
-  const auto refuse = [](unsigned long rows, unsigned long maxRows) {
-    exportDataFrameToString(std::make_shared<test::ClaimingFrame>(rows), maxRows);
-  };
-  EXPECT_THROW(refuse(~0UL, ~0UL), std::length_error);
-  EXPECT_THROW(refuse(~0UL, (1UL << 61U) + 1), std::length_error);
-  EXPECT_THROW(refuse(~0UL, 1UL << 60U), std::length_error);
-  EXPECT_THROW(refuse(~0UL, 1UL << 50U), std::bad_alloc);
-}
-
-TEST(TextRenderingOfHugeTables, RefusesMoreColumnsThanMemoryCanHold) {
-  const auto refuse = [](unsigned long columns) {
-    const test::TurningFrame::Shape shape = {columns, 1};
-    exportDataFrameToString(std::make_shared<test::TurningFrame>(std::vector{shape}), 0);
-  };
-  EXPECT_THROW(refuse(~0UL), std::length_error);
-  EXPECT_THROW(refuse(1UL << 62U), std::length_error);
-  EXPECT_THROW(refuse(1UL << 50U), std::bad_alloc);
-}
-
 TEST(TextRenderingOfHugeTables, HasNoLinesWithoutColumns) {
   const std::vector<test::TurningFrame::Shape> shapes = {{0, ~0UL}};
   EXPECT_EQ(exportDataFrameToString(std::make_shared<test::TurningFrame>(shapes), 0), "");
