@@ -112,7 +112,9 @@ std::vector<Col> planColumns(Dictionary& dictionary, const IndexNames& indexName
     }
   };
   // More entries than an int can number cannot be asked for.
-  const unsigned long count = std::min(dictionary.getNumOfData(), 1UL << 31U);
+  constexpr unsigned long MOST_ENTRIES = 1UL << 31U;
+  static_assert(MOST_ENTRIES - 1 == std::numeric_limits<int>::max());
+  const unsigned long count = std::min(dictionary.getNumOfData(), MOST_ENTRIES);
   for (unsigned long number = 0; number < count; ++number) {
     const int i = static_cast<int>(number);
     const Array* entry = arrayOf(dictionary.data(i));

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <limits>
 #include <locale>
 #include <memory>
 #include <sstream>
@@ -48,10 +47,11 @@ void extractDataOfDataFrame(const std::shared_ptr<tabra::DataFrameView>& frame,
   cursors.resize(columns);
   writers.clear();
   const auto bind = [&](unsigned long column, void* (*writer)(Stream&, void*)) {
-    if (rowCount > std::numeric_limits<unsigned long>::max() / VALUE_SIZE) {
+    std::vector<unsigned char>& buffer = buffers[column];
+    if (rowCount > buffer.max_size() / VALUE_SIZE) {
       throw std::length_error("Cannot hold " + std::to_string(rowCount) + " rows of a column");
     }
-    buffers[column].resize(rowCount * VALUE_SIZE);
+    buffer.resize(rowCount * VALUE_SIZE);
     writers.emplace_back(writer);
   };
   for (unsigned long i = 0; i < columns; ++i) {
@@ -109,18 +109,15 @@ class FrameExtract {
 /// Refuses text that no memory can hold before any of it is written. A table can claim any number
 /// of rows, and where it has no values to read, nothing else would stop them.
 inline void reserveText(ClassicStream& stream, std::size_t length) { stream.reserve(length); }
-inline void reserveText(std::ostringstream& stream, std::size_t length) {
+inline void reserveText(std::ostringstream& /*stream*/, std::size_t length) {
   // Such a stream cannot reserve: only try whether the memory is there.
-  std::string text;
-  text.reserve(length);
-  text.clear();
-  stream.str(text);
+  std::string().reserve(length);
 }
 
 /// Does so for `rows` rows that each take `rowLength` characters or more.
 template <class Stream>
 void reserveRows(Stream& stream, unsigned long rows, std::size_t rowLength) {
-  if (rows > std::numeric_limits<std::size_t>::max() / rowLength) {
+  if (rows > std::string().max_size() / rowLength) {
     throw std::length_error("Cannot hold the text of " + std::to_string(rows) + " rows");
   }
   reserveText(stream, rows * rowLength);

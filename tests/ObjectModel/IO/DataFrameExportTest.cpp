@@ -6,6 +6,7 @@
 
 #include <stdexcept>
 
+#include "IO/ColumnFilling.h"
 #include "support/Interfaces.h"
 #include "support/Liars.h"
 #include "support/RecordingDataFrame.h"
@@ -369,10 +370,29 @@ TEST_F(FailingExport, LeavesTheFrameUntouchedWhenThereAreMoreColumnsThanMemoryCa
     ClaimingDictionary entries(axes);
     exportToDataFrame(entries, &m_frame, {"t"});
   };
-  EXPECT_THROW(refuse({{"x", 1UL << 33U}, {"y", 1UL << 33U}}), std::length_error);
-  EXPECT_THROW(refuse({{"x", ~0UL}, {"t", 2}}), std::length_error);
-  EXPECT_THROW(refuse({{"x", ~0UL}, {"y", ~0UL}, {"z", ~0UL}}), std::length_error);
+  const auto refusal = [&](const test::ClaimingArray::Axes& axes) {
+    return test::thrownBy<std::length_error>([&] { refuse(axes); });
+  };
+  constexpr const char* TOO_MANY = "The axes of an array span more columns than memory can hold";
+  EXPECT_EQ(refusal({{"x", 1UL << 33U}, {"y", 1UL << 33U}}), TOO_MANY);
+  EXPECT_EQ(refusal({{"x", ~0UL}, {"t", 2}}), TOO_MANY);
+  EXPECT_EQ(refusal({{"x", ~0UL}, {"y", ~0UL}, {"z", ~0UL}}), TOO_MANY);
   EXPECT_THROW(refuse({{"x", 1UL << 50U}, {"y", 1}}), std::bad_alloc);
+  // This many can be counted, but no memory has them. An index axis makes no columns.
+  const unsigned long most = std::vector<Col>().max_size();
+  EXPECT_EQ(refusal({{"x", most + 1}, {"t", 2}}), TOO_MANY);
+  EXPECT_THROW(refuse({{"x", most}, {"t", 2}}), std::bad_alloc);
+  EXPECT_THAT(m_frame.calls(), ::testing::IsEmpty());
+}
+
+TEST_F(FailingExport, CountsTheColumnsOfAllArraysWhenThereAreMoreThanMemoryCanHold) {
+  test::ClaimingArray line("A", {{"t", 2}});
+  test::ClaimingArray wide("B", {{"x", std::vector<Col>().max_size()}, {"t", 2}});
+  test::PlainDictionary entries;
+  entries.add(line);
+  entries.add(wide);
+  EXPECT_EQ(test::thrownBy<std::length_error>([&] { exportToDataFrame(entries, &m_frame, {"t"}); }),
+            "The axes of an array span more columns than memory can hold");
   EXPECT_THAT(m_frame.calls(), ::testing::IsEmpty());
 }
 

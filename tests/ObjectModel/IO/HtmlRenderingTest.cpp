@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "support/RenderingTest.h"
+#include "support/Thrown.h"
 
 namespace object_model {
 namespace {
@@ -168,8 +169,14 @@ TEST(HtmlRenderingOfHugeTables, RefusesEmptyRowsThatNoMemoryCanShow) {
     const test::TurningFrame::Shape shape = {0, rows};
     exportDataFrameToHtml(std::make_shared<test::TurningFrame>(std::vector{shape}), 0);
   };
-  EXPECT_THROW(refuse(~0UL), std::length_error);
-  EXPECT_THROW(refuse(1UL << 45U), std::bad_alloc);
+  EXPECT_EQ(test::thrownBy<std::length_error>([&] { refuse(~0UL); }),
+            "Cannot hold the text of 18446744073709551615 rows");
+  // Each row takes 34 characters.
+  const unsigned long most = std::string().max_size() / 34;
+  EXPECT_EQ(test::thrownBy<std::length_error>([&] { refuse(most + 1); }),
+            "Cannot hold the text of 135637824071393762 rows");
+  EXPECT_THROW(refuse(most), std::bad_alloc);
+  EXPECT_THROW(refuse(1UL << 36U), std::bad_alloc);
 }
 
 TEST(HtmlRenderingOfTurningTables, ShowsTheColumnsThatAreLeft) {

@@ -162,6 +162,17 @@ TEST(TextRenderingOfHugeTables, HasNoLinesWithoutColumns) {
   EXPECT_EQ(exportDataFrameToString(std::make_shared<test::TurningFrame>(shapes), ~0UL), "");
 }
 
+TEST(TextRenderingOfHugeTables, RefusesRowsOfNoValuesThatNoMemoryCanShow) {
+  const auto refuse = [](unsigned long rows) {
+    exportDataFrameToString(std::make_shared<test::UnshownFrame>(rows), 0);
+  };
+  // Each row takes one character.
+  const unsigned long most = std::string().max_size();
+  EXPECT_EQ(test::thrownBy<std::length_error>([&] { refuse(most + 1); }),
+            "Cannot hold the text of 4611686018427387904 rows");
+  EXPECT_THROW(refuse(most), std::bad_alloc);
+}
+
 TEST(TextRenderingOfHugeTables, RefusesANameThatIsWiderThanAStreamCanPad) {
   constexpr std::size_t TOO_LONG = std::numeric_limits<int>::max() - 1UL;
   if (static_cast<unsigned long>(sysconf(_SC_PHYS_PAGES)) < 3 * (TOO_LONG / 4096)) {
