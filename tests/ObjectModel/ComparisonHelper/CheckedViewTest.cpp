@@ -59,5 +59,14 @@ TEST(CheckedView, FindsTheKindInAnObjectThatStartsWithAnother) { findsTheArray<B
 
 TEST(CheckedView, FindsTheKindInAnObjectThatGoesOnWithAnother) { findsTheArray<BeforeAnother>(); }
 
+TEST(CheckedView, FindsTheKindInTheMidstOfAnObject) {
+  struct BetweenOthers : public BesideAnother, public ::test::PlainDictionary {};
+  const BetweenOthers all;
+  const Array* const array = &all;
+  CheckedView<Array> asArray;
+  EXPECT_EQ(&asArray.of(array), array);
+  EXPECT_EQ(&asArray.of(static_cast<const Dictionary*>(&all)), array);
+}
+
 }  // namespace
 }  // namespace object_model::helper

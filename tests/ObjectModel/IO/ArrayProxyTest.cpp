@@ -66,6 +66,14 @@ TEST(ArrayProxy, SurvivesAnAxisMapBeyondTheWrappedArray) {
   EXPECT_EQ(proxyOver(four, {0, 4}).getValueAsInt(TupleX({1, 1})), 8);
 }
 
+TEST(ArrayProxyReader, SurvivesAnAxisMapBeyondTheWrappedArray) {
+  IntArray wrapped("a", {{"x", 2}, {"y", 1}, {"z", 1}, {"t", 1}}, {7, 8});
+  const ArrayProxy proxy = proxyOver(wrapped, {0, 4});
+  ArrayProxy::Reader<2> reader(proxy);
+  EXPECT_EQ(reader.read(&Array::getValueAsInt, {1, 1}), 8);
+  EXPECT_EQ(reader.read(&Array::getValueAsInt, {0, 5}), 7);
+}
+
 TEST(ArrayProxy, ReportsItsOwnExtents) {
   IntArray wrapped("a", {{"x", 3}}, {7, 8, 9});
   const ArrayProxy proxy = proxyOver(wrapped, {NONE, 0}, {4, 5});
