@@ -119,19 +119,21 @@ class Session:
 
     def verdict(self, mutant: Mutant, name: str, library: str) -> str:
         if name not in self.verdicts.known:
-            self.verdicts.note(name, self._try(mutant, library))
+            verdict, _ = self._try(mutant, library)
+            self.verdicts.note(name, verdict)
         return self.verdicts.known[name]
 
     def require_unchanged_file_to_pass(self, file: str, library: str) -> None:
         """Else its mutants would fail for a reason that is none of theirs."""
-        verdict = self._try(Mutant(file, 0, 0, ""), library)
+        verdict, output = self._try(Mutant(file, 0, 0, ""), library)
         if verdict != SURVIVED:
-            sys.exit(f"{file} without any change: {verdict}")
+            sys.exit(f"{file} without any change: {verdict}\n{output}")
 
-    def _try(self, mutant: Mutant, library: str) -> str:
+    def _try(self, mutant: Mutant, library: str) -> tuple[str, str]:
+        """The verdict, and what the last tests have printed."""
         trial = self.trials.get()
         try:
-            return trial.verdict(mutant, library)
+            return trial.verdict(mutant, library), trial.output()
         finally:
             self.trials.put(trial)
 
@@ -169,10 +171,7 @@ def main() -> int:
     parser.add_argument("--jobs", type=int, default=os.cpu_count(), metavar="N")
     parser.add_argument("files", nargs="*", metavar="PATH", help="files or folders")
     options = parser.parse_intermixed_args()
-    wanted = [
-        os.path.relpath(each, ROOT)
-        for each in options.files or ["ObjectModel/src", "ObjectModel/interface"]
-    ]
+    wanted = [os.path.relpath(each, ROOT) for each in options.files or LIBRARIES]
 
     build = Build(ROOT, options.build.resolve())
     folder = options.build.resolve().parent / "mutation"

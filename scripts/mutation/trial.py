@@ -16,7 +16,8 @@ INVALID, KILLED, TIMED_OUT, SURVIVED = "did not compile", "killed", "timed out",
 QUICK_CPU_SECONDS = 3
 CPU_SECONDS = 20
 WALL_SECONDS = 300
-MEMORY_BYTES = 4 << 30
+# A test renders a name of 2 GiB, of which there are two copies.
+MEMORY_BYTES = 8 << 30
 
 
 class Trial:
@@ -27,6 +28,11 @@ class Trial:
         self.coverage = coverage
         self.folder = folder
         folder.mkdir(parents=True, exist_ok=True)
+
+    def output(self) -> str:
+        """What the last tests have printed; nothing if none ran."""
+        path = self.folder / "output"
+        return path.read_text(errors="replace") if path.exists() else ""
 
     def verdict(self, mutant: Mutant, library: str) -> str:
         for left_over in self.folder.iterdir():
@@ -104,16 +110,19 @@ class Trial:
     def _run_program(self, program: str, tests: str, seconds: int) -> str:
         changed = self.folder / Path(program).name
         path = changed if changed.exists() else self.build.directory / program
+        command = [str(path), "--gtest_fail_fast", "--gtest_brief=1", f"--gtest_filter={tests}"]
+        environment = {"LD_LIBRARY_PATH": str(self.folder), "MALLOC_PERTURB_": "165"}
         try:
-            run = subprocess.run(
-                [str(path), "--gtest_fail_fast", "--gtest_brief=1", f"--gtest_filter={tests}"],
-                cwd=self.folder,
-                env={**ENVIRONMENT, "LD_LIBRARY_PATH": str(self.folder), "MALLOC_PERTURB_": "165"},
-                stdout=subprocess.DEVNULL,
-                stderr=subprocess.DEVNULL,
-                preexec_fn=lambda: _limit_resources(seconds),
-                timeout=WALL_SECONDS,
-            )
+            with (self.folder / "output").open("wb") as output:
+                run = subprocess.run(
+                    command,
+                    cwd=self.folder,
+                    env={**ENVIRONMENT, **environment},
+                    stdout=output,
+                    stderr=subprocess.STDOUT,
+                    preexec_fn=lambda: _limit_resources(seconds),
+                    timeout=WALL_SECONDS,
+                )
         except subprocess.TimeoutExpired:
             return TIMED_OUT
         if run.returncode == -signal.SIGXCPU:
