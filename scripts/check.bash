@@ -32,11 +32,11 @@ check_threads() {
   run_tests thread --label-regex '^threads$'
 }
 
-# The sources of the product: the tests and the fuzz targets go by names that their frameworks give
-# them. run-clang-tidy takes regular expressions on absolute paths.
+# check_tidy PRESET PATHSPEC...: clang-tidy on these sources, as the preset compiles them.
+# run-clang-tidy takes regular expressions on absolute paths.
 check_tidy() {
-  say "clang-tidy"
-  tracked '*.cpp' ':!tests/' ':!fuzz/'
+  say "clang-tidy of the preset '$1'"
+  tracked "${@:2}"
   local list patterns
   list="$(printf '%s\n' "${files[@]/#/$PWD/}" | sed 's/[^a-zA-Z0-9_/-]/\\&/g; s/.*/^&$/')"
   mapfile -t patterns <<<"$list"
@@ -56,8 +56,10 @@ verb_check() {
   # One build is both clang++'s opinion and the sanitizers' subject.
   build sanitize
   check_headers sanitize
-  check_tidy sanitize
+  # The tests and the fuzz targets go by names that their frameworks give them.
+  check_tidy sanitize '*.cpp' ':!tests/' ':!fuzz/' ':!benchmarks/'
   run_tests sanitize "$@"
   check_threads
   check_instructions
+  check_tidy bench 'benchmarks/*.cpp'
 }
