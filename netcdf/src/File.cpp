@@ -62,15 +62,20 @@ File::File(const std::string& path, const OpenOptions& options) : m_path(path), 
     m_root = GroupReader(m_source, m_skipped).read(m_source->id(), "/", "/");
   };
   // Closed in the trial whatever came of loading: what is freed then may be damaged, too.
-  const auto loadAndClose = [&] {
-    try {
-      load();
-    } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): load() meets it again below
-    }
+  const auto close = [&] {
     m_root = memory::Dictionary("/");
     m_source.reset();
   };
-  if (!facts.isClassic && !options.trustFile && !survives(loadAndClose)) {
+  const auto loadAndClose = [&] {
+    try {
+      load();
+    } catch (const std::exception&) {
+      close();
+      throw;
+    }
+    close();
+  };
+  if (!facts.isClassic && !options.trustFile && !survives(loadAndClose, facts.bytes)) {
     failReading(path, "it is damaged");
   }
   load();

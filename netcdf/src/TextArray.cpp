@@ -57,7 +57,7 @@ void TextArray::readStrings(const Block& block, std::string* texts) const {
   LibraryStrings strings(block.count);
   const auto read = [&] { m_variable.read(block, strings.data()); };
   // The library follows the references to the strings without a check.
-  if (!m_variable.source->options().trustFile && !survives(read)) {
+  if (!m_variable.source->options().trustFile && !survives(read, m_variable.source->fileBytes())) {
     m_variable.source->fail(m_variable.subject() + " cannot be read: its strings are damaged");
   }
   read();

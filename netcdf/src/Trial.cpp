@@ -1,16 +1,50 @@
 #include "Trial.h"
 
 #include <fcntl.h>
+#include <quillon/netcdf/File.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <fstream>
+#include <string>
+#include <string_view>
+
+#include "Bounded.h"
 
 namespace quillon::netcdf {
 namespace {
+
+// How the copy says that the action has ended: by return, or by an error, whose text follows.
+constexpr char RETURNED = 'r';
+constexpr char FAILED = 'f';
+
+// What the libraries may take for a file: for its own sake, and for each byte of it. An opened
+// variable takes tens of kilobytes, and half a kilobyte of its file.
+constexpr unsigned long BYTES_FOR_ANY_FILE = 256UL << 20U;
+constexpr unsigned long BYTES_FOR_A_BYTE = 128;
+
+/// The bytes of addresses that this process has in use; 0 if that cannot be told.
+unsigned long addressesInUse() {
+  unsigned long pages = 0;
+  std::ifstream("/proc/self/statm") >> pages;
+  return pages * static_cast<unsigned long>(sysconf(_SC_PAGESIZE));
+}
+
+void limitMemory(unsigned long fileBytes) {
+  const unsigned long inUse = addressesInUse();
+  rlimit limit{};
+  if (inUse > 0 && getrlimit(RLIMIT_AS, &limit) == 0) {
+    const unsigned long more =
+        boundedSum(BYTES_FOR_ANY_FILE, boundedProduct(fileBytes, BYTES_FOR_A_BYTE));
+    limit.rlim_cur = std::min<unsigned long>(limit.rlim_cur, boundedSum(inUse, more));
+    setrlimit(RLIMIT_AS, &limit);
+  }
+}
 
 // Whatever the caller does on a crash, such as printing a report, is not for the copy to do.
 void dieQuietly(unsigned int mostSeconds) {
@@ -26,46 +60,65 @@ void dieQuietly(unsigned int mostSeconds) {
   dup2(nowhere, STDERR_FILENO);
 }
 
-[[noreturn]] void runCopy(const std::function<void()>& action, unsigned int mostSeconds,
-                          int verdict) {
-  dieQuietly(mostSeconds);
-  try {
-    action();
-  } catch (...) {  // NOLINT(bugprone-empty-catch): the caller will meet the same exception
+void writeAll(int to, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t count = write(to, text.data(), text.size());
+    if (count > 0) {
+      text.remove_prefix(static_cast<std::size_t>(count));
+    } else if (errno != EINTR) {
+      return;
+    }
   }
-  const char survived = 1;
-  _exit(write(verdict, &survived, 1) == 1 ? 0 : 1);
 }
 
-// The verdict comes through a pipe, since the caller may ignore or collect its children's ends.
-bool readVerdict(int verdict) {
-  char survived = 0;
-  ssize_t count = -1;
-  do {
-    count = read(verdict, &survived, 1);
-  } while (count < 0 && errno == EINTR);
-  return count == 1;
+std::string readAll(int from) {
+  std::string text;
+  std::array<char, 512> part{};
+  ssize_t count = 0;
+  while ((count = read(from, part.data(), part.size())) > 0 || (count < 0 && errno == EINTR)) {
+    text.append(part.data(), count < 0 ? 0 : static_cast<std::size_t>(count));
+  }
+  return text;
+}
+
+[[noreturn]] void runCopy(const std::function<void()>& action, unsigned long fileBytes,
+                          unsigned int mostSeconds, int verdict) {
+  dieQuietly(mostSeconds);
+  limitMemory(fileBytes);
+  try {
+    action();
+    writeAll(verdict, {&RETURNED, 1});
+  } catch (const Error& error) {
+    writeAll(verdict, FAILED + std::string(error.what()));
+  } catch (...) {  // NOLINT(bugprone-empty-catch): that there is no verdict says it all
+  }
+  _exit(0);
 }
 
 }  // namespace
 
-bool survives(const std::function<void()>& action, unsigned int mostSeconds) {
+bool survives(const std::function<void()>& action, unsigned long fileBytes,
+              unsigned int mostSeconds) {
   std::array<int, 2> ends{};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) {
     return true;
   }
   const pid_t copy = fork();
   if (copy == 0) {
-    runCopy(action, mostSeconds, ends[1]);
+    runCopy(action, fileBytes, mostSeconds, ends[1]);
   }
   close(ends[1]);
-  const bool survived = copy < 0 || readVerdict(ends[0]);
+  // It comes through a pipe, since the caller may ignore or collect its children's ends.
+  const std::string verdict = copy < 0 ? std::string(1, RETURNED) : readAll(ends[0]);
   close(ends[0]);
   if (copy > 0) {
     while (waitpid(copy, nullptr, 0) < 0 && errno == EINTR) {
     }
   }
-  return survived;
+  if (!verdict.empty() && verdict.front() == FAILED) {
+    throw Error(verdict.substr(1));
+  }
+  return !verdict.empty();
 }
 
 }  // namespace quillon::netcdf

@@ -75,24 +75,46 @@ TEST(DamagedNetcdf4File, FlippedBytesInMeasurementsNeverCrash) {
   expectNoCrash(scratch.path("a.nc"), readBytes(QUILLON_DATA_DIR "/nuclei_measurements.nc"), 37);
 }
 
-// A reference to a string that its heap does not have.
-TEST(DamagedNetcdf4File, StringThatIsNotThereIsAnError) {
-  const Scratch scratch;
-  const std::string path = scratch.path("a.nc");
-  {
-    const Writer writer(path, NC_NETCDF4);
-    writer.put<const char*>(writer.variable("name", NC_STRING, {}), {}, {"text"});
+/// A file with one string, to which it refers by length, heap and number in that heap.
+class DamagedReferenceTest : public testing::Test {
+ protected:
+  DamagedReferenceTest() {
+    {
+      const Writer writer(m_path, NC_NETCDF4);
+      writer.put<const char*>(writer.variable("name", NC_STRING, {}), {}, {"text"});
+    }
+    m_bytes = readBytes(m_path);
+    const std::uint64_t heap = m_bytes.find("GCOL");
+    std::string address(sizeof heap, '\0');
+    std::memcpy(address.data(), &heap, sizeof heap);
+    m_heap = m_bytes.rfind(address);
   }
-  std::string bytes = readBytes(path);
-  const std::uint64_t heap = bytes.find("GCOL");
-  std::string address(sizeof heap, '\0');
-  std::memcpy(address.data(), &heap, sizeof heap);
-  const std::size_t reference = bytes.rfind(address);
-  ASSERT_NE(reference, std::string::npos);
-  bytes.replace(reference + address.size(), 4, "\xff\xff\xff\x7f");  // its number in the heap
-  writeBytes(path, bytes);
-  EXPECT_EQ(errorOf([&] { readAll(path); }),
-            "Cannot read '" + path + "': variable '/name' cannot be read: its strings are damaged");
+
+  void setLength(const std::string& length) { m_bytes.replace(m_heap - 4, 4, length); }
+  void setNumber(const std::string& number) { m_bytes.replace(m_heap + 8, 4, number); }
+
+  std::string errorOfReading() const {
+    writeBytes(m_path, m_bytes);
+    const std::string error = errorOf([&] { readAll(m_path); });
+    const std::string begin = "Cannot read '" + m_path + "': variable '/name' cannot be read";
+    return error.substr(0, begin.size()) == begin ? error.substr(begin.size()) : error;
+  }
+
+ private:
+  Scratch m_scratch;
+  std::string m_path = m_scratch.path("a.nc");
+  std::string m_bytes;
+  std::size_t m_heap = 0;
+};
+
+TEST_F(DamagedReferenceTest, StringThatIsNotThereIsAnError) {
+  setNumber("\xff\xff\xff\x7f");
+  EXPECT_EQ(errorOfReading(), ": its strings are damaged");
+}
+
+TEST_F(DamagedReferenceTest, StringThatIsLongerThanMemoryIsAnError) {
+  setLength("\xff\xff\xff\x7f");
+  EXPECT_EQ(errorOfReading(), " (NetCDF: HDF error)");
 }
 
 class AbsurdClaimTest : public testing::Test {

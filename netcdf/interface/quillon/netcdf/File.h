@@ -35,7 +35,8 @@ struct OpenOptions {
 
   /// Whether the file is known to be sound. The libraries below crash or loop on some damaged
   /// netCDF-4 files, so that such a file, and each window of strings in it, is first read in a
-  /// short-lived copy of the process (`fork`). Set this in a process that must not be copied.
+  /// short-lived copy of the process (`fork`), which gets 256 MiB of memory and 128 bytes for each
+  /// byte of the file. Set this in a process that must not be copied.
   bool trustFile = false;
 
   /// Told after each read how many bytes of values it brought, as they are stored (a `float` counts
