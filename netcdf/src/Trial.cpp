@@ -19,7 +19,9 @@
 namespace quillon::netcdf {
 namespace {
 
-// How the copy says that the action has ended: by return, or by an error, whose text follows.
+// How the copy says that the action has ended: by return, or by an error, whose text follows. A
+// null character ends the verdict: the pipe's own end may come late, as another thread's copy, made
+// at the same time, has that pipe open too.
 constexpr char RETURNED = 'r';
 constexpr char FAILED = 'f';
 
@@ -60,25 +62,31 @@ void dieQuietly(unsigned int mostSeconds) {
   dup2(nowhere, STDERR_FILENO);
 }
 
-void writeAll(int to, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t count = write(to, text.data(), text.size());
+void writeVerdict(int to, const std::string& verdict) {
+  std::string_view rest(verdict.c_str(), verdict.size() + 1);
+  while (!rest.empty()) {
+    const ssize_t count = write(to, rest.data(), rest.size());
     if (count > 0) {
-      text.remove_prefix(static_cast<std::size_t>(count));
+      rest.remove_prefix(static_cast<std::size_t>(count));
     } else if (errno != EINTR) {
       return;
     }
   }
 }
 
-std::string readAll(int from) {
-  std::string text;
+/// Empty if the copy has died before it came to a verdict.
+std::string readVerdict(int from) {
+  std::string verdict;
   std::array<char, 512> part{};
   ssize_t count = 0;
   while ((count = read(from, part.data(), part.size())) > 0 || (count < 0 && errno == EINTR)) {
-    text.append(part.data(), count < 0 ? 0 : static_cast<std::size_t>(count));
+    verdict.append(part.data(), count < 0 ? 0 : static_cast<std::size_t>(count));
+    if (!verdict.empty() && verdict.back() == '\0') {
+      verdict.pop_back();
+      return verdict;
+    }
   }
-  return text;
+  return {};
 }
 
 [[noreturn]] void runCopy(const std::function<void()>& action, unsigned long fileBytes,
@@ -87,9 +95,9 @@ std::string readAll(int from) {
   limitMemory(fileBytes);
   try {
     action();
-    writeAll(verdict, {&RETURNED, 1});
+    writeVerdict(verdict, {RETURNED});
   } catch (const Error& error) {
-    writeAll(verdict, FAILED + std::string(error.what()));
+    writeVerdict(verdict, FAILED + std::string(error.what()));
   } catch (...) {  // NOLINT(bugprone-empty-catch): that there is no verdict says it all
   }
   _exit(0);
@@ -109,7 +117,7 @@ bool survives(const std::function<void()>& action, unsigned long fileBytes,
   }
   close(ends[1]);
   // It comes through a pipe, since the caller may ignore or collect its children's ends.
-  const std::string verdict = copy < 0 ? std::string(1, RETURNED) : readAll(ends[0]);
+  const std::string verdict = copy < 0 ? std::string{RETURNED} : readVerdict(ends[0]);
   close(ends[0]);
   if (copy > 0) {
     while (waitpid(copy, nullptr, 0) < 0 && errno == EINTR) {
