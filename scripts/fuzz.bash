@@ -12,7 +12,8 @@ fuzz_target() {
   # reader gives up a netCDF-4 file after 30 seconds of processor time, and all targets run at once.
   # A copy in which it tries such a file is told that its memory is used up, as in any program, and
   # does not end with a finding of its own.
-  ASAN_OPTIONS=allocator_may_return_null=1 nice "build/fuzz/fuzz/fuzz_$1" -max_total_time="$2" -max_len=16384 -timeout=300 \
+  ASAN_OPTIONS=allocator_may_return_null=1 \
+    nice "build/fuzz/fuzz/fuzz_$1" -max_total_time="$2" -max_len=16384 -timeout=300 \
     -rss_limit_mb=2048 -malloc_limit_mb=256 -print_final_stats=1 \
     -artifact_prefix="$PWD/$FUZZ_OUTPUT/$1-" "$new" "fuzz/corpus/$1" >"$new.log" 2>&1
 }

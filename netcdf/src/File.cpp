@@ -2,7 +2,6 @@
 #include <quillon/netcdf/File.h>
 
 #include <algorithm>
-#include <exception>
 #include <memory>
 #include <utility>
 
@@ -57,28 +56,18 @@ const memory::Dictionary& findGroup(const std::string& file, const memory::Dicti
 
 File::File(const std::string& path, const OpenOptions& options) : m_path(path), m_root("/") {
   const FileFacts facts = checkFile(path);
-  const auto load = [&] {
-    m_source = std::make_shared<const Source>(path, facts.bytes, options);
-    m_root = GroupReader(m_source, m_skipped).read(m_source->id(), "/", "/");
-  };
-  // Closed in the trial whatever came of loading: what is freed then may be damaged, too.
-  const auto close = [&] {
-    m_root = memory::Dictionary("/");
-    m_source.reset();
-  };
+  const auto open = [&] { return std::make_shared<const Source>(path, facts.bytes, options); };
+  // The trial closes the file as well: what is freed then may be damaged, too.
   const auto loadAndClose = [&] {
-    try {
-      load();
-    } catch (const std::exception&) {
-      close();
-      throw;
-    }
-    close();
+    const auto source = open();
+    std::vector<Skipped> skipped;
+    GroupReader(source, skipped).read(source->id(), "/", "/");
   };
   if (!facts.isClassic && !options.trustFile && !survives(loadAndClose, facts.bytes)) {
     failReading(path, "it is damaged");
   }
-  load();
+  m_source = open();
+  m_root = GroupReader(m_source, m_skipped).read(m_source->id(), "/", "/");
 }
 
 memory::Dictionary& File::root() { return m_root; }

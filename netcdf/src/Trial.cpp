@@ -78,15 +78,16 @@ void writeVerdict(int to, const std::string& verdict) {
 std::string readVerdict(int from) {
   std::string verdict;
   std::array<char, 512> part{};
-  ssize_t count = 0;
-  while ((count = read(from, part.data(), part.size())) > 0 || (count < 0 && errno == EINTR)) {
-    verdict.append(part.data(), count < 0 ? 0 : static_cast<std::size_t>(count));
-    if (!verdict.empty() && verdict.back() == '\0') {
-      verdict.pop_back();
-      return verdict;
+  while (verdict.empty() || verdict.back() != '\0') {
+    const ssize_t count = read(from, part.data(), part.size());
+    if (count > 0) {
+      verdict.append(part.data(), static_cast<std::size_t>(count));
+    } else if (count == 0 || errno != EINTR) {
+      return {};
     }
   }
-  return {};
+  verdict.pop_back();
+  return verdict;
 }
 
 [[noreturn]] void runCopy(const std::function<void()>& action, unsigned long fileBytes,
