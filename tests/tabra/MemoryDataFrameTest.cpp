@@ -295,7 +295,9 @@ INSTANTIATE_TEST_SUITE_P(
                   "read: column 3 is outside the table, which has 3 columns"},
         RangeCase{"Writing", [](MemoryDataFrame& f) { f.write(3, 0, 0, cells.data()); },
                   "write: column 3 is outside the table, which has 3 columns"},
-        RangeCase{"Removing", [](MemoryDataFrame& f) { f.removeColumn(4); },
+        RangeCase{"Removing", [](MemoryDataFrame& f) { f.removeColumn(3); },
+                  "removeColumn: column 3 is outside the table, which has 3 columns"},
+        RangeCase{"RemovingFarOutside", [](MemoryDataFrame& f) { f.removeColumn(4); },
                   "removeColumn: column 4 is outside the table, which has 3 columns"}),
     [](const auto& row) { return row.param.rule; });
 
@@ -369,6 +371,7 @@ TEST(EmptyMemoryDataFrameTest, RefusesRowsThatNoColumnCouldHold) {
   frame.addRows(0, 1);
   EXPECT_EQ(thrownBy<std::length_error>([&] { frame.addRows(0, MAX); }),
             "addRows: a table of 1 row cannot grow by 18446744073709551615");
+  EXPECT_EQ(frame.shape(), (std::array<unsigned long, 2>{0, 1}));
   const unsigned long most = std::vector<unsigned long>().max_size();
   frame.addRows(1, most - 1);
   EXPECT_EQ(thrownBy<std::length_error>([&] { frame.addRows(0, 1); }),

@@ -124,6 +124,7 @@ TEST_F(Extraction, RefusesMoreRowsThanMemoryCanEverHold) {
   EXPECT_EQ(refusal(1UL << 61), "Cannot hold 2305843009213693952 rows of a column");
   EXPECT_EQ(refusal(~0UL), "Cannot hold 18446744073709551615 rows of a column");
   // This many bytes can be counted, but no vector takes them.
+  EXPECT_EQ(refusal((1UL << 61) - 1), "Cannot hold 2305843009213693951 rows of a column");
   EXPECT_EQ(refusal(1UL << 60), "Cannot hold 1152921504606846976 rows of a column");
   // A vector would take them, but no memory has them.
   EXPECT_THROW(extract((1UL << 60) - 1), std::bad_alloc);

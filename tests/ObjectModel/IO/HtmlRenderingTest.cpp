@@ -176,6 +176,7 @@ TEST(HtmlRenderingOfHugeTables, RefusesEmptyRowsThatNoMemoryCanShow) {
   EXPECT_EQ(test::thrownBy<std::length_error>([&] { refuse(most + 1); }),
             "Cannot hold the text of 135637824071393762 rows");
   EXPECT_THROW(refuse(most), std::bad_alloc);
+  EXPECT_THROW(refuse(1UL << 45U), std::bad_alloc);
   EXPECT_THROW(refuse(1UL << 36U), std::bad_alloc);
 }
 

@@ -162,7 +162,7 @@ TEST(TextRenderingOfHugeTables, HasNoLinesWithoutColumns) {
   EXPECT_EQ(exportDataFrameToString(std::make_shared<test::TurningFrame>(shapes), ~0UL), "");
 }
 
-TEST(TextRenderingOfHugeTables, RefusesRowsOfNoValuesThatNoMemoryCanShow) {
+TEST(TextRenderingOfHugeTables, RefusesMoreRowsThanAStringCanHold) {
   const auto refuse = [](unsigned long rows) {
     exportDataFrameToString(std::make_shared<test::UnshownFrame>(rows), 0);
   };
