@@ -5,6 +5,7 @@
 // The input is a command line, one argument a line.
 
 #include <fcntl.h>
+#include <quillon/memory/Wording.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -19,7 +20,6 @@
 
 #include "CommandLine.h"
 #include "Law.h"
-#include "Wording.h"
 
 namespace quillon::fuzz {
 namespace {
@@ -126,7 +126,7 @@ void requireLawful(const Outcome& outcome) {
   const std::vector<std::string> lines = linesOf(outcome.error);
   for (const std::string& line : lines) {
     require(line.rfind("quillon: ", 0) == 0 && line.size() > 9, "the tool says who speaks");
-    require(tools::escaped(line) == line, "a line is fit for a terminal");
+    require(memory::escaped(line) == line, "a line is fit for a terminal");
   }
   if (outcome.status == 2) {
     require(!lines.empty() && outcome.error.back() == '\n', "trouble is put in words");

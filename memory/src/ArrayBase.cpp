@@ -1,5 +1,6 @@
 #include <object_model/InvalidCall.h>
 #include <quillon/memory/ArrayBase.h>
+#include <quillon/memory/ElementTypes.h>
 
 #include <limits>
 #include <stdexcept>
@@ -42,8 +43,8 @@ unsigned long countElements(const std::string& name, const Tuple& shape) {
 
 [[noreturn]] void rejectAccess(const ArrayBase& array, ElementType asked) {
   throw object_model::InvalidCall("Array '" + array.getName() + "' holds " +
-                                  toText(array.getElementType()) +
-                                  " elements and cannot be read as " + toText(asked));
+                                  nameOf(array.getElementType()) +
+                                  " elements and cannot be read as " + nameOf(asked));
 }
 
 [[noreturn]] void rejectPosition(const ArrayBase& array, const Tuple& index) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <object_model/ElementType.h>
 #include <object_model/Tuple.h>
 
 #include <string>
@@ -9,8 +8,5 @@ namespace quillon::memory {
 
 /// A shape or position as error messages show it: "(3;0;12)".
 std::string toText(const object_model::Tuple& tuple);
-
-/// The element type's name as the enumeration spells it.
-std::string toText(object_model::ElementType type);
 
 }  // namespace quillon::memory

@@ -10,23 +10,7 @@
 namespace quillon::memory {
 namespace {
 
-using object_model::ElementType;
 using object_model::Tuple;
-
-template <class T>
-constexpr ElementType ELEMENT_TYPE = ElementType::Dictionary;
-template <>
-constexpr ElementType ELEMENT_TYPE<unsigned long> = ElementType::UInt;
-template <>
-constexpr ElementType ELEMENT_TYPE<long> = ElementType::Int;
-template <>
-constexpr ElementType ELEMENT_TYPE<double> = ElementType::Double;
-template <>
-constexpr ElementType ELEMENT_TYPE<std::complex<double>> = ElementType::Complex;
-template <>
-constexpr ElementType ELEMENT_TYPE<std::string> = ElementType::String;
-template <>
-constexpr ElementType ELEMENT_TYPE<bool> = ElementType::Boolean;
 
 void requireCount(const ArrayBase& array, unsigned long count) {
   if (count != array.numberOfElements()) {
@@ -40,7 +24,7 @@ void requireCount(const ArrayBase& array, unsigned long count) {
 
 template <class T>
 TypedArray<T>::TypedArray(std::string name, std::vector<Axis> axes, std::vector<T> values)
-    : ArrayBase(std::move(name), ELEMENT_TYPE<T>, std::move(axes)) {
+    : ArrayBase(std::move(name), ElementTraits<T>::TYPE, std::move(axes)) {
   requireCount(*this, values.size());
   if constexpr (std::is_same_v<T, bool>) {
     m_owned = std::make_unique<bool[]>(values.size());
@@ -51,17 +35,19 @@ TypedArray<T>::TypedArray(std::string name, std::vector<Axis> axes, std::vector<
     m_writable = m_owned.data();
   }
   m_values = m_writable;
+  placeValues();
   adoptElements();
 }
 
 template <class T>
 TypedArray<T>::TypedArray(std::string name, std::vector<Axis> axes, const T* values,
                           unsigned long count)
-    : ArrayBase(std::move(name), ELEMENT_TYPE<T>, std::move(axes)), m_values(values) {
+    : ArrayBase(std::move(name), ElementTraits<T>::TYPE, std::move(axes)), m_values(values) {
   requireCount(*this, count);
   if (values == nullptr && count > 0) {
     throw std::invalid_argument("Array '" + getName() + "' was given no values to view");
   }
+  placeValues();
 }
 
 template <class T>
@@ -73,6 +59,7 @@ TypedArray<T> TypedArray<T>::view(std::string name, std::vector<Axis> axes, cons
 template <class T>
 TypedArray<T>::TypedArray(TypedArray&& other) noexcept
     : ArrayBase(std::move(other)),
+      ValuesOf<T>(std::move(other)),
       m_owned(std::move(other.m_owned)),
       m_writable(std::exchange(other.m_writable, nullptr)),
       m_values(std::exchange(other.m_values, nullptr)) {
@@ -88,6 +75,13 @@ void TypedArray<T>::adoptElements() {
     for (Dictionary& element : m_owned) {
       element.setParent(this);
     }
+  }
+}
+
+template <class T>
+void TypedArray<T>::placeValues() {
+  if constexpr (IS_STORED_TYPE<T>) {
+    this->setPlace(m_values, packedStrides(size(), sizeof(T)));
   }
 }
 

@@ -1,9 +1,10 @@
 #include <gtest/gtest.h>
+#include <quillon/memory/Wording.h>
 
 #include "TableFrame.h"
-#include "Wording.h"
 
 namespace quillon::tools {
+
 namespace {
 
 TEST(TableFrameTest, ColumnNamesAreEscapedAsAsked) {
@@ -15,7 +16,7 @@ TEST(TableFrameTest, ColumnNamesAreEscapedAsAsked) {
 
 TEST(TableFrameTest, WritingTellsHowManyCells) {
   unsigned long told = 0;
-  TableFrame frame(escaped, [&told](unsigned long cells) { told += cells; });
+  TableFrame frame(memory::escaped, [&told](unsigned long cells) { told += cells; });
   frame.addColumn("a", tabra::DataType(tabra::DataTypeId::Int64));
   frame.addRows(0, 3);
   const long values[] = {4, 5};

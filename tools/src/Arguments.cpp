@@ -1,14 +1,18 @@
 #include "Arguments.h"
 
+#include <quillon/memory/Wording.h>
+
 #include <algorithm>
 #include <charconv>
 #include <limits>
 
 #include "Failure.h"
 #include "Groups.h"
-#include "Wording.h"
 
 namespace quillon::tools {
+
+using memory::inQuotes;
+using memory::listed;
 
 std::string Source::inWords() const {
   const bool isRoot = group.find_first_not_of('/') == std::string::npos;

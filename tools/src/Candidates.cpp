@@ -1,15 +1,17 @@
 #include "Candidates.h"
 
 #include <object_model/Tuple.h>
+#include <quillon/memory/Wording.h>
 
 #include <algorithm>
 #include <functional>
 #include <iterator>
 
 #include "Failure.h"
-#include "Wording.h"
 
 namespace quillon::tools {
+
+using memory::inQuotes;
 
 namespace {
 

@@ -1,6 +1,7 @@
 #include "CommandLine.h"
 
 #include <object_model/Exception.h>
+#include <quillon/memory/Wording.h>
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
@@ -16,9 +17,12 @@
 #include "Failure.h"
 #include "Output.h"
 #include "Verb.h"
-#include "Wording.h"
 
 namespace quillon::tools {
+
+using memory::escaped;
+using memory::inQuotes;
+using memory::listed;
 
 namespace {
 

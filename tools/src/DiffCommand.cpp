@@ -2,6 +2,7 @@
 #include <object_model/ComparisonHelper.h>
 #include <object_model/Dictionary.h>
 #include <object_model/Tuple.h>
+#include <quillon/memory/Wording.h>
 #include <unistd.h>
 
 #include <iostream>
@@ -17,9 +18,12 @@
 #include "Output.h"
 #include "Progress.h"
 #include "Verb.h"
-#include "Wording.h"
 
 namespace quillon::tools {
+
+using memory::counted;
+using memory::escaped;
+using memory::listed;
 
 namespace {
 

@@ -1,15 +1,17 @@
 #include "DiffFigures.h"
 
 #include <object_model/TupleX.h>
+#include <quillon/memory/Wording.h>
 #include <quillon/netcdf/StoredValues.h>
 
 #include <algorithm>
 #include <complex>
 
 #include "Failure.h"
-#include "Wording.h"
 
 namespace quillon::tools {
+
+using memory::inQuotes;
 
 namespace {
 

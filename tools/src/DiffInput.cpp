@@ -1,13 +1,17 @@
 #include "DiffInput.h"
 
+#include <quillon/memory/Wording.h>
+
 #include <algorithm>
 #include <utility>
 
 #include "Failure.h"
 #include "Groups.h"
-#include "Wording.h"
 
 namespace quillon::tools {
+
+using memory::inQuotes;
+using memory::listed;
 
 namespace {
 

@@ -1,14 +1,17 @@
 #include "DiffLines.h"
 
 #include <object_model/Tuple.h>
+#include <quillon/memory/Wording.h>
 
 #include <vector>
 
 #include "Axes.h"
 #include "Listing.h"
-#include "Wording.h"
 
 namespace quillon::tools {
+
+using memory::counted;
+using memory::escaped;
 
 namespace {
 

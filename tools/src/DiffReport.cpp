@@ -2,6 +2,7 @@
 
 #include <object_model/Array.h>
 #include <object_model/Tuple.h>
+#include <quillon/memory/Wording.h>
 
 #include <algorithm>
 #include <map>
@@ -10,9 +11,11 @@
 
 #include "DiffLines.h"
 #include "Groups.h"
-#include "Wording.h"
 
 namespace quillon::tools {
+
+using memory::escaped;
+using memory::inQuotes;
 
 namespace {
 

@@ -1,8 +1,10 @@
 #include "HtmlPage.h"
 
-#include "Wording.h"
+#include <quillon/memory/Wording.h>
 
 namespace quillon::tools {
+
+using memory::escaped;
 
 namespace {
 

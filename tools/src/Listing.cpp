@@ -1,15 +1,19 @@
 #include "Listing.h"
 
 #include <object_model/Array.h>
+#include <quillon/memory/Wording.h>
 
 #include <algorithm>
 #include <array>
 
 #include "Axes.h"
 #include "Groups.h"
-#include "Wording.h"
 
 namespace quillon::tools {
+
+using memory::counted;
+using memory::displayWidth;
+using memory::escaped;
 
 namespace {
 

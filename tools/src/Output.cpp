@@ -1,6 +1,7 @@
 #include "Output.h"
 
 #include <fcntl.h>
+#include <quillon/memory/Wording.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -12,9 +13,10 @@
 #include <utility>
 
 #include "Failure.h"
-#include "Wording.h"
 
 namespace quillon::tools {
+
+using memory::inQuotes;
 
 namespace {
 

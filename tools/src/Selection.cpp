@@ -1,12 +1,13 @@
 #include "Selection.h"
 
 #include <object_model/InvalidCall.h>
+#include <quillon/memory/Wording.h>
 
 #include <stdexcept>
 
-#include "Wording.h"
-
 namespace quillon::tools {
+
+using memory::inQuotes;
 
 Selection::Selection(object_model::Dictionary& group, const std::vector<std::string>& names)
     : m_group(group) {

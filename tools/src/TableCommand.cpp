@@ -1,4 +1,5 @@
 #include <object_model/IO.h>
+#include <quillon/memory/Wording.h>
 #include <quillon/netcdf/File.h>
 #include <unistd.h>
 
@@ -23,9 +24,11 @@
 #include "TableFrame.h"
 #include "TablePlan.h"
 #include "Verb.h"
-#include "Wording.h"
 
 namespace quillon::tools {
+
+using memory::counted;
+using memory::escaped;
 
 namespace {
 

@@ -1,6 +1,7 @@
 #include "TablePlan.h"
 
 #include <object_model/Array.h>
+#include <quillon/memory/Wording.h>
 
 #include <algorithm>
 #include <limits>
@@ -8,9 +9,11 @@
 #include "Axes.h"
 #include "Candidates.h"
 #include "Failure.h"
-#include "Wording.h"
 
 namespace quillon::tools {
+
+using memory::inQuotes;
+using memory::listed;
 
 namespace {
 

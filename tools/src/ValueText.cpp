@@ -1,13 +1,15 @@
 #include "ValueText.h"
 
+#include <quillon/memory/Wording.h>
+
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <limits>
 
-#include "Wording.h"
-
 namespace quillon::tools {
+
+using memory::inQuotes;
 
 namespace {
 

@@ -4,6 +4,8 @@
 
 #include <quillon/memory/ArrayBase.h>
 #include <quillon/memory/Dictionary.h>
+#include <quillon/memory/ElementTypes.h>
+#include <quillon/memory/InPlaceValues.h>
 
 #include <complex>
 #include <memory>
@@ -12,6 +14,14 @@
 #include <vector>
 
 namespace quillon::memory {
+
+/// What an array of texts or dictionaries has instead of bulk values: nothing.
+class NoBulkValues {};
+
+/// `InPlaceValues<T>` for a stored type, else nothing.
+template <class T>
+using ValuesOf = typename std::conditional_t<IS_STORED_TYPE<T>, TypeTag<InPlaceValues<T>>,
+                                             TypeTag<NoBulkValues>>::Type;
 
 /// An array whose elements stand in memory one after the other, dimension 0 varying fastest.
 ///
@@ -23,7 +33,7 @@ namespace quillon::memory {
 /// Errors: as `ArrayBase`; a position outside the shape raises `std::out_of_range`.
 /// Threads: const operations may run concurrently.
 template <class T>
-class TypedArray final : public ArrayBase {
+class TypedArray final : public ArrayBase, public ValuesOf<T> {
  public:
   /// An array that owns `values`, as many as the sizes of `axes` multiply to.
   /// @throws std::invalid_argument when it is another number.
@@ -65,6 +75,7 @@ class TypedArray final : public ArrayBase {
   TypedArray(std::string name, std::vector<Axis> axes, const T* values, unsigned long count);
 
   void adoptElements();
+  void placeValues();
 
   Owned m_owned;                // empty for a view
   T* m_writable = nullptr;      // the owned values; null for a view

@@ -1,9 +1,9 @@
-#include "Wording.h"
+#include <quillon/memory/Wording.h>
 
 #include <algorithm>
 #include <array>
 
-namespace quillon::tools {
+namespace quillon::memory {
 
 namespace {
 
@@ -109,4 +109,4 @@ std::size_t displayWidth(std::string_view text) {
   }));
 }
 
-}  // namespace quillon::tools
+}  // namespace quillon::memory

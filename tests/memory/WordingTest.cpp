@@ -1,8 +1,7 @@
 #include <gtest/gtest.h>
+#include <quillon/memory/Wording.h>
 
-#include "Wording.h"
-
-namespace quillon::tools {
+namespace quillon::memory {
 namespace {
 
 struct EscapeCase {
@@ -80,4 +79,4 @@ TEST(DisplayWidthTest, CountsCharactersNotBytes) {
 }
 
 }  // namespace
-}  // namespace quillon::tools
+}  // namespace quillon::memory

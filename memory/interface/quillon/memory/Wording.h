@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quillon::tools {
+namespace quillon::memory {
 
 /// `text` without anything that a terminal would obey: control characters and bytes that are no
 /// UTF-8 appear as escapes such as `\n` and `\x1b`. All other UTF-8 passes.
@@ -23,4 +23,4 @@ std::string counted(unsigned long count, const std::string& noun);
 /// How many places escaped UTF-8 text takes on a terminal, one for each character.
 std::size_t displayWidth(std::string_view text);
 
-}  // namespace quillon::tools
+}  // namespace quillon::memory
