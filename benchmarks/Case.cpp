@@ -7,6 +7,7 @@ namespace benchmarks {
 Cases allCases() {
   Cases cases;
   addComparisonCases(cases);
+  addBulkComparisonCases(cases);
   addDictionaryComparisonCases(cases);
   addExportCases(cases);
   addRenderingCases(cases);

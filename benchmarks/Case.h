@@ -37,6 +37,7 @@ struct Case {
 using Cases = std::vector<Case>;
 
 void addComparisonCases(Cases& cases);
+void addBulkComparisonCases(Cases& cases);
 void addDictionaryComparisonCases(Cases& cases);
 void addExportCases(Cases& cases);
 void addRenderingCases(Cases& cases);
