@@ -12,6 +12,7 @@ namespace quillon::tools {
 
 using memory::inQuotes;
 using memory::listed;
+using memory::pathOf;
 
 namespace {
 
@@ -90,7 +91,7 @@ void DiffInput::select(const std::vector<std::string>& names) {
       present.push_back(name);
     }
   }
-  m_selection = std::make_unique<Selection>(m_group, present);
+  m_selection = std::make_unique<memory::Selection>(m_group, present);
   m_skipped = skipped;
 }
 

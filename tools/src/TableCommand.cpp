@@ -1,4 +1,5 @@
 #include <object_model/IO.h>
+#include <quillon/memory/Selection.h>
 #include <quillon/memory/Wording.h>
 #include <quillon/netcdf/File.h>
 #include <unistd.h>
@@ -20,7 +21,6 @@
 #include "Memory.h"
 #include "Output.h"
 #include "Progress.h"
-#include "Selection.h"
 #include "TableFrame.h"
 #include "TablePlan.h"
 #include "Verb.h"
@@ -29,6 +29,8 @@ namespace quillon::tools {
 
 using memory::counted;
 using memory::escaped;
+using memory::pathOf;
+using memory::Selection;
 
 namespace {
 

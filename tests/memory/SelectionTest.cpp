@@ -1,19 +1,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <object_model/InvalidCall.h>
+#include <quillon/memory/Selection.h>
 #include <quillon/memory/TypedArray.h>
 
 #include <stdexcept>
 
-#include "Selection.h"
+#include "support/Interfaces.h"
 
-namespace quillon::tools {
+namespace quillon::memory {
 namespace {
-
-using memory::Axis;
-using memory::Dictionary;
-using memory::DoubleArray;
-using memory::IntArray;
 
 class SelectionTest : public ::testing::Test {
  protected:
@@ -79,5 +75,15 @@ TEST_F(SelectionTest, StandsWhereTheGroupStands) {
   EXPECT_THROW(selection.setParent(nullptr), object_model::InvalidCall);
 }
 
+TEST_F(SelectionTest, AttributesAreTheGroups) {
+  m_group.setAttribute("k", "v");
+  EXPECT_EQ(Selection(m_group, {"A"}).attributes(), m_group.attributes());
+}
+
+TEST_F(SelectionTest, OfAGroupThatOffersNoneHasNoAttributes) {
+  test::PlainDictionary group;
+  EXPECT_TRUE(Selection(group, {}).attributes().empty());
+}
+
 }  // namespace
-}  // namespace quillon::tools
+}  // namespace quillon::memory

@@ -1,13 +1,10 @@
-#include "Selection.h"
-
-#include <object_model/InvalidCall.h>
+#include <quillon/memory/InvalidCall.h>
+#include <quillon/memory/Selection.h>
 #include <quillon/memory/Wording.h>
 
 #include <stdexcept>
 
-namespace quillon::tools {
-
-using memory::inQuotes;
+namespace quillon::memory {
 
 Selection::Selection(object_model::Dictionary& group, const std::vector<std::string>& names)
     : m_group(group) {
@@ -31,7 +28,7 @@ const object_model::Data* Selection::parent() const {
 object_model::Data* Selection::parent() { return m_group.parent(); }
 
 void Selection::setParent(object_model::Data* /*parent*/) {
-  throw object_model::InvalidCall("A selection stands in no container");
+  throw InvalidCall("A selection stands in no container");
 }
 
 bool Selection::isDynamicDictionary() const { return false; }
@@ -50,7 +47,11 @@ std::string Selection::getDataName(int index) const {
   return m_names.at(static_cast<std::size_t>(index));
 }
 
-object_model::Data* Selection::data(const std::string& name) {
+object_model::Data* Selection::data(const std::string& name) { return entry(name); }
+
+const object_model::Data* Selection::data(const std::string& name) const { return entry(name); }
+
+object_model::Data* Selection::entry(const std::string& name) const {
   const auto found = m_entries.find(name);
   if (found == m_entries.end()) {
     throw std::out_of_range("The selection has no entry " + inQuotes(name));
@@ -58,12 +59,9 @@ object_model::Data* Selection::data(const std::string& name) {
   return found->second;
 }
 
-const object_model::Data* Selection::data(const std::string& name) const {
-  const auto found = m_entries.find(name);
-  if (found == m_entries.end()) {
-    throw std::out_of_range("The selection has no entry " + inQuotes(name));
-  }
-  return found->second;
+std::vector<Attribute> Selection::attributes() const {
+  const auto* group = dynamic_cast<const HasAttributes*>(&m_group);
+  return group == nullptr ? std::vector<Attribute>() : group->attributes();
 }
 
-}  // namespace quillon::tools
+}  // namespace quillon::memory
