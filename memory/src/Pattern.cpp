@@ -1,4 +1,5 @@
 #include <quillon/memory/Pattern.h>
+#include <quillon/memory/Wording.h>
 
 #include <algorithm>
 #include <utility>
@@ -8,15 +9,7 @@ namespace {
 
 /// The bytes of the character that `text` starts with, which is not empty.
 std::string_view firstCharacter(std::string_view text) {
-  const auto isContinuation = [](char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-  };
-  const auto lead = static_cast<unsigned char>(text[0]);
-  const std::size_t length = lead >= 0xF0U ? 4 : lead >= 0xE0U ? 3 : lead >= 0xC0U ? 2 : 1;
-  const bool isWhole =
-      text.size() >= length &&
-      std::all_of(text.begin() + 1, text.begin() + static_cast<long>(length), isContinuation);
-  return text.substr(0, isWhole ? length : 1);
+  return text.substr(0, std::max<std::size_t>(utf8Length(text), 1));
 }
 
 /// The next character of a bracket's content, a backslash before it taken off.
