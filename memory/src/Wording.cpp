@@ -29,29 +29,39 @@ constexpr std::array<Form, 4> FORMS = {{{1, 0x80, 0x00, 0x0, 0x7F},
                                         {3, 0xF0, 0xE0, 0x800, 0xFFFF},
                                         {4, 0xF8, 0xF0, 0x10000, 0x10FFFF}}};
 
-bool isPrintable(char32_t point) {
-  const bool control = point < 0x20 || (point >= 0x7F && point < 0xA0);
-  const bool surrogate = point >= 0xD800 && point < 0xE000;
-  return !control && !surrogate;
-}
+bool isControl(char32_t point) { return point < 0x20 || (point >= 0x7F && point < 0xA0); }
 
-/// The length of the printable character that `text` starts with, or 0 when it starts with none.
-std::size_t printableLength(std::string_view text) {
+bool isSurrogate(char32_t point) { return point >= 0xD800 && point < 0xE000; }
+
+/// The character that a text starts with: so many bytes, or 0 where they are no UTF-8.
+struct Character {
+  std::size_t length = 0;
+  char32_t point = 0;
+};
+
+Character characterAtStart(std::string_view text) {
   const unsigned char lead = byteAt(text, 0);
   const auto* form = std::find_if(FORMS.begin(), FORMS.end(), [lead](const Form& candidate) {
     return (lead & candidate.leadMask) == candidate.lead;
   });
   if (form == FORMS.end() || text.size() < form->length) {
-    return 0;
+    return {};
   }
   char32_t point = lead & ~static_cast<unsigned int>(form->leadMask);
   for (std::size_t i = 1; i < form->length; ++i) {
     if (!isContinuation(byteAt(text, i))) {
-      return 0;
+      return {};
     }
     point = (point << 6U) | (byteAt(text, i) & 0x3FU);
   }
-  return point >= form->first && point <= form->last && isPrintable(point) ? form->length : 0;
+  const bool isValid = point >= form->first && point <= form->last && !isSurrogate(point);
+  return isValid ? Character{form->length, point} : Character();
+}
+
+/// The length of the printable character that `text` starts with, or 0 when it starts with none.
+std::size_t printableLength(std::string_view text) {
+  const Character character = characterAtStart(text);
+  return isControl(character.point) ? 0 : character.length;
 }
 
 std::string escapeOf(unsigned char byte) {
@@ -83,6 +93,10 @@ std::string escaped(std::string_view text) {
     text.remove_prefix(std::max<std::size_t>(length, 1));
   }
   return result;
+}
+
+std::size_t utf8Length(std::string_view text) {
+  return text.empty() ? 0 : characterAtStart(text).length;
 }
 
 std::string inQuotes(std::string_view text) { return "'" + escaped(text) + "'"; }

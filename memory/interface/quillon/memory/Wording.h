@@ -11,6 +11,9 @@ namespace quillon::memory {
 /// UTF-8 appear as escapes such as `\n` and `\x1b`. All other UTF-8 passes.
 std::string escaped(std::string_view text);
 
+/// How many bytes the UTF-8 character takes that `text` starts with; 0 where it starts with none.
+std::size_t utf8Length(std::string_view text);
+
 /// `text` escaped and in single quotes.
 std::string inQuotes(std::string_view text);
 

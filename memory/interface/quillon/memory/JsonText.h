@@ -1,0 +1,38 @@
+/// @file
+/// Texts and numbers as JSON.
+#pragma once
+
+#include <quillon/memory/NumberText.h>
+
+#include <cmath>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+namespace quillon::memory {
+
+/// `text` as a JSON string, quotes included. Control characters are escaped; each byte that is no
+/// UTF-8 becomes U+FFFD, so that any parser takes it.
+std::string jsonText(std::string_view text);
+
+/// `value` as JSON: the shortest number that reads back; NaN and infinities, which JSON has no
+/// numbers for, as the strings "NaN", "Infinity" and "-Infinity"; a complex number as the string
+/// "(RE;IM)".
+template <class T>
+std::string jsonNumber(T value) {
+  if constexpr (std::is_arithmetic_v<T>) {
+    if constexpr (std::is_floating_point_v<T>) {
+      if (std::isnan(value)) {
+        return "\"NaN\"";
+      }
+      if (std::isinf(value)) {
+        return value > 0 ? "\"Infinity\"" : "\"-Infinity\"";
+      }
+    }
+    return shortestText(value);
+  } else {
+    return jsonText(shortestText(value));
+  }
+}
+
+}  // namespace quillon::memory

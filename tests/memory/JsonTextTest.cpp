@@ -1,0 +1,39 @@
+#include <gmock/gmock.h>
+#include <quillon/memory/JsonText.h>
+
+#include <limits>
+
+namespace quillon::memory {
+namespace {
+
+TEST(JsonTextTest, TextStandsInQuotes) {
+  EXPECT_EQ(jsonText(""), "\"\"");
+  EXPECT_EQ(jsonText("area of \xC3\xA4"), "\"area of \xC3\xA4\"");
+}
+
+TEST(JsonTextTest, QuotesBackslashesAndControlCharactersAreEscaped) {
+  EXPECT_EQ(jsonText("a\"b\\c\n\r\t"), R"("a\"b\\c\n\r\t")");
+  EXPECT_EQ(jsonText(std::string("\0\x1f\x7f", 3)), R"("\u0000\u001f\u007f")");
+}
+
+TEST(JsonTextTest, BytesThatAreNoUtf8BecomeTheReplacementCharacter) {
+  EXPECT_EQ(jsonText("a\xFF\xC3"), R"("a\ufffd\ufffd")");
+  EXPECT_EQ(jsonText("\xED\xA0\x80"), R"("\ufffd\ufffd\ufffd")");
+}
+
+TEST(JsonTextTest, NumbersAreTheShortestThatReadBack) {
+  EXPECT_EQ(jsonNumber(0.1F), "0.1");
+  EXPECT_EQ(jsonNumber(-3L), "-3");
+  EXPECT_EQ(jsonNumber(true), "true");
+}
+
+TEST(JsonTextTest, WhatIsNoNumberInJsonIsAString) {
+  constexpr double INFINITE = std::numeric_limits<double>::infinity();
+  EXPECT_EQ(jsonNumber(-std::numeric_limits<float>::quiet_NaN()), "\"NaN\"");
+  EXPECT_EQ(jsonNumber(INFINITE), "\"Infinity\"");
+  EXPECT_EQ(jsonNumber(-INFINITE), "\"-Infinity\"");
+  EXPECT_EQ(jsonNumber(std::complex<double>(1, -0.5)), "\"(1;-0.5)\"");
+}
+
+}  // namespace
+}  // namespace quillon::memory
