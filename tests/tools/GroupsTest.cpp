@@ -26,21 +26,6 @@ class GroupsTest : public ::testing::Test {
   Dictionary& m_otsu = m_cells.add(Dictionary("otsu"));
 };
 
-TEST_F(GroupsTest, PathLeadsFromTheRoot) {
-  EXPECT_EQ(pathOf(m_root), "/");
-  EXPECT_EQ(pathOf(m_cells), "/cells");
-  EXPECT_EQ(pathOf(m_otsu), "/cells/otsu");
-  EXPECT_EQ(pathOf(m_root, "area"), "/area");
-  EXPECT_EQ(pathOf(m_otsu, "area"), "/cells/otsu/area");
-}
-
-TEST_F(GroupsTest, GroupsBelowAreListedBeforeTheirNextSiblings) {
-  m_root.add(memory::IntArray("A", {}, {1}));
-  EXPECT_THAT(groupsBelow(m_root), ElementsAre("climate", "cells", "cells/otsu"));
-  EXPECT_THAT(groupsBelow(m_cells), ElementsAre("otsu"));
-  EXPECT_THAT(groupsBelow(m_otsu), IsEmpty());
-}
-
 TEST_F(GroupsTest, SkippedVariablesBelongToTheirOwnGroupAlone) {
   const std::vector<netcdf::Skipped> skipped = {{"/p", "1"},
                                                 {"/cells/p", "2"},

@@ -1,5 +1,6 @@
 #include "Arguments.h"
 
+#include <quillon/memory/Paths.h>
 #include <quillon/memory/Wording.h>
 
 #include <algorithm>
@@ -7,10 +8,10 @@
 #include <limits>
 
 #include "Failure.h"
-#include "Groups.h"
 
 namespace quillon::tools {
 
+using memory::groupsBelow;
 using memory::inQuotes;
 using memory::listed;
 

@@ -12,6 +12,8 @@
 namespace quillon::tools {
 
 using memory::inQuotes;
+using memory::isCoordinate;
+using memory::repeatedAxis;
 
 namespace {
 

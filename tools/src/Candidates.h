@@ -1,14 +1,15 @@
 #pragma once
 
 #include <object_model/Array.h>
+#include <quillon/memory/Axes.h>
 
 #include <cstddef>
 #include <string>
 #include <vector>
 
-#include "Axes.h"
-
 namespace quillon::tools {
+
+using memory::AxisFacts;
 
 using Names = std::vector<std::string>;
 

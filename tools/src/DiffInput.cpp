@@ -12,6 +12,7 @@ namespace quillon::tools {
 
 using memory::inQuotes;
 using memory::listed;
+using memory::pathOf;
 
 namespace {
 

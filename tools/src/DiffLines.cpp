@@ -1,17 +1,20 @@
 #include "DiffLines.h"
 
 #include <object_model/Tuple.h>
+#include <quillon/memory/Axes.h>
 #include <quillon/memory/Wording.h>
 
 #include <vector>
 
-#include "Axes.h"
 #include "Listing.h"
 
 namespace quillon::tools {
 
+using memory::axesOf;
+using memory::AxisFacts;
 using memory::counted;
 using memory::escaped;
+using memory::haveSameShape;
 
 namespace {
 

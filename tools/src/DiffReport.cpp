@@ -16,6 +16,7 @@ namespace quillon::tools {
 
 using memory::escaped;
 using memory::inQuotes;
+using memory::pathOf;
 
 namespace {
 

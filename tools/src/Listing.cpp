@@ -1,19 +1,22 @@
 #include "Listing.h"
 
 #include <object_model/Array.h>
+#include <quillon/memory/Axes.h>
 #include <quillon/memory/Wording.h>
 
 #include <algorithm>
 #include <array>
 
-#include "Axes.h"
 #include "Groups.h"
 
 namespace quillon::tools {
 
+using memory::axesOf;
+using memory::AxisFacts;
 using memory::counted;
 using memory::displayWidth;
 using memory::escaped;
+using memory::pathOf;
 
 namespace {
 

@@ -29,6 +29,7 @@ namespace quillon::tools {
 
 using memory::counted;
 using memory::escaped;
+using memory::pathOf;
 
 namespace {
 

@@ -6,12 +6,13 @@
 #include <algorithm>
 #include <limits>
 
-#include "Axes.h"
 #include "Candidates.h"
 #include "Failure.h"
 
 namespace quillon::tools {
 
+using memory::axesOf;
+using memory::groupsBelow;
 using memory::inQuotes;
 using memory::listed;
 

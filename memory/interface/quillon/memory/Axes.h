@@ -1,3 +1,7 @@
+/// @file
+/// The axes of any array: as its shape and its descriptor give them together.
+///
+/// Errors: what the array's own operations throw passes through. Threads: as the array's.
 #pragma once
 
 #include <object_model/Array.h>
@@ -6,13 +10,13 @@
 #include <string>
 #include <vector>
 
-namespace quillon::tools {
+namespace quillon::memory {
 
 /// One axis of an array as its shape and its descriptor give it.
 struct AxisFacts {
-  std::string name;
-  unsigned long size;
-  object_model::AxisType type;
+  std::string name;             ///< empty for an axis without a name
+  unsigned long size;           ///< the extent
+  object_model::AxisType type;  ///< what its points stand for
 };
 
 /// The array's axes, dimension 0 first.
@@ -30,4 +34,4 @@ bool isCoordinate(const object_model::Array& array);
 /// Whether two arrays have the same number of dimensions and the same extent in each.
 bool haveSameShape(const object_model::Array& first, const object_model::Array& second);
 
-}  // namespace quillon::tools
+}  // namespace quillon::memory

@@ -1,11 +1,10 @@
-#include "Axes.h"
-
 #include <object_model/ArrayInfo.h>
 #include <object_model/Tuple.h>
+#include <quillon/memory/Axes.h>
 
 #include <algorithm>
 
-namespace quillon::tools {
+namespace quillon::memory {
 
 std::vector<AxisFacts> axesOf(const object_model::Array& array) {
   const object_model::ArrayInfo* info = array.getInformation()->asArrayInfo();
@@ -45,4 +44,4 @@ bool haveSameShape(const object_model::Array& first, const object_model::Array& 
   return same;
 }
 
-}  // namespace quillon::tools
+}  // namespace quillon::memory

@@ -1,0 +1,24 @@
+/// @file
+/// Where data objects stand among the dictionaries around them.
+///
+/// Errors: what the objects' own operations throw passes through. Threads: as the objects'.
+#pragma once
+
+#include <object_model/Dictionary.h>
+
+#include <string>
+#include <vector>
+
+namespace quillon::memory {
+
+/// Where an object stands below its outermost container, such as "/cells/otsu"; "/" for one that
+/// stands in none, whatever its name is.
+std::string pathOf(const object_model::Data& object);
+
+/// Where the entry `name` of `group` stands, such as "/cells/otsu/area".
+std::string pathOf(const object_model::Data& group, const std::string& name);
+
+/// The paths of all dictionaries below `group`, such as "cells/otsu", each before those below it.
+std::vector<std::string> groupsBelow(const object_model::Dictionary& group);
+
+}  // namespace quillon::memory
