@@ -20,7 +20,7 @@ std::string listed(const std::vector<std::string>& names);
 /// "1 array", "2 arrays".
 std::string counted(unsigned long count, const std::string& noun);
 
-/// How many places escaped UTF-8 text takes on a terminal, one for each character.
+/// How many places escaped UTF-8 text takes on a terminal, see widthOf(char32_t).
 std::size_t displayWidth(std::string_view text);
 
 }  // namespace quillon::memory
