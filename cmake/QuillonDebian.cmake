@@ -31,13 +31,20 @@ endmacro()
 
 set(CPACK_COMPONENTS_ALL)
 set(debian_version ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})
-quillon_debian_package(libquillon-object-model libs ""
-  "object model for measurement results - shared libraries"
-  "Libraries for n-dimensional typed arrays with described axes and
+# The table library, apart: another package can take its place by providing libtabra.
+quillon_debian_package(libtabra libs ""
+  "table library of the object model for measurement results"
+  "Tables that are columns of numbers of one length, behind an interface that
+other tables can implement, and a table in memory.")
+# Unversioned, so that a package that merely provides libtabra will do.
+quillon_debian_package(libquillon-object-model libs "libtabra"
+  "object model for measurement results - shared library"
+  "Library for n-dimensional typed arrays with described axes and
 dictionaries that nest: they are compared with a sentence that says what
 differs, turned into tables, and rendered as text or HTML.")
-set(CPACK_DEBIAN_LIBQUILLON-OBJECT-MODEL_PACKAGE_CONTROL_EXTRA
-  ${PROJECT_SOURCE_DIR}/cmake/debian/triggers)
+foreach(package IN ITEMS LIBTABRA LIBQUILLON-OBJECT-MODEL)
+  set(CPACK_DEBIAN_${package}_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/cmake/debian/triggers)
+endforeach()
 quillon_debian_package(libquillon-object-model-dev libdevel
   "libquillon-object-model (= ${debian_version})"
   "object model for measurement results - development files"
@@ -47,9 +54,10 @@ files.")
 # With COMPONENTS netcdf, the CMake package looks for libnetcdf through pkg-config.
 set(CPACK_DEBIAN_LIBQUILLON-OBJECT-MODEL-DEV_PACKAGE_RECOMMENDS "libnetcdf-dev, pkgconf")
 if(TARGET quillon)
-  # Slots are only ever appended, so that a newer library serves an older tool.
+  # Slots are only ever appended, so that a newer library serves an older tool. The tool needs this
+  # libtabra, with its table in memory, hence the version.
   quillon_debian_package(quillon-tools science
-    "libquillon-object-model (>= ${PROJECT_VERSION})"
+    "libquillon-object-model (>= ${PROJECT_VERSION}), libtabra (>= ${PROJECT_VERSION})"
     "command-line tool for files of measurement results"
     "The tool quillon lists what is in a netCDF file, prints its variables as
 a table in text or HTML, and compares two files value by value.")

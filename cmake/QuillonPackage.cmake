@@ -1,7 +1,9 @@
-# The CMake package and the pkg-config file.
+# The CMake package, and the pkg-config file of the shared libraries. Each other library has installed
+# its own part.
 include(CMakePackageConfigHelpers)
 
-set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/quillon_object_model)
+set(package_dir ${QUILLON_PACKAGE_DIR})
+get_property(quillon_libraries GLOBAL PROPERTY QUILLON_PACKAGE_LIBRARIES)
 configure_package_config_file(cmake/quillon_object_modelConfig.cmake.in
   ${PROJECT_BINARY_DIR}/quillon_object_modelConfig.cmake INSTALL_DESTINATION ${package_dir})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/quillon_object_modelConfigVersion.cmake
@@ -20,7 +22,7 @@ if(QUILLON_TABRA_ROOT)
     cmake_path(ABSOLUTE_PATH libdir BASE_DIRECTORY \"\${CMAKE_INSTALL_PREFIX}\")
     file(INSTALL DESTINATION \"\${libdir}\" TYPE SHARED_LIBRARY FOLLOW_SYMLINK_CHAIN
       FILES \"${QUILLON_TABRA_LIBRARY}\")"
-    COMPONENT libquillon-object-model)
+    COMPONENT libtabra)
   install(DIRECTORY ${QUILLON_TABRA_INCLUDE}/tabra DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
   configure_package_config_file(cmake/InstalledTabra.cmake.in ${PROJECT_BINARY_DIR}/tabra-targets.cmake
     INSTALL_DESTINATION ${package_dir}
@@ -30,15 +32,9 @@ if(QUILLON_TABRA_ROOT)
 else()
   install(EXPORT tabra-targets NAMESPACE tabra:: DESTINATION ${package_dir})
 endif()
-if(TARGET quillon::netcdf)
-  install(EXPORT quillon_netcdf-targets NAMESPACE quillon:: DESTINATION ${package_dir})
-endif()
 
 # The pkg-config files find everything from where they are, so that the prefix can be moved.
-set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_INCLUDEDIR
   BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig OUTPUT_VARIABLE pkgconfig_to_include)
-foreach(name IN ITEMS quillon_object_model quillon_memory)
-  configure_file(cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
-  install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${pkgconfig_dir})
-endforeach()
+configure_file(cmake/quillon_object_model.pc.in ${PROJECT_BINARY_DIR}/quillon_object_model.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/quillon_object_model.pc DESTINATION ${QUILLON_PKGCONFIG_DIR})
