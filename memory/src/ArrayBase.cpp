@@ -1,4 +1,5 @@
 #include <quillon/memory/ArrayBase.h>
+#include <quillon/memory/Axes.h>
 #include <quillon/memory/ElementTypes.h>
 #include <quillon/memory/InvalidCall.h>
 
@@ -174,11 +175,19 @@ void ArrayBase::setCoordinates(unsigned long dimension,
   m_coordinates[dimension] = std::move(coordinates);
 }
 
+void ArrayBase::requireCount(unsigned long count) const {
+  if (count != m_numberOfElements) {
+    throw std::invalid_argument("Array '" + getName() + "' of shape " + toText(size()) + " needs " +
+                                std::to_string(m_numberOfElements) + " values and was given " +
+                                std::to_string(count));
+  }
+}
+
 void ArrayBase::copyRemarksOf(const ArrayBase& other) {
   setDescription(other.getDescription());
   m_unit = other.m_unit;
   m_physicalUnit = other.m_physicalUnit;
-  m_coordinates = other.m_coordinates;
+  m_coordinates = haveSameShape(*this, other) ? other.m_coordinates : decltype(m_coordinates)();
   AttributeList::operator=(other);
 }
 

@@ -5,27 +5,14 @@
 #include <stdexcept>
 #include <utility>
 
-#include "Text.h"
-
 namespace quillon::memory {
-namespace {
 
 using object_model::Tuple;
 
-void requireCount(const ArrayBase& array, unsigned long count) {
-  if (count != array.numberOfElements()) {
-    throw std::invalid_argument("Array '" + array.getName() + "' of shape " + toText(array.size()) +
-                                " needs " + std::to_string(array.numberOfElements()) +
-                                " values and was given " + std::to_string(count));
-  }
-}
-
-}  // namespace
-
 template <class T>
 TypedArray<T>::TypedArray(std::string name, std::vector<Axis> axes, std::vector<T> values)
-    : ArrayBase(std::move(name), ElementTraits<T>::TYPE, std::move(axes)) {
-  requireCount(*this, values.size());
+    : ValueArray<T>(std::move(name), std::move(axes)) {
+  this->requireCount(values.size());
   if constexpr (std::is_same_v<T, bool>) {
     m_owned = std::make_unique<bool[]>(values.size());
     std::copy(values.begin(), values.end(), m_owned.get());
@@ -42,8 +29,8 @@ TypedArray<T>::TypedArray(std::string name, std::vector<Axis> axes, std::vector<
 template <class T>
 TypedArray<T>::TypedArray(std::string name, std::vector<Axis> axes, const T* values,
                           unsigned long count)
-    : ArrayBase(std::move(name), ElementTraits<T>::TYPE, std::move(axes)), m_values(values) {
-  requireCount(*this, count);
+    : ValueArray<T>(std::move(name), std::move(axes)), m_values(values) {
+  this->requireCount(count);
   if (values == nullptr && count > 0) {
     throw std::invalid_argument("Array '" + getName() + "' was given no values to view");
   }
@@ -58,7 +45,7 @@ TypedArray<T> TypedArray<T>::view(std::string name, std::vector<Axis> axes, cons
 
 template <class T>
 TypedArray<T>::TypedArray(TypedArray&& other) noexcept
-    : ArrayBase(std::move(other)),
+    : ValueArray<T>(std::move(other)),
       ValuesOf<T>(std::move(other)),
       m_owned(std::move(other.m_owned)),
       m_writable(std::exchange(other.m_writable, nullptr)),
@@ -81,92 +68,50 @@ void TypedArray<T>::adoptElements() {
 template <class T>
 void TypedArray<T>::placeValues() {
   if constexpr (IS_STORED_TYPE<T>) {
-    this->setPlace(m_values, packedStrides(size(), sizeof(T)));
+    this->setPlace(m_values, packedStrides(this->size(), sizeof(T)));
   }
 }
 
 template <class T>
 const T& TypedArray<T>::value(const Tuple& index) const {
-  return m_values[offsetOf(index)];
+  return m_values[this->offsetOf(index)];
 }
 
 template <class T>
 void TypedArray<T>::setValue(const Tuple& index, T value) {
-  const unsigned long offset = offsetOf(index);
-  if (m_writable == nullptr) {
+  const unsigned long offset = this->offsetOf(index);
+  data()[offset] = std::move(value);  // a dictionary keeps the container of its place
+}
+
+template <class T>
+T* TypedArray<T>::data() {
+  if (m_writable == nullptr && m_values != nullptr) {
     throw InvalidCall("Array '" + getName() +
-                      "' views values that it does not own; change them where they "
-                      "are");
+                      "' views values that it does not own; change them where they are");
   }
-  m_writable[offset] = std::move(value);  // a dictionary keeps the container of its place
+  return m_writable;
 }
 
 template <class T>
-double TypedArray<T>::getValueAsDouble(const Tuple& index) const {
-  if constexpr (std::is_same_v<T, double>) {
-    return value(index);
-  } else {
-    return ArrayBase::getValueAsDouble(index);
-  }
-}
-
-template <class T>
-unsigned long TypedArray<T>::getValueAsUInt(const Tuple& index) const {
-  if constexpr (std::is_same_v<T, unsigned long>) {
-    return value(index);
-  } else {
-    return ArrayBase::getValueAsUInt(index);
-  }
-}
-
-template <class T>
-long TypedArray<T>::getValueAsInt(const Tuple& index) const {
-  if constexpr (std::is_same_v<T, long>) {
-    return value(index);
-  } else {
-    return ArrayBase::getValueAsInt(index);
-  }
-}
-
-template <class T>
-std::string TypedArray<T>::getValueAsString(const Tuple& index) const {
-  if constexpr (std::is_same_v<T, std::string>) {
-    return value(index);
-  } else {
-    return ArrayBase::getValueAsString(index);
-  }
-}
-
-template <class T>
-const object_model::Data* TypedArray<T>::getValueAsDictionary(const Tuple& index) const {
+ResultOf<T> TypedArray<T>::valueAt(const Tuple& index) const {
   if constexpr (std::is_same_v<T, Dictionary>) {
     return &value(index);
   } else {
-    return ArrayBase::getValueAsDictionary(index);
-  }
-}
-
-template <class T>
-bool TypedArray<T>::getValueAsBoolean(const Tuple& index) const {
-  if constexpr (std::is_same_v<T, bool>) {
     return value(index);
-  } else {
-    return ArrayBase::getValueAsBoolean(index);
   }
 }
 
-template <class T>
-std::complex<double> TypedArray<T>::getValueAsComplex(const Tuple& index) const {
-  if constexpr (std::is_same_v<T, std::complex<double>>) {
-    return value(index);
-  } else {
-    return ArrayBase::getValueAsComplex(index);
-  }
-}
-
-template class TypedArray<unsigned long>;
+template class TypedArray<signed char>;
+template class TypedArray<short>;
+template class TypedArray<int>;
 template class TypedArray<long>;
+template class TypedArray<unsigned char>;
+template class TypedArray<unsigned short>;
+template class TypedArray<unsigned int>;
+template class TypedArray<unsigned long>;
+template class TypedArray<float>;
 template class TypedArray<double>;
+template class TypedArray<std::complex<float>>;
 template class TypedArray<std::complex<double>>;
 template class TypedArray<std::string>;
 template class TypedArray<bool>;

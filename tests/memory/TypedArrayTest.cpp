@@ -71,7 +71,7 @@ struct Samples<bool> {
 };
 
 template <class T>
-class ValueArrayTest : public ::testing::Test {};
+class ElementArrayTest : public ::testing::Test {};
 
 struct TypeNames {
   template <class T>
@@ -83,7 +83,7 @@ struct TypeNames {
 
 using ValueTypes =
     ::testing::Types<unsigned long, long, double, std::complex<double>, std::string, bool>;
-TYPED_TEST_SUITE(ValueArrayTest, ValueTypes, TypeNames);
+TYPED_TEST_SUITE(ElementArrayTest, ValueTypes, TypeNames);
 
 template <class T>
 void expectSamples(const TypedArray<T>& array) {
@@ -95,12 +95,12 @@ void expectSamples(const TypedArray<T>& array) {
   }
 }
 
-TYPED_TEST(ValueArrayTest, OwnsItsValues) {
+TYPED_TEST(ElementArrayTest, OwnsItsValues) {
   const TypedArray<TypeParam> array("a", {{"x", 3}}, Samples<TypeParam>::values());
   expectSamples(array);
 }
 
-TYPED_TEST(ValueArrayTest, ViewsABufferWithoutCopying) {
+TYPED_TEST(ElementArrayTest, ViewsABufferWithoutCopying) {
   const auto samples = Samples<TypeParam>::values();
   std::array<TypeParam, 3> buffer = {samples[0], samples[1], samples[2]};
   const auto array = TypedArray<TypeParam>::view("a", {{"x", 3}}, buffer.data(), buffer.size());
@@ -110,7 +110,7 @@ TYPED_TEST(ValueArrayTest, ViewsABufferWithoutCopying) {
   EXPECT_EQ(array.value(TupleX({1})), samples[2]);
 }
 
-TYPED_TEST(ValueArrayTest, OwnedValuesAreReplaced) {
+TYPED_TEST(ElementArrayTest, OwnedValuesAreReplaced) {
   const auto samples = Samples<TypeParam>::values();
   TypedArray<TypeParam> array("a", {{"x", 3}}, {samples[0], samples[0], samples[0]});
   array.setValue(TupleX({2}), samples[1]);
@@ -119,7 +119,7 @@ TYPED_TEST(ValueArrayTest, OwnedValuesAreReplaced) {
   EXPECT_EQ(array.value(TupleX({2})), samples[1]);
 }
 
-TYPED_TEST(ValueArrayTest, ViewedValuesAreNotWritten) {
+TYPED_TEST(ElementArrayTest, ViewedValuesAreNotWritten) {
   const auto samples = Samples<TypeParam>::values();
   const std::array<TypeParam, 1> buffer = {samples[0]};
   auto array = TypedArray<TypeParam>::view("a", {{"x", 1}}, buffer.data(), 1);
@@ -128,7 +128,7 @@ TYPED_TEST(ValueArrayTest, ViewedValuesAreNotWritten) {
   EXPECT_EQ(buffer[0], samples[0]);
 }
 
-TYPED_TEST(ValueArrayTest, MovingTakesOverOwnedAndViewedValues) {
+TYPED_TEST(ElementArrayTest, MovingTakesOverOwnedAndViewedValues) {
   TypedArray<TypeParam> owning("a", {{"x", 3}}, Samples<TypeParam>::values());
   owning.setUnit("m");
   owning.setPhysicalUnit("km");
@@ -144,7 +144,7 @@ TYPED_TEST(ValueArrayTest, MovingTakesOverOwnedAndViewedValues) {
   EXPECT_EQ(&movedView.value(TupleX({0})), buffer.data());
 }
 
-TYPED_TEST(ValueArrayTest, AnswersOnlyAsItsOwnType) {
+TYPED_TEST(ElementArrayTest, AnswersOnlyAsItsOwnType) {
   const TypedArray<TypeParam> array("a", {{"x", 3}}, Samples<TypeParam>::values());
   const TupleX position({0});
   const bool answers[] = {
@@ -160,7 +160,7 @@ TYPED_TEST(ValueArrayTest, AnswersOnlyAsItsOwnType) {
   }
 }
 
-TYPED_TEST(ValueArrayTest, AnotherNumberOfValuesIsRefused) {
+TYPED_TEST(ElementArrayTest, AnotherNumberOfValuesIsRefused) {
   const auto samples = Samples<TypeParam>::values();
   EXPECT_EQ(thrownBy<std::invalid_argument>([&] {
               const TypedArray<TypeParam> array("a", {{"x", 2}, {"y", 2}}, samples);
@@ -173,7 +173,7 @@ TYPED_TEST(ValueArrayTest, AnotherNumberOfValuesIsRefused) {
             "Array 'a' of shape (2) needs 2 values and was given 3");
 }
 
-TYPED_TEST(ValueArrayTest, ANullBufferIsViewedForNoValuesOnly) {
+TYPED_TEST(ElementArrayTest, ANullBufferIsViewedForNoValuesOnly) {
   EXPECT_EQ(thrownBy<std::invalid_argument>([&] {
               TypedArray<TypeParam>::view("a", {{"x", 2}}, nullptr, 2);
             }),
@@ -181,7 +181,7 @@ TYPED_TEST(ValueArrayTest, ANullBufferIsViewedForNoValuesOnly) {
   EXPECT_EQ(TypedArray<TypeParam>::view("a", {{"x", 0}}, nullptr, 0).numberOfElements(), 0U);
 }
 
-TYPED_TEST(ValueArrayTest, APositionOutsideIsRefusedForReadingAndWriting) {
+TYPED_TEST(ElementArrayTest, APositionOutsideIsRefusedForReadingAndWriting) {
   const auto samples = Samples<TypeParam>::values();
   TypedArray<TypeParam> array("a", {{"x", 3}}, samples);
   const char* const message = "Array 'a': position (3) is outside the shape (3)";
@@ -245,6 +245,166 @@ TEST(TypedArrayTest, AMovedArrayStandsInNoContainer) {
   array.setParent(&container);
   const DoubleArray moved(std::move(array));
   EXPECT_EQ(moved.parent(), nullptr);
+}
+
+// Stored types
+
+template <class T>
+class StoredArrayTest : public ::testing::Test {
+ protected:
+  /// Six distinguishable values, as far as the type has so many.
+  static std::vector<T> values() {
+    std::vector<T> values;
+    for (int k = 0; k < 6; ++k) {
+      values.push_back(static_cast<T>(static_cast<float>(k % 2 == 0 ? k : -k)));
+    }
+    return values;
+  }
+  static TypedArray<T> array() { return TypedArray<T>("a", {{"x", 3}, {"y", 2}}, values()); }
+};
+
+template <class List>
+struct TestTypes;
+template <class... T>
+struct TestTypes<TypeList<T...>> {
+  using Type = ::testing::Types<T...>;
+};
+
+struct StoredTypeNames {
+  template <class T>
+  static std::string GetName(int) {
+    return StoredTraits<T>::NAME;
+  }
+};
+
+using AllStoredTypes = TestTypes<StoredTypes>::Type;
+TYPED_TEST_SUITE(StoredArrayTest, AllStoredTypes, StoredTypeNames);
+
+TYPED_TEST(StoredArrayTest, AccessorGivesTheWidenedValue) {
+  const auto array = this->array();
+  using Element = ElementOf<TypeParam>;
+  EXPECT_EQ(array.getElementType(), ElementTraits<Element>::TYPE);
+  const Array& contract = array;
+  for (unsigned long k = 0; k < 6; ++k) {
+    const Element value = (contract.*ElementTraits<Element>::READ)(TupleX{k % 3, k / 3});
+    EXPECT_EQ(value, static_cast<Element>(TypeParam(this->values()[k]))) << k;
+  }
+}
+
+TYPED_TEST(StoredArrayTest, ValuesAreFoundByTheirIndices) {
+  const auto array = this->array();
+  for (unsigned long k = 0; k < 6; ++k) {
+    EXPECT_EQ(array.value(k % 3, k / 3), TypeParam(this->values()[k])) << k;
+  }
+  EXPECT_EQ(array.value(2, 1U), TypeParam(this->values()[5]));
+}
+
+TYPED_TEST(StoredArrayTest, IsALoopsRangeInStorageOrder) {
+  std::vector<TypeParam> seen;
+  for (const TypeParam& value : this->array()) {
+    seen.push_back(value);
+  }
+  EXPECT_EQ(seen, this->values());
+}
+
+TYPED_TEST(StoredArrayTest, DataLeadsToTheValues) {
+  auto array = this->array();
+  EXPECT_EQ(std::as_const(array).data(), &array.value(0, 0));
+  array.data()[1] = array.value(0, 0);
+  EXPECT_EQ(array.value(1, 0), TypeParam(this->values()[0]));
+}
+
+TYPED_TEST(StoredArrayTest, ACloneIsIndependent) {
+  auto array = this->array();
+  auto clone = array.clone("b");
+  EXPECT_EQ(clone.getName(), "b");
+  EXPECT_EQ(array.clone().getName(), "a");
+  array.setValue(TupleX{0, 0}, TypeParam(this->values()[1]));
+  EXPECT_EQ(clone.value(0, 0), TypeParam(this->values()[0]));
+}
+
+TYPED_TEST(StoredArrayTest, OffersItsValuesInBulkAsTheyAreStored) {
+  const auto array = this->array();
+  EXPECT_EQ(bulkValuesOf(array)->storedType(), StoredTraits<TypeParam>::TYPE);
+  const unsigned long start[] = {1, 0};
+  const unsigned long extent[] = {1, 2};
+  TypeParam read[2];
+  bulkValuesOf(array)->readValues(start, extent, read);
+  EXPECT_EQ(read[0], TypeParam(this->values()[1]));
+  EXPECT_EQ(read[1], TypeParam(this->values()[4]));
+}
+
+// Conveniences
+
+TEST(TypedArrayTest, IndicesOutsideAreRefused) {
+  const IntArray array("a", {{"x", 2}, {"y", 3}}, {10, 11, 20, 21, 30, 31});
+  EXPECT_EQ(thrownBy<std::out_of_range>([&] { array.value(2, 0); }),
+            "Array 'a': position (2;0) is outside the shape (2;3)");
+  EXPECT_EQ(thrownBy<std::out_of_range>([&] { array.value(0); }),
+            "Array 'a': position (0) is outside the shape (2;3)");
+  EXPECT_EQ(thrownBy<std::out_of_range>([&] { array.value(); }),
+            "Array 'a': position () is outside the shape (2;3)");
+  EXPECT_THROW(array.value(-1, 0), std::out_of_range);
+  EXPECT_EQ(DoubleArray("pi", {}, {3.25}).value(), 3.25);
+}
+
+TEST(TypedArrayTest, AViewGivesItsValuesForReadingAlone) {
+  const std::array<double, 2> buffer = {1, 2};
+  auto view = DoubleArray::view("v", {{"x", 2}}, buffer.data(), 2);
+  EXPECT_EQ(std::as_const(view).data(), buffer.data());
+  EXPECT_EQ(view.begin(), buffer.data());
+  EXPECT_EQ(view.end(), buffer.data() + 2);
+  EXPECT_EQ(thrownBy<InvalidCall>([&] { view.data(); }),
+            "Array 'v' views values that it does not own; change them where they are");
+}
+
+TEST(TypedArrayTest, ACloneOwnsWhatAViewLooksAt) {
+  std::array<double, 2> buffer = {1, 2};
+  const auto view = DoubleArray::view("v", {{"x", 2}}, buffer.data(), 2);
+  DoubleArray clone = view.clone();
+  buffer[0] = 7;
+  EXPECT_EQ(clone.value(0), 1);
+  EXPECT_NE(clone.data(), nullptr);
+}
+
+TEST(TypedArrayTest, ACloneHasAllRemarksButNoContainer) {
+  Dictionary container("d");
+  DoubleArray& array = container.add(DoubleArray("a", {{"x", 1}}, {1}));
+  array.setUnit("m");
+  array.setPhysicalUnit("km");
+  array.setDescription("how long");
+  array.setAttribute("k", "v");
+  const auto x =
+      std::make_shared<const IntArray>("x", std::vector<Axis>{{"x", 1}}, std::vector<long>{5});
+  array.setCoordinates(0, x);
+  const DoubleArray clone = array.clone("b");
+  EXPECT_EQ(clone.getUnit(), "m");
+  EXPECT_EQ(clone.getPhysicalUnit(), "km");
+  EXPECT_EQ(clone.getDescription(), "how long");
+  EXPECT_EQ(clone.attributes(), array.attributes());
+  EXPECT_EQ(clone.coordinates(0), x);
+  EXPECT_EQ(clone.getInformation()->getAxisInfo(0)->getAxisName(), "x");
+  EXPECT_EQ(clone.parent(), nullptr);
+}
+
+TEST(TypedArrayTest, RemarksOfAnotherShapeAreTakenWithoutCoordinates) {
+  DoubleArray array("a", {{"x", 1}}, {1});
+  array.setDescription("how long");
+  array.setCoordinates(
+      0, std::make_shared<const IntArray>("x", std::vector<Axis>{{"x", 1}}, std::vector<long>{5}));
+  DoubleArray other("b", {{"x", 2}}, {1, 2});
+  other.copyRemarksOf(array);
+  EXPECT_EQ(other.getDescription(), "how long");
+  EXPECT_EQ(other.coordinates(0), nullptr);
+}
+
+TEST(TypedArrayTest, AStringArrayIsClonedAndLoopedOver) {
+  const StringArray array("a", {{"x", 2}}, {"one", "two"});
+  std::string text;
+  for (const std::string& value : array.clone()) {
+    text += value + " ";
+  }
+  EXPECT_EQ(text, "one two ");
 }
 
 // Arrays of dictionaries

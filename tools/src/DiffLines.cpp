@@ -2,11 +2,10 @@
 
 #include <object_model/Tuple.h>
 #include <quillon/memory/Axes.h>
+#include <quillon/memory/ElementTypes.h>
 #include <quillon/memory/Wording.h>
 
 #include <vector>
-
-#include "Listing.h"
 
 namespace quillon::tools {
 
@@ -15,6 +14,7 @@ using memory::AxisFacts;
 using memory::counted;
 using memory::escaped;
 using memory::haveSameShape;
+using memory::nameOf;
 
 namespace {
 

@@ -1,9 +1,10 @@
+#include <quillon/memory/Outline.h>
 #include <quillon/netcdf/File.h>
 
 #include <memory>
 
 #include "Arguments.h"
-#include "Listing.h"
+#include "Groups.h"
 #include "Opening.h"
 #include "Output.h"
 #include "Verb.h"
@@ -14,7 +15,14 @@ namespace {
 
 int run(const Source& source) {
   netcdf::File file = openFile(source.file);
-  writeOutput(listingOf(groupOf(file, source), file.skipped()));
+  const auto skipped = [&file](const object_model::Dictionary& group) {
+    std::vector<std::string> lines;
+    for (const PassedOver& variable : skippedIn(group, file.skipped())) {
+      lines.push_back(variable.name + "  left out: " + variable.reason);
+    }
+    return lines;
+  };
+  writeOutput(memory::describe(groupOf(file, source), skipped));
   return 0;
 }
 

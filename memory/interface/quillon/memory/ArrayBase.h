@@ -8,6 +8,7 @@
 #include <quillon/memory/Descriptors.h>
 #include <quillon/memory/Facets.h>
 
+#include <array>
 #include <complex>
 #include <memory>
 #include <string>
@@ -94,13 +95,24 @@ class ArrayBase : public object_model::Array, public AttributeList, public HasCo
   void setCoordinates(unsigned long dimension,
                       std::shared_ptr<const object_model::Array> coordinates);
 
+  /// Takes over copies of the other's description, units and attributes and, where both have the
+  /// same shape, its coordinates, which are shared. Name and values stay.
+  void copyRemarksOf(const ArrayBase& other);
+
  protected:
   /// Takes over everything but the container.
   ArrayBase(ArrayBase&& other) noexcept;
 
-  /// Takes over copies of the other's description, units and attributes, and its coordinates, whose
-  /// shape must be this array's.
-  void copyRemarksOf(const ArrayBase& other);
+  /// Where the element at these indices, dimension 0 first, stands; see offsetOf().
+  template <class... Index>
+  unsigned long offsetAt(Index... index) const {
+    const std::array<unsigned long, sizeof...(Index)> position = {
+        static_cast<unsigned long>(index)...};
+    return offsetOf(position.data(), position.size());
+  }
+
+  /// @throws std::invalid_argument unless the array has `count` elements.
+  void requireCount(unsigned long count) const;
 
  private:
   ArrayDescriptor m_descriptor;

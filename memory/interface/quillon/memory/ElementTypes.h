@@ -16,11 +16,23 @@ namespace quillon::memory {
 
 class Dictionary;
 
+/// False for every type, but not before the type is known.
+template <class T>
+inline constexpr bool IS_KNOWN_TYPE = false;
+
 /// What is known of the element type whose values are of the C++ type `T`, one of `unsigned long`,
 /// `long`, `double`, `std::complex<double>`, `std::string`, `bool` and `Dictionary`:
-/// `TYPE`, the enumerator; `NAME`, as the enumeration spells it; `READ`, the accessor.
+/// `TYPE`, the enumerator; `NAME`, as the enumeration spells it; `READ`, the accessor; `Result`,
+/// what the accessor returns; `Accessor<Base>`, a class derived from an array class `Base` whose
+/// accessor of this type asks `valueAt(index)`.
 template <class T>
-struct ElementTraits;
+struct ElementTraits {
+  static_assert(IS_KNOWN_TYPE<T>,
+                "Elements of arrays are of one of these types: unsigned long, long, double, "
+                "std::complex<double>, std::string, bool, quillon::memory::Dictionary; numbers may "
+                "be stored as signed char, short, int, unsigned char, unsigned short, unsigned "
+                "int, float or std::complex<float>, too.");
+};
 
 /// What is known of a stored type, as which values of the C++ type `T` are kept: `TYPE`, the
 /// enumerator; `NAME`, a name with its size in bits; `Element`, the C++ type of the element type
@@ -34,6 +46,18 @@ struct StoredTraits;
     static constexpr object_model::ElementType TYPE = object_model::ElementType::ENUMERATOR; \
     static constexpr const char* NAME = #ENUMERATOR;                                         \
     static constexpr auto READ = &object_model::Array::ACCESSOR;                             \
+    using Result = decltype(std::declval<const object_model::Array&>().ACCESSOR(             \
+        std::declval<const object_model::Tuple&>()));                                        \
+    template <class Base>                                                                    \
+    class Accessor : public Base {                                                           \
+     public:                                                                                 \
+      Result ACCESSOR(const object_model::Tuple& index) const override {                     \
+        return this->valueAt(index);                                                         \
+      }                                                                                      \
+                                                                                             \
+     protected:                                                                              \
+      using Base::Base;                                                                      \
+    };                                                                                       \
   }
 
 QUILLON_ELEMENT_TYPE(unsigned long, UInt, getValueAsUInt);
@@ -115,6 +139,11 @@ struct ElementOfType<T, std::enable_if_t<IS_STORED_TYPE<T>>> {
 /// and `double`, `std::string` for itself.
 template <class T>
 using ElementOf = typename ElementOfType<T>::Type;
+
+/// What the accessor of the element type that `T` belongs to returns: `double` for `float` and
+/// `double`, a pointer for `Dictionary`.
+template <class T>
+using ResultOf = typename ElementTraits<ElementOf<T>>::Result;
 
 /// Calls `visit(TypeTag<T>())` with the C++ type of `type`.
 /// @return false, without a call, for a value outside the enumeration.

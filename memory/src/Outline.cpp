@@ -1,27 +1,19 @@
-#include "Listing.h"
-
-#include <object_model/Array.h>
 #include <quillon/memory/Axes.h>
+#include <quillon/memory/ElementTypes.h>
+#include <quillon/memory/Entries.h>
+#include <quillon/memory/Outline.h>
+#include <quillon/memory/Paths.h>
 #include <quillon/memory/Wording.h>
 
 #include <algorithm>
 #include <array>
 
-#include "Groups.h"
-
-namespace quillon::tools {
-
-using memory::axesOf;
-using memory::AxisFacts;
-using memory::counted;
-using memory::displayWidth;
-using memory::escaped;
-using memory::pathOf;
-
+namespace quillon::memory {
 namespace {
 
 using object_model::AxisType;
-using object_model::ElementType;
+
+constexpr std::size_t INDENTATION = 2;
 
 using Line = std::array<std::string, 5>;  // name, type, axes, unit, description
 
@@ -91,32 +83,32 @@ std::string headOf(const object_model::Dictionary& group, std::size_t arrays, st
 
 }  // namespace
 
-const char* nameOf(ElementType type) {
-  constexpr std::array<const char*, 7> NAMES = {"UInt",   "Int",     "Double",    "Complex",
-                                                "String", "Boolean", "Dictionary"};
-  const auto index = static_cast<std::size_t>(type);
-  return index < NAMES.size() ? NAMES.at(index) : "unknown";
-}
-
-std::string listingOf(const object_model::Dictionary& group,
-                      const std::vector<netcdf::Skipped>& skipped) {
+std::string describe(const object_model::Dictionary& group, const Remarks& remarks) {
   std::vector<Line> lines;
   std::string below;
   std::size_t groups = 0;
-  for (int i = 0; static_cast<unsigned long>(i) < group.getNumOfData(); ++i) {
-    const object_model::Data* entry = group.data(i);
-    if (const object_model::Array* array = entry->asArray()) {
+  for (const auto& entry : entriesOf(group)) {
+    if (const object_model::Array* array = entry.data->asArray()) {
       lines.push_back(lineOf(*array));
-    } else if (const object_model::Dictionary* inner = entry->asDictionary()) {
+    } else if (const object_model::Dictionary* inner = entry.data->asDictionary()) {
       ++groups;
-      below += "\n" + listingOf(*inner, skipped);
+      below += "\n" + describe(*inner, remarks);
     }
   }
   std::string text = headOf(group, lines.size(), groups) + aligned(lines);
-  for (const PassedOver& variable : skippedIn(group, skipped)) {
-    text += "  " + escaped(variable.name) + "  left out: " + escaped(variable.reason) + "\n";
+  for (const std::string& remark : remarks ? remarks(group) : std::vector<std::string>()) {
+    text += "  " + escaped(remark) + "\n";
   }
   return text + below;
 }
 
-}  // namespace quillon::tools
+std::string describe(const object_model::Array& array) {
+  return aligned({lineOf(array)}).substr(INDENTATION);
+}
+
+std::string describe(const object_model::Data& object) {
+  const object_model::Array* array = object.asArray();
+  return array == nullptr ? describe(*object.asDictionary()) : describe(*array);
+}
+
+}  // namespace quillon::memory
