@@ -8,6 +8,7 @@ Cases allCases() {
   Cases cases;
   addComparisonCases(cases);
   addDictionaryComparisonCases(cases);
+  addBulkComparisonCases(cases);
   addExportCases(cases);
   addRenderingCases(cases);
   addProxyCases(cases);
