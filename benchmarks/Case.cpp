@@ -9,6 +9,7 @@ Cases allCases() {
   addComparisonCases(cases);
   addBulkComparisonCases(cases);
   addDictionaryComparisonCases(cases);
+  addReportCases(cases);
   addExportCases(cases);
   addRenderingCases(cases);
   addProxyCases(cases);

@@ -26,7 +26,7 @@ class Operation {
 
 struct Case {
   std::string operation;  ///< such as "exportToDataFrame/Double/xy"; no blanks
-  std::string shape;      ///< tiny, tall, wide or deep
+  std::string shape;      ///< tiny, tall, wide, deep or square
   unsigned long size;     ///< how many elements, entries, cells or rows are worked on
   double goal;            ///< what library / floor is to be at most
   /// The operation on data of about `size`.
@@ -39,6 +39,7 @@ using Cases = std::vector<Case>;
 void addComparisonCases(Cases& cases);
 void addBulkComparisonCases(Cases& cases);
 void addDictionaryComparisonCases(Cases& cases);
+void addReportCases(Cases& cases);
 void addExportCases(Cases& cases);
 void addRenderingCases(Cases& cases);
 void addProxyCases(Cases& cases);

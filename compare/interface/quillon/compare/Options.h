@@ -1,0 +1,62 @@
+/// @file
+/// What a comparison is asked for.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace object_model {
+class Array;
+}  // namespace object_model
+
+namespace quillon::compare {
+
+/// How far two numbers a (of the first object) and b (of the second) may be apart: they are the
+/// same where a == b or, if both are finite, |a - b| <= absolute + relative * |b|. Neither may be
+/// negative or NaN.
+struct Tolerance {
+  double absolute = 0;  ///< in the values' unit
+  double relative = 0;  ///< a fraction of |b|
+};
+
+/// A tolerance for the arrays whose paths match a pattern.
+struct PathTolerance {
+  std::string pattern;  ///< see `memory::Pattern`; its wildcards match `/`, too
+  Tolerance tolerance;
+};
+
+/// The attributes that say how a file came about rather than what is in it.
+extern const std::vector<std::string> RECORD_ATTRIBUTES;
+
+/// What to compare, and by which rule.
+///
+/// Patterns of paths are shell patterns, whose `*` matches `/`, too. A path begins with `/`, which
+/// a pattern may leave out: `cells/*` matches `/cells/area`. A pattern that is the very path of an
+/// entry stands for that one alone.
+struct Options {
+  /// For all arrays that none of `tolerances` matches.
+  Tolerance tolerance;
+  /// The last one whose pattern matches holds.
+  std::vector<PathTolerance> tolerances;
+  /// Whether two missing values (NaN) are the same.
+  bool nanEqual = true;
+  /// Whether attributes are compared, where objects offer them (`memory::HasAttributes`), and
+  /// descriptions and the sizes of stored types with them.
+  bool attributes = false;
+  /// Names of attributes that are left out.
+  std::vector<std::string> ignoredAttributes;
+  /// Patterns of the paths of entries that are left out, with all that is in them, or with an `@`
+  /// of attributes: `/cells/*`, `/t2m@long_name`, `*@comment`.
+  std::vector<std::string> ignore;
+  /// How many of an array's largest deltas are listed.
+  unsigned long largest = 1;
+  /// Called now and then with how many more values were compared. What it throws ends the
+  /// comparison and passes through.
+  std::function<void(unsigned long values)> progress;
+  /// Whether an array's values are decoded from stored ones of another type. Such an array is
+  /// compared as numbers, whatever type of number the other one has. None is where this is empty.
+  std::function<bool(const object_model::Array& array)> isDecoded;
+};
+
+}  // namespace quillon::compare

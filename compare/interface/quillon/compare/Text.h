@@ -1,0 +1,40 @@
+/// @file
+/// Reports for people and for other programs.
+#pragma once
+
+#include <quillon/compare/Report.h>
+
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace quillon::compare {
+
+/// No limit of lines.
+inline constexpr unsigned long ALL_LINES = std::numeric_limits<unsigned long>::max();
+
+/// How much of a report to show.
+struct LineOptions {
+  /// How many differences; the rest is counted in a line "... and N more". The same limit holds for
+  /// what was not compared.
+  unsigned long most = 20;
+  /// How many of the largest deltas to list below each line of values, as far as the report has
+  /// them, in lines that begin with two blanks.
+  unsigned long largest = 0;
+};
+
+/// A line for each difference, then one for each entry that was not compared; none for the same.
+std::vector<std::string> lines(const Report& report, const LineOptions& options = {});
+
+/// The lines, each but the last with a line break behind it; "the same: N values" for the same.
+std::string text(const Report& report, const LineOptions& options = {});
+
+/// One sentence about the first difference, or about the first entry that was not compared where
+/// nothing differs; empty for the same.
+std::string message(const Report& report);
+
+/// The report as one JSON object in one line.
+/// @param first, second what the two objects are called, such as the names of their files.
+std::string toJson(const Report& report, const std::string& first, const std::string& second);
+
+}  // namespace quillon::compare

@@ -1,0 +1,118 @@
+#pragma once
+
+#include <quillon/compare/Figures.h>
+
+#include <algorithm>
+#include <string>
+
+#include "Numbers.h"
+
+namespace quillon::compare {
+
+/// Adds to a sum that is kept without rounding, in two parts.
+void addExactly(double number, Figures& figures);
+
+/// How values of one side become those of a report.
+template <class T>
+Value valueOf(const T& value, bool isSingle) {
+  if constexpr (std::is_same_v<T, double>) {
+    return isSingle ? Value(static_cast<float>(value)) : Value(value);
+  } else if constexpr (std::is_same_v<T, std::complex<double>>) {
+    return isSingle ? Value(std::complex<float>(value)) : Value(value);
+  } else if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
+    using Wide = std::conditional_t<std::is_signed_v<T>, long, unsigned long>;
+    return static_cast<Wide>(value);
+  } else {
+    return value;
+  }
+}
+
+/// Counts the differences between values of the types `T` and `U` as they come, in any order.
+template <class T, class U>
+class Tally {
+ public:
+  /// @param isSingle whether a side's values are floats that were widened.
+  Tally(const Rule& rule, unsigned long kept, bool firstIsSingle, bool secondIsSingle)
+      : m_rule(rule), m_firstIsSingle(firstIsSingle), m_secondIsSingle(secondIsSingle) {
+    m_figures.kept = kept;
+  }
+
+  /// Compares values the first of which stands at `offset` and each other one `step` further.
+  void addRun(unsigned long offset, unsigned long step, const T* a, const U* b,
+              unsigned long count) {
+    m_figures.values += count;
+    for (unsigned long start = 0; start < count; start += BATCH) {
+      const unsigned long length = std::min(BATCH, count - start);
+      if (!areAllSame(m_rule, a + start, b + start, length)) {
+        for (unsigned long k = start; k < start + length; ++k) {
+          if (!areSame(m_rule, a[k], b[k])) {
+            add(offset + k * step, a[k], b[k]);
+          }
+        }
+      }
+    }
+  }
+
+  const Figures& figures() const { return m_figures; }
+
+ private:
+  // So many values are looked at together before they are looked at one by one.
+  static constexpr unsigned long BATCH = 128;
+
+  void add(unsigned long offset, const T& a, const U& b) {
+    ++m_figures.count;
+    double delta = std::numeric_limits<double>::quiet_NaN();
+    if constexpr (IS_NUMBER<T>) {
+      if (isMissing(a) || isMissing(b)) {
+        m_figures.missing += isMissing(a) != isMissing(b) ? 1U : 0U;
+      } else {
+        delta = static_cast<double>(distanceOf(a, b));
+        addDelta(delta, magnitudeOf(b));
+      }
+    }
+    if (mayBeKept(offset, delta)) {
+      keep({offset, delta, valueOf(a, m_firstIsSingle), valueOf(b, m_secondIsSingle)});
+    }
+  }
+
+  void addDelta(double delta, double reference) {
+    ++m_figures.deltas;
+    addExactly(delta, m_figures);
+    const double relative = delta / reference;
+    if (!(relative <= m_figures.largestRelative) && !std::isnan(relative)) {
+      m_figures.largestRelative = relative;
+    }
+  }
+
+  /// Says no to most pairs without making values of them.
+  bool mayBeKept(unsigned long offset, double delta) const {
+    if (m_figures.largest.size() < m_figures.kept) {
+      return true;
+    }
+    if (m_figures.largest.empty()) {
+      return false;
+    }
+    const Pair& last = m_figures.largest.back();
+    if (std::isnan(last.delta) || std::isnan(delta)) {
+      return !std::isnan(delta) || (std::isnan(last.delta) && offset < last.offset);
+    }
+    const bool isTie = delta == last.delta && (ARE_WIDE_INTEGERS<T, U> || offset < last.offset);
+    return delta > last.delta || isTie;
+  }
+
+  void keep(Pair pair) {
+    std::vector<Pair>& largest = m_figures.largest;
+    const auto place = std::upper_bound(largest.begin(), largest.end(), pair, isBefore);
+    largest.insert(place, std::move(pair));
+    if (largest.size() > m_figures.kept) {
+      largest.pop_back();
+    }
+  }
+
+  Rule m_rule;
+  bool m_firstIsSingle;
+  bool m_secondIsSingle;
+  Figures m_figures;
+};
+
+}  // namespace quillon::compare

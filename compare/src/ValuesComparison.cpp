@@ -1,0 +1,195 @@
+#include "ValuesComparison.h"
+
+#include <quillon/memory/Values.h>
+
+#include <string>
+
+#include "BoxComparison.h"
+#include "Side.h"
+#include "Tally.h"
+
+namespace quillon::compare {
+namespace {
+
+using memory::Block;
+using memory::BlockLayout;
+using object_model::Array;
+using object_model::ElementType;
+using object_model::StoredType;
+
+// Values in a block: what some megabytes hold, so that large chunks of files fit.
+constexpr unsigned long MOST_VALUES = 1UL << 20U;
+// Where each value takes a call, larger blocks would only leave the nearest cache.
+constexpr unsigned long MOST_CALLS = 4096;
+
+std::vector<unsigned long> shapeOf(const Array& array) {
+  const object_model::Tuple& size = array.size();
+  std::vector<unsigned long> shape(size.size());
+  for (std::size_t k = 0; k < shape.size(); ++k) {
+    shape[k] = size[k];
+  }
+  return shape;
+}
+
+/// Calls `visit(block)` for all blocks of a grid and tells the progress.
+template <class Visit>
+void forEachBlock(const BlockLayout& layout, const ValueOptions& options, const Visit& visit) {
+  for (unsigned long offset = 0; offset < layout.size();) {
+    const Block block = layout.blockAt(offset);
+    visit(block);
+    offset = block.first + block.count;
+    if (options.progress) {
+      options.progress(block.count);
+    }
+  }
+}
+
+unsigned long offsetOf(const Block& block, const GridPlace& place) {
+  unsigned long offset = place.first;
+  for (std::size_t k = 0; k < block.start.size(); ++k) {
+    offset += block.start[k] * place.steps[k];
+  }
+  return offset;
+}
+
+Box boxOf(const Side& first, const Side& second, const Block& block, const GridPlace& place) {
+  Box box{{first.storedType(), first.first()},
+          {second.storedType(), second.first()},
+          offsetOf(block, place),
+          {}};
+  for (std::size_t k = 0; k < block.extent.size(); ++k) {
+    box.dimensions.push_back(
+        {block.extent[k], first.strides()[k], second.strides()[k], place.steps[k]});
+  }
+  return box;
+}
+
+BlockLayout layoutOf(const Array& array, const Side& first, const Side& second) {
+  const bool isByAccessor = first.isByAccessor() || second.isByAccessor();
+  const bool isRead = !first.isInPlace() && !first.isByAccessor();
+  const Side& read = isRead ? first : second;
+  const bool hasChunks = read.chunkExtents() != nullptr;
+  return {shapeOf(array), isByAccessor && !hasChunks ? MOST_CALLS : MOST_VALUES,
+          read.chunkExtents()};
+}
+
+bool isSingle(StoredType type) {
+  return type == StoredType::Float32 || type == StoredType::Complex64;
+}
+
+/// The figures where the first side's values are taken as `T` and the second's as `U`.
+template <class T, class U>
+Figures figuresAs(const Array& array, Side& first, Side& second, const ValueOptions& options,
+                  const GridPlace& place) {
+  Tally<T, U> tally(options.rule, options.largest, isSingle(first.storedType()),
+                    isSingle(second.storedType()));
+  forEachBlock(layoutOf(array, first, second), options, [&](const Block& block) {
+    first.load(block);
+    second.load(block);
+    BoxComparison<T, U>(boxOf(first, second, block, place), tally).run();
+  });
+  return tally.figures();
+}
+
+/// Texts have no place in memory: they are read in blocks.
+Figures figuresOfTexts(const Array& first, const Array& second, const ValueOptions& options,
+                       const GridPlace& place) {
+  Tally<std::string, std::string> tally(options.rule, options.largest, false, false);
+  std::vector<std::string> a;
+  std::vector<std::string> b;
+  forEachBlock(BlockLayout(shapeOf(first), MOST_CALLS), options, [&](const Block& block) {
+    a.resize(block.count);
+    b.resize(block.count);
+    memory::copyValues(first, block, a.data());
+    memory::copyValues(second, block, b.data());
+    const unsigned long length = block.extent.empty() ? 1 : block.extent[0];
+    // Rows, as those of a block that is part of a larger grid do not follow each other there.
+    std::vector<unsigned long> position(block.extent.size(), 0);
+    for (unsigned long k = 0; k < block.count; k += length) {
+      unsigned long offset = offsetOf(block, place);
+      for (std::size_t d = 1; d < position.size(); ++d) {
+        offset += position[d] * place.steps[d];
+      }
+      tally.addRun(offset, 1, &a[k], &b[k], length);
+      for (std::size_t d = 1; d < position.size() && ++position[d] == block.extent[d]; ++d) {
+        position[d] = 0;
+      }
+    }
+  });
+  return tally.figures();
+}
+
+}  // namespace
+
+GridPlace placeInGrid(const std::vector<unsigned long>& start,
+                      const std::vector<unsigned long>& shape) {
+  GridPlace place;
+  unsigned long step = 1;
+  for (std::size_t k = 0; k < shape.size(); ++k) {
+    place.first += start[k] * step;
+    place.steps.push_back(step);
+    step *= shape[k];
+  }
+  return place;
+}
+
+GridPlace wholeGrid(const object_model::Tuple& shape) {
+  std::vector<unsigned long> extents(shape.size());
+  for (std::size_t k = 0; k < extents.size(); ++k) {
+    extents[k] = shape[k];
+  }
+  return placeInGrid(std::vector<unsigned long>(extents.size(), 0), extents);
+}
+
+bool areNumbers(ElementType type) {
+  return type == ElementType::UInt || type == ElementType::Int || type == ElementType::Double ||
+         type == ElementType::Complex;
+}
+
+bool areComparable(ElementType first, ElementType second) {
+  return (areNumbers(first) && areNumbers(second)) ||
+         (first == second && (first == ElementType::String || first == ElementType::Boolean));
+}
+
+std::vector<BoxDimension> joined(const std::vector<BoxDimension>& dimensions) {
+  std::vector<BoxDimension> result;
+  for (const BoxDimension& next : dimensions) {
+    if (next.extent == 1) {
+      continue;
+    }
+    const auto extent = result.empty() ? 0 : static_cast<long>(result.back().extent);
+    if (!result.empty() && next.firstStride == result.back().firstStride * extent &&
+        next.secondStride == result.back().secondStride * extent &&
+        next.gridStep == result.back().gridStep * result.back().extent) {
+      result.back().extent *= next.extent;
+    } else {
+      result.push_back(next);
+    }
+  }
+  return result.empty() ? std::vector<BoxDimension>{{1, 0, 0, 1}} : result;
+}
+
+Figures figuresOf(const Array& first, const Array& second, const ValueOptions& options,
+                  const GridPlace& place) {
+  if (first.getElementType() == ElementType::String) {
+    return figuresOfTexts(first, second, options, place);
+  }
+  Side a(first);
+  Side b(second);
+  Figures figures;
+  memory::visitStoredType(a.storedType(), [&](auto firstTag) {
+    memory::visitStoredType(b.storedType(), [&](auto secondTag) {
+      using T = typename decltype(firstTag)::Type;
+      using U = typename decltype(secondTag)::Type;
+      if constexpr (std::is_same_v<T, U>) {
+        figures = figuresAs<T, T>(first, a, b, options, place);
+      } else if constexpr (IS_NUMBER<T> && IS_NUMBER<U>) {
+        figures =
+            figuresAs<memory::ElementOf<T>, memory::ElementOf<U>>(first, a, b, options, place);
+      }
+    });
+  });
+  return figures;
+}
+
+}  // namespace quillon::compare

@@ -1,0 +1,151 @@
+#include <gmock/gmock.h>
+#include <rapidcheck/gtest.h>
+
+#include "Support.h"
+#include "support/Thrown.h"
+
+namespace quillon::compare {
+namespace {
+
+using memory::DoubleArray;
+
+constexpr unsigned long VALUES = 24;
+
+/// The figures of the part of two rows from `first` to `last`, the latter excluded.
+Figures figuresOfPart(const std::vector<double>& a, const std::vector<double>& b,
+                      unsigned long first, unsigned long last, const Options& options) {
+  const auto part = [&](const std::vector<double>& values) {
+    return row<double>(
+        "a", {values.begin() + static_cast<long>(first), values.begin() + static_cast<long>(last)});
+  };
+  return figures(part(a), part(b), options, {first}, {a.size()});
+}
+
+bool areEqual(double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); }
+
+void requireSame(const Figures& a, const Figures& b) {
+  RC_ASSERT(a.values == b.values);
+  RC_ASSERT(a.count == b.count);
+  RC_ASSERT(a.missing == b.missing);
+  RC_ASSERT(a.deltas == b.deltas);
+  RC_ASSERT(areEqual(a.largestRelative, b.largestRelative));
+  RC_ASSERT((areEqual(a.mean(), b.mean()) || std::abs(a.mean() - b.mean()) <= 1e-15 * a.mean()));
+  RC_ASSERT(a.kept == b.kept);
+  RC_ASSERT(a.largest.size() == b.largest.size());
+  for (std::size_t k = 0; k < a.largest.size(); ++k) {
+    RC_ASSERT(a.largest[k].offset == b.largest[k].offset);
+    RC_ASSERT(areEqual(a.largest[k].delta, b.largest[k].delta));
+  }
+}
+
+std::vector<double> anyValues() {
+  return *rc::gen::container<std::vector<double>>(
+      VALUES, rc::gen::elementOf(std::vector<double>{0, 1, 1, 2, 1e-9, 1e17, NOT_A_NUMBER, INFINITE,
+                                                     -INFINITE, 0.1}));
+}
+
+RC_GTEST_PROP(FiguresProperty, AnySplitMergesInAnyOrderToTheFiguresOfAll, ()) {
+  const std::vector<double> a = anyValues();
+  const std::vector<double> b = anyValues();
+  Options options;
+  options.largest = *rc::gen::inRange<unsigned long>(0, 5);
+  std::vector<Figures> parts = {Figures()};
+  for (unsigned long first = 0; first < VALUES;) {
+    const auto last = *rc::gen::inRange(first, VALUES) + 1;
+    parts.push_back(figuresOfPart(a, b, first, last, options));
+    first = last;
+  }
+  // Two neighbours in a random order of parts become one until one is left.
+  while (parts.size() > 1) {
+    const auto k = *rc::gen::inRange<std::size_t>(0, parts.size());
+    std::swap(parts[k], parts.back());
+    const auto n = *rc::gen::inRange<std::size_t>(0, parts.size() - 1);
+    parts[n] = merge(parts[n], parts.back());
+    parts.pop_back();
+  }
+  requireSame(parts[0], figuresOfPart(a, b, 0, VALUES, options));
+}
+
+RC_GTEST_PROP(FiguresProperty, MergeIsAssociativeAndCommutative, ()) {
+  const std::vector<double> a = anyValues();
+  const std::vector<double> b = anyValues();
+  const auto part = [&](unsigned long first, unsigned long last) {
+    Options options;
+    options.largest = *rc::gen::inRange<unsigned long>(0, 4);
+    return figuresOfPart(a, b, first, last, options);
+  };
+  const Figures x = part(0, 8);
+  const Figures y = part(8, 16);
+  const Figures z = part(16, VALUES);
+  requireSame(merge(x, y), merge(y, x));
+  requireSame(merge(merge(x, y), z), merge(x, merge(y, z)));
+  requireSame(merge(Figures(), x), x);
+}
+
+TEST(FiguresTest, OfNoValuesAreNeutral) {
+  const Figures none;
+  EXPECT_EQ(none.values, 0);
+  EXPECT_TRUE(std::isnan(none.mean()));
+  EXPECT_TRUE(std::isnan(none.largestRelative));
+}
+
+TEST(FiguresTest, MeanIsExactWhereAPlainSumWouldNotBe) {
+  std::vector<double> zeros(1000, 0);
+  std::vector<double> values(1000, 1e-3);
+  values[0] = 1e15;
+  const Figures found = figures(row<double>("a", zeros), row<double>("a", values), {});
+  EXPECT_DOUBLE_EQ(found.mean(), 1e12 + 999e-6);
+}
+
+TEST(FiguresTest, OffsetsAreThoseOfTheWholeGrid) {
+  const DoubleArray a("a", {{"x", 2}, {"y", 2}}, {0, 0, 0, 0});
+  const DoubleArray b("b", {{"x", 2}, {"y", 2}}, {0, 1, 0, 2});
+  Options options;
+  options.largest = 2;
+  const Figures found = figures(a, b, options, {3, 1}, {10, 5});
+  ASSERT_EQ(found.largest.size(), 2);
+  EXPECT_EQ(found.largest[0].offset, 4 + 2 * 10);
+  EXPECT_EQ(found.largest[1].offset, 4 + 1 * 10);
+  EXPECT_EQ(found.values, 4);
+}
+
+TEST(FiguresTest, OffsetsOfABlockOfOneIndexAreThoseOfTheGrid) {
+  const DoubleArray a("a", {{"x", 1}, {"y", 3}}, {0, 0, 0});
+  const DoubleArray b("b", {{"x", 1}, {"y", 3}}, {0, 1, 2});
+  EXPECT_EQ(figures(a, b, {}, {3, 1}, {10, 5}).largest.at(0).offset, 3 + 3 * 10);
+  const memory::StringArray s("a", {{"x", 1}, {"y", 3}}, {"", "", ""});
+  const memory::StringArray t("b", {{"x", 1}, {"y", 3}}, {"", "", "t"});
+  EXPECT_EQ(figures(s, t, {}, {3, 1}, {10, 5}).largest.at(0).offset, 3 + 3 * 10);
+}
+
+TEST(FiguresTest, BlocksMustFitEachOtherAndTheGrid) {
+  const DoubleArray a = row<double>("a", {1, 2});
+  const auto sentence = [](const object_model::Array& first, const object_model::Array& second,
+                           const std::vector<unsigned long>& start,
+                           const std::vector<unsigned long>& shape) {
+    return test::thrownBy<std::invalid_argument>([&] { figures(first, second, {}, start, shape); });
+  };
+  EXPECT_EQ(sentence(a, row<double>("a", {1}), {}, {}),
+            "Blocks of different shapes have no figures");
+  EXPECT_EQ(sentence(a, row<std::string>("a", {"1", "2"}), {}, {}),
+            "Values of Double and String have no figures");
+  EXPECT_EQ(sentence(a, a, {1}, {}),
+            "Start and shape of the grid need 1 numbers, one for each dimension");
+  EXPECT_EQ(sentence(a, a, {1}, {2}),
+            "The block from 1 on, of 2, does not lie in dimension 0 of the grid, of 2");
+  EXPECT_THROW(figures(a, a, within(-1)), std::invalid_argument);
+}
+
+TEST(FiguresTest, RowOfMergedFiguresIsThatOfOneComparison) {
+  const DoubleArray a = row<double>("a", {1, 2, 3, 4});
+  const DoubleArray b = row<double>("b", {1, 5, 3, 9});
+  const Figures left = figures(row<double>("a", {1, 2}), row<double>("b", {1, 5}), {}, {0}, {4});
+  const Figures right = figures(row<double>("a", {3, 4}), row<double>("b", {3, 9}), {}, {2}, {4});
+  Report report = compare(a, b);
+  Report merged = report;
+  merged.rows = {differenceOf("/", merge(right, left), a)};
+  EXPECT_EQ(toJson(merged, "", ""), toJson(report, "", ""));
+}
+
+}  // namespace
+}  // namespace quillon::compare

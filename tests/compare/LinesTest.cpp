@@ -1,0 +1,87 @@
+#include <gmock/gmock.h>
+
+#include "Support.h"
+
+namespace quillon::compare {
+namespace {
+
+using memory::Dictionary;
+using ::testing::ElementsAre;
+
+TEST(LinesTest, MissingOnOneSideAloneIsCounted) {
+  EXPECT_THAT(linesOf(row<double>("a", {1, NOT_A_NUMBER, NOT_A_NUMBER, 5}),
+                      row<double>("a", {2, 1, NOT_A_NUMBER, 5.25})),
+              ElementsAre("/: 3 of 4 values differ, 1 missing in one file alone; the largest delta "
+                          "is 1 at x=0: 1 and 2"));
+  EXPECT_THAT(linesOf(row<double>("a", {1, 1}), row<double>("a", {1, NOT_A_NUMBER})),
+              ElementsAre("/: 1 of 2 values differ, 1 missing in one file alone; the first is at "
+                          "x=1: 1 and nan"));
+}
+
+TEST(LinesTest, DeltaHasSixDigitsAndValuesReadBack) {
+  EXPECT_THAT(linesOf(StoredArray<float>("a", {}, {0.1F}), StoredArray<double>("a", {}, {1.0 / 3})),
+              ElementsAre("/: 1 of 1 values differ; the largest delta is 0.233333: 0.1 and "
+                          "0.3333333333333333"));
+  EXPECT_THAT(
+      linesOf(row<double>("a", {INFINITE}), row<double>("a", {-INFINITE})),
+      ElementsAre("/: 1 of 1 values differ; the largest delta is inf at x=0: inf and -inf"));
+  EXPECT_THAT(
+      linesOf(row<std::complex<double>>("a", {{3, 0}}), row<std::complex<double>>("a", {{0, 4}})),
+      ElementsAre("/: 1 of 1 values differ; the largest delta is 5 at x=0: (3;0) and (0;4)"));
+}
+
+TEST(LinesTest, LargestAreListedBelow) {
+  Options options;
+  options.largest = 2;
+  const Report report =
+      compare(row<double>("a", {1, 1, NOT_A_NUMBER}), row<double>("a", {1.5, 3, 1}), options);
+  EXPECT_THAT(lines(report, {20, 5}),
+              ElementsAre("/: 3 of 3 values differ, 1 missing in one file alone; the largest delta "
+                          "is 2 at x=1: 1 and 3",
+                          "  2 at x=1: 1 and 3", "  0.5 at x=0: 1 and 1.5"));
+}
+
+TEST(LinesTest, FirstDifferencesAreListedBelowWhereNothingHasADelta) {
+  Options options;
+  options.largest = 2;
+  const Report report = compare(row<std::string>("a", {"a", "b", "c"}),
+                                row<std::string>("a", {"A", "B", "C"}), options);
+  EXPECT_THAT(lines(report, {20, 5}),
+              ElementsAre("/: 3 of 3 values differ; the first is at x=0: 'a' and 'A'",
+                          "  at x=0: 'a' and 'A'", "  at x=1: 'b' and 'B'"));
+}
+
+TEST(LinesTest, LongListEndsWithHowManyMoreThereAre) {
+  Dictionary many("a");
+  for (int k = 0; k < 22; ++k) {
+    many.add(row<double>("v" + std::to_string(k), {1}));
+  }
+  const Report report = compare(many, Dictionary("b"));
+  const std::vector<std::string> shown = lines(report);
+  ASSERT_EQ(shown.size(), 21);
+  EXPECT_EQ(shown.front(), "/v0: only in the first");
+  EXPECT_EQ(shown.back(), "... and 2 more");
+  EXPECT_EQ(lines(report, {ALL_LINES, 0}).size(), 22);
+}
+
+TEST(LinesTest, LongTextsAreShownWhereTheyBeginToDiffer) {
+  const std::string shared(100, 'x');
+  EXPECT_THAT(linesOf(row<std::string>("a", {shared + "a"}), row<std::string>("a", {shared + "b"})),
+              ElementsAre("/: 1 of 1 values differ; the first is at x=0: ...'xxxxxxxxxxa' and "
+                          "...'xxxxxxxxxxb'"));
+}
+
+TEST(LinesTest, NamesAreEscaped) {
+  EXPECT_THAT(linesOf(dictionary("a", row<double>("\x1b[2J", {1})), Dictionary("b")),
+              ElementsAre("/\\x1b[2J: only in the first"));
+}
+
+TEST(LinesTest, TextIsTheLinesWithBreaksBetween) {
+  const Report report =
+      compare(dictionary("a", row<double>("x", {1}), row<double>("y", {1})), Dictionary("b"));
+  EXPECT_EQ(text(report), "/x: only in the first\n/y: only in the first");
+  EXPECT_EQ(message(report), "/x: only in the first");
+}
+
+}  // namespace
+}  // namespace quillon::compare

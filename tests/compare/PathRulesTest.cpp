@@ -1,0 +1,85 @@
+#include <gmock/gmock.h>
+
+#include "Support.h"
+
+namespace quillon::compare {
+namespace {
+
+using memory::Dictionary;
+using ::testing::ElementsAre;
+
+/// How many values differ by path, of a tree whose every value differs by 1.
+std::vector<std::string> differing(const Options& options) {
+  const auto make = [](double value) {
+    return dictionary("root", row<double>("a", {value}), row<double>("a[1]", {value}),
+                      row<double>("a1", {value}),
+                      dictionary("g", row<double>("a", {value}), row<double>("b", {value})));
+  };
+  std::vector<std::string> paths;
+  for (const Difference& row : compare(make(1), make(2), options).rows) {
+    paths.push_back(row.path);
+  }
+  return paths;
+}
+
+Options tolerating(std::vector<PathTolerance> tolerances) {
+  Options options;
+  options.tolerances = std::move(tolerances);
+  return options;
+}
+
+Options ignoring(std::vector<std::string> patterns) {
+  Options options;
+  options.ignore = std::move(patterns);
+  return options;
+}
+
+TEST(PathRulesTest, WithoutPatternsEverythingIsCompared) {
+  EXPECT_THAT(differing({}), ElementsAre("/a", "/a[1]", "/a1", "/g/a", "/g/b"));
+}
+
+TEST(PathRulesTest, ToleranceHoldsForThePathsThatMatch) {
+  EXPECT_THAT(differing(tolerating({{"/g/*", {1, 0}}})), ElementsAre("/a", "/a[1]", "/a1"));
+}
+
+TEST(PathRulesTest, StarCrossesSlashes) {
+  EXPECT_THAT(differing(tolerating({{"*a", {1, 0}}})), ElementsAre("/a[1]", "/a1", "/g/b"));
+}
+
+TEST(PathRulesTest, LastToleranceThatMatchesHolds) {
+  EXPECT_THAT(differing(tolerating({{"*", {1, 0}}, {"/g/a", {0, 0}}})), ElementsAre("/g/a"));
+  EXPECT_THAT(differing(tolerating({{"/g/a", {0, 0}}, {"*", {1, 0}}})), ElementsAre());
+}
+
+TEST(PathRulesTest, SlashAtTheStartMayBeLeftOut) {
+  EXPECT_THAT(differing(tolerating({{"g/a", {1, 0}}, {"a", {1, 0}}})),
+              ElementsAre("/a[1]", "/a1", "/g/b"));
+}
+
+TEST(PathRulesTest, PatternThatIsAnEntrysPathStandsForThatAlone) {
+  EXPECT_THAT(differing(tolerating({{"/a[1]", {1, 0}}})), ElementsAre("/a", "/a1", "/g/a", "/g/b"));
+  EXPECT_THAT(differing(tolerating({{"/a\\[1]", {1, 0}}})),
+              ElementsAre("/a", "/a1", "/g/a", "/g/b"));
+  EXPECT_THAT(differing(tolerating({{"/a[01]", {1, 0}}})),
+              ElementsAre("/a", "/a[1]", "/g/a", "/g/b"));
+}
+
+TEST(PathRulesTest, IgnoredEntriesAreLeftOutWithAllBelow) {
+  EXPECT_THAT(differing(ignoring({"/g"})), ElementsAre("/a", "/a[1]", "/a1"));
+  EXPECT_THAT(differing(ignoring({"*/a"})), ElementsAre("/a[1]", "/a1", "/g/b"));
+}
+
+TEST(PathRulesTest, IgnoredEntriesMayBeOnOneSideAlone) {
+  const Dictionary a = dictionary("a", row<double>("x", {1}));
+  const Dictionary b = dictionary("b", row<double>("y", {1}));
+  EXPECT_THAT(linesOf(a, b, ignoring({"x"})), ElementsAre("/y: only in the second"));
+  EXPECT_THAT(linesOf(a, b, ignoring({"y"})), ElementsAre("/x: only in the first"));
+}
+
+TEST(PathRulesTest, ToleranceOfTheRootArrayIsThatOfSlash) {
+  Options options = tolerating({{"/", {1, 0}}});
+  EXPECT_TRUE(compare(row<double>("a", {1}), row<double>("a", {2}), options).same);
+}
+
+}  // namespace
+}  // namespace quillon::compare

@@ -1,0 +1,82 @@
+#include <gmock/gmock.h>
+
+#include "Support.h"
+
+namespace quillon::compare {
+namespace {
+
+using memory::Axis;
+using memory::DoubleArray;
+using ::testing::ElementsAre;
+
+constexpr long DAY = 86'400'000'000;
+
+std::shared_ptr<const object_model::Array> times(std::vector<long> values) {
+  auto array = std::make_shared<RichArray>("time", std::vector<Axis>{{"time", values.size()}},
+                                           std::vector<double>(values.size()));
+  array->times = std::move(values);
+  return array;
+}
+
+/// The lines, with coordinates, of arrays that differ in their last value.
+std::vector<std::string> linesAt(
+    std::vector<Axis> axes, std::vector<std::shared_ptr<const object_model::Array>> coordinates) {
+  unsigned long count = 1;
+  for (const Axis& axis : axes) {
+    count *= axis.size();
+  }
+  std::vector<double> values(count);
+  RichArray first("a", axes, values);
+  values.back() = 0.5;
+  const DoubleArray second("a", axes, values);
+  first.located = std::move(coordinates);
+  return lines(compare(first, second), {20, 1});
+}
+
+TEST(PlacesTest, CoordinatesAreNumbersTextsAndTimes) {
+  const auto heights = std::make_shared<StoredArray<float>>("height", std::vector<unsigned long>{2},
+                                                            std::vector<float>{0, 0.1F});
+  const auto labels = std::make_shared<memory::StringArray>(
+      "label", std::vector<Axis>{{"label", 2}}, std::vector<std::string>{"a", "b\n"});
+  EXPECT_THAT(
+      linesAt({{"label", 2}, {"height", 2}, {"time", 2}},
+              {labels, heights, times({0, 15'187 * DAY})}),
+      ElementsAre("/: 1 of 8 values differ; the largest delta is 0.5 at time=1, height=1, "
+                  "label=1: 0 and 0.5",
+                  "  0.5 at time=1 (2011-08-01), height=1 (0.1), label=1 (b\\n): 0 and 0.5"));
+}
+
+TEST(PlacesTest, TimesHaveHoursWhereOneOfThemHas) {
+  EXPECT_THAT(linesAt({{"time", 2}}, {times({1, 15'187 * DAY})}).at(1),
+              "  0.5 at time=1 (2011-08-01T00:00:00): 0 and 0.5");
+}
+
+TEST(PlacesTest, MissingTimesAndUnsuitableCoordinatesAreLeftOut) {
+  EXPECT_THAT(linesAt({{"time", 2}}, {times({0, memory::MISSING_TIME})}).at(1),
+              "  0.5 at time=1: 0 and 0.5");
+  EXPECT_THAT(linesAt({{"time", 2}}, {times({0})}).at(1), "  0.5 at time=1: 0 and 0.5");
+  EXPECT_THAT(linesAt({{"time", 2}}, {}).at(1), "  0.5 at time=1: 0 and 0.5");
+}
+
+TEST(PlacesTest, CoordinatesThatCannotBeReadAreLeftOut) {
+  const auto failing =
+      std::make_shared<FailingArray<std::runtime_error>>("x", std::runtime_error("no"));
+  EXPECT_THAT(linesAt({{"x", 2}}, {failing}).at(1), "  0.5 at x=1: 0 and 0.5");
+}
+
+TEST(PlacesTest, DimensionsWithoutANameAndOfOneNameAreToldApart) {
+  EXPECT_THAT(linesAt({{"", 2}, {"x", 1}, {"", 1}, {"x", 1}}, {}).at(0),
+              "/: 1 of 2 values differ; the largest delta is 0.5 at x=0, dim_1=0, x (2)=0, "
+              "dim_3=1: 0 and 0.5");
+}
+
+TEST(PlacesTest, CoordinatesOfTheSecondSideServeWhereTheFirstHasNone) {
+  const DoubleArray first("a", {{"time", 1}}, {1});
+  RichArray second("a", {{"time", 1}}, {2});
+  second.located = {times({0})};
+  EXPECT_EQ(compare(first, second).rows.at(0).largest.at(0).at.at(0).coordinate,
+            Value(std::string("1970-01-01")));
+}
+
+}  // namespace
+}  // namespace quillon::compare

@@ -1,0 +1,300 @@
+#include <gmock/gmock.h>
+#include <rapidcheck/gtest.h>
+
+#include "Oracle.h"
+
+namespace quillon::compare {
+namespace {
+
+using memory::DoubleArray;
+using ::testing::ElementsAre;
+
+constexpr long LONG_MIN_VALUE = std::numeric_limits<long>::min();
+constexpr long LONG_MAX_VALUE = std::numeric_limits<long>::max();
+constexpr unsigned long UINT_MAX_VALUE = std::numeric_limits<unsigned long>::max();
+
+template <class T>
+unsigned long differing(T a, T b, const Options& options = {}) {
+  const memory::TypedArray<T> first = row<T>("a", {a});
+  const memory::TypedArray<T> second = row<T>("a", {b});
+  const Report report = compare(first, second, options);
+  return report.rows.empty() ? 0 : report.rows[0].count;
+}
+
+template <class T>
+double deltaOf(T a, T b) {
+  return compare(row<T>("a", {a}), row<T>("a", {b})).rows.at(0).largest.at(0).delta;
+}
+
+TEST(ValuesComparisonTest, BothTolerancesAddUp) {
+  EXPECT_EQ(differing(11.0, 10.0, within(0.5, 0.05)), 0);
+  EXPECT_EQ(differing(11.1, 10.0, within(0.5, 0.05)), 1);
+}
+
+TEST(ValuesComparisonTest, RelativeToleranceIsOfTheSecondsMagnitude) {
+  EXPECT_EQ(differing(-11.0, -10.0, within(0, 0.1)), 0);
+  EXPECT_EQ(differing(10.0, 11.0, within(0, 0.0999)), 0);
+  EXPECT_EQ(differing(11.0, 10.0, within(0, 0.0999)), 1);
+  EXPECT_EQ(differing(25.0, -40.0, within(0, 0.01)), 1);
+}
+
+TEST(ValuesComparisonTest, InfinitiesAreTheSameOnlyAsThemselves) {
+  EXPECT_EQ(differing(INFINITE, INFINITE), 0);
+  EXPECT_EQ(differing(INFINITE, -INFINITE, within(INFINITE)), 1);
+  EXPECT_EQ(differing(1.0, INFINITE, within(0, 1)), 1);
+  EXPECT_EQ(differing(INFINITE, 1.0, within(INFINITE)), 1);
+  EXPECT_EQ(differing(1.0, 1e300, within(INFINITE)), 0);
+}
+
+TEST(ValuesComparisonTest, MissingValuesAreTheSameUnlessTheyDiffer) {
+  EXPECT_EQ(differing(NOT_A_NUMBER, NOT_A_NUMBER), 0);
+  EXPECT_EQ(differing(NOT_A_NUMBER, 1.0, within(INFINITE)), 1);
+  Options options;
+  options.nanEqual = false;
+  const DoubleArray nan = row<double>("a", {NOT_A_NUMBER});
+  const Report report = compare(nan, nan, options);
+  ASSERT_EQ(report.rows.size(), 1);
+  EXPECT_EQ(report.rows[0].count, 1);
+  EXPECT_EQ(report.rows[0].missing, 0);
+}
+
+TEST(ValuesComparisonTest, IntegersAreToldApartWithoutRounding) {
+  EXPECT_EQ(differing(LONG_MAX_VALUE, LONG_MAX_VALUE - 1), 1);
+  EXPECT_EQ(differing(LONG_MAX_VALUE, LONG_MAX_VALUE - 1, within(0.999)), 1);
+  EXPECT_EQ(differing(LONG_MAX_VALUE, LONG_MAX_VALUE - 1, within(1)), 0);
+  EXPECT_EQ(differing(UINT_MAX_VALUE, 0UL, within(18446744073709549568.0)), 1);
+  EXPECT_EQ(differing(UINT_MAX_VALUE, 0UL, within(18446744073709551616.0)), 0);
+  EXPECT_EQ(differing(UINT_MAX_VALUE, 0UL, within(INFINITE)), 0);
+  EXPECT_EQ(differing(5UL, 3UL, within(1.9)), 1);
+  EXPECT_EQ(differing(3UL, 5UL, within(2.5)), 0);
+}
+
+TEST(ValuesComparisonTest, DeltasOfIntegersDoNotOverflow) {
+  EXPECT_EQ(deltaOf(UINT_MAX_VALUE, 0UL), 18446744073709551616.0);
+  EXPECT_EQ(deltaOf(LONG_MIN_VALUE, LONG_MAX_VALUE), 18446744073709551616.0);
+  EXPECT_EQ(deltaOf(LONG_MIN_VALUE, 0L), 9223372036854775808.0);
+}
+
+TEST(ValuesComparisonTest, LargestIntegerDeltaIsFoundWithoutRounding) {
+  const memory::IntArray zero = row<long>("a", {0, 0});
+  const memory::IntArray far = row<long>("a", {LONG_MAX_VALUE - 1, LONG_MAX_VALUE});
+  EXPECT_EQ(compare(zero, far).rows.at(0).largest.at(0).at.at(0).index, 1);
+}
+
+TEST(ValuesComparisonTest, NumbersOfDifferentTypesAreComparedAsNumbers) {
+  const Report report = compare(row<unsigned long>("a", {UINT_MAX_VALUE, 1}),
+                                row<double>("a", {18446744073709551616.0, 1}));
+  ASSERT_EQ(report.rows.size(), 2);
+  EXPECT_EQ(report.rows[1].count, 1);
+  EXPECT_EQ(report.rows[1].largest.at(0).delta, 1);
+}
+
+TEST(ValuesComparisonTest, ComplexNumbersDifferByTheModulus) {
+  using Complex = std::complex<double>;
+  EXPECT_EQ(deltaOf(Complex(3, 0), Complex(0, 4)), 5);
+  EXPECT_EQ(deltaOf(Complex(INFINITE, 1), Complex(INFINITE, 2)), 1);
+  EXPECT_EQ(differing(Complex(3, 0), Complex(0, 4), within(1, 1)), 0);
+  EXPECT_EQ(differing(Complex(NOT_A_NUMBER, 0), Complex(1, NOT_A_NUMBER)), 0);
+}
+
+TEST(ValuesComparisonTest, OfEqualDeltasTheFirstInStorageOrderIsTheLargest) {
+  const std::vector<unsigned long> shape = {70, 70};
+  const StoredArray<double> zeros("a", shape, std::vector<double>(4900));
+  std::vector<double> ones(4900, 1);
+  ones[0] = 0;
+  ones[1] = 0;
+  const StoredArray<double> transposed("a", shape, ones, Way::Transposed);
+  Options options;
+  options.largest = 2;
+  const Difference difference = compare(zeros, transposed, options).rows.at(0);
+  EXPECT_EQ(difference.largest.at(0).at.at(1).index, 2);
+  EXPECT_EQ(difference.largest.at(0).at.at(0).index, 0);
+  EXPECT_EQ(difference.largest.at(1).at.at(1).index, 3);
+}
+
+TEST(ValuesComparisonTest, FiguresAreTakenOverTheValuesThatDifferAndHaveADelta) {
+  const Difference difference =
+      compare(row<double>("a", {1, 2, NOT_A_NUMBER, 4, 5}), row<double>("a", {1, 4, 3, 0, 4}))
+          .rows.at(0);
+  EXPECT_EQ(difference.count, 4);
+  EXPECT_EQ(difference.size, 5);
+  EXPECT_EQ(difference.missing, 1);
+  EXPECT_EQ(difference.largestRelative, INFINITE);
+  EXPECT_DOUBLE_EQ(difference.mean, 7.0 / 3);
+  EXPECT_EQ(difference.first, Value(4.0));
+  EXPECT_EQ(difference.second, Value(0.0));
+}
+
+TEST(ValuesComparisonTest, LargestMayBeNone) {
+  Options options;
+  options.largest = 0;
+  const Difference difference =
+      compare(row<double>("a", {1}), row<double>("a", {2}), options).rows.at(0);
+  EXPECT_EQ(difference.count, 1);
+  EXPECT_TRUE(difference.largest.empty());
+}
+
+// Random arrays of all types and ways against the oracle.
+
+template <class T>
+std::vector<T> specials() {
+  if constexpr (std::is_floating_point_v<T>) {
+    const T nan = std::numeric_limits<T>::quiet_NaN();
+    const T infinite = std::numeric_limits<T>::infinity();
+    return {0,
+            T(-0.0),
+            1,
+            2,
+            T(2.5),
+            T(0.1),
+            -3,
+            nan,
+            nan,
+            infinite,
+            -infinite,
+            std::numeric_limits<T>::max(),
+            std::numeric_limits<T>::lowest(),
+            std::numeric_limits<T>::denorm_min()};
+  } else if constexpr (std::is_integral_v<T>) {
+    return {0,
+            1,
+            2,
+            3,
+            100,
+            std::numeric_limits<T>::max(),
+            std::numeric_limits<T>::min(),
+            static_cast<T>(std::numeric_limits<T>::max() - 1),
+            static_cast<T>(std::numeric_limits<T>::max() / 2)};
+  } else {
+    std::vector<T> values;
+    using Part = typename T::value_type;
+    for (const Part real : specials<Part>()) {
+      values.emplace_back(real, Part(1));
+      values.emplace_back(Part(1), real);
+    }
+    return values;
+  }
+}
+
+/// The values of the other side: mostly the same ones, as far as the type holds them.
+template <class T, class U>
+std::vector<U> alike(const std::vector<T>& values) {
+  std::vector<U> result;
+  const std::vector<U> others = specials<U>();
+  for (const T& value : values) {
+    if constexpr (std::is_convertible_v<T, U> &&
+                  std::is_same_v<memory::ElementOf<T>, memory::ElementOf<U>>) {
+      if (*rc::gen::inRange(0, 4) != 0 && (sizeof(U) >= sizeof(T))) {
+        result.push_back(static_cast<U>(value));
+        continue;
+      }
+    }
+    result.push_back(others[*rc::gen::inRange<std::size_t>(0, others.size())]);
+  }
+  return result;
+}
+
+template <class T>
+std::unique_ptr<object_model::Array> anyArray(const std::vector<unsigned long>& shape,
+                                              const std::vector<T>& values) {
+  const int way = *rc::gen::inRange(0, 4);
+  if constexpr (std::is_same_v<T, memory::ElementOf<T>>) {
+    if (way == 3) {
+      return std::make_unique<AccessorArray<T>>("a", shape, values);
+    }
+  }
+  const Way ways[] = {Way::InPlace, Way::Transposed, Way::InBlocks, Way::InBlocks};
+  return std::make_unique<StoredArray<T>>("a", shape, values, ways[way]);
+}
+
+void requireEqual(const Figures& found, const Figures& expected) {
+  const auto areEqual = [](double a, double b) {
+    return a == b || (std::isnan(a) && std::isnan(b));
+  };
+  RC_ASSERT(found.values == expected.values);
+  RC_ASSERT(found.count == expected.count);
+  RC_ASSERT(found.missing == expected.missing);
+  RC_ASSERT(found.deltas == expected.deltas);
+  RC_ASSERT(areEqual(found.largestRelative, expected.largestRelative));
+  RC_ASSERT((areEqual(found.sum, expected.sum) ||
+             std::abs(found.sum - expected.sum) <= 1e-15 * expected.sum));
+  RC_ASSERT(found.largest.size() == expected.largest.size());
+  for (std::size_t k = 0; k < found.largest.size(); ++k) {
+    RC_ASSERT(found.largest[k].offset == expected.largest[k].offset);
+    RC_ASSERT(areEqual(found.largest[k].delta, expected.largest[k].delta));
+  }
+}
+
+std::vector<unsigned long> anyShape() {
+  const unsigned long dimensions = *rc::gen::inRange<unsigned long>(0, 4);
+  std::vector<unsigned long> shape;
+  for (unsigned long k = 0; k < dimensions; ++k) {
+    shape.push_back(*rc::gen::elementOf(std::vector<unsigned long>{1, 2, 3, 5, 70, 0}));
+  }
+  return productOf(shape) > 30'000 ? std::vector<unsigned long>{70, 70} : shape;
+}
+
+Options anyOptions() {
+  Options options = within(*rc::gen::elementOf(std::vector<double>{0, 0.5, 1, 1e300}),
+                           *rc::gen::elementOf(std::vector<double>{0, 0.1, 1, 3}));
+  options.nanEqual = *rc::gen::arbitrary<bool>();
+  options.largest = *rc::gen::elementOf(std::vector<unsigned long>{1, 3, 0, 100'000});
+  return options;
+}
+
+template <class T, class U>
+void checkAgainstOracle() {
+  const std::vector<unsigned long> shape = anyShape();
+  const std::vector<T> pool = specials<T>();
+  std::vector<T> values;
+  // Few different ones, in a cheap pattern: it is the pairs that matter.
+  const auto step = *rc::gen::inRange<std::size_t>(0, pool.size());
+  for (unsigned long k = 0; k < productOf(shape); ++k) {
+    values.push_back(pool[(k * step + k / 7) % pool.size()]);
+  }
+  std::vector<U> others = alike<T, U>(
+      std::vector<T>(values.begin(),
+                     values.begin() + static_cast<long>(std::min<std::size_t>(values.size(), 60))));
+  for (std::size_t k = others.size(); k < values.size(); ++k) {
+    others.push_back(others[k % 60]);
+  }
+  const auto first = anyArray(shape, values);
+  const auto second = anyArray(shape, others);
+  const Options options = anyOptions();
+  requireEqual(figures(*first, *second, options), Oracle(*first, *second, options).figures());
+}
+
+RC_GTEST_PROP(ValuesComparisonProperty, DoublesAgreeWithTheOracle, ()) {
+  checkAgainstOracle<double, double>();
+}
+RC_GTEST_PROP(ValuesComparisonProperty, FloatsAgreeWithTheOracle, ()) {
+  checkAgainstOracle<float, float>();
+  checkAgainstOracle<float, double>();
+  checkAgainstOracle<double, float>();
+}
+RC_GTEST_PROP(ValuesComparisonProperty, IntegersAgreeWithTheOracle, ()) {
+  checkAgainstOracle<long, long>();
+  checkAgainstOracle<short, short>();
+  checkAgainstOracle<signed char, long>();
+  checkAgainstOracle<int, short>();
+}
+RC_GTEST_PROP(ValuesComparisonProperty, UnsignedIntegersAgreeWithTheOracle, ()) {
+  checkAgainstOracle<unsigned long, unsigned long>();
+  checkAgainstOracle<unsigned char, unsigned char>();
+  checkAgainstOracle<unsigned int, unsigned short>();
+}
+RC_GTEST_PROP(ValuesComparisonProperty, ComplexNumbersAgreeWithTheOracle, ()) {
+  checkAgainstOracle<std::complex<double>, std::complex<double>>();
+  checkAgainstOracle<std::complex<float>, std::complex<double>>();
+}
+RC_GTEST_PROP(ValuesComparisonProperty, NumbersOfDifferentTypesAgreeWithTheOracle, ()) {
+  checkAgainstOracle<long, unsigned long>();
+  checkAgainstOracle<unsigned short, long>();
+  checkAgainstOracle<int, double>();
+  checkAgainstOracle<float, unsigned long>();
+  checkAgainstOracle<long, std::complex<double>>();
+  checkAgainstOracle<std::complex<float>, float>();
+}
+
+}  // namespace
+}  // namespace quillon::compare
