@@ -2,10 +2,8 @@
 
 #include <object_model/Exception.h>
 #include <object_model/Tuple.h>
-#include <quillon/memory/TimeText.h>
 #include <quillon/memory/Values.h>
 
-#include <algorithm>
 #include <exception>
 
 #include "Tally.h"
@@ -95,7 +93,7 @@ void Coordinates::readTimes() {
     m_times->readTimes(&start, &extent, times.data());
     return times;
   });
-  m_areDays = std::all_of(m_timeValues.begin(), m_timeValues.end(), memory::isMidnight);
+  m_timeForm = memory::timeFormOf(m_timeValues.data(), m_timeValues.size());
 }
 
 Value Coordinates::timeAt(unsigned long index) const {
@@ -103,8 +101,7 @@ Value Coordinates::timeAt(unsigned long index) const {
     return {};
   }
   const long time = m_timeValues[index];
-  return m_areDays ? memory::dayText(time, m_times->calendar())
-                   : memory::timeText(time, m_times->calendar());
+  return memory::timeText(time, m_times->calendar(), m_timeForm);
 }
 
 Value Coordinates::at(unsigned long index) const {

@@ -4,6 +4,7 @@
 #include <quillon/compare/Report.h>
 #include <quillon/memory/Axes.h>
 #include <quillon/memory/Facets.h>
+#include <quillon/memory/Time.h>
 
 #include <memory>
 #include <string>
@@ -26,7 +27,7 @@ class Coordinates {
   std::shared_ptr<const object_model::Array> m_array;
   const memory::HasTimes* m_times = nullptr;
   std::vector<long> m_timeValues;
-  bool m_areDays = false;  // whether all times are midnights
+  memory::TimeForm m_timeForm = memory::TimeForm::Date;
 };
 
 /// How positions in an array are described: by dimension names, indices and coordinates.
