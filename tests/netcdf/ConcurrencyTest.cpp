@@ -167,17 +167,6 @@ TEST_F(ConcurrencyTest, AnotherThreadUsesHdf5UnderTheLock) {
   });
 }
 
-TEST_F(ConcurrencyTest, AnotherThreadUsesAThreadSafeHdf5WithoutTheLock) {
-  hbool_t isThreadSafe = 0;
-  H5is_library_threadsafe(&isThreadSafe);
-  if (!isThreadSafe) {
-    GTEST_SKIP() << "this libhdf5 is not thread-safe";
-  }
-  const std::string own = m_scratch.path("own.nc");
-  write(own, NC_NETCDF4);
-  runBeside(m_netcdf4, [&] { EXPECT_EQ(valuesByHdf5(own), static_cast<hssize_t>(VALUES)); });
-}
-
 TEST_F(ConcurrencyTest, LockIsFreeAfterwards) {
   errorOf([] { const File file("/nonexistent"); });
   errorOf([&] { File(m_classic).corner("none", {}); });
