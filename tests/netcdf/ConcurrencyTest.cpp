@@ -60,9 +60,16 @@ class ConcurrencyTest : public testing::Test {
 
 TEST_F(ConcurrencyTest, FilesAreOpenedReadAndClosedByEachThread) {
   const auto content = contentOf(File(m_netcdf4).root());
+  std::vector<std::string> paths;
+  for (int k = 0; k < THREADS; ++k) {
+    paths.push_back(m_scratch.path(std::to_string(k)));
+    write(paths.back(), k % 2 == 0 ? NC_NETCDF4 : 0);
+  }
   concurrently(THREADS, [&](int k) {
+    // libhdf5 crashes on strings of a file that is open twice when the first handle is closed.
+    const std::string& path = paths[static_cast<std::size_t>(k)];
     for (int round = 0; round < 3; ++round) {
-      const File file(k % 2 == 0 ? m_netcdf4 : m_classic, smallWindows());
+      const File file(path, smallWindows());
       EXPECT_EQ(valuesOf(arrayAt(file, "numbers")), content.at("/numbers"));
       EXPECT_EQ(valuesOf(arrayAt(file, "texts")), content.at("/texts"));
       EXPECT_EQ(shapeOf(arrayAt(file, "numbers")), std::vector<unsigned long>{VALUES});
