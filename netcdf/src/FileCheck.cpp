@@ -16,8 +16,10 @@ namespace quillon::netcdf {
 namespace {
 
 void requireRegularFile(const std::string& path) {
-  if (path.find('\0') != std::string::npos) {
-    failReading(path.c_str(), "its name goes on behind a null character, which no file's does");
+  const std::size_t null = path.find('\0');
+  if (null != std::string::npos) {
+    failReading(path.substr(0, null),
+                "its name goes on behind a null character, which no file's does");
   }
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(path, error);

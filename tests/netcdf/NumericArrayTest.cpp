@@ -319,6 +319,19 @@ TEST_F(BulkTest, ValuesAreMissingAsTheOthersAre) {
   EXPECT_THAT(values, ElementsAre(testing::IsNan(), 1));
 }
 
+TEST_F(NumericArrayTest, WindowsEndAtChunks) {
+  {
+    const Writer writer(m_path, NC_NETCDF4);
+    const int v = writer.variable("v", NC_BYTE, {writer.dimension("x", 10)});
+    const std::size_t chunk = 4;
+    must(nc_def_var_chunking(writer.root(), v, NC_CHUNKED, &chunk));
+    writer.put<signed char>(v, {10}, std::vector<signed char>(10, 1));
+  }
+  std::vector<unsigned long> reads;
+  valuesOf(arrayAt(File(m_path, countingReads(5, reads)), "v"));
+  EXPECT_THAT(reads, ElementsAre(4, 4, 2));
+}
+
 TEST_F(NumericArrayTest, WindowBeyondAllMemoryIsAnError) {
   {
     const Writer writer(m_path, NC_NETCDF4);
