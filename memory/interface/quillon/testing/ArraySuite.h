@@ -33,7 +33,7 @@ struct ExpectedValues<Subject, std::void_t<decltype(Subject::values())>> {
 
 /// Checks an array class against what the library expects of it:
 /// `INSTANTIATE_TYPED_TEST_SUITE_P(Pictures, ArraySuite, PictureSubject);`, after
-/// `using quillon::testing::ArraySuite;` or in that namespace.
+/// `using namespace quillon::testing;`.
 ///
 /// A subject is a class with a function `make()` that returns a `std::unique_ptr` to a new array,
 /// of few enough values to read each of them several times. It may have a function `values()`, too,

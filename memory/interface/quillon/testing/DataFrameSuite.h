@@ -14,7 +14,7 @@ namespace quillon::testing {
 
 /// Checks a table class against what the library expects of it:
 /// `INSTANTIATE_TYPED_TEST_SUITE_P(Frames, DataFrameSuite, FrameSubject);`, after
-/// `using quillon::testing::DataFrameSuite;` or in that namespace.
+/// `using namespace quillon::testing;`.
 ///
 /// A subject is a class with a function `make()` that returns a `std::unique_ptr` to a new, empty
 /// table.

@@ -32,7 +32,7 @@ struct BorrowsEntries<Subject, std::void_t<decltype(Subject::BORROWS_ENTRIES)>>
 
 /// Checks a dictionary class against what the library expects of it:
 /// `INSTANTIATE_TYPED_TEST_SUITE_P(Files, DictionarySuite, FileSubject);`, after
-/// `using quillon::testing::DictionarySuite;` or in that namespace.
+/// `using namespace quillon::testing;`.
 ///
 /// A subject is a class with a function `make()` that returns a `std::unique_ptr` to a new
 /// dictionary. It may have a function `names()`, too, that returns a vector of the entries' names
