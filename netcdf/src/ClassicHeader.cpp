@@ -137,6 +137,11 @@ void requireSound(Fields& fields, unsigned long fileBytes) {
 
 }  // namespace
 
+bool isClassicFile(int descriptor) {
+  BufferedBytes file(descriptor);
+  return classicVersion(file) != 0;
+}
+
 std::string findClassicDamage(int descriptor, unsigned long fileBytes) {
   BufferedBytes file(descriptor);
   const char version = classicVersion(file);

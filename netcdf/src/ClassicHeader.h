@@ -4,6 +4,9 @@
 
 namespace quillon::netcdf {
 
+/// Whether the open file says that it is in one of the classic formats.
+bool isClassicFile(int descriptor);
+
 /// What is wrong with the open file where it is in one of the classic formats, CDF-1, CDF-2 and
 /// CDF-5, judged by its header and its length; empty for a sound one and for other formats.
 ///

@@ -51,16 +51,15 @@ int openForReading(const std::string& path) {
   return descriptor;
 }
 
-unsigned long sizeOf(int descriptor, const std::string& path) {
+struct stat factsOf(int descriptor, const std::string& path) {
   struct stat facts {};
   if (fstat(descriptor, &facts) != 0) {
     failBySystem(path);
   }
-  return static_cast<unsigned long>(facts.st_size);
+  return facts;
 }
 
-unsigned long checkedSizeOf(int descriptor, const std::string& path) {
-  const unsigned long bytes = sizeOf(descriptor, path);
+void requireSound(int descriptor, unsigned long bytes, const std::string& path) {
   if (bytes == 0) {
     failReading(path, "it is empty");
   }
@@ -68,7 +67,6 @@ unsigned long checkedSizeOf(int descriptor, const std::string& path) {
   if (!damage.empty()) {
     failReading(path, damage);
   }
-  return bytes;
 }
 
 }  // namespace
@@ -76,7 +74,11 @@ unsigned long checkedSizeOf(int descriptor, const std::string& path) {
 CheckedFile::CheckedFile(std::string path)
     : m_path(std::move(path)), m_descriptor(openForReading(m_path)) {
   try {
-    m_bytes = checkedSizeOf(m_descriptor, m_path);
+    const struct stat facts = factsOf(m_descriptor, m_path);
+    m_bytes = static_cast<unsigned long>(facts.st_size);
+    m_identity = {facts.st_dev, facts.st_ino};
+    requireSound(m_descriptor, m_bytes, m_path);
+    m_isClassic = isClassicFile(m_descriptor);
   } catch (...) {
     close(m_descriptor);
     throw;
@@ -87,9 +89,11 @@ CheckedFile::~CheckedFile() { close(m_descriptor); }
 
 const std::string& CheckedFile::path() const { return m_path; }
 unsigned long CheckedFile::bytes() const { return m_bytes; }
+const FileIdentity& CheckedFile::identity() const { return m_identity; }
+bool CheckedFile::isClassic() const { return m_isClassic; }
 
 void CheckedFile::requireUncut() const {
-  const unsigned long bytes = sizeOf(m_descriptor, m_path);
+  const auto bytes = static_cast<unsigned long>(factsOf(m_descriptor, m_path).st_size);
   if (bytes < m_bytes) {
     failReading(m_path, "it was cut from " + std::to_string(m_bytes) + " to " +
                             std::to_string(bytes) + " bytes while it was open");

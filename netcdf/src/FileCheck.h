@@ -1,8 +1,20 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <string>
 
 namespace quillon::netcdf {
+
+/// What tells a file from all others of the system, whatever it is called.
+struct FileIdentity {
+  dev_t device = 0;
+  ino_t number = 0;
+
+  bool operator==(const FileIdentity& other) const {
+    return device == other.device && number == other.number;
+  }
+};
 
 /// A file that is open for reading, checked before the library sees it.
 class CheckedFile {
@@ -18,6 +30,11 @@ class CheckedFile {
   /// The file's length when it was opened.
   unsigned long bytes() const;
 
+  const FileIdentity& identity() const;
+
+  /// Whether it is of one of the classic formats; otherwise it is for libhdf5.
+  bool isClassic() const;
+
   /// Refuses a file that has become shorter: the libraries below read zeros past its end.
   /// @throws Error
   void requireUncut() const;
@@ -25,7 +42,9 @@ class CheckedFile {
  private:
   std::string m_path;
   int m_descriptor = -1;
+  FileIdentity m_identity;
   unsigned long m_bytes = 0;
+  bool m_isClassic = false;
 };
 
 /// @throws Error naming the file; `what` says what is wrong.

@@ -5,11 +5,11 @@
 #include <string>
 
 #include "FileCheck.h"
+#include "OpenHandle.h"
 
 namespace quillon::netcdf {
 
-/// An open file: the library's handle, closed with the object, and what is needed to read from it
-/// and to report errors.
+/// An open file: the library's handle, and what is needed to read from it and to report errors.
 ///
 /// Threads: whoever calls the library with what is here holds libraryLock(). The constructor and
 /// the destructor take it themselves, so that neither is to run under it.
@@ -17,9 +17,6 @@ class Source {
  public:
   /// Opens the file at `path` for reading. @throws Error
   Source(const std::string& path, OpenOptions options);
-  Source(const Source&) = delete;
-  Source& operator=(const Source&) = delete;
-  ~Source();
 
   /// The root group's id.
   int id() const;
@@ -37,7 +34,7 @@ class Source {
  private:
   CheckedFile m_file;
   OpenOptions m_options;
-  int m_id = -1;
+  OpenHandle m_handle;
 };
 
 }  // namespace quillon::netcdf

@@ -100,8 +100,10 @@ struct Skipped {
 /// or destroying an object, and changing its dictionaries, is for one thread alone. Reads come one
 /// after the other, under libraryLock(), as the libraries below are not thread-safe; two threads
 /// that read one array in different windows take turns with it and are better off with blocks of
-/// its bulk values. A thread that uses libnetcdf or libhdf5 beside
-/// this library must hold libraryLock() meanwhile, even where libhdf5 calls itself thread-safe.
+/// its bulk values. A thread that uses libnetcdf beside this library must hold libraryLock(), and
+/// so must one that uses HDF5's high-level library, or a libhdf5 that is not thread-safe
+/// (`H5is_library_threadsafe`). With one that is, such as Debian's, its C functions need no lock,
+/// as long as it leaves the objects that libnetcdf has open alone.
 class File {
  public:
   /// Opens the file at `path` for reading.
