@@ -13,6 +13,7 @@ Cases allCases() {
   addExportCases(cases);
   addRenderingCases(cases);
   addProxyCases(cases);
+  addTableCases(cases);
   return cases;
 }
 

@@ -43,6 +43,7 @@ void addReportCases(Cases& cases);
 void addExportCases(Cases& cases);
 void addRenderingCases(Cases& cases);
 void addProxyCases(Cases& cases);
+void addTableCases(Cases& cases);
 
 /// All of them, in the order in which they are shown.
 Cases allCases();

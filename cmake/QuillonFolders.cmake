@@ -43,16 +43,14 @@ quillon_optional_folder(netcdf "the netCDF reader" MISSING ${missing})
 
 # Known by no file format.
 foreach(folder IN ITEMS compare tables)
-  if(EXISTS ${PROJECT_SOURCE_DIR}/${folder}/CMakeLists.txt)
-    quillon_optional_folder(${folder} "the library quillon::${folder}")
-  endif()
+  quillon_optional_folder(${folder} "the library quillon::${folder}")
 endforeach()
 
 # The tool: the libraries above, CLI11, and tables in memory, whose class only the bundled tabra is
 # sure to have.
 set(missing)
 if(NOT QUILLON_TOOLS STREQUAL "OFF")
-  foreach(library IN ITEMS netcdf)
+  foreach(library IN ITEMS netcdf compare tables)
     if(NOT TARGET quillon::${library})
       list(APPEND missing quillon::${library})
     endif()

@@ -3,6 +3,7 @@
 #include <object_model/IO.h>
 #include <quillon/memory/Selection.h>
 #include <quillon/netcdf/File.h>
+#include <quillon/tables/ContractPlan.h>
 #include <tabra/MemoryDataFrame.h>
 
 #include <algorithm>
@@ -12,7 +13,6 @@
 
 #include "HtmlPage.h"
 #include "RunTool.h"
-#include "TablePlan.h"
 
 namespace quillon::tools::test {
 namespace {
@@ -92,7 +92,7 @@ class WholeTable {
              const std::optional<std::vector<std::string>>& index)
       : m_file(path, missingAsNaN()) {
     memory::Dictionary& from = m_file.group(group);
-    const TablePlan plan = planTable(from, {}, {"", {}, index});
+    const tables::ContractPlan plan = tables::contractPlan(from, {}, {"", {}, index});
     memory::Selection selection(from, plan.variables);
     m_rows = plan.rows;
     object_model::exportToDataFrame(selection, m_frame.get(), plan.index);

@@ -3,6 +3,7 @@
 #include <object_model/Dictionary.h>
 #include <quillon/memory/Paths.h>
 #include <quillon/netcdf/File.h>
+#include <quillon/tables/Request.h>
 
 #include <string>
 #include <vector>
@@ -10,10 +11,7 @@
 namespace quillon::tools {
 
 /// A variable that is left out of what is shown.
-struct PassedOver {
-  std::string name;
-  std::string reason;  ///< such as "it holds text"
-};
+using PassedOver = tables::Unreadable;
 
 /// The variables of `group` itself that the reader could not make arrays of.
 std::vector<PassedOver> skippedIn(const object_model::Data& group,

@@ -2,6 +2,7 @@
 #include <quillon/memory/Selection.h>
 #include <quillon/memory/Wording.h>
 #include <quillon/netcdf/File.h>
+#include <quillon/tables/ContractPlan.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -23,7 +24,6 @@
 #include "Output.h"
 #include "Progress.h"
 #include "TableFrame.h"
-#include "TablePlan.h"
 #include "Verb.h"
 #include "WorkNotes.h"
 
@@ -33,6 +33,9 @@ using memory::counted;
 using memory::escaped;
 using memory::pathOf;
 using memory::Selection;
+using tables::contractPlan;
+using tables::ContractPlan;
+using tables::ContractRequest;
 
 namespace {
 
@@ -52,7 +55,7 @@ std::optional<std::vector<std::string>> namesOf(const std::string& option,
 
 /// Fails before the table is built where it cannot fit: running out of memory ends the process
 /// without a word on systems that promise more than they have.
-void requireMemory(const TablePlan& plan, unsigned long maxRows) {
+void requireMemory(const ContractPlan& plan, unsigned long maxRows) {
   const auto rows = static_cast<double>(plan.rows);
   const auto columns = static_cast<double>(plan.columns);
   const double shown = maxRows == 0 ? rows : std::min(rows, static_cast<double>(maxRows));
@@ -68,7 +71,8 @@ void requireMemory(const TablePlan& plan, unsigned long maxRows) {
 }
 
 /// How many cells the table has that shows so many of the first coordinates along its axes.
-unsigned long cellsOf(const TablePlan& plan, const std::map<std::string, unsigned long>& extents) {
+unsigned long cellsOf(const ContractPlan& plan,
+                      const std::map<std::string, unsigned long>& extents) {
   unsigned long cells = plan.columns;
   for (std::size_t k = 0; k < plan.index.size(); ++k) {
     const auto extent = extents.find(plan.index[k]);
@@ -78,7 +82,7 @@ unsigned long cellsOf(const TablePlan& plan, const std::map<std::string, unsigne
 }
 
 /// @param work how many cells there are to fill.
-std::string render(memory::Dictionary& group, const TablePlan& plan, unsigned long work,
+std::string render(memory::Dictionary& group, const ContractPlan& plan, unsigned long work,
                    unsigned long maxRows, bool html) {
   Selection selection(group, plan.variables);
   Progress progress(std::cerr, ::isatty(STDERR_FILENO) == 1, work);
@@ -103,8 +107,9 @@ std::string rowsShown(unsigned long rows, unsigned long maxRows) {
 
 int run(const Options& options) {
   const unsigned long maxRows = parseRows(options.maxRows);
-  const TableRequest request = {options.source.inWords(), namesOf("--variables", options.variables),
-                                namesOf("--index", options.index)};
+  const ContractRequest request = {options.source.inWords(),
+                                   namesOf("--variables", options.variables),
+                                   namesOf("--index", options.index)};
   if (options.output) {
     requireOtherFile(*options.output, options.source.file);
   }
@@ -115,7 +120,7 @@ int run(const Options& options) {
   reading.windowBytes = physicalMemory();
   netcdf::File file = openFile(options.source.file, reading);
   const memory::Dictionary& group = groupOf(file, options.source);
-  const TablePlan plan = planTable(group, skippedIn(group, file.skipped()), request);
+  const ContractPlan plan = contractPlan(group, skippedIn(group, file.skipped()), request);
   requireMemory(plan, maxRows);
   const std::map<std::string, unsigned long> extents = extentsOf(plan, maxRows);
   memory::Dictionary shown = file.corner(options.source.group, extents);

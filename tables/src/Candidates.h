@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace quillon::tools {
+namespace quillon::tables {
 
 using memory::AxisFacts;
 
@@ -39,7 +39,7 @@ std::string misfit(const Candidate& candidate, const Names& index);
 Names commonAxes(const Candidates& candidates);
 
 /// How many points the axis has, 0 where no array has it.
-/// @throws Failure that names two arrays and their sizes when they do not agree.
+/// @throws Error that names two arrays and their sizes when they do not agree.
 unsigned long commonSize(const std::string& axisName, const Candidates& candidates);
 
-}  // namespace quillon::tools
+}  // namespace quillon::tables

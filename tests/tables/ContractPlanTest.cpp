@@ -1,14 +1,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <quillon/memory/TypedArray.h>
+#include <quillon/tables/ContractPlan.h>
+#include <quillon/tables/Error.h>
 
+#include <sstream>
 #include <string>
 #include <vector>
 
-#include "Failure.h"
-#include "TablePlan.h"
-
-namespace quillon::tools {
+namespace quillon::tables {
 namespace {
 
 using memory::Axis;
@@ -39,33 +39,33 @@ class Shape final : public memory::ArrayBase {
   }
 };
 
-class TablePlanTest : public ::testing::Test {
+class ContractPlanTest : public ::testing::Test {
  protected:
   void add(const std::string& name, const std::string& axes,
            object_model::ElementType type = object_model::ElementType::Double) {
     m_group.add(Shape(name, axes, type));
   }
 
-  TablePlan plan(const std::optional<Names>& variables = {},
-                 const std::optional<Names>& index = {}) {
-    return planTable(m_group, m_skipped, {"'a.nc'", variables, index});
+  ContractPlan plan(const std::optional<Names>& variables = {},
+                    const std::optional<Names>& index = {}) {
+    return contractPlan(m_group, m_skipped, {"'a.nc'", variables, index});
   }
 
   std::string failure(const std::optional<Names>& variables = {},
                       const std::optional<Names>& index = {}) {
     try {
       plan(variables, index);
-    } catch (const Failure& error) {
+    } catch (const Error& error) {
       return error.what();
     }
     return "no failure";
   }
 
   Dictionary m_group{"/"};
-  std::vector<PassedOver> m_skipped;
+  std::vector<Unreadable> m_skipped;
 };
 
-TEST_F(TablePlanTest, AllNumbersAreInTheTable) {
+TEST_F(ContractPlanTest, AllNumbersAreInTheTable) {
   add("A", "x3", object_model::ElementType::UInt);
   add("B", "x3", object_model::ElementType::Int);
   add("C", "x3", object_model::ElementType::Double);
@@ -73,33 +73,33 @@ TEST_F(TablePlanTest, AllNumbersAreInTheTable) {
   EXPECT_THAT(plan().notes, IsEmpty());
 }
 
-TEST_F(TablePlanTest, ChosenVariablesStandInTheGroupsOrder) {
+TEST_F(ContractPlanTest, ChosenVariablesStandInTheGroupsOrder) {
   add("A", "x3");
   add("B", "x3");
   add("C", "x3");
   EXPECT_THAT(plan(Names{"C", "A", "C"}).variables, ElementsAre("A", "C"));
 }
 
-TEST_F(TablePlanTest, DefaultIndexIsTheCommonAxesInTheOrderOfTheArrays) {
+TEST_F(ContractPlanTest, DefaultIndexIsTheCommonAxesInTheOrderOfTheArrays) {
   add("A", "x3 y2 t5");
   add("B", "x3 t5");
   EXPECT_THAT(plan().index, ElementsAre("x", "t"));
 }
 
-TEST_F(TablePlanTest, CoordinatesDoNotDecideTheDefaultIndex) {
+TEST_F(ContractPlanTest, CoordinatesDoNotDecideTheDefaultIndex) {
   add("x", "x3");
   add("A", "x3 y2");
   add("y", "y2");
   EXPECT_THAT(plan().index, ElementsAre("x", "y"));
 }
 
-TEST_F(TablePlanTest, CoordinatesAloneDecideTheDefaultIndex) {
+TEST_F(ContractPlanTest, CoordinatesAloneDecideTheDefaultIndex) {
   add("x", "x3");
   add("A", "x3 y2");
   EXPECT_THAT(plan(Names{"x"}).index, ElementsAre("x"));
 }
 
-TEST_F(TablePlanTest, EmptyArraysDoNotDecideTheDefaultIndex) {
+TEST_F(ContractPlanTest, EmptyArraysDoNotDecideTheDefaultIndex) {
   add("A", "x3");
   add("E", "e0");
   EXPECT_THAT(plan().index, ElementsAre("x"));
@@ -107,13 +107,13 @@ TEST_F(TablePlanTest, EmptyArraysDoNotDecideTheDefaultIndex) {
                                         "'e'"));
 }
 
-TEST_F(TablePlanTest, EmptyArraysAloneMakeATableWithoutRows) {
+TEST_F(ContractPlanTest, EmptyArraysAloneMakeATableWithoutRows) {
   add("E", "x3 e0");
   EXPECT_THAT(plan().index, ElementsAre("x", "e"));
   EXPECT_EQ(plan().rows, 0);
 }
 
-TEST_F(TablePlanTest, ArraysWithAnAxisTwiceDoNotDecideTheDefaultIndex) {
+TEST_F(ContractPlanTest, ArraysWithAnAxisTwiceDoNotDecideTheDefaultIndex) {
   add("A", "x3");
   add("C", "x3 x3");
   EXPECT_THAT(plan().index, ElementsAre("x"));
@@ -121,14 +121,14 @@ TEST_F(TablePlanTest, ArraysWithAnAxisTwiceDoNotDecideTheDefaultIndex) {
                                         "in the index"));
 }
 
-TEST_F(TablePlanTest, ArrayWithAnAxisTwiceIsSpreadWithoutIndex) {
+TEST_F(ContractPlanTest, ArrayWithAnAxisTwiceIsSpreadWithoutIndex) {
   add("C", "x3 x3");
   EXPECT_THAT(plan().index, IsEmpty());
   EXPECT_THAT(plan().variables, ElementsAre("C"));
   EXPECT_EQ(plan().columns, 9);
 }
 
-TEST_F(TablePlanTest, WithoutCommonAxisThereIsNoIndex) {
+TEST_F(ContractPlanTest, WithoutCommonAxisThereIsNoIndex) {
   add("A", "x3 z1");
   add("B", "y2 w2");
   EXPECT_THAT(plan().index, IsEmpty());
@@ -136,27 +136,27 @@ TEST_F(TablePlanTest, WithoutCommonAxisThereIsNoIndex) {
   EXPECT_EQ(plan().columns, 7);
 }
 
-TEST_F(TablePlanTest, IndexKeepsTheOrderInWhichItIsGiven) {
+TEST_F(ContractPlanTest, IndexKeepsTheOrderInWhichItIsGiven) {
   add("A", "x3 y2");
   EXPECT_THAT(plan({}, Names{"y", "x"}).index, ElementsAre("y", "x"));
 }
 
-TEST_F(TablePlanTest, RowsColumnsAndValuesAreCounted) {
+TEST_F(ContractPlanTest, RowsColumnsAndValuesAreCounted) {
   add("A", "x3 y2 t5");
   add("y", "y2");
-  const TablePlan made = plan({}, Names{"x", "y"});
+  const ContractPlan made = plan({}, Names{"x", "y"});
   EXPECT_EQ(made.rows, 6);
   EXPECT_EQ(made.columns, 2 + 5 + 1);
   EXPECT_EQ(made.values, 30 + 2);
 }
 
-TEST_F(TablePlanTest, CountsBeyond64BitsStopAtTheLargest) {
+TEST_F(ContractPlanTest, CountsBeyond64BitsStopAtTheLargest) {
   add("A", "x4294967296");
   add("B", "y4294967296");
   EXPECT_EQ(plan({}, Names{"x", "y"}).rows, 18446744073709551615UL);
 }
 
-TEST_F(TablePlanTest, TextAndOddShapesAreLeftOutWithTheReason) {
+TEST_F(ContractPlanTest, TextAndOddShapesAreLeftOutWithTheReason) {
   add("A", "x3");
   add("text", "x3", object_model::ElementType::String);
   add("flags", "x3", object_model::ElementType::Boolean);
@@ -172,30 +172,30 @@ TEST_F(TablePlanTest, TextAndOddShapesAreLeftOutWithTheReason) {
                           "'four' is not in the table: it has 4 dimensions, more than 3"));
 }
 
-TEST_F(TablePlanTest, VariablesThatWereNotChosenAreNotMentioned) {
+TEST_F(ContractPlanTest, VariablesThatWereNotChosenAreNotMentioned) {
   add("A", "x3");
   add("text", "x3", object_model::ElementType::String);
   m_skipped = {{"outline", "compound type 'point'"}};
   EXPECT_THAT(plan(Names{"A"}).notes, IsEmpty());
 }
 
-TEST_F(TablePlanTest, AxesBeyondThreeWithTheIndexAreLeftOut) {
+TEST_F(ContractPlanTest, AxesBeyondThreeWithTheIndexAreLeftOut) {
   add("A", "x3 y2 z2");
   add("B", "x3 t2");
   add("C", "x3");
-  const TablePlan made = plan({}, Names{"x", "y"});
+  const ContractPlan made = plan({}, Names{"x", "y"});
   EXPECT_THAT(made.variables, ElementsAre("A", "B", "C"));
-  const TablePlan wide = plan({}, Names{"x", "y", "z"});
+  const ContractPlan wide = plan({}, Names{"x", "y", "z"});
   EXPECT_THAT(wide.variables, ElementsAre("A", "C"));
   EXPECT_THAT(wide.notes, ElementsAre("'B' is not in the table: its further axes and the index are "
                                       "4 axes, more than 3"));
 }
 
-TEST_F(TablePlanTest, OneDimensionalArrayOutsideTheIndexSaysThatItIsCut) {
+TEST_F(ContractPlanTest, OneDimensionalArrayOutsideTheIndexSaysThatItIsCut) {
   add("A", "x3");
   add("y", "y2");
   add("z", "z1");
-  const TablePlan made = plan({}, Names{"x"});
+  const ContractPlan made = plan({}, Names{"x"});
   EXPECT_THAT(made.variables, ElementsAre("A", "y", "z"));
   EXPECT_EQ(made.columns, 4);
   EXPECT_THAT(made.notes,
@@ -205,9 +205,9 @@ TEST_F(TablePlanTest, OneDimensionalArrayOutsideTheIndexSaysThatItIsCut) {
 
 using Extents = std::map<std::string, unsigned long>;
 
-TEST_F(TablePlanTest, FirstRowsAndOneMoreNeedACornerOfTheIndexAxes) {
+TEST_F(ContractPlanTest, FirstRowsAndOneMoreNeedACornerOfTheIndexAxes) {
   add("A", "x3 y4 t5");
-  const TablePlan all = plan();
+  const ContractPlan all = plan();
   EXPECT_EQ(extentsOf(all, 1), (Extents{{"x", 2}, {"y", 1}, {"t", 1}}));
   EXPECT_EQ(extentsOf(all, 2), (Extents{{"x", 3}, {"y", 1}, {"t", 1}}));
   EXPECT_EQ(extentsOf(all, 3), (Extents{{"x", 3}, {"y", 2}, {"t", 1}}));
@@ -217,7 +217,7 @@ TEST_F(TablePlanTest, FirstRowsAndOneMoreNeedACornerOfTheIndexAxes) {
   EXPECT_EQ(extentsOf(plan({}, Names{"t", "x"}), 6), (Extents{{"t", 5}, {"x", 2}}));
 }
 
-TEST_F(TablePlanTest, TableThatIsShownWholeNeedsEverything) {
+TEST_F(ContractPlanTest, TableThatIsShownWholeNeedsEverything) {
   add("A", "x3 y4");
   for (const unsigned long maxRows : {0UL, 12UL, 13UL, ~0UL}) {
     EXPECT_THAT(extentsOf(plan(), maxRows), IsEmpty());
@@ -225,26 +225,26 @@ TEST_F(TablePlanTest, TableThatIsShownWholeNeedsEverything) {
   EXPECT_THAT(extentsOf(plan({}, Names{}), 1), IsEmpty());
 }
 
-TEST_F(TablePlanTest, TableWithoutRowsNeedsNothingLess) {
+TEST_F(ContractPlanTest, TableWithoutRowsNeedsNothingLess) {
   add("E", "e0 x3");
   EXPECT_THAT(extentsOf(plan(), 1), IsEmpty());
 }
 
-TEST_F(TablePlanTest, AxisOfWhichOnlyTheFirstValueShowsIsCutUnlessItIsSpreadElsewhere) {
+TEST_F(ContractPlanTest, AxisOfWhichOnlyTheFirstValueShowsIsCutUnlessItIsSpreadElsewhere) {
   add("A", "x3 y4");
   add("p", "p9");
   add("y", "y4");
   EXPECT_EQ(extentsOf(plan({}, Names{"x"}), 0), (Extents{{"p", 1}}));
 }
 
-TEST_F(TablePlanTest, GroupsWithinTheGroupAreNoPartOfTheTable) {
+TEST_F(ContractPlanTest, GroupsWithinTheGroupAreNoPartOfTheTable) {
   add("A", "x3");
   m_group.add(Dictionary("inner"));
   EXPECT_THAT(plan().variables, ElementsAre("A"));
   EXPECT_EQ(failure(Names{"inner"}), "'a.nc' has no variable 'inner'; it has A");
 }
 
-TEST_F(TablePlanTest, UnknownVariableSaysWhichThereAre) {
+TEST_F(ContractPlanTest, UnknownVariableSaysWhichThereAre) {
   add("A", "x3");
   add("text", "x3", object_model::ElementType::String);
   m_skipped = {{"outline", "compound type 'point'"}};
@@ -252,11 +252,11 @@ TEST_F(TablePlanTest, UnknownVariableSaysWhichThereAre) {
   EXPECT_EQ(failure(Names{"a"}), "'a.nc' has no variable 'a'; it has A, text, outline");
 }
 
-TEST_F(TablePlanTest, UnknownVariableOfAnEmptyGroupIsAFailure) {
+TEST_F(ContractPlanTest, UnknownVariableOfAnEmptyGroupIsAnError) {
   EXPECT_EQ(failure(Names{"Q"}), "'a.nc' has no variable 'Q' and no other");
 }
 
-TEST_F(TablePlanTest, UnknownIndexSaysWhichAxesThereAre) {
+TEST_F(ContractPlanTest, UnknownIndexSaysWhichAxesThereAre) {
   add("A", "x3 y2");
   add("B", "z3 y2");
   EXPECT_EQ(failure({}, Names{"x", "X"}),
@@ -265,31 +265,31 @@ TEST_F(TablePlanTest, UnknownIndexSaysWhichAxesThereAre) {
             "No variable for the table has an axis 'z'; the axes are x, y");
 }
 
-TEST_F(TablePlanTest, AxisThatOnlyTextHasIsNoIndex) {
+TEST_F(ContractPlanTest, AxisThatOnlyTextHasIsNoIndex) {
   add("A", "x3");
   add("text", "s3", object_model::ElementType::String);
   EXPECT_EQ(failure({}, Names{"s"}), "No variable for the table has an axis 's'; the axes are x");
 }
 
-TEST_F(TablePlanTest, IndexGivenTwiceIsAFailure) {
+TEST_F(ContractPlanTest, IndexGivenTwiceIsAnError) {
   add("A", "x3 y2");
   EXPECT_EQ(failure({}, Names{"x", "y", "x"}), "--index names the axis 'x' twice");
 }
 
-TEST_F(TablePlanTest, FourIndexAxesAreAFailure) {
+TEST_F(ContractPlanTest, FourIndexAxesAreAnError) {
   add("A", "x3 y2");
   add("B", "z3 t2");
   EXPECT_EQ(failure({}, Names{"x", "y", "z", "t"}), "--index takes at most 3 axes, not 4");
 }
 
-TEST_F(TablePlanTest, IndexAxisWhoseVariablesAreAllLeftOutIsAFailure) {
+TEST_F(ContractPlanTest, IndexAxisWhoseVariablesAreAllLeftOutIsAnError) {
   add("A", "x3");
   add("B", "y2 z2 t2");
   EXPECT_EQ(failure({}, Names{"x", "y"}),
             "With this index no variable that has the axis 'y' fits into the table");
 }
 
-TEST_F(TablePlanTest, IndexAxisOfSeveralSizesIsAFailure) {
+TEST_F(ContractPlanTest, IndexAxisOfSeveralSizesIsAnError) {
   add("A", "x3");
   add("B", "x3 y2");
   add("C", "y2 x4");
@@ -297,13 +297,13 @@ TEST_F(TablePlanTest, IndexAxisOfSeveralSizesIsAFailure) {
   EXPECT_EQ(failure(Names{"A", "C"}, Names{"y"}), "no failure");
 }
 
-TEST_F(TablePlanTest, NothingToShowIsAFailure) {
+TEST_F(ContractPlanTest, NothingToShowIsAnError) {
   EXPECT_EQ(failure(), "'a.nc' has no variables of its own");
   m_group.add(Dictionary("inner"));
   EXPECT_EQ(failure(), "'a.nc' has no variables of its own; below it are the groups inner");
 }
 
-TEST_F(TablePlanTest, NothingLeftToShowIsAFailureWithTheReasons) {
+TEST_F(ContractPlanTest, NothingLeftToShowIsAnErrorWithTheReasons) {
   add("text", "x3", object_model::ElementType::String);
   add("single", "");
   EXPECT_EQ(failure(),
@@ -311,10 +311,10 @@ TEST_F(TablePlanTest, NothingLeftToShowIsAFailureWithTheReasons) {
             "'single' (it has no dimensions)");
 }
 
-TEST_F(TablePlanTest, NamesInSentencesAreEscaped) {
+TEST_F(ContractPlanTest, NamesInSentencesAreEscaped) {
   add("\x1b", "x3");
   EXPECT_EQ(failure(Names{"\n"}), "'a.nc' has no variable '\\n'; it has \\x1b");
 }
 
 }  // namespace
-}  // namespace quillon::tools
+}  // namespace quillon::tables

@@ -2,14 +2,13 @@
 
 #include <object_model/Tuple.h>
 #include <quillon/memory/Wording.h>
+#include <quillon/tables/Error.h>
 
 #include <algorithm>
 #include <functional>
 #include <iterator>
 
-#include "Failure.h"
-
-namespace quillon::tools {
+namespace quillon::tables {
 
 using memory::inQuotes;
 using memory::isCoordinate;
@@ -102,9 +101,9 @@ unsigned long commonSize(const std::string& axisName, const Candidates& candidat
         continue;
       }
       if (first != nullptr && axis.size != size) {
-        throw Failure("The axis " + inQuotes(axisName) + " has different sizes: " +
-                      std::to_string(size) + " in " + inQuotes(first->name) + ", " +
-                      std::to_string(axis.size) + " in " + inQuotes(candidate.name));
+        throw Error("The axis " + inQuotes(axisName) + " has different sizes: " +
+                    std::to_string(size) + " in " + inQuotes(first->name) + ", " +
+                    std::to_string(axis.size) + " in " + inQuotes(candidate.name));
       }
       first = &candidate;
       size = axis.size;
@@ -113,4 +112,4 @@ unsigned long commonSize(const std::string& axisName, const Candidates& candidat
   return size;
 }
 
-}  // namespace quillon::tools
+}  // namespace quillon::tables

@@ -1,15 +1,15 @@
-#include "TablePlan.h"
-
 #include <object_model/Array.h>
+#include <quillon/memory/Paths.h>
 #include <quillon/memory/Wording.h>
+#include <quillon/tables/ContractPlan.h>
+#include <quillon/tables/Error.h>
 
 #include <algorithm>
-#include <limits>
 
 #include "Candidates.h"
-#include "Failure.h"
+#include "Saturating.h"
 
-namespace quillon::tools {
+namespace quillon::tables {
 
 using memory::axesOf;
 using memory::groupsBelow;
@@ -18,35 +18,22 @@ using memory::listed;
 
 namespace {
 
-constexpr unsigned long MOST = std::numeric_limits<unsigned long>::max();
-
 void addOnce(Names& names, const std::string& name) {
   if (!contains(names, name)) {
     names.push_back(name);
   }
 }
 
-/// Whole numbers that stop at the largest instead of starting again from 0.
-unsigned long times(unsigned long first, unsigned long second) {
-  unsigned long product = 0;
-  return __builtin_mul_overflow(first, second, &product) ? MOST : product;
-}
-
-unsigned long plus(unsigned long first, unsigned long second) {
-  unsigned long sum = 0;
-  return __builtin_add_overflow(first, second, &sum) ? MOST : sum;
-}
-
 class Planner {
  public:
-  Planner(const object_model::Dictionary& group, const std::vector<PassedOver>& skipped,
-          const TableRequest& request)
+  Planner(const object_model::Dictionary& group, const std::vector<Unreadable>& skipped,
+          const ContractRequest& request)
       : m_group(group), m_request(request) {
     collect(skipped);
     requireVariables();
   }
 
-  TablePlan plan() {
+  ContractPlan plan() {
     m_plan.index = m_request.index ? givenIndex() : commonAxes(m_candidates);
     leaveOut([this](const Candidate& candidate) { return misfit(candidate, m_plan.index); });
     requireIndexIsLeft();
@@ -58,7 +45,7 @@ class Planner {
     for (const Candidate& candidate : m_candidates) {
       addColumns(candidate);
     }
-    for (const PassedOver& entry : m_passedOver) {
+    for (const Unreadable& entry : m_passedOver) {
       m_plan.notes.push_back(inQuotes(entry.name) + " is not in the table: " + entry.reason);
     }
     return std::move(m_plan);
@@ -69,7 +56,7 @@ class Planner {
     return !m_request.variables || contains(*m_request.variables, name);
   }
 
-  void collect(const std::vector<PassedOver>& skipped) {
+  void collect(const std::vector<Unreadable>& skipped) {
     for (int i = 0; static_cast<unsigned long>(i) < m_group.getNumOfData(); ++i) {
       const std::string name = m_group.getDataName(i);
       const object_model::Array* array = m_group.data(name)->asArray();
@@ -80,7 +67,7 @@ class Planner {
         m_candidates.push_back({array, name, axesOf(*array)});
       }
     }
-    for (const PassedOver& entry : skipped) {
+    for (const Unreadable& entry : skipped) {
       m_existing.push_back(entry.name);
       if (isChosen(entry.name)) {
         m_passedOver.push_back(entry);
@@ -96,8 +83,8 @@ class Planner {
     }
     for (const std::string& name : *m_request.variables) {
       if (!contains(m_existing, name)) {
-        throw Failure(m_request.source + " has no variable " + inQuotes(name) +
-                      (m_existing.empty() ? " and no other" : "; it has " + listed(m_existing)));
+        throw Error(m_request.source + " has no variable " + inQuotes(name) +
+                    (m_existing.empty() ? " and no other" : "; it has " + listed(m_existing)));
       }
     }
   }
@@ -122,14 +109,14 @@ class Planner {
     }
     if (m_passedOver.empty()) {
       const Names groups = groupsBelow(m_group);
-      throw Failure(m_request.source + " has no variables of its own" +
-                    (groups.empty() ? "" : "; below it are the groups " + listed(groups)));
+      throw Error(m_request.source + " has no variables of its own" +
+                  (groups.empty() ? "" : "; below it are the groups " + listed(groups)));
     }
     std::string reasons;
-    for (const PassedOver& entry : m_passedOver) {
+    for (const Unreadable& entry : m_passedOver) {
       reasons += (reasons.empty() ? "" : ", ") + inQuotes(entry.name) + " (" + entry.reason + ")";
     }
-    throw Failure(m_request.source + " has no variables that the table could hold: " + reasons);
+    throw Error(m_request.source + " has no variables that the table could hold: " + reasons);
   }
 
   Names givenIndex() const {
@@ -142,16 +129,16 @@ class Planner {
     Names index;
     for (const std::string& name : *m_request.index) {
       if (!contains(existing, name)) {
-        throw Failure("No variable for the table has an axis " + inQuotes(name) +
-                      "; the axes are " + listed(existing));
+        throw Error("No variable for the table has an axis " + inQuotes(name) + "; the axes are " +
+                    listed(existing));
       }
       if (contains(index, name)) {
-        throw Failure("--index names the axis " + inQuotes(name) + " twice");
+        throw Error("--index names the axis " + inQuotes(name) + " twice");
       }
       index.push_back(name);
     }
     if (index.size() > MOST_AXES) {
-      throw Failure("--index takes at most 3 axes, not " + std::to_string(index.size()));
+      throw Error("--index takes at most 3 axes, not " + std::to_string(index.size()));
     }
     return index;
   }
@@ -164,8 +151,8 @@ class Planner {
           m_candidates.begin(), m_candidates.end(),
           [&name](const Candidate& candidate) { return countOf(name, candidate.axes) > 0; });
       if (!isLeft) {
-        throw Failure("With this index no variable that has the axis " + inQuotes(name) +
-                      " fits into the table");
+        throw Error("With this index no variable that has the axis " + inQuotes(name) +
+                    " fits into the table");
       }
     }
   }
@@ -202,21 +189,21 @@ class Planner {
   }
 
   const object_model::Dictionary& m_group;
-  const TableRequest& m_request;
+  const ContractRequest& m_request;
   Names m_existing;
   Candidates m_candidates;
-  std::vector<PassedOver> m_passedOver;
-  TablePlan m_plan;
+  std::vector<Unreadable> m_passedOver;
+  ContractPlan m_plan;
 };
 
 }  // namespace
 
-TablePlan planTable(const object_model::Dictionary& group, const std::vector<PassedOver>& skipped,
-                    const TableRequest& request) {
+ContractPlan contractPlan(const object_model::Dictionary& group,
+                          const std::vector<Unreadable>& skipped, const ContractRequest& request) {
   return Planner(group, skipped, request).plan();
 }
 
-std::map<std::string, unsigned long> extentsOf(const TablePlan& plan, unsigned long maxRows) {
+std::map<std::string, unsigned long> extentsOf(const ContractPlan& plan, unsigned long maxRows) {
   std::map<std::string, unsigned long> extents;
   for (const std::string& axis : plan.unseen) {
     extents[axis] = 1;
@@ -234,4 +221,4 @@ std::map<std::string, unsigned long> extentsOf(const TablePlan& plan, unsigned l
   return extents;
 }
 
-}  // namespace quillon::tools
+}  // namespace quillon::tables

@@ -1,25 +1,26 @@
+/// @file
+/// What the library's own export can hold of a dictionary.
 #pragma once
 
 #include <object_model/Dictionary.h>
+#include <quillon/tables/Request.h>
 
 #include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "Groups.h"
+namespace quillon::tables {
 
-namespace quillon::tools {
-
-/// What the command line asks of a table.
-struct TableRequest {
+/// What is asked of a table of exportToDataFrame().
+struct ContractRequest {
   std::string source;                                 ///< the group, as sentences start with it
   std::optional<std::vector<std::string>> variables;  ///< all unless given
   std::optional<std::vector<std::string>> index;      ///< the common axes unless given
 };
 
 /// Which arrays of a group go into a table, along which axes, and what its readers must be told.
-struct TablePlan {
+struct ContractPlan {
   std::vector<std::string> variables;  ///< names of arrays that the table can hold whole
   std::vector<std::string> index;      ///< names of at most three axes, each with one size
   std::vector<unsigned long> sizes;    ///< of the index axes
@@ -36,15 +37,15 @@ struct TablePlan {
 /// not suit each other; nothing of the kind gets into a plan.
 /// @param group borrowed for the call.
 /// @param skipped variables of the group that the reader could not make arrays of.
-/// @throws Failure for names that are not there or given twice, for an axis with several sizes and
+/// @throws Error for names that are not there or given twice, for an axis with several sizes and
 ///   when nothing is left for the table.
-TablePlan planTable(const object_model::Dictionary& group, const std::vector<PassedOver>& skipped,
-                    const TableRequest& request);
+ContractPlan contractPlan(const object_model::Dictionary& group,
+                          const std::vector<Unreadable>& skipped, const ContractRequest& request);
 
 /// How many of the first coordinates along each axis the first `maxRows` rows of the table need,
 /// and one row more where there is one, so that the table can show that it goes on. Axes that it
 /// needs whole are not named.
 /// @param maxRows 0 for all rows.
-std::map<std::string, unsigned long> extentsOf(const TablePlan& plan, unsigned long maxRows);
+std::map<std::string, unsigned long> extentsOf(const ContractPlan& plan, unsigned long maxRows);
 
-}  // namespace quillon::tools
+}  // namespace quillon::tables

@@ -1,0 +1,120 @@
+/// @file
+/// Columns of one length, read in runs of rows.
+#pragma once
+
+#include <object_model/Dictionary.h>
+#include <quillon/memory/ElementTypes.h>
+#include <quillon/memory/Time.h>
+#include <quillon/tables/Plan.h>
+#include <tabra/DataFrameView.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace quillon::tables {
+
+/// What the cells of a column are. The numbers and truth values have the values of
+/// `object_model::StoredType`.
+enum class ColumnType : int {
+  Int8 = 0,
+  Int16 = 1,
+  Int32 = 2,
+  Int64 = 3,
+  UInt8 = 4,
+  UInt16 = 5,
+  UInt32 = 6,
+  UInt64 = 7,
+  Float32 = 8,  ///< NaN is missing
+  Float64 = 9,  ///< NaN is missing
+  Boolean = 12,
+  Text = 13,  ///< `std::string`, UTF-8
+  Time = 14,  ///< `long`: microseconds since 1970-01-01T00:00:00 of the column's calendar;
+              ///< `memory::MISSING_TIME` is missing
+};
+
+/// The C++ types of cells. A `Time` is read as a `long`.
+using CellTypes = memory::TypeList<signed char, short, int, long, unsigned char, unsigned short,
+                                   unsigned int, unsigned long, float, double, bool, std::string>;
+
+/// What is known of a column.
+struct Column {
+  std::string name;  ///< unique in its table
+  std::string unit;  ///< empty where it has none
+  ColumnType type = ColumnType::Float64;
+  memory::Calendar calendar = memory::Calendar::Standard;  ///< of times
+  bool isIndex = false;  ///< whether it tells the points of an index axis
+};
+
+class ColumnSource;
+
+/// Columns of one length, each with a name, a unit and a type. Nothing is computed before it is
+/// read, and never more than the rows that are asked for; arrays in memory are read where they lie,
+/// others in blocks.
+///
+/// Ownership: a table keeps what it was made of where it is given a `shared_ptr`, and borrows it
+/// where it is given a reference, which must then outlive the table and its copies. Copies share
+/// everything; they are cheap. Threads: const operations may run concurrently where those of the
+/// arrays may.
+class Table {
+ public:
+  /// The table that `plan` describes, over the dictionary that was planned with.
+  /// @throws Error when an array is not there any more or has another shape.
+  Table(std::shared_ptr<const object_model::Dictionary> dictionary, const Plan& plan);
+  /// @copydoc Table
+  Table(const object_model::Dictionary& dictionary, const Plan& plan);
+
+  /// The table `view`, whose columns must be of the types that `tabra::DataTypeId` lists.
+  /// @throws Error that names a column of another type.
+  explicit Table(std::shared_ptr<const tabra::DataFrameView> view);
+  /// @copydoc Table
+  explicit Table(const tabra::DataFrameView& view);
+
+  const std::vector<Column>& columns() const;
+  unsigned long rows() const;
+  /// A sentence for each array that is not in the table, with the reason.
+  const std::vector<std::string>& notes() const;
+
+  /// Copies `count` cells of a column, from the row `firstRow` on, to `destination`. `T` is one of
+  /// `CellTypes`, the one that the column's type stands for.
+  /// @throws std::out_of_range for a column or rows that are not there.
+  /// @throws std::invalid_argument for another `T`; Error when an array has changed its shape.
+  ///   What the arrays throw passes through.
+  template <class T>
+  void read(unsigned long column, unsigned long firstRow, unsigned long count,
+            T* destination) const;
+
+  /// How many rows are best read at once from `row` on: they end where a block of the arrays does.
+  /// At least 1 and of limited memory for all columns together, unless `row` is the end: then 0.
+  unsigned long runFrom(unsigned long row) const;
+
+  /// How the times of a column are best written: all in the form that its array needs, whichever
+  /// part of it the table has. Reads all of them. @throws std::invalid_argument for other columns.
+  memory::TimeForm timeForm(unsigned long column) const;
+
+ private:
+  struct State;
+  void require(unsigned long column, unsigned long firstRow, unsigned long count) const;
+
+  std::shared_ptr<const State> m_state;
+};
+
+/// Calls `visit(memory::TypeTag<T>())` with the C++ type of the column's cells.
+template <class Visit>
+void visitColumnType(ColumnType type, Visit&& visit) {
+  if (type == ColumnType::Text) {
+    visit(memory::TypeTag<std::string>());
+  } else if (type == ColumnType::Time) {
+    visit(memory::TypeTag<long>());
+  } else {
+    memory::visitType(static_cast<object_model::StoredType>(type), std::forward<Visit>(visit),
+                      memory::TypeList<signed char, short, int, long, unsigned char, unsigned short,
+                                       unsigned int, unsigned long, float, double, bool>());
+  }
+}
+
+/// Whether the column's type is one of the numbers.
+bool isNumber(ColumnType type);
+
+}  // namespace quillon::tables

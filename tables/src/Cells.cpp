@@ -1,0 +1,134 @@
+#include "Cells.h"
+
+#include <quillon/memory/NumberText.h>
+#include <quillon/memory/Utf8.h>
+
+#include <cmath>
+#include <string>
+#include <type_traits>
+
+namespace quillon::tables {
+namespace {
+
+template <class T>
+class CellsOf : public CellWriter {
+ public:
+  CellsOf(unsigned long column, const CellStyle& style) : m_style(style), m_column(column) {}
+
+  void turnTo(const Cursor& cursor) final { m_cells = cursor.cells<T>(m_column); }
+
+ protected:
+  CellStyle m_style;
+  const T* m_cells = nullptr;
+
+ private:
+  unsigned long m_column;
+};
+
+template <class T>
+class Numbers final : public CellsOf<T> {
+ public:
+  using CellsOf<T>::CellsOf;
+
+  void write(unsigned long row, Buffer& buffer) const override {
+    const T value = this->m_cells[row];
+    char* const room = buffer.room(memory::LONGEST_NUMBER);
+    if constexpr (std::is_floating_point_v<T>) {
+      if (!std::isfinite(value)) {
+        writeSpecial(value, buffer);
+        return;
+      }
+      if (this->m_style.digits > 0) {
+        buffer.end(memory::writeInDigits(value, this->m_style.digits, room));
+        return;
+      }
+    }
+    buffer.end(memory::writeShortest(value, room));
+  }
+
+ private:
+  void writeSpecial(T value, Buffer& buffer) const {
+    if (std::isnan(value)) {
+      buffer.append(this->m_style.missing);
+    } else if (this->m_style.isJson) {
+      buffer.append(value < 0 ? "\"-Infinity\"" : "\"Infinity\"");
+    } else {
+      buffer.append(value < 0 ? "-inf" : "inf");
+    }
+  }
+};
+
+class Texts final : public CellsOf<std::string> {
+ public:
+  using CellsOf::CellsOf;
+
+  void write(unsigned long row, Buffer& buffer) const override {
+    m_style.text(m_cells[row], buffer);
+  }
+};
+
+class TimeCells final : public CellsOf<long> {
+ public:
+  TimeCells(unsigned long column, const CellStyle& style, memory::Calendar calendar,
+            memory::TimeForm form)
+      : CellsOf(column, style), m_calendar(calendar), m_form(form) {}
+
+  void write(unsigned long row, Buffer& buffer) const override {
+    const std::string text = memory::timeText(m_cells[row], m_calendar, m_form);
+    if (text.empty()) {
+      buffer.append(m_style.missing);
+    } else if (m_style.isJson) {
+      buffer.append("\"" + text + "\"");
+    } else {
+      buffer.append(text);
+    }
+  }
+
+ private:
+  memory::Calendar m_calendar;
+  memory::TimeForm m_form;
+};
+
+std::unique_ptr<CellWriter> cellWriter(const Table& table, unsigned long column,
+                                       const CellStyle& style) {
+  const Column& described = table.columns()[column];
+  if (described.type == ColumnType::Time) {
+    return std::make_unique<TimeCells>(column, style, described.calendar, table.timeForm(column));
+  }
+  std::unique_ptr<CellWriter> writer;
+  visitColumnType(described.type, [&](auto tag) {
+    using T = typename decltype(tag)::Type;
+    if constexpr (std::is_same_v<T, std::string>) {
+      writer = std::make_unique<Texts>(column, style);
+    } else {
+      writer = std::make_unique<Numbers<T>>(column, style);
+    }
+  });
+  return writer;
+}
+
+}  // namespace
+
+std::vector<std::unique_ptr<CellWriter>> cellWriters(const Table& table, const CellStyle& style) {
+  std::vector<std::unique_ptr<CellWriter>> writers;
+  for (unsigned long k = 0; k < table.columns().size(); ++k) {
+    writers.push_back(cellWriter(table, k, style));
+  }
+  return writers;
+}
+
+void appendAsItIs(std::string_view text, Buffer& buffer) { buffer.append(text); }
+
+void appendUtf8(std::string_view text, Buffer& buffer) {
+  while (!text.empty()) {
+    const std::size_t length = memory::firstCharacter(text).length;
+    buffer.append(length == 0 ? std::string_view("\xEF\xBF\xBD") : text.substr(0, length));
+    text.remove_prefix(length == 0 ? 1 : length);
+  }
+}
+
+Output into(std::string& text) {
+  return [&text](std::string_view piece) { text.append(piece); };
+}
+
+}  // namespace quillon::tables

@@ -1,0 +1,94 @@
+#include <gtest/gtest.h>
+#include <quillon/memory/Dictionary.h>
+#include <quillon/tables/Cursor.h>
+
+#include <cmath>
+#include <stdexcept>
+
+#include "TestArrays.h"
+
+namespace quillon::tables {
+namespace {
+
+using memory::Dictionary;
+using memory::DoubleArray;
+
+TEST(CursorTest, RunsFollowEachOtherToTheEnd) {
+  constexpr unsigned long ROWS = 300'000;
+  Dictionary data("data");
+  data.add(DoubleArray("a", {{"x", ROWS}}, countedUp<double>(ROWS)));
+  Cursor cursor(Table(data, plan(data)));
+  unsigned long row = 0;
+  unsigned long runs = 0;
+  while (cursor.next()) {
+    ASSERT_EQ(cursor.firstRow(), row);
+    ASSERT_GT(cursor.rows(), 0U);
+    for (unsigned long k = 0; k < cursor.rows(); ++k, ++row) {
+      ASSERT_EQ(cursor.cells<unsigned long>(0)[k], row);
+      ASSERT_EQ(cursor.cells<double>(1)[k], static_cast<double>(row));
+    }
+    ++runs;
+  }
+  EXPECT_EQ(row, ROWS);
+  EXPECT_GT(runs, 1U);
+  EXPECT_FALSE(cursor.next());
+}
+
+TEST(CursorTest, ARunIsABoxOfTheGrid) {
+  Dictionary data("data");
+  data.add(DoubleArray("a", {{"x", 1000}, {"y", 100}}, countedUp<double>(100'000)));
+  Cursor cursor(Table(data, plan(data)));
+  while (cursor.next()) {
+    EXPECT_EQ(cursor.firstRow() % 1000, 0U);
+    EXPECT_EQ(cursor.rows() % 1000, 0U);
+  }
+}
+
+TEST(CursorTest, EndsWithTheMostRowsThatAreAskedFor) {
+  Dictionary data("data");
+  data.add(DoubleArray("a", {{"x", 20}}, countedUp<double>(20)));
+  const Table table(data, plan(data));
+  Cursor cursor(table, 7);
+  EXPECT_TRUE(cursor.next());
+  EXPECT_EQ(cursor.rows(), 7U);
+  EXPECT_FALSE(cursor.next());
+  Cursor more(table, 70);
+  EXPECT_TRUE(more.next());
+  EXPECT_EQ(more.rows(), 20U);
+}
+
+TEST(CursorTest, ATableWithoutRowsHasNoRun) {
+  Dictionary data("data");
+  data.add(DoubleArray("a", {{"x", 0}}, {}));
+  Cursor cursor(Table(data, plan(data)));
+  EXPECT_FALSE(cursor.next());
+}
+
+TEST(CursorTest, TellsWhatIsMissing) {
+  Dictionary data("data");
+  data.add(DoubleArray("a", {{"x", 2}}, {1, std::nan("")}));
+  data.add(Hours("t", {{"x", 2}}, {std::nan(""), 1}));
+  data.add(memory::IntArray("i", {{"x", 2}}, {memory::MISSING_TIME, 0}));
+  data.add(Stored<float>("f", {{"x", 2}}, {std::nan(""), HUGE_VAL}));
+  Cursor cursor(Table(data, plan(data)));
+  ASSERT_TRUE(cursor.next());
+  EXPECT_FALSE(cursor.isMissing(1, 0));
+  EXPECT_TRUE(cursor.isMissing(1, 1));
+  EXPECT_TRUE(cursor.isMissing(2, 0));
+  EXPECT_FALSE(cursor.isMissing(2, 1));
+  EXPECT_FALSE(cursor.isMissing(3, 0));
+  EXPECT_TRUE(cursor.isMissing(4, 0));
+  EXPECT_FALSE(cursor.isMissing(4, 1));
+}
+
+TEST(CursorTest, CellsOfAnotherTypeAreRefused) {
+  Dictionary data("data");
+  data.add(DoubleArray("a", {{"x", 2}}, {1, 2}));
+  Cursor cursor(Table(data, plan(data)));
+  ASSERT_TRUE(cursor.next());
+  EXPECT_THROW(cursor.cells<float>(1), std::invalid_argument);
+  EXPECT_THROW(cursor.cells<double>(2), std::out_of_range);
+}
+
+}  // namespace
+}  // namespace quillon::tables

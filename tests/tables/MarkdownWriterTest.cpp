@@ -1,0 +1,53 @@
+#include <gtest/gtest.h>
+#include <quillon/memory/Dictionary.h>
+#include <quillon/tables/Writers.h>
+
+#include <cmath>
+
+#include "TestArrays.h"
+
+namespace quillon::tables {
+namespace {
+
+std::string markdown(const memory::Dictionary& data, const Shown& shown = {}) {
+  std::string text;
+  writeMarkdown(Table(data, plan(data)), into(text), shown);
+  return text;
+}
+
+TEST(MarkdownTest, HasARowOfNamesAndNumbersAtTheRight) {
+  memory::Dictionary data("data");
+  data.add(memory::DoubleArray("mean_area", {{"x", 2}}, {1.0 / 3, std::nan("")}));
+  data.add(memory::StringArray("s", {{"x", 2}}, {"a", ""}));
+  EXPECT_EQ(markdown(data),
+            "| x | mean_area | s |\n"
+            "| ---: | ---: | :--- |\n"
+            "| 0 | 0.333333 | a |\n"
+            "| 1 |  |  |\n");
+}
+
+TEST(MarkdownTest, TextsAreShownLiterally) {
+  memory::Dictionary data("data");
+  data.add(memory::StringArray("_s_", {{"x", 4}}, {"a|b", "*a* `b`", "<i>&amp;", "C:\\a\nb"}));
+  EXPECT_EQ(markdown(data),
+            "| x | \\_s\\_ |\n"
+            "| ---: | :--- |\n"
+            "| 0 | a\\|b |\n"
+            "| 1 | \\*a\\* \\`b\\` |\n"
+            "| 2 | \\<i>\\&amp; |\n"
+            "| 3 | C:\\\\a\\\\nb |\n");
+}
+
+TEST(MarkdownTest, TenRowsAreShownUnlessMoreAreAskedFor) {
+  memory::Dictionary data("data");
+  data.add(memory::DoubleArray("a", {{"x", 12}}, countedUp<double>(12)));
+  const auto lines = [&](const Shown& shown) {
+    const std::string text = markdown(data, shown);
+    return std::count(text.begin(), text.end(), '\n');
+  };
+  EXPECT_EQ(lines({}), 12);
+  EXPECT_EQ(lines({0, 6, 0}), 14);
+}
+
+}  // namespace
+}  // namespace quillon::tables

@@ -1,0 +1,405 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <quillon/memory/Dictionary.h>
+#include <quillon/tables/Error.h>
+#include <quillon/tables/Plan.h>
+
+#include <sstream>
+
+#include "TestArrays.h"
+
+namespace quillon::tables {
+namespace {
+
+using memory::Axis;
+using memory::Dictionary;
+using memory::DoubleArray;
+using memory::IntArray;
+using memory::StringArray;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using Names = std::vector<std::string>;
+
+class PlanTest : public ::testing::Test {
+ protected:
+  /// An array of numbers with the axes that its text gives: "x3 y2" is x with 3 points and y
+  /// with 2.
+  void add(const std::string& name, const std::string& axes) { m_data.add(array(name, axes)); }
+
+  static DoubleArray array(const std::string& name, const std::string& text) {
+    std::istringstream words(text);
+    std::vector<Axis> axes;
+    unsigned long count = 1;
+    for (std::string word; words >> word;) {
+      const unsigned long size = std::stoul(word.substr(1));
+      axes.emplace_back(word.substr(0, 1), size);
+      count *= size;
+    }
+    return DoubleArray(name, axes, countedUp<double>(count));
+  }
+
+  void addTexts(const std::string& name, const std::string& axis, const Names& texts) {
+    m_data.add(StringArray(name, {{axis, texts.size()}}, texts));
+  }
+
+  Names columns(const Request& request = {}) {
+    Names names;
+    for (const PlannedColumn& column : plan(m_data, request).columns) {
+      names.push_back(column.name);
+    }
+    return names;
+  }
+
+  Names index(const Request& request = {}) {
+    Names names;
+    for (const IndexAxis& axis : plan(m_data, request).axes) {
+      names.push_back(axis.name);
+    }
+    return names;
+  }
+
+  Names notes(const Request& request = {}) { return plan(m_data, request).notes; }
+
+  std::string error(const Request& request) {
+    try {
+      plan(m_data, request);
+    } catch (const Error& error) {
+      return error.what();
+    }
+    return "no error";
+  }
+
+  static Request withIndex(const Names& names) {
+    Request request;
+    request.index = names;
+    return request;
+  }
+
+  static Request withVariables(const Names& names) {
+    Request request;
+    request.variables = names;
+    return request;
+  }
+
+  static Request selecting(const std::string& text) {
+    Request request;
+    request.selections = {parseSelection(text)};
+    return request;
+  }
+
+  Dictionary m_data{"data"};
+};
+
+TEST_F(PlanTest, TheDefaultIndexIsTheAxesOfTheArrayWithTheMostValues) {
+  add("a", "x20");
+  add("b", "x20 y30");
+  add("c", "y30");
+  EXPECT_THAT(index(), ElementsAre("x", "y"));
+  EXPECT_THAT(columns(), ElementsAre("x", "y", "a", "b", "c"));
+  EXPECT_EQ(plan(m_data).rows, 600U);
+}
+
+TEST_F(PlanTest, OfArraysWithAsManyValuesTheFirstGivesTheDefaultIndex) {
+  add("a", "x20");
+  add("b", "y20");
+  EXPECT_THAT(index(), ElementsAre("x"));
+  EXPECT_THAT(notes(), ElementsAre("'b' is not in the table: it has none of the index's dimensions "
+                                   "x"));
+}
+
+TEST_F(PlanTest, AnArrayWithAnAxisTwiceGivesNoDefaultIndex) {
+  add("a", "x20 x20");
+  add("b", "x20");
+  EXPECT_THAT(index(), ElementsAre("x"));
+  EXPECT_THAT(
+      notes(),
+      ElementsAre("'a' is not in the table: its axis 'x' occurs twice and is in the index"));
+}
+
+TEST_F(PlanTest, AxesOfFewPointsWithoutCoordinatesAreSpread) {
+  add("a", "x16 y17");
+  EXPECT_THAT(index(), ElementsAre("y"));
+  add("x", "x16");
+  EXPECT_THAT(index(), ElementsAre("x", "y"));
+}
+
+TEST_F(PlanTest, AxesOfFewPointsStayWhereNoneWouldBeLeft) {
+  add("a", "x3 y4");
+  EXPECT_THAT(index(), ElementsAre("x", "y"));
+}
+
+TEST_F(PlanTest, TheDefaultIndexIsOfTheChosenVariables) {
+  add("a", "x20 y30");
+  add("b", "y30");
+  EXPECT_THAT(index(withVariables({"b"})), ElementsAre("y"));
+}
+
+TEST_F(PlanTest, TheDefaultIndexIsOfWhatIsSelected) {
+  add("a", "x100 y30");
+  add("b", "z50");
+  EXPECT_THAT(index(), ElementsAre("x", "y"));
+  Request request = selecting("x=3");
+  EXPECT_THAT(index(request), ElementsAre("z"));
+}
+
+TEST_F(PlanTest, SingleValuesStay) {
+  add("a", "x3");
+  add("one", "");
+  EXPECT_THAT(columns(), ElementsAre("x", "a", "one"));
+}
+
+TEST_F(PlanTest, SingleValuesAloneAreATableOfOneRow) {
+  add("one", "");
+  EXPECT_THAT(columns(), ElementsAre("one"));
+  EXPECT_EQ(plan(m_data).rows, 1U);
+}
+
+TEST_F(PlanTest, AVariableThatIsNamedIsSpreadWithoutTheIndex) {
+  add("a", "x20");
+  add("b", "y2");
+  EXPECT_THAT(columns(withVariables({"a", "b"})), ElementsAre("x", "a", "b[y=0]", "b[y=1]"));
+}
+
+TEST_F(PlanTest, TheIndexIsInTheOrderThatIsAskedFor) {
+  add("a", "x2 y3");
+  EXPECT_THAT(columns(withIndex({"y", "x"})), ElementsAre("y", "x", "a"));
+}
+
+TEST_F(PlanTest, SpreadColumnsAreNamedSlowestFirstAndVaryFastestFirst) {
+  add("a", "x2 y2 t3");
+  EXPECT_THAT(columns(withIndex({"t"})),
+              ElementsAre("t", "a[y=0, x=0]", "a[y=0, x=1]", "a[y=1, x=0]", "a[y=1, x=1]"));
+}
+
+TEST_F(PlanTest, SpreadColumnsAreCalledByCoordinate) {
+  add("a", "c2 t3");
+  addTexts("c", "c", {"DAPI", "GFP"});
+  EXPECT_THAT(columns(withIndex({"t"})), ElementsAre("t", "a[c=DAPI]", "a[c=GFP]"));
+}
+
+TEST_F(PlanTest, SpreadColumnsAreCalledByPositionWhereCoordinatesOccurTwiceOrAreMissing) {
+  add("a", "c2 d2 t3");
+  addTexts("c", "c", {"DAPI", "DAPI"});
+  m_data.add(DoubleArray("d", {{"d", 2}}, {1.5, std::nan("")}));
+  EXPECT_THAT(columns(withIndex({"t"})),
+              ElementsAre("t", "a[d=0, c=0]", "a[d=0, c=1]", "a[d=1, c=0]", "a[d=1, c=1]"));
+}
+
+TEST_F(PlanTest, CoordinatesOfFloatsAreNoLongFractions) {
+  add("a", "c2 t3");
+  m_data.add(Stored<float>("c", {{"c", 2}}, {0.1, 500}));
+  EXPECT_THAT(columns(withIndex({"t"})), ElementsAre("t", "a[c=0.1]", "a[c=500]"));
+}
+
+TEST_F(PlanTest, CoordinatesThatAreTimesAreWrittenAsThese) {
+  add("a", "c2 t3");
+  m_data.add(Hours("c", {{"c", 2}}, {0, 24}));
+  EXPECT_THAT(columns(withIndex({"t"})), ElementsAre("t", "a[c=1970-01-01]", "a[c=1970-01-02]"));
+}
+
+TEST_F(PlanTest, WithPositionsCoordinatesAreColumnsOfTheirOwn) {
+  add("a", "c2 t3");
+  addTexts("c", "c", {"DAPI", "GFP"});
+  add("t", "t3");
+  Request request = withIndex({"t"});
+  request.positions = true;
+  EXPECT_THAT(columns(request), ElementsAre("t (position)", "a[c=0]", "a[c=1]", "t"));
+  EXPECT_THAT(notes(request), ElementsAre(HasSubstr("'c' is not in the table")));
+}
+
+TEST_F(PlanTest, PositionsBesideAVariableOfThatNameAreCalledSo) {
+  add("t", "t3 u2");
+  EXPECT_THAT(columns(withIndex({"t", "u"})), ElementsAre("t (position)", "u", "t"));
+}
+
+TEST_F(PlanTest, ACoordinateVariableIsNoColumnBesideTheIndex) {
+  add("t", "t3");
+  add("a", "t3");
+  const Plan planned = plan(m_data);
+  EXPECT_THAT(columns(), ElementsAre("t", "a"));
+  EXPECT_TRUE(planned.columns[0].isIndex);
+  EXPECT_EQ(planned.columns[0].source->variable, "t");
+  EXPECT_FALSE(planned.columns[1].isIndex);
+  EXPECT_THAT(planned.notes, IsEmpty());
+}
+
+TEST_F(PlanTest, ACoordinateVariableAloneIsATable) {
+  add("t", "t3");
+  EXPECT_THAT(columns(), ElementsAre("t"));
+  EXPECT_EQ(plan(m_data).rows, 3U);
+}
+
+TEST_F(PlanTest, ACoordinateVariableThatNothingElseShowsIsNoted) {
+  add("a", "t20");
+  add("c", "c2");
+  EXPECT_THAT(notes(), ElementsAre(HasSubstr("'c' is not in the table")));
+}
+
+TEST_F(PlanTest, CoordinatesAreFoundInTheNearestDictionaryAround) {
+  Dictionary inner("inner");
+  inner.add(array("a", "t3"));
+  add("t", "t3");
+  auto& placed = m_data.add(std::move(inner));
+  const Plan planned = plan(placed);
+  ASSERT_TRUE(planned.columns[0].source.has_value());
+  EXPECT_EQ(planned.columns[0].source->levels, 1U);
+}
+
+TEST_F(PlanTest, CoordinatesOfAnotherLengthAreNone) {
+  Dictionary inner("inner");
+  inner.add(array("a", "t3"));
+  add("t", "t4");
+  auto& placed = m_data.add(std::move(inner));
+  EXPECT_FALSE(plan(placed).columns[0].source.has_value());
+}
+
+TEST_F(PlanTest, CoordinatesThatAnArrayKnowsGoFirst) {
+  const auto known =
+      std::make_shared<StringArray>("labels", std::vector<Axis>{{"t", 2}}, Names{"early", "late"});
+  m_data.add(Labelled("a", {{"t", 2}, {"x", 3}}, countedUp<double>(6), {known, nullptr}));
+  EXPECT_THAT(columns(withIndex({"x"})), ElementsAre("x", "a[t=early]", "a[t=late]"));
+}
+
+TEST_F(PlanTest, ASinglePositionKeepsItsCoordinateAsTheFirstColumn) {
+  add("a", "x3 t4");
+  add("t", "t4");
+  const Plan planned = plan(m_data, selecting("t=-1"));
+  EXPECT_EQ(planned.columns[0].name, "t");
+  EXPECT_FALSE(planned.columns[0].isIndex);
+  EXPECT_EQ(planned.columns[0].dimensions[0].first, 3U);
+  EXPECT_EQ(planned.columns[1].name, "x");
+  EXPECT_EQ(planned.columns[2].name, "a");
+  EXPECT_EQ(planned.rows, 3U);
+}
+
+TEST_F(PlanTest, ARangeOfPositionsIsAPartOfTheRows) {
+  add("a", "x9");
+  const Plan planned = plan(m_data, selecting("x=2:5"));
+  EXPECT_EQ(planned.rows, 3U);
+  EXPECT_EQ(planned.columns[0].dimensions[0].first, 2U);
+}
+
+TEST_F(PlanTest, VariablesTakePatternsAndStandInTheDictionarysOrder) {
+  add("a1", "x3");
+  add("b", "x3");
+  add("a2", "x3");
+  EXPECT_THAT(columns(withVariables({"b", "a*"})), ElementsAre("x", "a1", "b", "a2"));
+  Request request;
+  request.exclude = {"a?"};
+  EXPECT_THAT(columns(request), ElementsAre("x", "b"));
+}
+
+TEST_F(PlanTest, PatternsWithASlashArePatternsOfPaths) {
+  Dictionary inner("cells");
+  inner.add(array("area", "x3"));
+  inner.add(array("edge", "x3"));
+  auto& placed = m_data.add(std::move(inner));
+  const Plan planned = plan(placed, withVariables({"/cells/a*"}));
+  ASSERT_EQ(planned.columns.size(), 2U);
+  EXPECT_EQ(planned.columns[1].name, "area");
+}
+
+TEST_F(PlanTest, APatternThatMatchesNothingOffersTheNearestNames) {
+  for (const char* name : {"area", "arena", "are", "perimeter"}) {
+    add(name, "x3");
+  }
+  EXPECT_EQ(error(withVariables({"Areas"})),
+            "The dictionary has no variable 'Areas'; did you mean "
+            "'area', 'arena' or 'are'?");
+  Request request;
+  request.exclude = {"q*"};
+  EXPECT_THAT(error(request), HasSubstr("has no variable 'q*'"));
+}
+
+TEST_F(PlanTest, AnAxisThatIsNotThereOffersTheNearest) {
+  add("a", "x3 y2");
+  EXPECT_EQ(error(withIndex({"X"})),
+            "No variable for the table has an axis 'X'; did you mean 'x' or 'y'?");
+  EXPECT_THAT(error(selecting("z=1")), HasSubstr("has an axis 'z'"));
+}
+
+TEST_F(PlanTest, AnIndexThatCannotBeIsAnError) {
+  add("a", "x3 y2");
+  EXPECT_EQ(error(withIndex({"x", "x"})), "The index names the axis 'x' twice");
+  Request request = selecting("x=1");
+  request.index = Names{"x"};
+  EXPECT_EQ(error(request),
+            "The axis 'x' cannot be in the index: a single position of it is selected");
+  request.index = Names{"y"};
+  request.selections.push_back(request.selections[0]);
+  EXPECT_EQ(error(request), "Two selections name the axis 'x'");
+}
+
+TEST_F(PlanTest, OneNameWithTwoSizesIsAnErrorThatNamesBoth) {
+  add("a", "x3 t2");
+  add("b", "x4");
+  EXPECT_EQ(error({}), "The axis 'x' has different sizes: 3 in 'a', 4 in 'b'");
+  EXPECT_THAT(columns(withVariables({"b"})), ElementsAre("x", "b"));
+}
+
+TEST_F(PlanTest, AHundredColumnsArePossibleAndMoreWhenAskedFor) {
+  add("a", "x99 t200");
+  EXPECT_EQ(columns(withIndex({"t"})).size(), 100U);
+  add("b", "t200");
+  EXPECT_EQ(error(withIndex({"t"})),
+            "The table would have 101 columns, more than 100, 99 of them of 'a'; take fewer "
+            "variables, more axes into the index or a part of an axis, or ask for all columns");
+  Request request = withIndex({"t"});
+  request.allColumns = true;
+  EXPECT_EQ(columns(request).size(), 101U);
+}
+
+TEST_F(PlanTest, WhatNoColumnCanHoldIsNoted) {
+  add("a", "x3");
+  m_data.add(memory::ComplexArray("z", {{"x", 3}}, std::vector<std::complex<double>>(3)));
+  add("none", "x3 n0");
+  Request request;
+  request.unreadable = {{"bad", "it is of a type of its own"}};
+  EXPECT_THAT(notes(request),
+              ElementsAre("'z' is not in the table: it holds complex numbers",
+                          "'bad' is not in the table: it is of a type of its own",
+                          "'none' is not in the table: it has no values along its axis 'n'"));
+}
+
+TEST_F(PlanTest, NothingToShowIsAnErrorThatSaysWhy) {
+  EXPECT_EQ(error({}), "The dictionary has no variables of its own");
+  Dictionary inner("cells");
+  m_data.add(std::move(inner));
+  EXPECT_EQ(error({}), "The dictionary has no variables of its own; below it are the groups cells");
+  m_data.add(memory::ComplexArray("z", {}, std::vector<std::complex<double>>(1)));
+  EXPECT_EQ(error({}),
+            "The dictionary has no variables that the table could hold: 'z' (it holds complex "
+            "numbers)");
+}
+
+TEST_F(PlanTest, ColumnsNeverShareAName) {
+  add("a", "c2 t3");
+  m_data.add(DoubleArray("a[c=1]", {{"t", 3}}, {1, 2, 3}));
+  EXPECT_THAT(columns(withIndex({"t"})), ElementsAre("t", "a[c=0]", "a[c=1]", "a[c=1] (2)"));
+}
+
+TEST_F(PlanTest, AnEmptyIndexSpreadsEverything) {
+  add("a", "x2");
+  EXPECT_THAT(columns(withIndex({})), ElementsAre("a[x=0]", "a[x=1]"));
+}
+
+TEST_F(PlanTest, AnIndexWithoutPointsHasNoRows) {
+  add("a", "x0 y3");
+  EXPECT_EQ(plan(m_data, withIndex({"y", "x"})).rows, 0U);
+}
+
+TEST_F(PlanTest, MoreRowsThanCanBeCountedAreAnError) {
+  class Claim final : public memory::ArrayBase {
+   public:
+    explicit Claim(const std::string& axis)
+        : ArrayBase("of" + axis, object_model::ElementType::Double, {{axis, 1UL << 33U}}) {}
+  };
+  m_data.add(Claim("a"));
+  m_data.add(Claim("b"));
+  EXPECT_EQ(error(withIndex({"a", "b"})),
+            "The table would have more rows than can be counted; choose another index");
+}
+
+}  // namespace
+}  // namespace quillon::tables

@@ -1,0 +1,262 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <quillon/memory/Dictionary.h>
+#include <quillon/tables/Error.h>
+#include <quillon/tables/Table.h>
+#include <rapidcheck/gtest.h>
+#include <tabra/MemoryDataFrame.h>
+
+#include <cmath>
+#include <stdexcept>
+
+#include "TestArrays.h"
+
+namespace quillon::tables {
+namespace {
+
+using memory::Dictionary;
+using memory::DoubleArray;
+using ::testing::ElementsAre;
+
+Request withIndex(const std::vector<std::string>& names) {
+  Request request;
+  request.index = names;
+  return request;
+}
+
+TEST(TableTest, ColumnsHaveTheTypesInWhichValuesAreStored) {
+  Dictionary data("data");
+  data.add(Stored<short>("s", {{"x", 2}}, {1, 2}));
+  data.add(Stored<float>("f", {{"x", 2}}, {0.5, 2}));
+  data.add(Stored<unsigned char>("b", {{"x", 2}}, {0, 255}));
+  data.add(memory::BooleanArray("yes", {{"x", 2}}, {true, false}));
+  data.add(memory::StringArray("t", {{"x", 2}}, {"a", "b"}));
+  data.add(Hours("when", {{"x", 2}}, {0, 1}, memory::Calendar::NoLeap));
+  DoubleArray metres("d", {{"x", 2}}, {1, 2});
+  metres.setUnit("m");
+  data.add(std::move(metres));
+  const Table table(data, plan(data));
+  std::vector<ColumnType> types;
+  for (const Column& column : table.columns()) {
+    types.push_back(column.type);
+  }
+  EXPECT_THAT(types, ElementsAre(ColumnType::UInt64, ColumnType::Int16, ColumnType::Float32,
+                                 ColumnType::UInt8, ColumnType::Boolean, ColumnType::Text,
+                                 ColumnType::Time, ColumnType::Float64));
+  EXPECT_EQ(table.columns()[7].unit, "m");
+  EXPECT_EQ(table.columns()[6].unit, "");
+  EXPECT_EQ(table.columns()[6].calendar, memory::Calendar::NoLeap);
+  EXPECT_THAT(cellsOf<short>(table, 1), ElementsAre(1, 2));
+  EXPECT_THAT(cellsOf<float>(table, 2), ElementsAre(0.5F, 2.0F));
+  EXPECT_THAT(cellsOf<unsigned char>(table, 3), ElementsAre(0, 255));
+  bool truths[2] = {};
+  table.read(4, 0, 2, truths);
+  EXPECT_THAT(truths, ElementsAre(true, false));
+  EXPECT_THAT(cellsOf<std::string>(table, 5), ElementsAre("a", "b"));
+  EXPECT_THAT(cellsOf<long>(table, 6), ElementsAre(0, 3'600'000'000));
+}
+
+TEST(TableTest, TheFirstIndexAxisVariesFastest) {
+  Dictionary data("data");
+  data.add(DoubleArray("a", {{"x", 2}, {"y", 3}}, countedUp<double>(6)));
+  data.add(DoubleArray("b", {{"y", 3}}, {10, 20, 30}));
+  const Table table(data, plan(data, withIndex({"y", "x"})));
+  EXPECT_THAT(namesOf(table), ElementsAre("y", "x", "a", "b"));
+  EXPECT_THAT(cellsOf<unsigned long>(table, 0), ElementsAre(0, 1, 2, 0, 1, 2));
+  EXPECT_THAT(cellsOf<unsigned long>(table, 1), ElementsAre(0, 0, 0, 1, 1, 1));
+  EXPECT_THAT(cellsOf<double>(table, 2), ElementsAre(0, 2, 4, 1, 3, 5));
+  EXPECT_THAT(cellsOf<double>(table, 3), ElementsAre(10, 20, 30, 10, 20, 30));
+}
+
+TEST(TableTest, IndexColumnsHoldCoordinates) {
+  Dictionary data("data");
+  data.add(DoubleArray("a", {{"x", 2}, {"y", 2}}, countedUp<double>(4)));
+  data.add(memory::StringArray("x", {{"x", 2}}, {"left", "right"}));
+  const Table table(data, plan(data, withIndex({"x", "y"})));
+  EXPECT_THAT(cellsOf<std::string>(table, 0), ElementsAre("left", "right", "left", "right"));
+  EXPECT_TRUE(table.columns()[0].isIndex);
+  EXPECT_FALSE(table.columns()[2].isIndex);
+}
+
+TEST(TableTest, PositionsAreThoseOfTheArrayAfterASelection) {
+  Dictionary data("data");
+  data.add(DoubleArray("a", {{"x", 6}, {"y", 2}}, countedUp<double>(12)));
+  Request request = withIndex({"x"});
+  request.selections = {{"x", PositionRange{1, 6, 2}}, {"y", Position{1}}};
+  const Table table(data, plan(data, request));
+  EXPECT_THAT(namesOf(table), ElementsAre("y", "x", "a"));
+  EXPECT_THAT(cellsOf<unsigned long>(table, 0), ElementsAre(1, 1, 1));
+  EXPECT_THAT(cellsOf<unsigned long>(table, 1), ElementsAre(1, 3, 5));
+  EXPECT_THAT(cellsOf<double>(table, 2), ElementsAre(7, 9, 11));
+}
+
+TEST(TableTest, ReadsArraysOfFilesInBlocksOfLimitedSize) {
+  constexpr unsigned long SIDE = 1200;
+  Dictionary data("data");
+  auto& stored =
+      data.add(Stored<double>("a", {{"x", SIDE}, {"y", SIDE}}, countedUp<double>(SIDE * SIDE)));
+  const Table table(data, plan(data, withIndex({"y", "x"})));
+  const std::vector<double> cells = cellsOf<double>(table, 2);
+  for (unsigned long row = 0; row < cells.size(); ++row) {
+    ASSERT_EQ(cells[row], static_cast<double>(row / SIDE + SIDE * (row % SIDE)));
+  }
+  EXPECT_LE(stored.largestBlock, 1UL << 19U);
+  EXPECT_LE(stored.blocks, 8U);
+}
+
+TEST(TableTest, WideStepsDoNotReadWhatLiesBetween) {
+  Dictionary data("data");
+  auto& stored = data.add(Stored<double>("a", {{"x", 3'000'000}}, countedUp<double>(3'000'000)));
+  Request request;
+  request.selections = {{"x", PositionRange{0, {}, 1'500'000}}};
+  const Table table(data, plan(data, request));
+  EXPECT_THAT(cellsOf<double>(table, 1), ElementsAre(0, 1'500'000));
+  EXPECT_EQ(stored.largestBlock, 1U);
+}
+
+TEST(TableTest, ADataFrameIsATable) {
+  tabra::MemoryDataFrame frame;
+  frame.addRows(0, 2);
+  frame.addColumn("i", tabra::DataType(tabra::DataTypeId::UInt64));
+  frame.addColumn("l", tabra::DataType(tabra::DataTypeId::Int64));
+  frame.addColumn("d", tabra::DataType(tabra::DataTypeId::Float64));
+  frame.setUnit(2, "K");
+  const std::vector<double> values = {1.5, std::nan("")};
+  frame.write(2, 0, 2, values.data());
+  const Table table(frame);
+  EXPECT_EQ(table.rows(), 2U);
+  EXPECT_THAT(namesOf(table), ElementsAre("i", "l", "d"));
+  EXPECT_EQ(table.columns()[1].type, ColumnType::Int64);
+  EXPECT_EQ(table.columns()[2].unit, "K");
+  double cell = 0;
+  table.read(2, 0, 1, &cell);
+  EXPECT_EQ(cell, 1.5);
+}
+
+TEST(TableTest, ATableKeepsWhatItIsGivenToShare) {
+  auto data = std::make_shared<Dictionary>("data");
+  data->add(DoubleArray("a", {{"x", 2}}, {1, 2}));
+  const std::weak_ptr<Dictionary> watched = data;
+  {
+    const Plan planned = plan(*data);
+    const Table table(std::shared_ptr<const object_model::Dictionary>(std::move(data)), planned);
+    EXPECT_FALSE(watched.expired());
+    EXPECT_THAT(cellsOf<double>(table, 1), ElementsAre(1, 2));
+  }
+  EXPECT_TRUE(watched.expired());
+}
+
+TEST(TableTest, WhatIsNotThereIsRefused) {
+  Dictionary data("data");
+  data.add(DoubleArray("a", {{"x", 2}}, {1, 2}));
+  const Table table(data, plan(data));
+  double cells[3] = {};
+  EXPECT_THROW(table.read(2, 0, 1, cells), std::out_of_range);
+  EXPECT_THROW(table.read(1, 0, 3, cells), std::out_of_range);
+  EXPECT_THROW(table.read(1, 3, 0, cells), std::out_of_range);
+  EXPECT_THROW(table.read(1, 1, ~0UL, cells), std::out_of_range);
+  float other = 0;
+  EXPECT_THROW(table.read(1, 0, 1, &other), std::invalid_argument);
+  EXPECT_THROW(table.timeForm(1), std::invalid_argument);
+  EXPECT_NO_THROW(table.read(1, 2, 0, cells));
+}
+
+TEST(TableTest, APlanThatDoesNotSuitTheArraysIsRefused) {
+  Dictionary data("data");
+  data.add(DoubleArray("a", {{"x", 3}}, {1, 2, 3}));
+  data.add(memory::ComplexArray("z", {{"x", 3}}, std::vector<std::complex<double>>(3)));
+  Plan planned = plan(data);
+  planned.columns[1].dimensions[0].step = 2;
+  EXPECT_THROW(Table(data, planned), Error);
+  planned.columns[1].dimensions[0].step = 0;
+  EXPECT_THROW(Table(data, planned), Error);
+  planned.columns[1].dimensions[0] = {0, 1, 7};
+  EXPECT_THROW(Table(data, planned), Error);
+  planned.columns[1].dimensions.clear();
+  EXPECT_THROW(Table(data, planned), Error);
+  planned = plan(data);
+  planned.columns[1].source->variable = "z";
+  EXPECT_THROW(Table(data, planned), Error);
+}
+
+TEST(TableTest, AnArrayThatIsGoneOrOfAnotherShapeIsRefused) {
+  Dictionary data("data");
+  data.add(DoubleArray("a", {{"x", 3}}, {1, 2, 3}));
+  const Plan planned = plan(data);
+  Dictionary other("data");
+  EXPECT_THROW(Table(other, planned), Error);
+  other.add(DoubleArray("a", {{"x", 2}}, {1, 2}));
+  EXPECT_THROW(Table(other, planned), Error);
+}
+
+TEST(TableTest, TimesAreInOneFormWhicheverPartIsShown) {
+  Dictionary data("data");
+  data.add(Hours("t", {{"t", 3}}, {0, 24, 25}));
+  Request request;
+  request.selections = {{"t", PositionRange{0, 2, 1}}};
+  const Table table(data, plan(data, request));
+  EXPECT_EQ(table.timeForm(0), memory::TimeForm::DateAndTime);
+}
+
+/// The value at a position of an array whose values are counted up in storage order.
+double cellByHand(const std::vector<unsigned long>& sizes,
+                  const std::vector<unsigned long>& position) {
+  unsigned long offset = 0;
+  for (std::size_t k = sizes.size(); k-- > 0;) {
+    offset = offset * sizes[k] + position[k];
+  }
+  return static_cast<double>(offset);
+}
+
+RC_GTEST_PROP(TablePropertyTest, AnyRunOfAnyOrderIsWhatStandsAtItsPositions, ()) {
+  const auto sizes = *rc::gen::container<std::vector<unsigned long>>(
+      *rc::gen::inRange<std::size_t>(1, 5), rc::gen::inRange(1UL, 41UL));
+  std::vector<memory::Axis> axes;
+  std::vector<std::string> index;
+  unsigned long count = 1;
+  for (std::size_t k = 0; k < sizes.size(); ++k) {
+    axes.emplace_back(std::string(1, static_cast<char>('a' + k)), sizes[k]);
+    index.push_back(axes.back().getAxisName());
+    count *= sizes[k];
+  }
+  RC_PRE(count < 200'000UL);
+  // Any order of the axes, one of which may be left to be spread.
+  const auto order = *rc::gen::container<std::vector<int>>(sizes.size(), rc::gen::arbitrary<int>());
+  std::stable_sort(index.begin(), index.end(), [&](const std::string& a, const std::string& b) {
+    return order[static_cast<std::size_t>(a[0] - 'a')] <
+           order[static_cast<std::size_t>(b[0] - 'a')];
+  });
+  Dictionary data("data");
+  const auto kind = *rc::gen::inRange(0, 3);
+  if (kind == 0) {
+    data.add(DoubleArray("v", axes, countedUp<double>(count)));
+  } else if (kind == 1) {
+    data.add(Stored<double>("v", axes, countedUp<double>(count)));
+  } else {
+    data.add(Labelled("v", axes, countedUp<double>(count),
+                      std::vector<std::shared_ptr<const object_model::Array>>(axes.size())));
+  }
+  const auto step = *rc::gen::inRange(1L, 4L);
+  Request request = withIndex(index);
+  request.selections = {{index[0], PositionRange{{}, {}, step}}};
+  const Plan planned = plan(data, request);
+  const Table table(data, planned);
+  const unsigned long first = *rc::gen::inRange(0UL, table.rows());
+  const unsigned long rows = *rc::gen::inRange(0UL, table.rows() - first + 1);
+  std::vector<double> cells(rows);
+  table.read(index.size(), first, rows, cells.data());
+  for (unsigned long k = 0; k < rows; ++k) {
+    std::vector<unsigned long> position(sizes.size());
+    unsigned long rest = first + k;
+    for (std::size_t axis = 0; axis < index.size(); ++axis) {
+      const unsigned long at = rest % planned.axes[axis].size;
+      rest /= planned.axes[axis].size;
+      position[static_cast<std::size_t>(index[axis][0] - 'a')] =
+          at * (axis == 0 ? static_cast<unsigned long>(step) : 1);
+    }
+    RC_ASSERT(cells[k] == cellByHand(sizes, position));
+  }
+}
+
+}  // namespace
+}  // namespace quillon::tables
