@@ -7,8 +7,9 @@ namespace benchmarks {
 Cases allCases() {
   Cases cases;
   addComparisonCases(cases);
-  addDictionaryComparisonCases(cases);
   addBulkComparisonCases(cases);
+  addDictionaryComparisonCases(cases);
+  addReportComparisonCases(cases);
   addExportCases(cases);
   addRenderingCases(cases);
   addProxyCases(cases);

@@ -37,8 +37,9 @@ struct Case {
 using Cases = std::vector<Case>;
 
 void addComparisonCases(Cases& cases);
-void addDictionaryComparisonCases(Cases& cases);
 void addBulkComparisonCases(Cases& cases);
+void addDictionaryComparisonCases(Cases& cases);
+void addReportComparisonCases(Cases& cases);
 void addExportCases(Cases& cases);
 void addRenderingCases(Cases& cases);
 void addProxyCases(Cases& cases);

@@ -36,9 +36,7 @@ std::vector<double> firstValues(const object_model::Array& array, unsigned long 
 /// A table of the climate file's values, which repeat along the rows, as do the variables along the
 /// columns.
 FramePointer climateFrame(unsigned long rows, unsigned long columns) {
-  quillon::netcdf::OpenOptions options;
-  options.trustFile = true;  // a copy of the process would be counted as well
-  const quillon::netcdf::File file(QUILLON_DATA_DIR "/north_atlantic_climate.nc", options);
+  const quillon::netcdf::File file(QUILLON_DATA_DIR "/north_atlantic_climate.nc");
   std::vector<std::vector<double>> values;
   for (const char* variable : VARIABLES) {
     values.push_back(firstValues(*file.root().data(variable)->asArray(), rows));

@@ -28,7 +28,7 @@ check_headers() {
 
 # The thread sanitizer goes with no other, so the tests that need it have a build of their own.
 check_threads() {
-  build thread --target object_model_thread_tests tabra_thread_tests
+  build thread --target object_model_thread_tests tabra_thread_tests netcdf_thread_tests
   run_tests thread --label-regex '^threads$'
 }
 

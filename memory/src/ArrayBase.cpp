@@ -1,11 +1,12 @@
-#include <object_model/InvalidCall.h>
 #include <quillon/memory/ArrayBase.h>
 #include <quillon/memory/ElementTypes.h>
+#include <quillon/memory/InvalidCall.h>
 
 #include <limits>
 #include <stdexcept>
 #include <utility>
 
+#include "EntryName.h"
 #include "Text.h"
 
 namespace quillon::memory {
@@ -42,14 +43,24 @@ unsigned long countElements(const std::string& name, const Tuple& shape) {
 }
 
 [[noreturn]] void rejectAccess(const ArrayBase& array, ElementType asked) {
-  throw object_model::InvalidCall("Array '" + array.getName() + "' holds " +
-                                  nameOf(array.getElementType()) +
-                                  " elements and cannot be read as " + nameOf(asked));
+  throw InvalidCall("Array '" + array.getName() + "' holds " + nameOf(array.getElementType()) +
+                    " elements and cannot be read as " + nameOf(asked));
 }
 
 [[noreturn]] void rejectPosition(const ArrayBase& array, const Tuple& index) {
   throw std::out_of_range("Array '" + array.getName() + "': position " + toText(index) +
                           " is outside the shape " + toText(array.size()));
+}
+
+void requireAlong(const ArrayBase& array, const Axis& axis,
+                  const object_model::Array& coordinates) {
+  const Tuple& shape = coordinates.size();
+  if (shape.size() != 1 || shape[0] != axis.size()) {
+    throw std::invalid_argument("Axis '" + axis.getAxisName() + "' of array '" + array.getName() +
+                                "' has " + std::to_string(axis.size()) +
+                                " points and cannot take the coordinates '" +
+                                coordinates.getName() + "' of shape " + toText(shape));
+  }
 }
 
 }  // namespace
@@ -62,11 +73,13 @@ ArrayBase::ArrayBase(std::string name, ElementType elementType, std::vector<Axis
 
 ArrayBase::ArrayBase(ArrayBase&& other) noexcept
     : object_model::Array(),
+      AttributeList(std::move(other)),
       m_descriptor(std::move(other.m_descriptor)),
       m_shape(std::move(other.m_shape)),
       m_numberOfElements(other.m_numberOfElements),
       m_unit(std::move(other.m_unit)),
-      m_physicalUnit(std::move(other.m_physicalUnit)) {}
+      m_physicalUnit(std::move(other.m_physicalUnit)),
+      m_coordinates(std::move(other.m_coordinates)) {}
 
 const ArrayDescriptor* ArrayBase::getInformation() const { return &m_descriptor; }
 const object_model::Data* ArrayBase::parent() const { return m_parent; }
@@ -109,10 +122,14 @@ const object_model::WritingInterface* ArrayBase::getWritingInterface() const { r
 unsigned long ArrayBase::numberOfElements() const { return m_numberOfElements; }
 
 unsigned long ArrayBase::offsetOf(const Tuple& index) const {
+  return offsetOf(index.size() == 0 ? nullptr : &index[0], index.size());
+}
+
+unsigned long ArrayBase::offsetOf(const unsigned long* index, unsigned long count) const {
   const Tuple& shape = *m_shape;
   const unsigned long dimensions = shape.size();
-  if (index.size() != dimensions) {
-    rejectPosition(*this, index);
+  if (count != dimensions) {
+    rejectPosition(*this, TupleX(index, count));
   }
   unsigned long offset = 0;
   for (unsigned long k = dimensions; k > 0;) {
@@ -120,11 +137,16 @@ unsigned long ArrayBase::offsetOf(const Tuple& index) const {
     const unsigned long extent = shape[k];
     const unsigned long coordinate = index[k];
     if (coordinate >= extent) {
-      rejectPosition(*this, index);
+      rejectPosition(*this, TupleX(index, count));
     }
     offset = offset * extent + coordinate;
   }
   return offset;
+}
+
+void ArrayBase::setName(std::string name) {
+  requireFreeToRename(*this, "Array", name);
+  m_descriptor.setName(std::move(name));
 }
 
 void ArrayBase::setDescription(std::string description) {
@@ -137,5 +159,27 @@ void ArrayBase::setUnit(const std::string& unit) {
 }
 
 void ArrayBase::setPhysicalUnit(std::string unit) { m_physicalUnit = std::move(unit); }
+
+std::shared_ptr<const object_model::Array> ArrayBase::coordinates(unsigned long dimension) const {
+  return dimension < m_coordinates.size() ? m_coordinates[dimension] : nullptr;
+}
+
+void ArrayBase::setCoordinates(unsigned long dimension,
+                               std::shared_ptr<const object_model::Array> coordinates) {
+  const Axis& axis = *m_descriptor.getAxisInfo(dimension);
+  if (coordinates != nullptr) {
+    requireAlong(*this, axis, *coordinates);
+  }
+  m_coordinates.resize(m_descriptor.axes().size());
+  m_coordinates[dimension] = std::move(coordinates);
+}
+
+void ArrayBase::copyRemarksOf(const ArrayBase& other) {
+  setDescription(other.getDescription());
+  m_unit = other.m_unit;
+  m_physicalUnit = other.m_physicalUnit;
+  m_coordinates = other.m_coordinates;
+  AttributeList::operator=(other);
+}
 
 }  // namespace quillon::memory

@@ -26,6 +26,8 @@ const Axis* ArrayDescriptor::getAxisInfo(unsigned long dimension) const {
 
 const std::vector<Axis>& ArrayDescriptor::axes() const { return m_axes; }
 
+void ArrayDescriptor::setName(std::string name) { m_name = std::move(name); }
+
 void ArrayDescriptor::setDescription(std::string description) {
   m_description = std::move(description);
 }
@@ -41,6 +43,12 @@ DictionaryDescriptor::DictionaryDescriptor(std::string name, std::string descrip
 
 const std::string& DictionaryDescriptor::getName() const { return m_name; }
 const std::string& DictionaryDescriptor::getDescription() const { return m_description; }
+
+void DictionaryDescriptor::setName(std::string name) { m_name = std::move(name); }
+
+void DictionaryDescriptor::setDescription(std::string description) {
+  m_description = std::move(description);
+}
 
 void DictionaryDescriptor::reservedDataInfo0() const {}
 void DictionaryDescriptor::reservedDictionaryInfo0() const {}

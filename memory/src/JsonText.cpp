@@ -1,5 +1,5 @@
 #include <quillon/memory/JsonText.h>
-#include <quillon/memory/Wording.h>
+#include <quillon/memory/Utf8.h>
 
 namespace quillon::memory {
 namespace {
@@ -33,7 +33,7 @@ std::string escapeInJson(char character) {
 std::string jsonText(std::string_view text) {
   std::string result = "\"";
   while (!text.empty()) {
-    const std::size_t length = utf8Length(text);
+    const std::size_t length = firstCharacter(text).length;
     if (length == 0) {
       result += "\\ufffd";
       text.remove_prefix(1);

@@ -1,5 +1,5 @@
 #include <quillon/memory/Pattern.h>
-#include <quillon/memory/Wording.h>
+#include <quillon/memory/Utf8.h>
 
 #include <algorithm>
 #include <utility>
@@ -8,8 +8,8 @@ namespace quillon::memory {
 namespace {
 
 /// The bytes of the character that `text` starts with, which is not empty.
-std::string_view firstCharacter(std::string_view text) {
-  return text.substr(0, std::max<std::size_t>(utf8Length(text), 1));
+std::string_view characterAtStart(std::string_view text) {
+  return text.substr(0, std::max<std::size_t>(firstCharacter(text).length, 1));
 }
 
 /// The next character of a bracket's content, a backslash before it taken off.
@@ -17,7 +17,7 @@ std::string_view takeListed(std::string_view& content) {
   if (content[0] == '\\' && content.size() > 1) {
     content.remove_prefix(1);
   }
-  const std::string_view character = firstCharacter(content);
+  const std::string_view character = characterAtStart(content);
   content.remove_prefix(character.size());
   return character;
 }
@@ -65,7 +65,7 @@ struct Step {
 };
 
 Step stepFor(std::string_view pattern, std::string_view text, Slash slash) {
-  const std::string_view character = firstCharacter(text);
+  const std::string_view character = characterAtStart(text);
   const std::size_t taken = character == "/" && slash == Slash::Stops ? 0 : character.size();
   if (pattern[0] == '?') {
     return {1, taken};
@@ -98,7 +98,7 @@ bool matchesWhole(std::string_view pattern, std::string_view text, Slash slash) 
       pattern.remove_prefix(step.pattern);
       text.remove_prefix(step.text);
     } else if (hasStar && !leftToStar.empty() && (slash == Slash::Passes || leftToStar[0] != '/')) {
-      leftToStar.remove_prefix(firstCharacter(leftToStar).size());
+      leftToStar.remove_prefix(characterAtStart(leftToStar).size());
       pattern = afterStar;
       text = leftToStar;
     } else {

@@ -1,4 +1,4 @@
-#include <object_model/InvalidCall.h>
+#include <quillon/memory/InvalidCall.h>
 #include <quillon/memory/TypedArray.h>
 
 #include <algorithm>
@@ -94,9 +94,9 @@ template <class T>
 void TypedArray<T>::setValue(const Tuple& index, T value) {
   const unsigned long offset = offsetOf(index);
   if (m_writable == nullptr) {
-    throw object_model::InvalidCall("Array '" + getName() +
-                                    "' views values that it does not own; change them where they "
-                                    "are");
+    throw InvalidCall("Array '" + getName() +
+                      "' views values that it does not own; change them where they "
+                      "are");
   }
   m_writable[offset] = std::move(value);  // a dictionary keeps the container of its place
 }

@@ -1,5 +1,5 @@
-#include <object_model/InvalidCall.h>
 #include <object_model/TupleX.h>
+#include <quillon/memory/InvalidCall.h>
 #include <quillon/memory/Values.h>
 
 #include <algorithm>
@@ -74,8 +74,8 @@ template <class T>
   } else {
     name = ElementTraits<T>::NAME;
   }
-  throw object_model::InvalidCall("Array '" + array.getName() + "' holds " +
-                                  nameOf(array.getElementType()) + ", not " + name);
+  throw InvalidCall("Array '" + array.getName() + "' holds " + nameOf(array.getElementType()) +
+                    ", not " + name);
 }
 
 }  // namespace

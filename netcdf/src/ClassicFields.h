@@ -3,11 +3,11 @@
 #include <netcdf.h>
 
 #include <array>
-#include <fstream>
 #include <stdexcept>
 #include <string>
 
 #include "Bounded.h"
+#include "BufferedBytes.h"
 
 namespace quillon::netcdf {
 
@@ -23,18 +23,15 @@ inline unsigned long padded(unsigned long bytes) { return boundedSum(bytes, 3) /
 /// Reads the header's big-endian fields in order and never past the end of the file.
 class Fields {
  public:
-  Fields(std::ifstream& in, unsigned long position, unsigned long fileBytes, char version)
-      : m_in(in), m_position(position), m_fileBytes(fileBytes), m_version(version) {}
+  Fields(BufferedBytes& file, unsigned long position, unsigned long fileBytes, char version)
+      : m_file(file), m_position(position), m_fileBytes(fileBytes), m_version(version) {}
 
   char version() const { return m_version; }
   unsigned long position() const { return m_position; }
 
   unsigned long integer(unsigned long bytes) {
     std::array<char, sizeof(unsigned long)> field{};
-    take(bytes);
-    if (!m_in.read(field.data(), static_cast<std::streamsize>(bytes))) {
-      throw Damage("its header cannot be read");
-    }
+    read(field.data(), bytes);
     unsigned long value = 0;
     for (unsigned long k = 0; k < bytes; ++k) {
       value = value << 8U | static_cast<unsigned char>(field[k]);
@@ -69,22 +66,18 @@ class Fields {
 
   /// libnetcdf copies names, however long, into room for its longest.
   std::string name() {
-    std::string text(count(1), '\0');
-    if (text.size() > NC_MAX_NAME) {
-      throw Damage("its header has a name of " + std::to_string(text.size()) +
+    const unsigned long length = count(1);
+    if (length > NC_MAX_NAME) {
+      throw Damage("its header has a name of " + std::to_string(length) +
                    " bytes, and names have at most " + std::to_string(NC_MAX_NAME));
     }
-    const unsigned long bytes = padded(text.size());
-    take(bytes);
-    m_in.read(text.data(), static_cast<std::streamsize>(text.size()));
-    m_in.ignore(static_cast<std::streamsize>(bytes - text.size()));
+    std::string text(padded(length), '\0');
+    read(text.data(), text.size());
+    text.resize(length);
     return text;
   }
 
-  void skip(unsigned long bytes) {
-    take(bytes);
-    m_in.seekg(static_cast<std::streamoff>(m_position));
-  }
+  void skip(unsigned long bytes) { take(bytes); }
 
   /// The size of one value of the type that comes next.
   unsigned long valueBytes() {
@@ -98,6 +91,13 @@ class Fields {
   }
 
  private:
+  void read(char* destination, unsigned long bytes) {
+    take(bytes);
+    if (!m_file.read(m_position - bytes, destination, bytes)) {
+      throw Damage("its header cannot be read");
+    }
+  }
+
   void take(unsigned long bytes) {
     if (bytes > m_fileBytes - m_position) {
       throw Damage("it ends within its header");
@@ -105,7 +105,7 @@ class Fields {
     m_position += bytes;
   }
 
-  std::ifstream& m_in;
+  BufferedBytes& m_file;
   unsigned long m_position;
   unsigned long m_fileBytes;
   char m_version;

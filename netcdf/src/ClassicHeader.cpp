@@ -2,11 +2,11 @@
 
 #include <array>
 #include <cstdint>
-#include <fstream>
 #include <utility>
 #include <vector>
 
 #include "Bounded.h"
+#include "BufferedBytes.h"
 #include "ClassicFields.h"
 
 namespace quillon::netcdf {
@@ -17,12 +17,12 @@ constexpr unsigned long RECORD_DIMENSION = 0;  // the length by which a header m
 constexpr unsigned long MAGIC_BYTES = 4;
 
 /// The version number that the file begins with, 1, 2 or 5; 0 for another format.
-char classicVersion(std::ifstream& in) {
+char classicVersion(BufferedBytes& file) {
   std::array<char, MAGIC_BYTES> magic{};
-  in.read(magic.data(), magic.size());
+  const bool isRead = file.read(0, magic.data(), magic.size());
   const char version = magic[3];
-  const bool isClassic =
-      in && std::string(magic.data(), 3) == "CDF" && (version == 1 || version == 2 || version == 5);
+  const bool isClassic = isRead && std::string(magic.data(), 3) == "CDF" &&
+                         (version == 1 || version == 2 || version == 5);
   return isClassic ? version : '\0';
 }
 
@@ -137,16 +137,14 @@ void requireSound(Fields& fields, unsigned long fileBytes) {
 
 }  // namespace
 
-bool isClassicFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return classicVersion(in) != 0;
-}
-
-std::string findClassicDamage(const std::string& path, unsigned long fileBytes) {
-  std::ifstream in(path, std::ios::binary);
-  const char version = classicVersion(in);
+std::string findClassicDamage(int descriptor, unsigned long fileBytes) {
+  BufferedBytes file(descriptor);
+  const char version = classicVersion(file);
+  if (version == 0) {
+    return {};
+  }
   try {
-    Fields fields(in, MAGIC_BYTES, fileBytes, version);
+    Fields fields(file, MAGIC_BYTES, fileBytes, version);
     requireSound(fields, fileBytes);
   } catch (const Damage& damage) {
     return damage.what();

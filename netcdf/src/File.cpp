@@ -1,14 +1,16 @@
 #include <netcdf.h>
 #include <quillon/netcdf/File.h>
+#include <quillon/netcdf/LibraryLock.h>
 
 #include <algorithm>
 #include <memory>
+#include <mutex>
+#include <new>
+#include <stdexcept>
 #include <utility>
 
-#include "FileCheck.h"
 #include "GroupReader.h"
 #include "Source.h"
-#include "Trial.h"
 
 namespace quillon::netcdf {
 namespace {
@@ -52,22 +54,25 @@ const memory::Dictionary& findGroup(const std::string& file, const memory::Dicti
   return *group;
 }
 
+/// As the reader does it, but a group that claims more than memory holds is an error of its file.
+memory::Dictionary readGroup(GroupReader reader, int id, const std::string& name,
+                             const std::string& path) {
+  try {
+    return reader.read(id, name, path);
+  } catch (const std::bad_alloc&) {
+    reader.source().fail("there is no memory for what group '" + path + "' claims to have");
+  } catch (const std::length_error&) {
+    reader.source().fail("there is no memory for what group '" + path + "' claims to have");
+  }
+}
+
 }  // namespace
 
-File::File(const std::string& path, const OpenOptions& options) : m_path(path), m_root("/") {
-  const FileFacts facts = checkFile(path);
-  const auto open = [&] { return std::make_shared<const Source>(path, facts.bytes, options); };
-  // The trial closes the file as well: what is freed then may be damaged, too.
-  const auto loadAndClose = [&] {
-    const auto source = open();
-    std::vector<Skipped> skipped;
-    GroupReader(source, skipped).read(source->id(), "/", "/");
-  };
-  if (!facts.isClassic && !options.trustFile && !survives(loadAndClose, facts.bytes)) {
-    failReading(path, "it is damaged");
-  }
-  m_source = open();
-  m_root = GroupReader(m_source, m_skipped).read(m_source->id(), "/", "/");
+File::File(const std::string& path, const OpenOptions& options)
+    : m_path(path), m_source(std::make_shared<const Source>(path, options)), m_root("/") {
+  // Where this fails, the file is closed when the lock is free again.
+  const std::lock_guard<std::mutex> guard(libraryLock());
+  m_root = readGroup({m_source, m_skipped}, m_source->id(), "/", "/");
 }
 
 memory::Dictionary& File::root() { return m_root; }
@@ -84,6 +89,7 @@ const memory::Dictionary& File::group(const std::string& path) const {
 memory::Dictionary File::corner(const std::string& path,
                                 const std::map<std::string, unsigned long>& extents) const {
   const std::string name = group(path).getName();
+  const std::lock_guard<std::mutex> guard(libraryLock());
   int id = m_source->id();
   std::string fullPath = "/";
   std::size_t position = 0;
@@ -94,7 +100,7 @@ memory::Dictionary File::corner(const std::string& path,
     fullPath += "/";
   }
   std::vector<Skipped> skipped;  // known already
-  return GroupReader(m_source, skipped, extents).read(id, name, fullPath);
+  return readGroup({m_source, skipped, extents}, id, name, fullPath);
 }
 
 std::string File::title() const { return m_root.getDescription(); }

@@ -1,17 +1,24 @@
 #include "FileCheck.h"
 
+#include <fcntl.h>
 #include <quillon/netcdf/File.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "ClassicHeader.h"
-#include "HeapDamage.h"
 
 namespace quillon::netcdf {
 namespace {
 
 void requireRegularFile(const std::string& path) {
+  if (path.find('\0') != std::string::npos) {
+    failReading(path.c_str(), "its name goes on behind a null character, which no file's does");
+  }
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(path, error);
   if (status.type() == std::filesystem::file_type::not_found) {
@@ -28,29 +35,63 @@ void requireRegularFile(const std::string& path) {
   }
 }
 
-unsigned long sizeOf(const std::string& path) {
-  std::error_code error;
-  const unsigned long bytes = std::filesystem::file_size(path, error);
-  if (error) {
-    failReading(path, error.message());
+[[noreturn]] void failBySystem(const std::string& path) {
+  failReading(path, std::generic_category().message(errno));
+}
+
+int openForReading(const std::string& path) {
+  requireRegularFile(path);
+  // What has become a pipe meanwhile is not waited for.
+  const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (descriptor < 0) {
+    failBySystem(path);
   }
+  return descriptor;
+}
+
+unsigned long sizeOf(int descriptor, const std::string& path) {
+  struct stat facts {};
+  if (fstat(descriptor, &facts) != 0) {
+    failBySystem(path);
+  }
+  return static_cast<unsigned long>(facts.st_size);
+}
+
+unsigned long checkedSizeOf(int descriptor, const std::string& path) {
+  const unsigned long bytes = sizeOf(descriptor, path);
   if (bytes == 0) {
     failReading(path, "it is empty");
+  }
+  const std::string damage = findClassicDamage(descriptor, bytes);
+  if (!damage.empty()) {
+    failReading(path, damage);
   }
   return bytes;
 }
 
 }  // namespace
 
-FileFacts checkFile(const std::string& path) {
-  requireRegularFile(path);
-  const FileFacts facts{sizeOf(path), isClassicFile(path)};
-  const std::string damage =
-      facts.isClassic ? findClassicDamage(path, facts.bytes) : findHeapDamage(path, facts.bytes);
-  if (!damage.empty()) {
-    failReading(path, damage);
+CheckedFile::CheckedFile(std::string path)
+    : m_path(std::move(path)), m_descriptor(openForReading(m_path)) {
+  try {
+    m_bytes = checkedSizeOf(m_descriptor, m_path);
+  } catch (...) {
+    close(m_descriptor);
+    throw;
   }
-  return facts;
+}
+
+CheckedFile::~CheckedFile() { close(m_descriptor); }
+
+const std::string& CheckedFile::path() const { return m_path; }
+unsigned long CheckedFile::bytes() const { return m_bytes; }
+
+void CheckedFile::requireUncut() const {
+  const unsigned long bytes = sizeOf(m_descriptor, m_path);
+  if (bytes < m_bytes) {
+    failReading(m_path, "it was cut from " + std::to_string(m_bytes) + " to " +
+                            std::to_string(bytes) + " bytes while it was open");
+  }
 }
 
 void failReading(const std::string& path, const std::string& what) {

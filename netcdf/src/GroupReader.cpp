@@ -2,7 +2,9 @@
 
 #include <netcdf.h>
 
+#include <algorithm>
 #include <array>
+#include <limits>
 #include <utility>
 
 #include "Attributes.h"
@@ -17,13 +19,6 @@ namespace {
 using memory::ArrayBase;
 using memory::Axis;
 using memory::Dictionary;
-
-// A file that claims more values for each of its bytes is damaged: no filter packs as tightly, and
-// who leaves so much unwritten has no measurements.
-constexpr unsigned long MOST_BYTES_PER_FILE_BYTE = 1UL << 20U;
-
-// The same for one text, which is read in one piece.
-constexpr unsigned long MOST_TEXT_BYTES_PER_FILE_BYTE = 1UL << 10U;
 
 using Name = std::array<char, NC_MAX_NAME + 1>;
 
@@ -60,51 +55,28 @@ Type typeOf(const Source& source, int group, nc_type id, const std::string& subj
   return type;
 }
 
-void requirePlausible(const Variable& variable, const Type& type) {
-  const unsigned long fileBytes = variable.source->fileBytes();
-  unsigned long bytes = type.bytes;
-  for (const std::size_t extent : variable.shape) {
+void requireCountable(const Variable& variable) {
+  unsigned long bytes = variable.valueBytes;
+  for (const unsigned long extent : variable.shape) {
     if (extent == 0) {
       return;
     }
     bytes = boundedProduct(bytes, extent);
   }
-  const bool isText = type.base == NC_CHAR && !variable.shape.empty();
-  if (bytes > boundedProduct(fileBytes, MOST_BYTES_PER_FILE_BYTE) ||
-      (isText &&
-       variable.shape.back() > boundedProduct(fileBytes, MOST_TEXT_BYTES_PER_FILE_BYTE))) {
-    variable.source->fail(variable.subject() + " claims more values than a file of " +
-                          std::to_string(fileBytes) + " bytes can hold");
+  if (bytes == std::numeric_limits<unsigned long>::max()) {
+    variable.source->fail(variable.subject() + " claims more values than can be counted");
   }
 }
 
-std::vector<std::size_t> chunksOf(const Variable& variable) {
+std::vector<unsigned long> chunksOf(const Variable& variable) {
   int storage = NC_CONTIGUOUS;
   std::vector<std::size_t> chunks(variable.shape.size());
   const int status = nc_inq_var_chunking(variable.group, variable.id, &storage, chunks.data());
-  if (status != NC_NOERR || storage != NC_CHUNKED) {
+  if (status != NC_NOERR || storage != NC_CHUNKED ||
+      std::find(chunks.begin(), chunks.end(), 0) != chunks.end()) {
     return {};
   }
-  return chunks;
-}
-
-/// Sets the variable's shape and returns its axes, fastest dimension first.
-std::vector<Axis> readAxes(Variable& variable, int rank) {
-  const Source& source = *variable.source;
-  std::vector<int> dimensions(static_cast<std::size_t>(rank));
-  source.require(nc_inq_vardimid(variable.group, variable.id, dimensions.data()),
-                 variable.subject());
-  std::vector<Axis> axes;
-  for (auto dimension = dimensions.rbegin(); dimension != dimensions.rend(); ++dimension) {
-    Name name{};
-    std::size_t extent = 0;
-    source.require(nc_inq_dim(variable.group, *dimension, name.data(), &extent),
-                   variable.subject());
-    axes.emplace_back(name.data(), extent,
-                      axisKindOf(source, variable.group, *dimension, name.data()));
-    variable.shape.insert(variable.shape.begin(), extent);
-  }
-  return axes;
+  return {chunks.rbegin(), chunks.rend()};
 }
 
 std::unique_ptr<ArrayBase> arrayOf(const Type& type, Variable variable, const std::string& name,
@@ -171,14 +143,15 @@ std::unique_ptr<object_model::Data> GroupReader::makeArray(int group, int id,
   int rank = 0;
   m_source->require(nc_inq_var(group, id, name.data(), &typeId, &rank, nullptr, nullptr),
                     "a variable in '" + path + "'");
-  Variable variable{m_source, group, id, path + name.data(), {}, {}};
+  Variable variable{m_source, group, id, path + name.data(), 0, {}, {}};
   const Type type = typeOf(*m_source, group, typeId, variable.subject());
   std::vector<Axis> axes = readAxes(variable, rank);
   if (type.base == NC_NAT) {
     m_skipped.push_back({variable.path, type.name});
     return nullptr;
   }
-  requirePlausible(variable, type);
+  variable.valueBytes = type.bytes;
+  requireCountable(variable);
   cut(variable, axes, type.base == NC_CHAR ? 1 : 0);
   variable.chunks = chunksOf(variable);
   auto array = arrayOf(type, std::move(variable), name.data(), std::move(axes));
@@ -186,12 +159,38 @@ std::unique_ptr<object_model::Data> GroupReader::makeArray(int group, int id,
   return array;
 }
 
+const Axis& GroupReader::axisOf(const Variable& variable, int dimension) {
+  const auto known = m_axes.find({variable.group, dimension});
+  if (known != m_axes.end()) {
+    return known->second;
+  }
+  Name name{};
+  std::size_t extent = 0;
+  m_source->require(nc_inq_dim(variable.group, dimension, name.data(), &extent),
+                    variable.subject());
+  const Axis axis(name.data(), extent,
+                  axisKindOf(*m_source, variable.group, dimension, name.data()));
+  return m_axes.emplace(std::pair(variable.group, dimension), axis).first->second;
+}
+
+std::vector<Axis> GroupReader::readAxes(Variable& variable, int rank) {
+  std::vector<int> dimensions(static_cast<std::size_t>(rank));
+  m_source->require(nc_inq_vardimid(variable.group, variable.id, dimensions.data()),
+                    variable.subject());
+  std::vector<Axis> axes;
+  for (auto dimension = dimensions.rbegin(); dimension != dimensions.rend(); ++dimension) {
+    axes.push_back(axisOf(variable, *dimension));
+    variable.shape.push_back(axes.back().size());
+  }
+  return axes;
+}
+
 void GroupReader::cut(Variable& variable, std::vector<Axis>& axes, std::size_t firstAxis) const {
   for (std::size_t k = firstAxis; k < axes.size(); ++k) {
     const auto extent = m_extents.find(axes[k].getAxisName());
     if (extent != m_extents.end() && extent->second < axes[k].size()) {
       axes[k] = Axis(axes[k].getAxisName(), extent->second, axes[k].getAxisType());
-      variable.shape[axes.size() - 1 - k] = extent->second;
+      variable.shape[k] = extent->second;
     }
   }
 }

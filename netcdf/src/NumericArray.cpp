@@ -1,10 +1,13 @@
 #include "NumericArray.h"
 
 #include <netcdf.h>
-#include <quillon/netcdf/StoredValues.h>
+#include <object_model/BulkValues.h>
+#include <quillon/memory/ElementTypes.h>
 
 #include <algorithm>
+#include <functional>
 #include <limits>
+#include <numeric>
 #include <type_traits>
 #include <utility>
 
@@ -16,16 +19,10 @@ namespace {
 
 using memory::ArrayBase;
 using memory::Axis;
-using object_model::ElementType;
+using memory::ElementOf;
+using memory::ElementTraits;
+using memory::StoredTraits;
 using object_model::Tuple;
-
-template <class Stored>
-constexpr ElementType elementTypeOf() {
-  if (std::is_floating_point_v<Stored>) {
-    return ElementType::Double;
-  }
-  return std::is_signed_v<Stored> ? ElementType::Int : ElementType::UInt;
-}
 
 template <class Stored>
 std::vector<Stored> missingValuesOf(const Variable& variable) {
@@ -42,14 +39,20 @@ std::vector<Stored> missingValuesOf(const Variable& variable) {
 
 /// `Stored` is the values' type in the file: the window holds them as they are, and each is widened
 /// when it is asked for.
+unsigned long product(const unsigned long* factors, std::size_t count) {
+  return std::accumulate(factors, factors + count, 1UL, std::multiplies<>());
+}
+
+/// `Stored` is the values' type in the file: the window holds them as they are, and each is widened
+/// when it is asked for.
 template <class Stored>
-class NumericArray final : public ArrayBase, public StoredValues<Stored> {
+class NumericArray final : public ArrayBase, public object_model::BulkValues {
  public:
   NumericArray(Variable variable, const std::string& name, std::vector<Axis> axes,
                const std::string& description)
-      : ArrayBase(name, elementTypeOf<Stored>(), std::move(axes), description),
+      : ArrayBase(name, ElementTraits<ElementOf<Stored>>::TYPE, std::move(axes), description),
         m_variable(std::move(variable)),
-        m_window(m_variable.windows(m_variable.shape.size(), sizeof(Stored))) {
+        m_window(m_variable.windows(0, sizeof(Stored))) {
     if constexpr (std::is_floating_point_v<Stored>) {
       if (m_variable.source->options().missingAsNaN) {
         m_missing = missingValuesOf<Stored>(m_variable);
@@ -58,15 +61,15 @@ class NumericArray final : public ArrayBase, public StoredValues<Stored> {
   }
 
   double getValueAsDouble(const Tuple& index) const override {
-    if constexpr (elementTypeOf<Stored>() == ElementType::Double) {
-      return static_cast<double>(value(index));
+    if constexpr (std::is_same_v<ElementOf<Stored>, double>) {
+      return value(index);
     } else {
       return ArrayBase::getValueAsDouble(index);
     }
   }
 
   unsigned long getValueAsUInt(const Tuple& index) const override {
-    if constexpr (elementTypeOf<Stored>() == ElementType::UInt) {
+    if constexpr (std::is_same_v<ElementOf<Stored>, unsigned long>) {
       return value(index);
     } else {
       return ArrayBase::getValueAsUInt(index);
@@ -74,37 +77,49 @@ class NumericArray final : public ArrayBase, public StoredValues<Stored> {
   }
 
   long getValueAsInt(const Tuple& index) const override {
-    if constexpr (elementTypeOf<Stored>() == ElementType::Int) {
+    if constexpr (std::is_same_v<ElementOf<Stored>, long>) {
       return value(index);
     } else {
       return ArrayBase::getValueAsInt(index);
     }
   }
 
-  void readAround(unsigned long offset, Run<Stored>& run) const override {
-    const Block block = m_variable.runAround(offset, sizeof(Stored));
-    run.first = block.first;
-    run.values.resize(block.count);
-    read(block, run.values.data());
+  object_model::StoredType storedType() const override { return StoredTraits<Stored>::TYPE; }
+
+  void readValues(const unsigned long* start, const unsigned long* extent,
+                  void* destination) const override {
+    m_variable.reportRead(read(start, extent, static_cast<Stored*>(destination)));
+  }
+
+  const unsigned long* chunkExtents() const override {
+    return m_variable.chunks.empty() ? nullptr : m_variable.chunks.data();
   }
 
  private:
-  const Stored& value(const Tuple& index) const {
-    return m_window.at(offsetOf(index),
-                       [this](const Block& block, Stored* values) { read(block, values); });
+  Stored value(const Tuple& index) const {
+    return m_window.at(
+        offsetOf(index),
+        [this](const memory::Block& block, std::vector<Stored>& values) {
+          m_variable.makeRoom(values, block.count);
+          return read(block.start.data(), block.extent.data(), values.data());
+        },
+        [this](unsigned long bytes) { m_variable.reportRead(bytes); });
   }
 
-  void read(const Block& block, Stored* values) const {
-    m_variable.read(block, values);
+  /// @return how many bytes the values take in the file.
+  unsigned long read(const unsigned long* start, const unsigned long* extent,
+                     Stored* values) const {
+    m_variable.read(start, extent, values);
+    const unsigned long count = product(extent, m_variable.shape.size());
     if (!m_missing.empty()) {
       std::replace_if(
-          values, values + block.count,
+          values, values + count,
           [this](Stored stored) {
             return std::find(m_missing.begin(), m_missing.end(), stored) != m_missing.end();
           },
           std::numeric_limits<Stored>::quiet_NaN());
     }
-    m_variable.reportRead(block.count * sizeof(Stored));
+    return count * sizeof(Stored);
   }
 
   Variable m_variable;

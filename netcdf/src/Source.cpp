@@ -1,16 +1,20 @@
 #include "Source.h"
 
 #include <netcdf.h>
+#include <quillon/netcdf/LibraryLock.h>
 
+#include <mutex>
 #include <utility>
 
-#include "FileCheck.h"
+#include "LibraryPath.h"
 
 namespace quillon::netcdf {
 
-Source::Source(std::string path, unsigned long fileBytes, OpenOptions options)
-    : m_path(std::move(path)), m_fileBytes(fileBytes), m_options(std::move(options)) {
-  const int status = nc_open(m_path.c_str(), NC_NOWRITE, &m_id);
+Source::Source(const std::string& path, OpenOptions options)
+    : m_file(path), m_options(std::move(options)) {
+  const std::string unmistakable = libraryPath(path);
+  const std::lock_guard<std::mutex> guard(libraryLock());
+  const int status = nc_open(unmistakable.c_str(), NC_NOWRITE, &m_id);
   if (status == NC_ENOTNC) {
     fail("it is not a netCDF file");
   }
@@ -18,12 +22,15 @@ Source::Source(std::string path, unsigned long fileBytes, OpenOptions options)
 }
 
 // What the library says on closing a file that was only read does not matter.
-Source::~Source() { nc_close(m_id); }
+Source::~Source() {
+  const std::lock_guard<std::mutex> guard(libraryLock());
+  nc_close(m_id);
+}
 
 int Source::id() const { return m_id; }
 const OpenOptions& Source::options() const { return m_options; }
-unsigned long Source::fileBytes() const { return m_fileBytes; }
-void Source::fail(const std::string& what) const { failReading(m_path, what); }
+const CheckedFile& Source::file() const { return m_file; }
+void Source::fail(const std::string& what) const { failReading(m_file.path(), what); }
 
 void Source::require(int status, const std::string& subject) const {
   if (status != NC_NOERR) {

@@ -4,14 +4,19 @@
 
 #include <string>
 
+#include "FileCheck.h"
+
 namespace quillon::netcdf {
 
 /// An open file: the library's handle, closed with the object, and what is needed to read from it
 /// and to report errors.
+///
+/// Threads: whoever calls the library with what is here holds libraryLock(). The constructor and
+/// the destructor take it themselves, so that neither is to run under it.
 class Source {
  public:
-  /// Opens the file at `path`, of `fileBytes` bytes, for reading. @throws Error
-  Source(std::string path, unsigned long fileBytes, OpenOptions options);
+  /// Opens the file at `path` for reading. @throws Error
+  Source(const std::string& path, OpenOptions options);
   Source(const Source&) = delete;
   Source& operator=(const Source&) = delete;
   ~Source();
@@ -20,8 +25,8 @@ class Source {
   int id() const;
   const OpenOptions& options() const;
 
-  /// The file's length in bytes.
-  unsigned long fileBytes() const;
+  /// The file itself, as the system has it.
+  const CheckedFile& file() const;
 
   /// @throws Error naming the file; `what` says what is wrong.
   [[noreturn]] void fail(const std::string& what) const;
@@ -30,8 +35,7 @@ class Source {
   void require(int status, const std::string& subject) const;
 
  private:
-  std::string m_path;
-  unsigned long m_fileBytes;
+  CheckedFile m_file;
   OpenOptions m_options;
   int m_id = -1;
 };

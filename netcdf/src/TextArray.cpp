@@ -1,26 +1,34 @@
 #include "TextArray.h"
 
 #include <netcdf.h>
+#include <quillon/netcdf/LibraryLock.h>
 
+#include <mutex>
 #include <utility>
 
+#include "Bounded.h"
 #include "Padding.h"
-#include "Trial.h"
 
 namespace quillon::netcdf {
 namespace {
 
 constexpr std::size_t STRING_BYTES = 128;  // a string's length is not known before it is read
 
+// A text is read in one piece: one that is as long as this for each byte of its file is damaged.
+constexpr unsigned long MOST_TEXT_BYTES_PER_FILE_BYTE = 1UL << 10U;
+
 /// The strings that the library made, freed with it.
 class LibraryStrings {
  public:
-  explicit LibraryStrings(std::size_t count) : m_texts(count, nullptr) {}
+  LibraryStrings() = default;
   LibraryStrings(const LibraryStrings&) = delete;
   LibraryStrings& operator=(const LibraryStrings&) = delete;
-  ~LibraryStrings() { nc_free_string(m_texts.size(), m_texts.data()); }
+  ~LibraryStrings() {
+    const std::lock_guard<std::mutex> guard(libraryLock());
+    nc_free_string(m_texts.size(), m_texts.data());
+  }
 
-  char** data() { return m_texts.data(); }
+  std::vector<char*>& texts() { return m_texts; }
   std::string at(std::size_t k) const { return m_texts[k] == nullptr ? "" : m_texts[k]; }
 
  private:
@@ -29,12 +37,14 @@ class LibraryStrings {
 
 std::size_t textLength(TextArray::Storage storage, const Variable& variable) {
   const bool isText = storage == TextArray::Storage::Characters;
-  return !isText || variable.shape.empty() ? 1 : variable.shape.back();
+  return !isText || variable.shape.empty() ? 1 : variable.shape.front();
 }
 
 // A text of characters is held twice while it is read.
 std::size_t textBytes(TextArray::Storage storage, std::size_t length) {
-  return storage == TextArray::Storage::Strings ? STRING_BYTES : sizeof(std::string) + 2 * length;
+  return storage == TextArray::Storage::Strings
+             ? STRING_BYTES
+             : boundedSum(sizeof(std::string), boundedProduct(2, length));
 }
 
 }  // namespace
@@ -45,45 +55,58 @@ TextArray::TextArray(Storage storage, Variable variable, const std::string& name
       m_storage(storage),
       m_variable(std::move(variable)),
       m_length(textLength(storage, m_variable)),
-      m_window(m_variable.windows(size().size(), textBytes(storage, m_length))) {}
+      m_window(m_variable.windows(m_variable.shape.size() - size().size(),
+                                  textBytes(storage, m_length))) {}
 
 std::string TextArray::getValueAsString(const object_model::Tuple& index) const {
-  return m_window.at(offsetOf(index), [this](const Block& block, std::string* texts) {
-    m_storage == Storage::Strings ? readStrings(block, texts) : readCharacters(block, texts);
-  });
+  return m_window.at(
+      offsetOf(index),
+      [this](const memory::Block& block, std::vector<std::string>& texts) {
+        m_variable.makeRoom(texts, block.count);
+        return m_storage == Storage::Strings ? readStrings(block, texts.data())
+                                             : readCharacters(block, texts.data());
+      },
+      [this](unsigned long bytes) { m_variable.reportRead(bytes); });
 }
 
-void TextArray::readStrings(const Block& block, std::string* texts) const {
-  LibraryStrings strings(block.count);
-  const auto read = [&] { m_variable.read(block, strings.data()); };
-  // The library follows the references to the strings without a check.
-  if (!m_variable.source->options().trustFile && !survives(read, m_variable.source->fileBytes())) {
-    m_variable.source->fail(m_variable.subject() + " cannot be read: its strings are damaged");
-  }
-  read();
+unsigned long TextArray::readStrings(const memory::Block& block, std::string* texts) const {
+  LibraryStrings strings;
+  m_variable.makeRoom(strings.texts(), block.count);
+  m_variable.read(block.start.data(), block.extent.data(), strings.texts().data());
   unsigned long bytes = 0;
   for (unsigned long k = 0; k < block.count; ++k) {
     texts[k] = strings.at(k);
     bytes += texts[k].size();
   }
-  m_variable.reportRead(bytes);
+  return bytes;
 }
 
-void TextArray::readCharacters(const Block& block, std::string* texts) const {
-  std::vector<char> characters(block.count * m_length);
+unsigned long TextArray::readCharacters(const memory::Block& block, std::string* texts) const {
+  requirePlausibleLength();
+  std::vector<char> characters;
+  m_variable.makeRoom(characters, boundedProduct(block.count, m_length));
   if (!characters.empty()) {
-    Block stored = block;
+    memory::Block stored = block;
     if (!m_variable.shape.empty()) {
-      stored.start.push_back(0);
-      stored.extent.push_back(m_length);
+      stored.start.insert(stored.start.begin(), 0);
+      stored.extent.insert(stored.extent.begin(), m_length);
     }
-    m_variable.read(stored, characters.data());
+    m_variable.read(stored.start.data(), stored.extent.data(), characters.data());
   }
   for (unsigned long k = 0; k < block.count; ++k) {
     texts[k].assign(characters.data() + k * m_length, m_length);
     cutPadding(texts[k]);
   }
-  m_variable.reportRead(characters.size());
+  return characters.size();
+}
+
+void TextArray::requirePlausibleLength() const {
+  const unsigned long fileBytes = m_variable.source->file().bytes();
+  if (m_length > boundedProduct(fileBytes, MOST_TEXT_BYTES_PER_FILE_BYTE)) {
+    m_variable.source->fail(m_variable.subject() + " claims texts of " + std::to_string(m_length) +
+                            " characters, which a file of " + std::to_string(fileBytes) +
+                            " bytes cannot hold");
+  }
 }
 
 }  // namespace quillon::netcdf

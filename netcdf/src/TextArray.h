@@ -19,8 +19,10 @@ class TextArray final : public memory::ArrayBase {
   std::string getValueAsString(const object_model::Tuple& index) const override;
 
  private:
-  void readStrings(const Block& block, std::string* texts) const;
-  void readCharacters(const Block& block, std::string* texts) const;
+  /// Both return how many bytes the texts take in the file.
+  unsigned long readStrings(const memory::Block& block, std::string* texts) const;
+  unsigned long readCharacters(const memory::Block& block, std::string* texts) const;
+  void requirePlausibleLength() const;
 
   Storage m_storage;
   Variable m_variable;

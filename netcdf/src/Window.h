@@ -1,44 +1,56 @@
 #pragma once
 
+#include <quillon/memory/Values.h>
+
+#include <mutex>
 #include <utility>
 #include <vector>
-
-#include "WindowLayout.h"
 
 namespace quillon::netcdf {
 
 /// The one block of a grid of values that is held in memory; moves to where it is asked.
+///
+/// Threads: at() may run in several at a time. Those that ask for another block wait for each
+/// other.
 template <class Value>
 class Window {
  public:
-  explicit Window(WindowLayout layout) : m_layout(std::move(layout)) {}
+  explicit Window(memory::BlockLayout layout) : m_layout(std::move(layout)) {}
 
   /// The value at `offset` in storage order, which must be in the grid. When it is outside the
-  /// window, `read(block, destination)` is called for the block around it and writes that block's
-  /// values. What it throws passes through and leaves an empty window.
-  template <class Read>
-  const Value& at(unsigned long offset, const Read& read) {
-    if (offset < m_first || offset - m_first >= m_count) {
-      moveTo(offset, read);
+  /// window, `read(block, values)` is called for the block around it: it makes `values` long enough
+  /// where they are not, writes the block's values and returns how many bytes it read. What it
+  /// throws passes through and leaves an empty window. `report(bytes)` comes afterwards, when
+  /// neither this window is locked nor anything else that `read` locks.
+  template <class Read, class Report>
+  Value at(unsigned long offset, const Read& read, const Report& report) {
+    std::unique_lock<std::mutex> lock(m_mutex);
+    if (offset >= m_first && offset - m_first < m_count) {
+      return m_values[offset - m_first];
     }
-    return m_values[offset - m_first];
+    const unsigned long bytes = moveTo(offset, read);
+    Value value = m_values[offset - m_first];
+    lock.unlock();
+    report(bytes);
+    return value;
   }
 
  private:
   template <class Read>
-  void moveTo(unsigned long offset, const Read& read) {
-    const Block block = m_layout.blockAround(offset);
+  unsigned long moveTo(unsigned long offset, const Read& read) {
+    const memory::Block block = m_layout.blockAt(offset);
     m_count = 0;
     if (m_values.size() < block.count) {
       m_values = std::vector<Value>();  // the old room goes before the new one comes
-      m_values.resize(block.count);
     }
-    read(block, m_values.data());
+    const unsigned long bytes = read(block, m_values);
     m_first = block.first;
     m_count = block.count;
+    return bytes;
   }
 
-  WindowLayout m_layout;
+  std::mutex m_mutex;
+  memory::BlockLayout m_layout;
   std::vector<Value> m_values;
   unsigned long m_first = 0;
   unsigned long m_count = 0;

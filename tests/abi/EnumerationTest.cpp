@@ -1,6 +1,7 @@
 // The values of the public enumerations: they are passed as 32-bit integers and appear in messages.
 #include <gtest/gtest.h>
 #include <object_model/AxisInfo.h>
+#include <object_model/BulkValues.h>
 #include <object_model/ComparisonHelper.h>
 #include <object_model/ElementType.h>
 #include <object_model/PhysicalInformation.h>
@@ -42,6 +43,19 @@ INSTANTIATE_TEST_SUITE_P(ElementType, EnumerationTest,
                                            row("Boolean", ElementType::Boolean, 5),
                                            row("Dictionary", ElementType::Dictionary, 6)),
                          nameOf);
+
+INSTANTIATE_TEST_SUITE_P(
+    StoredType, EnumerationTest,
+    ::testing::Values(row("Int8", StoredType::Int8, 0), row("Int16", StoredType::Int16, 1),
+                      row("Int32", StoredType::Int32, 2), row("Int64", StoredType::Int64, 3),
+                      row("UInt8", StoredType::UInt8, 4), row("UInt16", StoredType::UInt16, 5),
+                      row("UInt32", StoredType::UInt32, 6), row("UInt64", StoredType::UInt64, 7),
+                      row("Float32", StoredType::Float32, 8),
+                      row("Float64", StoredType::Float64, 9),
+                      row("Complex64", StoredType::Complex64, 10),
+                      row("Complex128", StoredType::Complex128, 11),
+                      row("Boolean", StoredType::Boolean, 12)),
+    nameOf);
 
 INSTANTIATE_TEST_SUITE_P(AxisType, EnumerationTest,
                          ::testing::Values(row("Slice", AxisType::Slice, 0),

@@ -5,6 +5,7 @@
 #include <object_model/ArrayInfo.h>
 #include <object_model/AxisInfo.h>
 #include <object_model/Buffer.h>
+#include <object_model/BulkValues.h>
 #include <object_model/DictionaryInfo.h>
 #include <object_model/DynamicDictionary.h>
 #include <object_model/InvalidCall.h>
@@ -47,21 +48,22 @@ TEST_P(LayoutTest, IsAsReleased) {
 
 INSTANTIATE_TEST_SUITE_P(
     Classes, LayoutTest,
-    ::testing::Values(layoutOf<Exception>("Exception", 40),
-                      layoutOf<InvalidCall>("InvalidCall", 40), layoutOf<Tuple>("Tuple", 24),
-                      layoutOf<TupleX>("TupleX", 32), layoutOf<Data>("Data", 8),
-                      layoutOf<Array>("Array", 8), layoutOf<Dictionary>("Dictionary", 8),
-                      layoutOf<DynamicDictionary>("DynamicDictionary", 8),
-                      layoutOf<Buffer>("Buffer", 16), layoutOf<Request>("Request", 8),
-                      layoutOf<DataInfo>("DataInfo", 8), layoutOf<ArrayInfo>("ArrayInfo", 8),
-                      layoutOf<DictionaryInfo>("DictionaryInfo", 8),
-                      layoutOf<AxisInfo>("AxisInfo", 8), layoutOf<Namespace>("Namespace", 8)),
+    ::testing::Values(
+        layoutOf<Exception>("Exception", 40), layoutOf<InvalidCall>("InvalidCall", 40),
+        layoutOf<Tuple>("Tuple", 24), layoutOf<TupleX>("TupleX", 32), layoutOf<Data>("Data", 8),
+        layoutOf<Array>("Array", 8), layoutOf<Dictionary>("Dictionary", 8),
+        layoutOf<DynamicDictionary>("DynamicDictionary", 8), layoutOf<Buffer>("Buffer", 16),
+        layoutOf<Request>("Request", 8), layoutOf<DataInfo>("DataInfo", 8),
+        layoutOf<ArrayInfo>("ArrayInfo", 8), layoutOf<DictionaryInfo>("DictionaryInfo", 8),
+        layoutOf<AxisInfo>("AxisInfo", 8), layoutOf<Namespace>("Namespace", 8),
+        layoutOf<BulkValues>("BulkValues", 8), layoutOf<ValuesInPlace>("ValuesInPlace", 16)),
     [](const auto& row) { return row.param.name; });
 
 // A class that can be copied byte by byte is passed in registers, every other one by address, so a
 // copy operation or a destructor that is added or removed changes how functions are called.
-TEST(PassingTest, OnlyABufferIsPassedInRegisters) {
+TEST(PassingTest, OnlyABufferAndThePlaceOfValuesArePassedInRegisters) {
   EXPECT_TRUE(std::is_trivially_copyable_v<Buffer>);
+  EXPECT_TRUE(std::is_trivially_copyable_v<ValuesInPlace>);
   EXPECT_FALSE(std::is_trivially_copyable_v<Exception>);
   EXPECT_FALSE(std::is_trivially_copyable_v<InvalidCall>);
   EXPECT_FALSE(std::is_trivially_copyable_v<Tuple>);
@@ -107,6 +109,14 @@ TEST(FieldPlaceTest, ABufferHasTheAddressAndThenTheSize) {
   const Buffer buffer(&byte, 77);
   EXPECT_EQ(fieldAt<char*>(buffer, 0), &byte);
   EXPECT_EQ(fieldAt<unsigned long>(buffer, 8), 77U);
+}
+
+TEST(FieldPlaceTest, ThePlaceOfValuesHasTheAddressAndThenTheSteps) {
+  const double value = 0;
+  const long stride = 8;
+  const ValuesInPlace place = {&value, &stride};
+  EXPECT_EQ(fieldAt<const void*>(place, 0), &value);
+  EXPECT_EQ(fieldAt<const long*>(place, 8), &stride);
 }
 
 TEST(FieldPlaceTest, ANamespaceHasTheAddressOfItsMap) {

@@ -4,6 +4,7 @@
 #include <object_model/Array.h>
 #include <object_model/ArrayInfo.h>
 #include <object_model/AxisInfo.h>
+#include <object_model/BulkValues.h>
 #include <object_model/DictionaryInfo.h>
 #include <object_model/DynamicDictionary.h>
 #include <object_model/InvalidCall.h>
@@ -91,6 +92,15 @@ INSTANTIATE_TEST_SUITE_P(
              slotOf<WritingInterface* (Array::*)()>(&Array::getWritingInterface), 26},
         Slot{"getWritingInterfaceConst",
              slotOf<const WritingInterface* (Array::*)() const>(&Array::getWritingInterface), 27}),
+    operationOf);
+
+// Without a destructor among them: arrays are destroyed as arrays.
+INSTANTIATE_TEST_SUITE_P(
+    BulkValues, SlotOrderTest,
+    ::testing::Values(Slot{"storedType", slotOf(&BulkValues::storedType), 0},
+                      Slot{"valuesInPlace", slotOf(&BulkValues::valuesInPlace), 1},
+                      Slot{"readValues", slotOf(&BulkValues::readValues), 2},
+                      Slot{"chunkExtents", slotOf(&BulkValues::chunkExtents), 3}),
     operationOf);
 
 INSTANTIATE_TEST_SUITE_P(
@@ -244,17 +254,16 @@ INSTANTIATE_TEST_SUITE_P(AxisInfo, SlotOrderTest,
 // appended on purpose; it has to be known then that everything derived is built anew.
 INSTANTIATE_TEST_SUITE_P(
     NextFree, SlotOrderTest,
-    ::testing::Values(Slot{"Exception", slotAfter<Exception>(), 1},
-                      Slot{"InvalidCall", slotAfter<InvalidCall>(), 1},
-                      Slot{"Tuple", slotAfter<Tuple>(), 2}, Slot{"TupleX", slotAfter<TupleX>(), 2},
-                      Slot{"Data", slotAfter<Data>(), 16}, Slot{"Array", slotAfter<Array>(), 28},
-                      Slot{"Dictionary", slotAfter<Dictionary>(), 22},
-                      Slot{"DynamicDictionary", slotAfter<DynamicDictionary>(), 29},
-                      Slot{"Request", slotAfter<Request>(), 6},
-                      Slot{"DataInfo", slotAfter<DataInfo>(), 9},
-                      Slot{"ArrayInfo", slotAfter<ArrayInfo>(), 15},
-                      Slot{"DictionaryInfo", slotAfter<DictionaryInfo>(), 14},
-                      Slot{"AxisInfo", slotAfter<AxisInfo>(), 4}),
+    ::testing::Values(
+        Slot{"Exception", slotAfter<Exception>(), 1},
+        Slot{"InvalidCall", slotAfter<InvalidCall>(), 1}, Slot{"Tuple", slotAfter<Tuple>(), 2},
+        Slot{"TupleX", slotAfter<TupleX>(), 2}, Slot{"Data", slotAfter<Data>(), 16},
+        Slot{"Array", slotAfter<Array>(), 28}, Slot{"Dictionary", slotAfter<Dictionary>(), 22},
+        Slot{"DynamicDictionary", slotAfter<DynamicDictionary>(), 29},
+        Slot{"Request", slotAfter<Request>(), 6}, Slot{"DataInfo", slotAfter<DataInfo>(), 9},
+        Slot{"ArrayInfo", slotAfter<ArrayInfo>(), 15},
+        Slot{"DictionaryInfo", slotAfter<DictionaryInfo>(), 14},
+        Slot{"AxisInfo", slotAfter<AxisInfo>(), 4}, Slot{"BulkValues", slotAfter<BulkValues>(), 4}),
     operationOf);
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
-#include <object_model/InvalidCall.h>
 #include <quillon/memory/ArrayBase.h>
+#include <quillon/memory/InvalidCall.h>
+#include <quillon/memory/TypedArray.h>
 #include <rapidcheck.h>
 #include <rapidcheck/gtest.h>
 
@@ -18,7 +19,6 @@ namespace quillon::memory {
 namespace {
 
 using object_model::ElementType;
-using object_model::InvalidCall;
 using object_model::Tuple;
 using object_model::TupleX;
 using test::thrownBy;
@@ -221,6 +221,52 @@ INSTANTIATE_TEST_SUITE_P(
         AccessCase{"Complex", [](const ArrayBase& a, const Tuple& i) { a.getValueAsComplex(i); },
                    "Complex"}),
     [](const auto& row) { return row.param.accessor; });
+
+// Coordinates
+
+std::shared_ptr<const DoubleArray> along(const std::string& name, std::vector<double> values) {
+  const std::vector<Axis> axes = {{name, values.size()}};
+  return std::make_shared<const DoubleArray>(name, axes, std::move(values));
+}
+
+TEST(CoordinatesTest, AreKeptForEachDimension) {
+  IntArray array("a", {{"x", 2}, {"y", 1}}, {1, 2});
+  EXPECT_EQ(array.coordinates(0), nullptr);
+  const auto y = along("y", {7});
+  array.setCoordinates(1, y);
+  EXPECT_EQ(array.coordinates(0), nullptr);
+  EXPECT_EQ(array.coordinates(1), y);
+  EXPECT_EQ(array.coordinates(2), nullptr);
+  const IntArray moved(std::move(array));
+  EXPECT_EQ(dynamic_cast<const HasCoordinates&>(moved).coordinates(1), y);
+}
+
+TEST(CoordinatesTest, AreTakenAwayByNull) {
+  IntArray array("a", {{"x", 2}}, {1, 2});
+  array.setCoordinates(0, along("x", {5, 6}));
+  array.setCoordinates(0, nullptr);
+  EXPECT_EQ(array.coordinates(0), nullptr);
+}
+
+TEST(CoordinatesTest, OfAnotherShapeAreRefused) {
+  IntArray array("a", {{"x", 2}}, {1, 2});
+  const auto x = along("x", {5, 6});
+  array.setCoordinates(0, x);
+  EXPECT_EQ(thrownBy<std::invalid_argument>([&] { array.setCoordinates(0, along("c", {5})); }),
+            "Axis 'x' of array 'a' has 2 points and cannot take the coordinates 'c' of shape (1)");
+  const auto two = std::make_shared<const DoubleArray>("c", std::vector<Axis>{{"x", 2}, {"y", 1}},
+                                                       std::vector<double>{1, 2});
+  EXPECT_EQ(
+      thrownBy<std::invalid_argument>([&] { array.setCoordinates(0, two); }),
+      "Axis 'x' of array 'a' has 2 points and cannot take the coordinates 'c' of shape (2;1)");
+  EXPECT_EQ(array.coordinates(0), x);
+}
+
+TEST(CoordinatesTest, OfNoDimensionAreRefused) {
+  IntArray array("a", {{"x", 2}}, {1, 2});
+  EXPECT_EQ(thrownBy<std::out_of_range>([&] { array.setCoordinates(1, along("y", {5})); }),
+            "Array 'a' has 1 axes; there is none for dimension 1");
+}
 
 }  // namespace
 }  // namespace quillon::memory

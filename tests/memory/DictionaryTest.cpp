@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-#include <object_model/InvalidCall.h>
+#include <gmock/gmock.h>
 #include <quillon/memory/Dictionary.h>
+#include <quillon/memory/InvalidCall.h>
 #include <quillon/memory/TypedArray.h>
 
 #include <limits>
@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+#include "support/FaultInjection.h"
+#include "support/Interfaces.h"
 #include "support/Thrown.h"
 
 namespace quillon::memory {
@@ -271,6 +273,185 @@ TEST(DictionaryTest, ADictionaryIsNeverPutInsideItself) {
   EXPECT_EQ(thrownBy<std::invalid_argument>([&] { innerSame = std::move(same); }),
             "Dictionary 'same' cannot be put inside itself");
   expectConsistent(same, {"same"});
+}
+
+// Paths and types
+
+class DictionaryPathTest : public ::testing::Test {
+ protected:
+  Dictionary m_root{"root"};
+  Dictionary& m_cells = m_root.add(Dictionary("cells"));
+  DoubleArray& m_area = m_cells.add(scalar("area"));
+  UIntArray& m_count = m_cells.add(UIntArray("n", {}, {1}));
+};
+
+TEST_F(DictionaryPathTest, AnEntryIsFoundAlongItsPathAsWhatItIs) {
+  EXPECT_EQ(&m_root.at<DoubleArray>("cells/area"), &m_area);
+  EXPECT_EQ(&std::as_const(m_root).at<UIntArray>("cells/n"), &m_count);
+  EXPECT_EQ(&m_root.at<Dictionary>("cells"), &m_cells);
+  EXPECT_EQ(&m_cells.at<object_model::Array>("area"), &m_area);
+  EXPECT_EQ(&m_root.at("cells/area"), &m_area);
+}
+
+TEST_F(DictionaryPathTest, ASlashInFrontIsPassedOver) {
+  EXPECT_EQ(&m_root.at("/cells/area"), &m_area);
+}
+
+TEST_F(DictionaryPathTest, ANameWithASlashGoesBefore) {
+  const DoubleArray& slashed = m_root.add(scalar("cells/area"));
+  const DoubleArray& inner = m_cells.add(scalar("x/y"));
+  EXPECT_EQ(&m_root.at("cells/area"), &slashed);
+  EXPECT_EQ(&m_root.at("cells/x/y"), &inner);
+}
+
+TEST_F(DictionaryPathTest, LeadsThroughDictionariesOfAllClasses) {
+  Dictionary outer("outer");
+  outer.add(std::make_unique<test::PlainDictionary>()).add(m_cells);
+  EXPECT_EQ(&outer.at<DoubleArray>("dictionary/cells/area"), &m_area);
+  EXPECT_EQ(thrownBy<std::out_of_range>([&] { outer.at("dictionary/dells/area"); }),
+            "Dictionary 'outer' has no entry 'dictionary/dells/area': 'dictionary' has no 'dells'");
+}
+
+TEST_F(DictionaryPathTest, SaysHowFarThePathLeads) {
+  const auto sentence = [this](const char* path) {
+    return thrownBy<std::out_of_range>([&] { m_root.at(path); });
+  };
+  EXPECT_EQ(sentence("area"), "Dictionary 'root' has no entry 'area'");
+  EXPECT_EQ(sentence("dells/area"),
+            "Dictionary 'root' has no entry 'dells/area': it has no 'dells'");
+  EXPECT_EQ(sentence("cells/volume"),
+            "Dictionary 'root' has no entry 'cells/volume': 'cells' has no 'volume'");
+  EXPECT_EQ(sentence("cells/area/x"),
+            "Dictionary 'root' has no entry 'cells/area/x': 'cells/area' is no dictionary");
+  EXPECT_EQ(sentence("cells/"), "Dictionary 'root' has no entry 'cells/': 'cells' has no ''");
+  EXPECT_EQ(sentence(""), "Dictionary 'root' has no entry ''");
+  EXPECT_EQ(sentence("/"), "Dictionary 'root' has no entry '/': it has no ''");
+}
+
+TEST_F(DictionaryPathTest, SaysWhatIsThereAndWhatWasAskedFor) {
+  EXPECT_EQ(thrownBy<InvalidCall>([&] { m_root.at<DoubleArray>("cells/n"); }),
+            "Entry 'cells/n' of dictionary 'root' is an array of UInt "
+            "(quillon::memory::TypedArray<unsigned long>), not a "
+            "quillon::memory::TypedArray<double>");
+  EXPECT_EQ(
+      thrownBy<InvalidCall>([&] { std::as_const(m_root).at<object_model::Array>("cells"); }),
+      "Entry 'cells' of dictionary 'root' is a dictionary (quillon::memory::Dictionary), not a "
+      "object_model::Array");
+}
+
+// Taking out and renaming
+
+/// A dictionary with the entries a, b and c.
+Dictionary abc() {
+  Dictionary dictionary("d");
+  for (const char* name : {"a", "b", "c"}) {
+    dictionary.add(scalar(name));
+  }
+  return dictionary;
+}
+
+TEST(DictionaryTest, RemovingLeavesTheOthersInTheirOrder) {
+  Dictionary dictionary = abc();
+  dictionary.remove("a");
+  expectConsistent(dictionary, {"b", "c"});
+  dictionary.remove("c");
+  expectConsistent(dictionary, {"b"});
+  dictionary.add(scalar("a"));
+  expectConsistent(dictionary, {"b", "a"});
+  EXPECT_EQ(thrownBy<std::out_of_range>([&] { dictionary.remove("c"); }),
+            "Dictionary 'd' has no entry 'c'");
+  expectConsistent(dictionary, {"b", "a"});
+}
+
+TEST(DictionaryTest, AnExtractedEntryStandsInNoContainer) {
+  Dictionary dictionary = abc();
+  const Data* address = dictionary.data("b");
+  std::unique_ptr<Data> entry = dictionary.extract("b");
+  EXPECT_EQ(entry.get(), address);
+  EXPECT_EQ(entry->parent(), nullptr);
+  expectConsistent(dictionary, {"a", "c"});
+  dictionary.add(std::move(entry));
+  expectConsistent(dictionary, {"a", "c", "b"});
+  EXPECT_EQ(thrownBy<std::out_of_range>([&] { dictionary.extract("x"); }),
+            "Dictionary 'd' has no entry 'x'");
+}
+
+TEST(DictionaryTest, ARenamedEntryKeepsItsPlace) {
+  Dictionary dictionary = abc();
+  dictionary.add(Dictionary("inner"));
+  dictionary.rename("b", "B");
+  dictionary.rename("inner", "b");
+  expectConsistent(dictionary, {"a", "B", "c", "b"});
+  EXPECT_FALSE(dictionary.contains("inner"));
+}
+
+TEST(DictionaryTest, RenamingToTheSameNameChangesNothing) {
+  Dictionary dictionary = abc();
+  dictionary.rename("b", "b");
+  expectConsistent(dictionary, {"a", "b", "c"});
+}
+
+TEST(DictionaryTest, RenamingIsRefusedWhereItCannotBe) {
+  Dictionary dictionary = abc();
+  EXPECT_EQ(thrownBy<std::out_of_range>([&] { dictionary.rename("x", "y"); }),
+            "Dictionary 'd' has no entry 'x'");
+  EXPECT_EQ(thrownBy<std::invalid_argument>([&] { dictionary.rename("a", "c"); }),
+            "Dictionary 'd' already has an entry 'c'");
+  dictionary.add(std::make_unique<test::PlainArray>());
+  EXPECT_EQ(thrownBy<InvalidCall>([&] { dictionary.rename("array", "t"); }),
+            "Dictionary 'd' cannot rename its entry 'array', which is of a class with names of its "
+            "own (test::PlainArray)");
+  expectConsistent(dictionary, {"a", "b", "c", "array"});
+}
+
+TEST(DictionaryTest, AnEntryIsRenamedByItsDictionaryAlone) {
+  Dictionary dictionary("d");
+  DoubleArray& array = dictionary.add(scalar("a"));
+  Dictionary& inner = dictionary.add(Dictionary("inner"));
+  EXPECT_EQ(thrownBy<std::invalid_argument>([&] { array.setName("b"); }),
+            "Array 'a' is an entry and cannot take the name 'b'");
+  EXPECT_EQ(thrownBy<std::invalid_argument>([&] { inner.setName("b"); }),
+            "Dictionary 'inner' is an entry and cannot take the name 'b'");
+  array.setName("a");
+  dictionary.setName("e");
+  EXPECT_EQ(dictionary.getName(), "e");
+  expectConsistent(dictionary, {"a", "inner"});
+}
+
+TEST(DictionaryTest, TheDescriptionIsReplaced) {
+  Dictionary dictionary("d", "old");
+  dictionary.setDescription("new");
+  EXPECT_EQ(dictionary.getDescription(), "new");
+}
+
+TEST(DictionaryTest, OutOfMemoryNothingIsChanged) {
+  const std::string longName = "a name that needs memory of its own";
+  std::unique_ptr<Dictionary> dictionary;
+  std::unique_ptr<Data> entry;
+  const auto failing = [&](const std::function<void()>& run) {
+    test::AllOrNothing operation(
+        [&] {
+          dictionary = std::make_unique<Dictionary>(abc());
+          entry = std::make_unique<DoubleArray>(scalar(longName));
+        },
+        run, [&] { return ::testing::PrintToString(namesOf(*dictionary)); });
+    return test::injectEveryFault(operation).allocations;
+  };
+  EXPECT_GE(
+      failing([&] { dictionary->rename(dictionary->contains("b") ? "b" : longName, longName); }),
+      1U);
+  EXPECT_EQ(failing([&] {
+              if (dictionary->contains("b")) {
+                dictionary->remove("b");
+              }
+            }),
+            0U);
+  EXPECT_GE(failing([&] {
+              if (entry != nullptr) {
+                dictionary->add(std::move(entry));
+              }
+            }),
+            1U);
 }
 
 TEST(DictionaryTest, ReservedOperationsDoNothing) {

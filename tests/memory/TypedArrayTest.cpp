@@ -1,5 +1,5 @@
 #include <gtest/gtest.h>
-#include <object_model/InvalidCall.h>
+#include <quillon/memory/InvalidCall.h>
 #include <quillon/memory/TypedArray.h>
 
 #include <array>
@@ -19,7 +19,6 @@ namespace {
 
 using object_model::Array;
 using object_model::ElementType;
-using object_model::InvalidCall;
 using object_model::Tuple;
 using object_model::TupleX;
 using test::thrownBy;

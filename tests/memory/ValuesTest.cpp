@@ -1,5 +1,5 @@
 #include <gmock/gmock.h>
-#include <object_model/InvalidCall.h>
+#include <quillon/memory/InvalidCall.h>
 #include <quillon/memory/TypedArray.h>
 #include <quillon/memory/Values.h>
 
@@ -58,7 +58,7 @@ TEST(ValuesTest, TextsAreReadByTheAccessor) {
 TEST(ValuesTest, AnotherTypeIsRefusedByName) {
   const DoubleArray array("a", {{"x", 1}}, {0});
   long value = 0;
-  EXPECT_EQ(test::thrownBy<object_model::InvalidCall>([&] {
+  EXPECT_EQ(test::thrownBy<InvalidCall>([&] {
               copyValues(array, {0, 1, {0}, {1}}, &value);
             }),
             "Array 'a' holds Double, not int64");

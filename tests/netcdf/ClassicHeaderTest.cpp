@@ -1,6 +1,6 @@
 #include <ostream>
 
-#include "ClassicHeader.h"
+#include "FileCheck.h"
 #include "TestFiles.h"
 
 namespace quillon::netcdf {
@@ -73,7 +73,7 @@ class ClassicHeaderTest : public testing::TestWithParam<Format> {
 
 TEST_P(ClassicHeaderTest, SoundFileIsSound) {
   writeFixedAndRecords();
-  EXPECT_EQ(findClassicDamage(path(), readBytes(path()).size()), "");
+  EXPECT_EQ(CheckedFile(path()).bytes(), readBytes(path()).size());
   EXPECT_THAT(valuesOf(arrayAt(File(path()), "records")),
               testing::ElementsAre("1", "2", "3", "4", "5", "6"));
 }

@@ -1,10 +1,13 @@
+#include <object_model/BulkValues.h>
 #include <object_model/InvalidCall.h>
-#include <quillon/netcdf/StoredValues.h>
+#include <quillon/memory/ElementTypes.h>
+#include <quillon/memory/Values.h>
 
 #include <cmath>
 #include <limits>
 #include <numeric>
 #include <ostream>
+#include <utility>
 
 #include "TestFiles.h"
 
@@ -20,6 +23,7 @@ struct TypeCase {
   int mode;
   std::function<void(const Writer&, int)> put;
   ElementType elementType;
+  object_model::StoredType storedType;
   std::vector<std::string> values;
 };
 
@@ -36,6 +40,7 @@ TypeCase extremes(const char* rule, nc_type type, int mode, ElementType elementT
             writer.put<Value>(variable, {3}, {Limits::lowest(), 1, Limits::max()});
           },
           elementType,
+          memory::StoredTraits<Value>::TYPE,
           values};
 }
 
@@ -51,6 +56,10 @@ TEST_P(NumericTypeTest, ReadsToTheLastDigit) {
   const File file(scratch.path("a.nc"));
   EXPECT_EQ(arrayAt(file, "v").getElementType(), GetParam().elementType);
   EXPECT_EQ(valuesOf(arrayAt(file, "v")), GetParam().values);
+  const object_model::BulkValues* bulk = memory::bulkValuesOf(arrayAt(file, "v"));
+  ASSERT_NE(bulk, nullptr);
+  EXPECT_EQ(bulk->storedType(), GetParam().storedType);
+  EXPECT_EQ(bulk->valuesInPlace().first, nullptr);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -174,52 +183,129 @@ TEST_F(NumericArrayTest, ExceptionOfTheListenerPassesAndTheValueCanBeReadAgain) 
   EXPECT_THAT(valuesOf(arrayAt(file, "v")), ElementsAre("5"));
 }
 
-/// The array's values as they come in bulk; `lengths` is told how many came at a time.
-template <class Stored>
-std::vector<Stored> inBulk(const memory::ArrayBase& array, std::vector<unsigned long>& lengths) {
-  const auto& stored = dynamic_cast<const StoredValues<Stored>&>(array);
-  std::vector<Stored> values;
-  Run<Stored> run;
-  while (values.size() < array.numberOfElements()) {
-    stored.readAround(values.size(), run);
-    EXPECT_EQ(run.first, values.size());
-    values.insert(values.end(), run.values.begin(), run.values.end());
-    lengths.push_back(run.values.size());
-  }
-  return values;
-}
-
-TEST_F(NumericArrayTest, ValuesComeInBulkAsTheyAreStored) {
-  std::vector<short> values(3 * 200'000);
-  std::iota(values.begin(), values.end(), static_cast<short>(0));
-  {
-    const Writer writer(m_path, 0);
+/// An array of the stored values 0, 1, 2, … in storage order, three-dimensional.
+class BulkTest : public NumericArrayTest {
+ protected:
+  void write(int mode, const std::vector<std::size_t>& chunks = {}) const {
+    std::vector<short> values(4 * 3 * 5);
+    std::iota(values.begin(), values.end(), static_cast<short>(0));
+    const Writer writer(m_path, mode);
+    const int z = writer.dimension("z", 4);
     const int y = writer.dimension("y", 3);
-    const int v = writer.variable("v", NC_SHORT, {y, writer.dimension("x", 200'000)});
-    writer.put<short>(v, {3, 200'000}, values);
+    const int v = writer.variable("v", NC_SHORT, {z, y, writer.dimension("x", 5)});
+    if (!chunks.empty()) {
+      must(nc_def_var_chunking(writer.root(), v, NC_CHUNKED, chunks.data()));
+    }
+    writer.put<short>(v, {4, 3, 5}, values);
   }
-  std::vector<unsigned long> lengths;
-  EXPECT_EQ(inBulk<short>(arrayAt(File(m_path), "v"), lengths), values);
-  EXPECT_THAT(lengths, ElementsAre(400'000, 200'000));  // as many rows as a mebibyte holds
+};
+
+const object_model::BulkValues& bulkAt(const File& file, const std::string& path) {
+  return *memory::bulkValuesOf(arrayAt(file, path));
 }
 
-TEST_F(NumericArrayTest, ChunksComeInBulkAsAWhole) {
+TEST_F(BulkTest, BlockOfValuesComesInStorageOrder) {
+  for (const int mode : {0, NC_64BIT_DATA, NC_NETCDF4}) {
+    write(mode);
+    const File file(m_path);
+    const unsigned long start[] = {1, 0, 2};
+    const unsigned long extent[] = {3, 2, 2};
+    std::vector<short> values(12);
+    bulkAt(file, "v").readValues(start, extent, values.data());
+    EXPECT_THAT(values, ElementsAre(31, 32, 33, 36, 37, 38, 46, 47, 48, 51, 52, 53));
+  }
+}
+
+TEST_F(BulkTest, AnyBlockHasTheAccessorsValues) {
+  write(NC_NETCDF4, {3, 2, 4});
+  OpenOptions options;
+  options.windowBytes = 20;
+  const File file(m_path, options);
+  const memory::ArrayBase& array = arrayAt(file, "v");
+  const memory::BlockLayout layout(array, 7);
+  for (unsigned long offset = 0; offset < layout.size();) {
+    const memory::Block block = layout.blockAt(offset);
+    std::vector<long> values(block.count);
+    memory::copyValues(array, block, values.data());
+    for (const long value : values) {
+      EXPECT_EQ(value, static_cast<long>(offset));
+      ++offset;
+    }
+  }
+}
+
+TEST_F(BulkTest, EachReadIsReportedAndLeavesTheWindow) {
+  write(0);
+  std::vector<unsigned long> reads;
+  const File file(m_path, countingReads(10, reads));
+  const unsigned long start[] = {0, 2, 3};
+  const unsigned long extent[] = {5, 1, 1};
+  std::vector<short> values(5);
+  arrayAt(file, "v").getValueAsInt(object_model::TupleX(3));
+  bulkAt(file, "v").readValues(start, extent, values.data());
+  arrayAt(file, "v").getValueAsInt(object_model::TupleX(3));
+  EXPECT_THAT(reads, ElementsAre(10, 10));
+}
+
+TEST_F(BulkTest, ScalarIsABlockWithoutDimensions) {
   {
     const Writer writer(m_path, NC_NETCDF4);
-    const int y = writer.dimension("y", 5);
-    const int v = writer.variable("v", NC_DOUBLE, {y, writer.dimension("x", 200'000)});
-    const std::size_t chunks[] = {2, 1000};
-    must(nc_def_var_chunking(writer.root(), v, NC_CHUNKED, chunks));
-    writer.put<double>(v, {5, 200'000}, std::vector<double>(1'000'000, 1.5));
+    writer.put<double>(writer.variable("v", NC_DOUBLE, {}), {}, {2.5});
   }
-  OpenOptions options;
-  options.windowBytes = 8000;
-  std::vector<unsigned long> lengths;
-  inBulk<double>(arrayAt(File(m_path, options), "v"), lengths);
-  EXPECT_THAT(lengths, ElementsAre(400'000, 400'000, 200'000));
+  const File file(m_path);
+  double value = 0;
+  bulkAt(file, "v").readValues(nullptr, nullptr, &value);
+  EXPECT_EQ(value, 2.5);
 }
 
-TEST_F(NumericArrayTest, ValuesInBulkAreMissingAsTheOthersAre) {
+TEST_F(BulkTest, ChunkExtentsBeginWithDimensionZero) {
+  write(NC_NETCDF4, {3, 2, 4});
+  const File file(m_path);
+  const unsigned long* chunks = bulkAt(file, "v").chunkExtents();
+  ASSERT_NE(chunks, nullptr);
+  EXPECT_THAT(std::vector<unsigned long>(chunks, chunks + 3), ElementsAre(4, 2, 3));
+}
+
+TEST_F(BulkTest, ThereAreNoChunksWhereValuesStandInOnePiece) {
+  for (const int mode : {0, NC_NETCDF4}) {
+    write(mode);
+    EXPECT_EQ(bulkAt(File(m_path), "v").chunkExtents(), nullptr);
+  }
+}
+
+TEST_F(BulkTest, ExceptionOfTheListenerPasses) {
+  write(0);
+  OpenOptions options;
+  options.onRead = [](unsigned long) { throw std::length_error("enough"); };
+  const File file(m_path, options);
+  const unsigned long position[] = {0, 0, 0};
+  const unsigned long one[] = {1, 1, 1};
+  short value = 0;
+  EXPECT_THROW(bulkAt(file, "v").readValues(position, one, &value), std::length_error);
+}
+
+TEST_F(BulkTest, ListenerMayReadAndOpen) {
+  write(0);
+  const File* opened = nullptr;
+  std::vector<long> found;
+  bool isFirst = true;
+  OpenOptions options;
+  options.windowBytes = 10;
+  options.onRead = [&](unsigned long) {
+    if (opened != nullptr && std::exchange(isFirst, false)) {
+      found.push_back(arrayAt(*opened, "v").getValueAsInt(object_model::TupleX(3)));
+      found.push_back(static_cast<long>(arrayAt(File(m_path), "v").numberOfElements()));
+    }
+  };
+  const File file(m_path, options);
+  opened = &file;
+  object_model::TupleX last(3);
+  last[2] = 3;
+  EXPECT_EQ(arrayAt(file, "v").getValueAsInt(last), 45);
+  EXPECT_THAT(found, ElementsAre(0, 60));
+}
+
+TEST_F(BulkTest, ValuesAreMissingAsTheOthersAre) {
   {
     const Writer writer(m_path, NC_NETCDF4);
     writer.put<float>(writer.variable("v", NC_FLOAT, {writer.dimension("x", 2)}), {2},
@@ -227,9 +313,25 @@ TEST_F(NumericArrayTest, ValuesInBulkAreMissingAsTheOthersAre) {
   }
   OpenOptions options;
   options.missingAsNaN = true;
-  std::vector<unsigned long> lengths;
-  const std::vector<float> values = inBulk<float>(arrayAt(File(m_path, options), "v"), lengths);
+  const File file(m_path, options);
+  std::vector<float> values(2);
+  memory::copyValues(arrayAt(file, "v"), memory::BlockLayout({2}, 2).blockAt(0), values.data());
   EXPECT_THAT(values, ElementsAre(testing::IsNan(), 1));
+}
+
+TEST_F(NumericArrayTest, WindowBeyondAllMemoryIsAnError) {
+  {
+    const Writer writer(m_path, NC_NETCDF4);
+    writer.variable("grid", NC_BYTE,
+                    {writer.dimension("y", 1UL << 31U), writer.dimension("x", 1UL << 31U)});
+  }
+  OpenOptions options;
+  options.windowBytes = std::numeric_limits<std::size_t>::max();
+  const File file(m_path, options);
+  EXPECT_EQ(errorOf([&] { arrayAt(file, "grid").getValueAsInt(object_model::TupleX(2)); }),
+            "Cannot read '" + m_path +
+                "': variable '/grid' cannot be read: there is no memory for "
+                "4611686018427387904 values at a time");
 }
 
 struct MissingCase {

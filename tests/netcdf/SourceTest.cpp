@@ -78,6 +78,48 @@ INSTANTIATE_TEST_SUITE_P(
     }),
     [](const auto& c) { return c.param.rule; });
 
+TEST(OpeningAFile, SaysWhatTheSystemSays) {
+  const Scratch scratch;
+  const std::string path = scratch.path(std::string(300, 'a'));
+  EXPECT_EQ(openingError(path), "Cannot read '" + path + "': File name too long");
+}
+
+class CutWhileOpenTest : public testing::TestWithParam<int> {
+ protected:
+  CutWhileOpenTest() {
+    const Writer writer(m_path, GetParam());
+    const int x = writer.dimension("x", VALUES);
+    writer.put<int>(writer.variable("v", NC_INT, {x}), {VALUES}, std::vector<int>(VALUES, 7));
+  }
+
+  static constexpr std::size_t VALUES = 100'000;
+  Scratch m_scratch;
+  std::string m_path = m_scratch.path("a.nc");
+};
+
+// The libraries below read zeros past the end.
+TEST_P(CutWhileOpenTest, ReadsAsAnErrorInsteadOfZeros) {
+  OpenOptions options;
+  options.windowBytes = 4000;
+  const File file(m_path, options);
+  const unsigned long bytes = std::filesystem::file_size(m_path);
+  object_model::TupleX index(1);
+  EXPECT_EQ(arrayAt(file, "v").getValueAsInt(index), 7);
+  std::filesystem::resize_file(m_path, bytes / 2);
+  index[0] = VALUES - 1;
+  EXPECT_EQ(errorOf([&] { arrayAt(file, "v").getValueAsInt(index); }),
+            "Cannot read '" + m_path + "': it was cut from " + std::to_string(bytes) + " to " +
+                std::to_string(bytes / 2) + " bytes while it was open");
+}
+
+TEST_P(CutWhileOpenTest, GrowingDoesNotMatter) {
+  const File file(m_path);
+  std::filesystem::resize_file(m_path, std::filesystem::file_size(m_path) + 1);
+  EXPECT_EQ(arrayAt(file, "v").getValueAsInt(object_model::TupleX(1)), 7);
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, CutWhileOpenTest, testing::Values(0, NC_64BIT_DATA, NC_NETCDF4));
+
 TEST(ManyOpens, LeaveNoFileOpen) {
   const Scratch scratch;
   const std::string good = readBytes(QUILLON_DATA_DIR "/nuclei_measurements.nc");

@@ -89,9 +89,12 @@ std::map<std::string, std::vector<std::string>> contentOf(const memory::Dictiona
 /// Options with a window of `bytes` that count in `reads` the bytes of each read.
 OpenOptions countingReads(std::size_t bytes, std::vector<unsigned long>& reads);
 
+/// What `fateOf` says of an action that throws.
+inline constexpr const char* BY_EXCEPTION = "exception";
+
 /// Runs `action` in a process of its own with little memory and time, and returns what ended it: ""
-/// when it came to its end, else the signal or exception.
-std::string fateOf(const std::function<void()>& action);
+/// when it came to its end, else the signal, the exit status or `BY_EXCEPTION`.
+std::string fateOf(const std::function<void()>& action, unsigned int mostSeconds = 120);
 
 /// The message with which `action` fails; "" when it does not fail with an `Error`.
 std::string errorOf(const std::function<void()>& action);

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <numeric>
 #include <random>
 #include <stdexcept>
@@ -15,8 +16,9 @@ struct Storage {
   unsigned long values = 0;
   bool isBroken = false;
 
-  void read(const Block& block, unsigned long* destination) {
+  unsigned long read(const memory::Block& block, std::vector<unsigned long>& destination) {
     ++reads;
+    destination.resize(std::max<std::size_t>(destination.size(), block.count));
     values += block.count;
     for (unsigned long k = 0; k < block.count; ++k) {
       if (isBroken && k == block.count / 2) {
@@ -24,20 +26,25 @@ struct Storage {
       }
       destination[k] = isBroken ? 999 : block.first + k;
     }
+    return 8 * block.count;
   }
 };
 
 class WindowTest : public testing::TestWithParam<std::size_t> {
  protected:
   unsigned long at(unsigned long offset) {
-    return m_window.at(offset, [this](const Block& block, unsigned long* destination) {
-      m_storage.read(block, destination);
-    });
+    return m_window.at(
+        offset,
+        [this](const memory::Block& block, std::vector<unsigned long>& destination) {
+          return m_storage.read(block, destination);
+        },
+        [this](unsigned long bytes) { m_reported += bytes; });
   }
 
   static constexpr unsigned long VALUES = 7 * 5 * 3;
   Storage m_storage;
-  Window<unsigned long> m_window{WindowLayout({7, 5, 3}, GetParam())};
+  unsigned long m_reported = 0;
+  Window<unsigned long> m_window{memory::BlockLayout({3, 5, 7}, GetParam())};
 };
 
 TEST_P(WindowTest, WalkInOrderReadsEachValueOnce) {
@@ -45,6 +52,7 @@ TEST_P(WindowTest, WalkInOrderReadsEachValueOnce) {
     ASSERT_EQ(at(offset), offset);
   }
   EXPECT_EQ(m_storage.values, VALUES);
+  EXPECT_EQ(m_reported, 8 * VALUES);
 }
 
 TEST_P(WindowTest, WalkBackwardsReadsEachValueOnce) {
@@ -88,6 +96,16 @@ TEST_P(WindowTest, FirstFailureLeavesAnEmptyWindow) {
   EXPECT_THROW(at(0), std::runtime_error);
   m_storage.isBroken = false;
   EXPECT_EQ(at(0), 0U);
+}
+
+TEST_P(WindowTest, ReportMayUseTheWindow) {
+  const auto read = [this](const memory::Block& block, std::vector<unsigned long>& destination) {
+    return m_storage.read(block, destination);
+  };
+  unsigned long found = 0;
+  const auto report = [&](unsigned long) { found = at(VALUES - 1); };
+  EXPECT_EQ(m_window.at(0, read, report), 0U);
+  EXPECT_EQ(found, VALUES - 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(OfValues, WindowTest,

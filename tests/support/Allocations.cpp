@@ -36,6 +36,14 @@ void* operator new(std::size_t size) {
   return block;
 }
 
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  try {
+    return operator new(size);
+  } catch (const std::bad_alloc& /*error*/) {
+    return nullptr;
+  }
+}
+
 void operator delete(void* block) noexcept {
   if (block != nullptr) {
     --allocatedBlocks;
@@ -47,6 +55,9 @@ void operator delete(void* block, std::size_t /*size*/) noexcept { operator dele
 
 // The sanitizers replace these as well and would not come to the ones above.
 void* operator new[](std::size_t size) { return operator new(size); }
+void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept {
+  return operator new(size, tag);
+}
 void operator delete[](void* block) noexcept { operator delete(block); }
 void operator delete[](void* block, std::size_t /*size*/) noexcept { operator delete(block); }
 

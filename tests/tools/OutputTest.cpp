@@ -5,7 +5,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
+#include <future>
+#include <string>
+#include <vector>
 
 #include "Failure.h"
 #include "Output.h"
@@ -22,7 +26,7 @@ using ::testing::ElementsAre;
 
 std::string failureOf(const std::string& path) {
   try {
-    writeToFile("text\n", path);
+    writeOutput("text\n", path);
   } catch (const Failure& error) {
     return error.what();
   }
@@ -35,14 +39,14 @@ class OutputTest : public ::testing::Test {
 };
 
 TEST_F(OutputTest, NewFileHoldsTheTextAlone) {
-  writeToFile("text\n", m_scratch.path("new"));
+  writeOutput("text\n", m_scratch.path("new"));
   EXPECT_EQ(contentOf(m_scratch.path("new")), "text\n");
   EXPECT_THAT(m_scratch.entries(), ElementsAre("new"));
 }
 
 TEST_F(OutputTest, NewFileHasTheUsualPermissions) {
   const mode_t mask = ::umask(027);
-  writeToFile("text\n", m_scratch.path("new"));
+  writeOutput("text\n", m_scratch.path("new"));
   ::umask(mask);
   EXPECT_EQ(fs::status(m_scratch.path("new")).permissions(), static_cast<fs::perms>(0640));
 }
@@ -50,7 +54,7 @@ TEST_F(OutputTest, NewFileHasTheUsualPermissions) {
 TEST_F(OutputTest, OldContentIsReplacedAndPermissionsStay) {
   writeContent(m_scratch.path("old"), std::string(100, 'x'));
   fs::permissions(m_scratch.path("old"), static_cast<fs::perms>(0604));
-  writeToFile("text\n", m_scratch.path("old"));
+  writeOutput("text\n", m_scratch.path("old"));
   EXPECT_EQ(contentOf(m_scratch.path("old")), "text\n");
   EXPECT_EQ(fs::status(m_scratch.path("old")).permissions(), static_cast<fs::perms>(0604));
 }
@@ -58,7 +62,7 @@ TEST_F(OutputTest, OldContentIsReplacedAndPermissionsStay) {
 TEST_F(OutputTest, RelativePathsWork) {
   const fs::path before = fs::current_path();
   fs::current_path(m_scratch.path());
-  writeToFile("text\n", "new");
+  writeOutput("text\n", "new");
   fs::current_path(before);
   EXPECT_EQ(contentOf(m_scratch.path("new")), "text\n");
 }
@@ -66,9 +70,98 @@ TEST_F(OutputTest, RelativePathsWork) {
 TEST_F(OutputTest, FileBehindALinkIsReplacedAndTheLinkStays) {
   writeContent(m_scratch.path("old"), "old");
   fs::create_symlink("old", m_scratch.path("link"));
-  writeToFile("text\n", m_scratch.path("link"));
+  writeOutput("text\n", m_scratch.path("link"));
   EXPECT_TRUE(fs::is_symlink(m_scratch.path("link")));
   EXPECT_EQ(contentOf(m_scratch.path("old")), "text\n");
+}
+
+TEST_F(OutputTest, MissingFileBehindALinkIsMadeAndTheLinkStays) {
+  fs::create_symlink("new", m_scratch.path("link"));
+  writeOutput("text\n", m_scratch.path("link"));
+  EXPECT_TRUE(fs::is_symlink(m_scratch.path("link")));
+  EXPECT_EQ(contentOf(m_scratch.path("new")), "text\n");
+}
+
+TEST_F(OutputTest, PiecesFollowEachOther) {
+  Output output(m_scratch.path("new"));
+  for (const char* piece : {"one, ", "", "two\n"}) {
+    output.write(piece);
+  }
+  EXPECT_THAT(m_scratch.entries(), ElementsAre());  // not before it is whole
+  output.commit();
+  EXPECT_EQ(contentOf(m_scratch.path("new")), "one, two\n");
+  EXPECT_THAT(m_scratch.entries(), ElementsAre("new"));
+}
+
+TEST_F(OutputTest, WhatIsNotCommittedLeavesTheOldContent) {
+  writeContent(m_scratch.path("old"), "old");
+  Output(m_scratch.path("old")).write("new");
+  EXPECT_EQ(contentOf(m_scratch.path("old")), "old");
+  EXPECT_THAT(m_scratch.entries(), ElementsAre("old"));
+}
+
+TEST_F(OutputTest, DescriptorIsContinued) {
+  writeContent(m_scratch.path("log"), "before\n");
+  const int log = ::open(m_scratch.path("log").c_str(), O_WRONLY | O_APPEND);
+  writeOutput("text\n", "/dev/fd/" + std::to_string(log));
+  EXPECT_EQ(::write(log, "after\n", 6), 6);
+  ::close(log);
+  EXPECT_EQ(contentOf(m_scratch.path("log")), "before\ntext\nafter\n");
+}
+
+TEST_F(OutputTest, DescriptorThatIsNotOpenIsAFailure) {
+  EXPECT_EQ(failureOf("/dev/fd/999"), "Cannot write '/dev/fd/999': Bad file descriptor");
+}
+
+/// Reads a pipe to its end, a little at a time, in a thread.
+std::future<std::string> slowReader(int descriptor) {
+  return std::async(std::launch::async, [descriptor] {
+    std::string text;
+    std::vector<char> part(4096);
+    for (ssize_t count = 0; (count = ::read(descriptor, part.data(), part.size())) > 0;) {
+      text.append(part.data(), static_cast<std::size_t>(count));
+      ::usleep(100);
+    }
+    ::close(descriptor);
+    return text;
+  });
+}
+
+TEST_F(OutputTest, PipeThatDoesNotWaitGetsAll) {
+  int ends[2] = {};
+  ASSERT_EQ(::pipe2(ends, O_NONBLOCK), 0);
+  ASSERT_EQ(::fcntl(ends[0], F_SETFL, 0), 0);
+  std::future<std::string> read = slowReader(ends[0]);
+  const std::string text(1U << 20U, 'x');
+  writeOutput(text, "/dev/fd/" + std::to_string(ends[1]));
+  ::close(ends[1]);
+  EXPECT_TRUE(read.get() == text);
+}
+
+TEST_F(OutputTest, NamedPipeIsWrittenTo) {
+  const std::string path = m_scratch.path("pipe");
+  ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+  std::future<std::string> read =
+      std::async(std::launch::async, [&path] { return contentOf(path); });
+  writeOutput("text\n", path);
+  EXPECT_EQ(read.get(), "text\n");
+  EXPECT_TRUE(fs::is_fifo(path));
+}
+
+TEST_F(OutputTest, PipeWithoutAReaderWantsNoMore) {
+  const auto before = std::signal(SIGPIPE, SIG_IGN);
+  int ends[2] = {};
+  ASSERT_EQ(::pipe(ends), 0);
+  Output output("/dev/fd/" + std::to_string(ends[1]));
+  output.write("text\n");
+  EXPECT_TRUE(output.isWanted());
+  ::close(ends[0]);
+  output.write("text\n");
+  EXPECT_FALSE(output.isWanted());
+  output.write("text\n");
+  output.commit();
+  ::close(ends[1]);
+  std::signal(SIGPIPE, before);
 }
 
 TEST_F(OutputTest, MissingDirectoryIsAFailure) {
@@ -96,7 +189,7 @@ TEST_F(OutputTest, FullDeviceIsAFailure) {
 }
 
 TEST_F(OutputTest, DeviceIsWrittenToAndStaysADevice) {
-  writeToFile("text\n", "/dev/null");
+  writeOutput("text\n", "/dev/null");
   EXPECT_TRUE(fs::is_character_file("/dev/null"));
 }
 

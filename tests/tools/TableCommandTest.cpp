@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <object_model/IO.h>
+#include <quillon/memory/Selection.h>
 #include <quillon/netcdf/File.h>
 #include <tabra/MemoryDataFrame.h>
 
@@ -11,7 +12,6 @@
 
 #include "HtmlPage.h"
 #include "RunTool.h"
-#include "Selection.h"
 #include "TablePlan.h"
 
 namespace quillon::tools::test {
@@ -93,7 +93,7 @@ class WholeTable {
       : m_file(path, missingAsNaN()) {
     memory::Dictionary& from = m_file.group(group);
     const TablePlan plan = planTable(from, {}, {"", {}, index});
-    Selection selection(from, plan.variables);
+    memory::Selection selection(from, plan.variables);
     m_rows = plan.rows;
     object_model::exportToDataFrame(selection, m_frame.get(), plan.index);
   }

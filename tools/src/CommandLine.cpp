@@ -8,7 +8,6 @@
 #include <CLI/Formatter.hpp>
 #include <algorithm>
 #include <exception>
-#include <iostream>
 #include <new>
 #include <sstream>
 #include <string>
@@ -20,16 +19,10 @@
 
 namespace quillon::tools {
 
-using memory::escaped;
 using memory::inQuotes;
 using memory::listed;
 
 namespace {
-
-int trouble(const std::string& sentence) {
-  std::cerr << "quillon: " + escaped(sentence) + "\n";
-  return EXIT_TROUBLE;
-}
 
 /// Why the command line cannot be used, with a hint where to look.
 std::string inWords(const CLI::App& application, const CLI::ParseError& error) {
@@ -57,7 +50,7 @@ int run(CLI::App& application, const std::vector<Verb>& verbs, int count,
     }
     std::ostringstream text;  // --help or --version
     application.exit(error, text);
-    writeToStandardOutput(text.str());
+    writeOutput(text.str());
     return 0;
   }
   return std::find_if(verbs.begin(), verbs.end(),
@@ -82,11 +75,11 @@ int runCommandLine(int count, const char* const* arguments) {
   try {
     return run(count, arguments);
   } catch (const std::bad_alloc&) {
-    return trouble("Not enough memory");
+    return reportTrouble("Not enough memory");
   } catch (const std::exception& error) {
-    return trouble(error.what());
+    return reportTrouble(error.what());
   } catch (const object_model::Exception& error) {
-    return trouble(error.what());
+    return reportTrouble(error.what());
   }
 }
 

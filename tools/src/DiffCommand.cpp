@@ -18,6 +18,7 @@
 #include "Output.h"
 #include "Progress.h"
 #include "Verb.h"
+#include "WorkNotes.h"
 
 namespace quillon::tools {
 
@@ -125,6 +126,7 @@ int run(const Options& options) {
   const ComparisonRule rule = ruleOf(options);
   DiffInput first(options.first, options.group);
   DiffInput second(options.second, options.group);
+  noteReading({options.first, options.second});
   if (options.variables) {
     const std::vector<std::string> names = splitNames("--variables", *options.variables);
     requireVariables(first, second, names);
@@ -143,7 +145,7 @@ int run(const Options& options) {
     std::cerr << "quillon: Not compared: " + listed(report.leftOut) + "\n";
   }
   if (!options.quiet) {
-    writeToStandardOutput(text);
+    writeOutput(text);
   }
   return same && report.differences.empty() ? 0 : DIFFERENT;
 }

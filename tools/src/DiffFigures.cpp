@@ -1,8 +1,9 @@
 #include "DiffFigures.h"
 
 #include <object_model/TupleX.h>
+#include <quillon/memory/ElementTypes.h>
+#include <quillon/memory/Values.h>
 #include <quillon/memory/Wording.h>
-#include <quillon/netcdf/StoredValues.h>
 
 #include <algorithm>
 #include <complex>
@@ -22,14 +23,6 @@ using object_model::helper::ComparisonType;
 
 constexpr unsigned long TICK = 4096;
 constexpr int DELTA_DIGITS = 6;
-
-/// The types in which files hold the values of one element type.
-template <class... Stored>
-struct StoredAs {};
-using StoredUInt = StoredAs<unsigned char, unsigned short, unsigned int, unsigned long>;
-using StoredInt = StoredAs<signed char, short, int, long>;
-using StoredDouble = StoredAs<float, double>;
-using NotStored = StoredAs<>;
 
 // So many values are looked at together before they are looked at one by one.
 constexpr unsigned long BATCH = 128;
@@ -194,6 +187,48 @@ void advance(Tuple& position, const Tuple& shape) {
   }
 }
 
+/// How many values of a block stay in a processor's cache or, where the chunks beside each other
+/// along all but the last dimension are more, as many as these are, within limits.
+template <class Stored>
+unsigned long blockValues(const Array& array) {
+  constexpr unsigned long USUAL_BYTES = 1UL << 20U;
+  constexpr unsigned long MOST_BYTES = 16UL << 20U;
+  const unsigned long* chunks = memory::bulkValuesOf(array)->chunkExtents();
+  const unsigned long dimensions = array.size().size();
+  double bytes = chunks == nullptr ? 0 : sizeof(Stored);
+  for (unsigned long k = 0; chunks != nullptr && k < dimensions; ++k) {
+    bytes *= static_cast<double>(k + 1 < dimensions ? array.size()[k] : chunks[k]);
+  }
+  return static_cast<unsigned long>(std::clamp<double>(bytes, USUAL_BYTES, MOST_BYTES)) /
+         sizeof(Stored);
+}
+
+/// The values of an array, of which one block after the other is in memory.
+template <class Stored>
+class Blocks {
+ public:
+  explicit Blocks(const Array& array)
+      : m_array(array), m_layout(array, blockValues<Stored>(array)) {}
+
+  /// @return how many values there are from `offset` on until the block's end.
+  unsigned long moveTo(unsigned long offset) {
+    if (offset < m_block.first || offset - m_block.first >= m_block.count) {
+      m_block = m_layout.blockAt(offset);
+      m_values.resize(m_block.count);
+      memory::copyValues(m_array, m_block, m_values.data());
+    }
+    return m_block.first + m_block.count - offset;
+  }
+
+  const Stored* at(unsigned long offset) const { return &m_values[offset - m_block.first]; }
+
+ private:
+  const Array& m_array;
+  memory::BlockLayout m_layout;
+  memory::Block m_block{0, 0, {}, {}};
+  std::vector<Stored> m_values;
+};
+
 /// One pass through two arrays of the same type and shape.
 template <class Value>
 class Pass {
@@ -206,10 +241,9 @@ class Pass {
         m_grid(first.size()),
         m_tally(rule, m_grid) {}
 
-  /// In bulk where both files hold the values as one of these types; otherwise by the accessor.
-  template <class... Stored>
-  DiffFigures figures(Value (Array::*read)(const Tuple&) const, StoredAs<Stored...> /*types*/) {
-    if (!(addStored<Stored>() || ...)) {
+  /// In bulk where both arrays offer the values in one type; otherwise by the accessor.
+  DiffFigures figures(Value (Array::*read)(const Tuple&) const) {
+    if (!addStored()) {
       addAll(read);
     }
     return m_tally.figures();
@@ -231,42 +265,34 @@ class Pass {
     m_tick(m_grid.size() % TICK);
   }
 
-  /// @return false where either file holds the values as another type.
-  template <class Stored>
+  /// @return false where the arrays do not offer their values in bulk, in one type of numbers.
   bool addStored() {
-    const auto* first = dynamic_cast<const netcdf::StoredValues<Stored>*>(&m_first);
-    const auto* second = dynamic_cast<const netcdf::StoredValues<Stored>*>(&m_second);
-    if (first == nullptr || second == nullptr) {
-      return false;
+    const object_model::BulkValues* first = memory::bulkValuesOf(m_first);
+    const object_model::BulkValues* second = memory::bulkValuesOf(m_second);
+    bool isAdded = false;
+    if (first != nullptr && second != nullptr && first->storedType() == second->storedType()) {
+      memory::visitStoredType(first->storedType(), [&](auto tag) {
+        using Stored = typename decltype(tag)::Type;
+        if constexpr (std::is_same_v<memory::ElementOf<Stored>, Value> &&
+                      std::is_arithmetic_v<Stored> && !std::is_same_v<Stored, bool>) {
+          withPlainRule<Stored>(m_rule, [&](const auto& isPlain) { addBlocks<Stored>(isPlain); });
+          isAdded = true;
+        }
+      });
     }
-    withPlainRule<Stored>(m_rule,
-                          [&](const auto& isPlain) { addStored(*first, *second, isPlain); });
-    return true;
+    return isAdded;
   }
 
   template <class Stored, class IsPlain>
-  void addStored(const netcdf::StoredValues<Stored>& first,
-                 const netcdf::StoredValues<Stored>& second, const IsPlain& isPlain) {
-    netcdf::Run<Stored> a;
-    netcdf::Run<Stored> b;
+  void addBlocks(const IsPlain& isPlain) {
+    Blocks<Stored> a(m_first);
+    Blocks<Stored> b(m_second);
     for (unsigned long offset = 0; offset < m_grid.size();) {
-      const unsigned long left = valuesFrom(first, offset, a);
-      const unsigned long right = valuesFrom(second, offset, b);
-      const unsigned long count = std::min(left, right);
-      addRun(offset, count, &a.values[offset - a.first], &b.values[offset - b.first], isPlain);
+      const unsigned long count = std::min(a.moveTo(offset), b.moveTo(offset));
+      addRun(offset, count, a.at(offset), b.at(offset), isPlain);
       m_tick(count);
       offset += count;
     }
-  }
-
-  /// How many values from `offset` on are in `run`, which is read anew where there are none.
-  template <class Stored>
-  static unsigned long valuesFrom(const netcdf::StoredValues<Stored>& array, unsigned long offset,
-                                  netcdf::Run<Stored>& run) {
-    if (offset - run.first >= run.values.size()) {
-      array.readAround(offset, run);
-    }
-    return run.first + run.values.size() - offset;
   }
 
   template <class Stored, class IsPlain>
@@ -302,11 +328,11 @@ class Pass {
   Tally<Value> m_tally;
 };
 
-template <class Types, class Value>
+template <class Value>
 DiffFigures figuresOf(const Array& first, const Array& second,
                       Value (Array::*read)(const Tuple&) const, const ComparisonRule& rule,
                       const Tick& tick) {
-  return Pass<Value>(first, second, rule, tick).figures(read, Types());
+  return Pass<Value>(first, second, rule, tick).figures(read);
 }
 
 }  // namespace
@@ -315,17 +341,17 @@ DiffFigures figuresOf(const Array& first, const Array& second, const ComparisonR
                       const Tick& tick) {
   switch (first.getElementType()) {
     case ElementType::UInt:
-      return figuresOf<StoredUInt>(first, second, &Array::getValueAsUInt, rule, tick);
+      return figuresOf(first, second, &Array::getValueAsUInt, rule, tick);
     case ElementType::Int:
-      return figuresOf<StoredInt>(first, second, &Array::getValueAsInt, rule, tick);
+      return figuresOf(first, second, &Array::getValueAsInt, rule, tick);
     case ElementType::Double:
-      return figuresOf<StoredDouble>(first, second, &Array::getValueAsDouble, rule, tick);
+      return figuresOf(first, second, &Array::getValueAsDouble, rule, tick);
     case ElementType::Complex:
-      return figuresOf<NotStored>(first, second, &Array::getValueAsComplex, rule, tick);
+      return figuresOf(first, second, &Array::getValueAsComplex, rule, tick);
     case ElementType::String:
-      return figuresOf<NotStored>(first, second, &Array::getValueAsString, rule, tick);
+      return figuresOf(first, second, &Array::getValueAsString, rule, tick);
     case ElementType::Boolean:
-      return figuresOf<NotStored>(first, second, &Array::getValueAsBoolean, rule, tick);
+      return figuresOf(first, second, &Array::getValueAsBoolean, rule, tick);
     case ElementType::Dictionary:
       break;
   }

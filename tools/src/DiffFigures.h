@@ -41,7 +41,7 @@ using Tick = std::function<void(unsigned long positions)>;
 
 /// Compares two arrays of the same type and shape at all their positions, of any number of
 /// dimensions, in the order in which they are stored, reading each value once: in bulk where both
-/// are netcdf::StoredValues of one type.
+/// offer them in one type.
 /// @throws Failure for elements that are dictionaries. What reading throws passes through.
 DiffFigures figuresOf(const object_model::Array& first, const object_model::Array& second,
                       const ComparisonRule& rule, const Tick& tick);

@@ -7,6 +7,7 @@
 
 #include "Failure.h"
 #include "Groups.h"
+#include "Opening.h"
 
 namespace quillon::tools {
 
@@ -53,7 +54,7 @@ void requireComparable(const DiffInput& input, const std::string& name) {
 
 DiffInput::DiffInput(const std::string& path, const std::string& group)
     : m_source{path, group},
-      m_file(path, reading()),
+      m_file(openFile(path, reading())),
       m_group(groupOf(m_file, m_source)),
       m_skipped(m_file.skipped()) {}
 
@@ -91,7 +92,7 @@ void DiffInput::select(const std::vector<std::string>& names) {
       present.push_back(name);
     }
   }
-  m_selection = std::make_unique<Selection>(m_group, present);
+  m_selection = std::make_unique<memory::Selection>(m_group, present);
   m_skipped = skipped;
 }
 

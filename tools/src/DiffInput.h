@@ -1,5 +1,6 @@
 #pragma once
 
+#include <quillon/memory/Selection.h>
 #include <quillon/netcdf/File.h>
 
 #include <memory>
@@ -8,7 +9,6 @@
 
 #include "Arguments.h"
 #include "DiffReport.h"
-#include "Selection.h"
 
 namespace quillon::tools {
 
@@ -36,7 +36,7 @@ class DiffInput {
   Source m_source;
   netcdf::File m_file;
   memory::Dictionary& m_group;
-  std::unique_ptr<Selection> m_selection;
+  std::unique_ptr<memory::Selection> m_selection;
   std::vector<netcdf::Skipped> m_skipped;
 };
 

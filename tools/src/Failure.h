@@ -1,6 +1,7 @@
 #pragma once
 
 #include <stdexcept>
+#include <string>
 
 namespace quillon::tools {
 
@@ -13,5 +14,8 @@ class Failure : public std::runtime_error {
 /// The exit status for everything that went wrong; 1 stays free for "the comparison found a
 /// difference".
 inline constexpr int EXIT_TROUBLE = 2;
+
+/// Says on standard error what went wrong. @return EXIT_TROUBLE.
+int reportTrouble(const std::string& sentence);
 
 }  // namespace quillon::tools

@@ -4,6 +4,7 @@
 
 #include "Arguments.h"
 #include "Listing.h"
+#include "Opening.h"
 #include "Output.h"
 #include "Verb.h"
 
@@ -12,8 +13,8 @@ namespace quillon::tools {
 namespace {
 
 int run(const Source& source) {
-  netcdf::File file(source.file);
-  writeToStandardOutput(listingOf(groupOf(file, source), file.skipped()));
+  netcdf::File file = openFile(source.file);
+  writeOutput(listingOf(groupOf(file, source), file.skipped()));
   return 0;
 }
 

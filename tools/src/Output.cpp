@@ -1,18 +1,19 @@
 #include "Output.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <quillon/memory/Wording.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
 #include <filesystem>
 #include <system_error>
-#include <utility>
 
 #include "Failure.h"
+#include "OutputTarget.h"
+#include "WorkNotes.h"
 
 namespace quillon::tools {
 
@@ -20,17 +21,21 @@ using memory::inQuotes;
 
 namespace {
 
-Failure cannotWrite(const std::string& what, int error) {
-  return Failure{"Cannot write " + what + ": " + std::generic_category().message(error)};
+/// Waits until a descriptor that takes nothing just now takes more.
+void waitToWrite(int descriptor) {
+  pollfd waiting{descriptor, POLLOUT, 0};
+  ::poll(&waiting, 1, -1);
 }
 
 /// @return 0 or the error number.
-int writeAll(int descriptor, const std::string& text) {
-  std::size_t done = 0;
-  while (done < text.size()) {
-    const ssize_t written = ::write(descriptor, text.data() + done, text.size() - done);
+int writeAll(int descriptor, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = ::write(descriptor, text.data(), text.size());
     if (written > 0) {
-      done += static_cast<std::size_t>(written);
+      text.remove_prefix(static_cast<std::size_t>(written));
+      noteProgress();
+    } else if (errno == EAGAIN) {
+      waitToWrite(descriptor);
     } else if (errno != EINTR) {
       return errno;
     }
@@ -38,71 +43,19 @@ int writeAll(int descriptor, const std::string& text) {
   return 0;
 }
 
-int writeAndClose(int descriptor, const std::string& text) {
-  const int writeError = writeAll(descriptor, text);
-  // Some file systems report a full disk only now.
-  const int closeError = ::close(descriptor) == 0 ? 0 : errno;
-  return writeError != 0 ? writeError : closeError;
+/// Why the file that has this status cannot be replaced by another; 0 when it can.
+int errorOfReplacing(const std::string& path, const struct stat& status) {
+  if (S_ISDIR(status.st_mode)) {
+    return EISDIR;
+  }
+  return ::access(path.c_str(), W_OK) == 0 ? 0 : errno;
 }
-
-void writeInPlace(const std::string& text, const std::string& path) {
-  const int descriptor = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
-  if (descriptor < 0) {
-    throw cannotWrite(inQuotes(path), errno);
-  }
-  if (const int error = writeAndClose(descriptor, text); error != 0) {
-    throw cannotWrite(inQuotes(path), error);
-  }
-}
-
-mode_t modeOfNewFiles() {
-  const mode_t mask = ::umask(0);
-  ::umask(mask);
-  return 0666U & ~mask;
-}
-
-/// A file without a known name yet beside its final place; removed again unless it gets there.
-class TemporaryFile {
- public:
-  explicit TemporaryFile(const std::filesystem::path& target)
-      : m_name((target.parent_path() / ".quillon-XXXXXX").string()),
-        m_descriptor(::mkstemp(m_name.data())),
-        m_error(m_descriptor < 0 ? errno : 0) {}
-  ~TemporaryFile() {
-    if (m_descriptor >= 0) {
-      ::unlink(m_name.c_str());
-    }
-  }
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-  /// @return 0 or the error number.
-  int moveTo(const std::filesystem::path& target, const std::string& text, mode_t mode) {
-    if (m_error != 0) {
-      return m_error;
-    }
-    const int modeError = ::fchmod(m_descriptor, mode) == 0 ? 0 : errno;
-    const int writeError = writeAndClose(m_descriptor, text);
-    if (modeError != 0 || writeError != 0) {
-      return modeError != 0 ? modeError : writeError;
-    }
-    if (std::rename(m_name.c_str(), target.c_str()) != 0) {
-      return errno;
-    }
-    m_descriptor = -1;
-    return 0;
-  }
-
- private:
-  std::string m_name;
-  int m_descriptor;
-  int m_error;
-};
 
 }  // namespace
 
 void prepareOutput() {
   std::signal(SIGXFSZ, SIG_IGN);
+  std::signal(SIGPIPE, SIG_IGN);
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (::fcntl(descriptor, F_GETFD) < 0) {
       // Takes the lowest free descriptor, which is this one. Writing to it fails, as it should.
@@ -111,34 +64,64 @@ void prepareOutput() {
   }
 }
 
-void writeToStandardOutput(const std::string& text) {
-  if (const int error = writeAll(STDOUT_FILENO, text); error != 0) {
-    throw cannotWrite("to standard output", error);
+Output::Output(const std::optional<std::string>& path)
+    : m_name(path ? inQuotes(*path) : "to standard output"), m_descriptor(STDOUT_FILENO) {
+  if (path) {
+    openFile(*path);
   }
 }
 
-void writeToFile(const std::string& text, const std::string& path) {
-  struct stat status = {};
-  const bool exists = ::stat(path.c_str(), &status) == 0;
-  if (!exists && errno != ENOENT) {
-    throw cannotWrite(inQuotes(path), errno);
+Output::~Output() {
+  if (m_device >= 0) {
+    ::close(m_device);
   }
-  if (exists && (S_ISDIR(status.st_mode) || ::access(path.c_str(), W_OK) != 0)) {
-    throw cannotWrite(inQuotes(path), S_ISDIR(status.st_mode) ? EISDIR : errno);
-  }
-  if (exists && !S_ISREG(status.st_mode)) {
-    writeInPlace(text, path);
+}
+
+void Output::openFile(const std::string& path) {
+  const OutputTarget target = outputTargetOf(path);
+  m_descriptor = target.descriptor;
+  if (target.descriptor >= 0) {
     return;
   }
-  std::error_code error;
-  // The file behind a symbolic link is replaced, not the link.
-  const std::filesystem::path target =
-      exists ? std::filesystem::canonical(path, error) : std::filesystem::path(path);
-  const mode_t mode = exists ? status.st_mode & 0777U : modeOfNewFiles();
-  const int failed = error ? error.value() : TemporaryFile(target).moveTo(target, text, mode);
-  if (failed != 0) {
-    throw cannotWrite(inQuotes(path), failed);
+  struct stat status = {};
+  const bool exists = ::stat(path.c_str(), &status) == 0;
+  check(exists || errno == ENOENT ? 0 : errno);
+  check(exists ? errorOfReplacing(path, status) : 0);
+  if (exists && !S_ISREG(status.st_mode)) {
+    m_device = ::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
+    check(m_device < 0 ? errno : 0);
+    m_descriptor = m_device;
+    return;
   }
+  check(target.error.value());
+  m_temporary = std::make_unique<TemporaryFile>(target.file);
+  check(m_temporary->error());
+  m_descriptor = m_temporary->descriptor();
+  check(exists && ::fchmod(m_descriptor, status.st_mode & 0777U) != 0 ? errno : 0);
+}
+
+void Output::check(int error) const {
+  if (error != 0) {
+    throw Failure("Cannot write " + m_name + ": " + std::generic_category().message(error));
+  }
+}
+
+void Output::write(std::string_view piece) {
+  const int error = m_isWanted ? writeAll(m_descriptor, piece) : 0;
+  m_isWanted = m_isWanted && error != EPIPE;
+  check(error == EPIPE ? 0 : error);
+}
+
+void Output::commit() {
+  if (m_temporary) {
+    check(m_temporary->moveToTarget());
+  }
+}
+
+void writeOutput(std::string_view text, const std::optional<std::string>& path) {
+  Output output(path);
+  output.write(text);
+  output.commit();
 }
 
 void requireOtherFile(const std::string& output, const std::string& input) {

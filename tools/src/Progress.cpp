@@ -4,6 +4,8 @@
 #include <string>
 #include <utility>
 
+#include "WorkNotes.h"
+
 namespace quillon::tools {
 
 namespace {
@@ -28,6 +30,7 @@ Progress::~Progress() {
 }
 
 void Progress::advance(unsigned long amount) {
+  noteProgress();
   m_done += amount;
   if (!m_isTerminal) {
     return;

@@ -1,4 +1,5 @@
 #include <object_model/IO.h>
+#include <quillon/memory/Selection.h>
 #include <quillon/memory/Wording.h>
 #include <quillon/netcdf/File.h>
 #include <unistd.h>
@@ -18,18 +19,20 @@
 #include "Groups.h"
 #include "HtmlPage.h"
 #include "Memory.h"
+#include "Opening.h"
 #include "Output.h"
 #include "Progress.h"
-#include "Selection.h"
 #include "TableFrame.h"
 #include "TablePlan.h"
 #include "Verb.h"
+#include "WorkNotes.h"
 
 namespace quillon::tools {
 
 using memory::counted;
 using memory::escaped;
 using memory::pathOf;
+using memory::Selection;
 
 namespace {
 
@@ -82,6 +85,7 @@ std::string render(memory::Dictionary& group, const TablePlan& plan, unsigned lo
   const auto frame = std::make_shared<TableFrame>(
       html ? inHtml : escaped, [&progress](unsigned long cells) { progress.advance(cells); });
   object_model::exportToDataFrame(selection, frame.get(), plan.index);
+  noteReading({});  // what follows takes its time, but cannot fail to end
   return html ? object_model::exportDataFrameToHtml(frame, maxRows)
               : object_model::exportDataFrameToString(frame, maxRows);
 }
@@ -109,7 +113,7 @@ int run(const Options& options) {
   // The rows follow the index, not the order in the file, and hopping between windows would read
   // the file once for each cell. What is exported is in memory as a whole anyway.
   reading.windowBytes = physicalMemory();
-  netcdf::File file(options.source.file, reading);
+  netcdf::File file = openFile(options.source.file, reading);
   const memory::Dictionary& group = groupOf(file, options.source);
   const TablePlan plan = planTable(group, skippedIn(group, file.skipped()), request);
   requireMemory(plan, maxRows);
@@ -123,11 +127,7 @@ int run(const Options& options) {
   for (const std::string& note : plan.notes) {
     std::cerr << "quillon: " + escaped(note) + "\n";
   }
-  if (options.output) {
-    writeToFile(text, *options.output);
-  } else {
-    writeToStandardOutput(text);
-  }
+  writeOutput(text, options.output);
   return 0;
 }
 

@@ -1,7 +1,10 @@
 #include "CommandLine.h"
+#include "Memory.h"
 #include "Output.h"
+#include "Wall.h"
 
 int main(int count, char** arguments) {
-  quillon::tools::prepareOutput();
-  return quillon::tools::runCommandLine(count, arguments);
+  using namespace quillon::tools;
+  prepareOutput();
+  return doBehindWall([=] { return runCommandLine(count, arguments); }, {physicalMemory()});
 }

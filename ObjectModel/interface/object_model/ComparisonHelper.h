@@ -82,6 +82,13 @@ enum class ComparisonType : int {
 /// elsewhere are never read, and the element at index 0 is read even where such an extent is 0.
 /// Compare such arrays in slices of four dimensions or fewer.
 ///
+/// Arrays of numbers or booleans that both offer `BulkValues` in a type of their elements are read
+/// through these instead of their accessors, from 64 positions on; result, sentence and exceptions
+/// are the same. They are then asked for their type, once more for their shape, and for where the
+/// values lie. Values that lie in memory are looked at in any order. Others are read in blocks, in
+/// storage order, and `message` then holds the last difference before the block that could not be
+/// read. No array that does not offer them can tell.
+///
 /// @param first, second the arrays, borrowed for the call; they may be the same one.
 /// @param type the rule for numbers.
 /// @param tolerance of that rule; unused under `ComparisonType::Exact`.

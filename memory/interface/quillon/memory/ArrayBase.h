@@ -4,7 +4,9 @@
 
 #include <object_model/Array.h>
 #include <object_model/TupleX.h>
+#include <quillon/memory/AttributeList.h>
 #include <quillon/memory/Descriptors.h>
+#include <quillon/memory/Facets.h>
 
 #include <complex>
 #include <memory>
@@ -13,12 +15,13 @@
 
 namespace quillon::memory {
 
-/// An array without values: descriptor, shape, units and container. Derive from it to write an
-/// array over a storage of your own, and override the one accessor that suits its element type.
+/// An array without values: descriptor, shape, units, container, attributes and coordinates. Derive
+/// from it to write an array over a storage of your own, and override the one accessor that suits
+/// its element type, or derive from `ValueArray` and say what the value at a position is.
 ///
-/// Ownership: owns its descriptor and shape; knows its container without owning it.
-/// Threads: const operations may run concurrently.
-class ArrayBase : public object_model::Array {
+/// Ownership: owns its descriptor, shape and attributes, shares its coordinates; knows its
+/// container without owning it. Threads: const operations may run concurrently.
+class ArrayBase : public object_model::Array, public AttributeList, public HasCoordinates {
  public:
   /// An array called `name`. Its shape is the sizes of `axes`, dimension 0 first.
   /// @throws std::length_error when the number of elements does not fit 64 bits.
@@ -32,7 +35,7 @@ class ArrayBase : public object_model::Array {
 
   /// Fails unless overridden, with a sentence that names the array, what it holds and what was
   /// asked for.
-  /// @throws object_model::InvalidCall
+  /// @throws InvalidCall
   double getValueAsDouble(const object_model::Tuple& index) const override;
   /// @copydoc getValueAsDouble
   unsigned long getValueAsUInt(const object_model::Tuple& index) const override;
@@ -65,6 +68,14 @@ class ArrayBase : public object_model::Array {
   ///   position and the shape.
   unsigned long offsetOf(const object_model::Tuple& index) const;
 
+  /// The same for the `count` indices from `index` on.
+  unsigned long offsetOf(const unsigned long* index, unsigned long count) const;
+
+  /// Replaces the name.
+  /// @throws std::invalid_argument when this is an entry of a dictionary, which finds it under its
+  ///   name: see `Dictionary::rename`.
+  void setName(std::string name);
+
   /// Replaces the description.
   void setDescription(std::string description);
 
@@ -74,9 +85,22 @@ class ArrayBase : public object_model::Array {
   /// Sets the physical unit alone.
   void setPhysicalUnit(std::string unit);
 
+  std::shared_ptr<const object_model::Array> coordinates(unsigned long dimension) const override;
+
+  /// Says what the indices along `dimension` stand for: an array of one dimension of the same size,
+  /// of numbers, texts or times. Null takes the coordinates away.
+  /// @throws std::out_of_range when `dimension` is not below the number of dimensions,
+  ///   std::invalid_argument when the coordinates have another shape; nothing is changed.
+  void setCoordinates(unsigned long dimension,
+                      std::shared_ptr<const object_model::Array> coordinates);
+
  protected:
   /// Takes over everything but the container.
   ArrayBase(ArrayBase&& other) noexcept;
+
+  /// Takes over copies of the other's description, units and attributes, and its coordinates, whose
+  /// shape must be this array's.
+  void copyRemarksOf(const ArrayBase& other);
 
  private:
   ArrayDescriptor m_descriptor;
@@ -84,6 +108,7 @@ class ArrayBase : public object_model::Array {
   unsigned long m_numberOfElements;
   std::string m_unit;
   std::string m_physicalUnit;
+  std::vector<std::shared_ptr<const object_model::Array>> m_coordinates;  // empty for none at all
   object_model::Data* m_parent = nullptr;
 };
 

@@ -32,6 +32,9 @@ class ArrayDescriptor final : public object_model::ArrayInfo {
   /// All axes, dimension 0 first.
   const std::vector<Axis>& axes() const;
 
+  /// Replaces the name.
+  void setName(std::string name);
+
   /// Replaces the description.
   void setDescription(std::string description);
 
@@ -58,6 +61,12 @@ class DictionaryDescriptor final : public object_model::DictionaryInfo {
 
   const std::string& getName() const override;
   const std::string& getDescription() const override;
+
+  /// Replaces the name.
+  void setName(std::string name);
+
+  /// Replaces the description.
+  void setDescription(std::string description);
 
   void reservedDataInfo0() const override;
   void reservedDictionaryInfo0() const override;

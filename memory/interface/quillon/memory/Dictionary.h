@@ -2,12 +2,13 @@
 /// A dictionary in memory.
 #pragma once
 
-#include <object_model/Dictionary.h>
-#include <quillon/memory/Descriptors.h>
+#include <quillon/memory/DictionaryBase.h>
+#include <quillon/memory/Entries.h>
 
 #include <memory>
 #include <string>
 #include <type_traits>
+#include <typeinfo>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -25,15 +26,16 @@ namespace quillon::memory {
 /// sentence that names the dictionary and the entry.
 ///
 /// Threads: const operations may run concurrently.
-class Dictionary final : public object_model::Dictionary {
+class Dictionary final : public DictionaryBase {
  public:
   /// A dictionary without entries.
   explicit Dictionary(std::string name, std::string description = {});
 
-  /// Takes over name and entries, and becomes the parent of these; `other` is left without either.
+  /// Takes over name, attributes and entries, and becomes the parent of these; `other` is left
+  /// without any of them.
   Dictionary(Dictionary&& other) noexcept;
-  /// Replaces name, description and entries; the dictionary stays in the container that it is in.
-  /// `other` is left without name and entries; it may be one of the entries that are replaced.
+  /// Replaces name, description, attributes and entries; the dictionary stays in the container that
+  /// it is in. `other` is left without them; it may be one of the entries that are replaced.
   /// @throws std::invalid_argument when this is an entry of a dictionary, which finds it under its
   ///   name, and `other` has another name, or when `other` contains this; nothing is changed.
   // NOLINTNEXTLINE(bugprone-exception-escape,performance-noexcept-move-constructor): see above
@@ -71,21 +73,57 @@ class Dictionary final : public object_model::Dictionary {
   /// Whether there is an entry called `name`.
   bool contains(const std::string& name) const;
 
-  const DictionaryDescriptor* getInformation() const override;
-  const object_model::Data* parent() const override;
-  object_model::Data* parent() override;
-  void setParent(object_model::Data* parent) override;
+  /// The entry that is found along `path`, such as "area" or "cells/area": each part but the last
+  /// names a dictionary. An entry whose own name holds a slash goes before; a slash in front is
+  /// passed over.
+  /// @tparam Entry what is asked for: an array class such as `DoubleArray`, or an interface.
+  /// @throws std::out_of_range when nothing is there; the sentence says how far the path leads.
+  /// @throws InvalidCall when something else is there; the sentence says what.
+  template <class Entry = object_model::Data>
+  Entry& at(const std::string& path) {
+    object_model::Data& found = entryAt(path);
+    auto* const entry = dynamic_cast<Entry*>(&found);
+    if (entry == nullptr) {
+      rejectType(path, found, typeid(Entry));
+    }
+    return *entry;
+  }
 
-  /// Returns false.
-  bool isDynamicDictionary() const override;
-  /// Returns null.
-  object_model::DynamicDictionary* asDynamicDictionary() override;
-  /// Returns null.
-  const object_model::DynamicDictionary* asDynamicDictionary() const override;
+  /// @copydoc at
+  template <class Entry = object_model::Data>
+  const Entry& at(const std::string& path) const {
+    const object_model::Data& found = entryAt(path);
+    const auto* const entry = dynamic_cast<const Entry*>(&found);
+    if (entry == nullptr) {
+      rejectType(path, found, typeid(Entry));
+    }
+    return *entry;
+  }
+
+  /// The first of the entries, for loops: `for (const auto& [name, data] : dictionary)`.
+  EntryIterator<Dictionary> begin() { return {*this, 0}; }
+  /// Behind the last of the entries.
+  EntryIterator<Dictionary> end() { return EntryRange<Dictionary>(*this).end(); }
+  /// @copydoc begin
+  EntryIterator<const Dictionary> begin() const { return {*this, 0}; }
+  /// @copydoc end
+  EntryIterator<const Dictionary> end() const { return EntryRange<const Dictionary>(*this).end(); }
+
+  /// Destroys the entry called `name`. The others keep their order. It takes time in the number of
+  /// entries.
+  void remove(const std::string& name);
+
+  /// Takes the entry called `name` out; it then stands in no container. The others keep their
+  /// order. It takes time in the number of entries.
+  std::unique_ptr<object_model::Data> extract(const std::string& name);
+
+  /// Gives the entry `name` another name, in its place. Out of memory, nothing is changed.
+  /// @throws std::invalid_argument when another entry is called `newName`.
+  /// @throws InvalidCall when the entry derives neither from `ArrayBase` nor from `DictionaryBase`
+  ///   and so cannot be told its name.
+  void rename(const std::string& name, std::string newName);
 
   unsigned long getNumOfData() const override;
-  void reservedDictionary0() const override;
-  void reservedDictionary1() const override;
   std::string getDataName(int index) const override;
   using object_model::Dictionary::data;
   object_model::Data* data(const std::string& name) override;
@@ -93,13 +131,16 @@ class Dictionary final : public object_model::Dictionary {
 
  private:
   void requireAddable(const object_model::Data& entry) const;
+  void requireFreeName(const std::string& name) const;
   void requireOutside(const object_model::Data& container) const;
   std::size_t positionOf(const std::string& name) const;
+  object_model::Data& entryAt(const std::string& path);
+  const object_model::Data& entryAt(const std::string& path) const;
+  [[noreturn]] void rejectType(const std::string& path, const object_model::Data& found,
+                               const std::type_info& asked) const;
 
-  DictionaryDescriptor m_descriptor;
   std::vector<std::unique_ptr<object_model::Data>> m_entries;
   std::unordered_map<std::string, std::size_t> m_positions;
-  object_model::Data* m_parent = nullptr;
 };
 
 }  // namespace quillon::memory

@@ -55,7 +55,7 @@ class TypedArray final : public ArrayBase, public ValuesOf<T> {
   const T& value(const object_model::Tuple& index) const;
 
   /// Replaces the element at `index`.
-  /// @throws object_model::InvalidCall when the array views its values.
+  /// @throws InvalidCall when the array views its values.
   /// @throws std::out_of_range for a position outside the shape.
   void setValue(const object_model::Tuple& index, T value);
 

@@ -57,7 +57,7 @@ class BlockLayout {
 /// @param start, extent the block, one number for each dimension, dimension 0 first; it must lie in
 ///   the array.
 /// @param destination room for all values of the block.
-/// @throws object_model::InvalidCall for a `T` that the array's values are not of.
+/// @throws InvalidCall for a `T` that the array's values are not of.
 ///   Whatever the array's own operations throw passes through.
 template <class T>
 void copyValues(const object_model::Array& array, const unsigned long* start,

@@ -11,9 +11,6 @@ namespace quillon::memory {
 /// UTF-8 appear as escapes such as `\n` and `\x1b`. All other UTF-8 passes.
 std::string escaped(std::string_view text);
 
-/// How many bytes the UTF-8 character takes that `text` starts with; 0 where it starts with none.
-std::size_t utf8Length(std::string_view text);
-
 /// `text` escaped and in single quotes.
 std::string inQuotes(std::string_view text);
 
@@ -23,7 +20,7 @@ std::string listed(const std::vector<std::string>& names);
 /// "1 array", "2 arrays".
 std::string counted(unsigned long count, const std::string& noun);
 
-/// How many places escaped UTF-8 text takes on a terminal, one for each character.
+/// How many places escaped UTF-8 text takes on a terminal, see widthOf(char32_t).
 std::size_t displayWidth(std::string_view text);
 
 }  // namespace quillon::memory

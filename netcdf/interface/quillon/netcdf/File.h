@@ -33,14 +33,10 @@ struct OpenOptions {
   /// How many bytes of one variable's values are held in memory at a time.
   std::size_t windowBytes = std::size_t{64} << 20U;
 
-  /// Whether the file is known to be sound. The libraries below crash or loop on some damaged
-  /// netCDF-4 files, so that such a file, and each window of strings in it, is first read in a
-  /// short-lived copy of the process (`fork`), which gets 256 MiB of memory and 128 bytes for each
-  /// byte of the file. Set this in a process that must not be copied.
-  bool trustFile = false;
-
   /// Told after each read how many bytes of values it brought, as they are stored (a `float` counts
-  /// 4), so that a caller can show progress. What it throws passes through the accessor that read.
+  /// 4), so that a caller can show progress. It is called by the thread that read, by several at a
+  /// time where several read, and never under a lock, so that it may use files and arrays itself.
+  /// What it throws passes through the operation that read.
   std::function<void(unsigned long bytes)> onRead;
 };
 
@@ -84,14 +80,30 @@ struct Skipped {
 /// OpenOptions::windowBytes. Walking an array in order (dimension 0 fastest) reads each value once,
 /// whatever the file's size; hopping between windows reads them again and again. A text that is
 /// longer than a window is read by itself, and a string counts as 128 bytes, whatever its length.
+/// Arrays of numbers are `object_model::BulkValues` as well, in the type that the values have in
+/// the file: blocks of them are read past the window, which stays as it is.
+///
+/// Names: the file that is opened is the one at `path`, whatever the path looks like to the
+/// libraries below; one with a backslash, which they take for a slash, is refused.
+///
+/// Damage: classic files are checked as a whole before libnetcdf sees them. What stands in a
+/// netCDF-4 file is up to libhdf5, which crashes or loops on some damaged ones. Who reads such
+/// files from strangers does so in a process that may end, as the tool `quillon` does; this library
+/// makes no processes and maps no file.
 ///
 /// Ownership: the file owns its dictionaries, they own their arrays, and these keep the file open.
 /// Errors: `Error`, from the constructor for a file that is missing, no netCDF file, damaged or
-/// shorter than its header claims, and from the accessors of an array whose values cannot be read;
-/// such an array holds no half window and tries anew when it is asked again. A netCDF-4 variable
-/// that claims more than a mebibyte of values for each byte of its file counts as damaged.
-/// Threads: one thread at a time may use the files and arrays of a process: the accessors of an
-/// array are const but fill its window, and the libraries below are not thread-safe.
+/// shorter than its header claims, and from the accessors of an array whose values cannot be read,
+/// for instance since the file was cut meanwhile or since there is no memory for them; such an
+/// array holds no half window and tries anew when it is asked again. Threads: files, and arrays of
+/// one file or of several, may be used by any threads at the same time; only moving, assigning to
+/// or destroying an object, and changing its dictionaries, is for one thread alone. Reads come one
+/// after the other, under libraryLock(), as the libraries below are not thread-safe; two threads
+/// that read one array in different windows take turns with it and are better off with blocks of
+/// its bulk values. A thread that uses libnetcdf beside this library must hold libraryLock(), and
+/// so must one that uses HDF5's high-level library, or a libhdf5 that is not thread-safe
+/// (`H5is_library_threadsafe`). With one that is, such as Debian's, its C functions need no lock,
+/// as long as it leaves the objects that libnetcdf has open alone.
 class File {
  public:
   /// Opens the file at `path` for reading.

@@ -1,0 +1,41 @@
+/// @file
+/// Attributes that an object keeps itself.
+#pragma once
+
+#include <quillon/memory/Facets.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace quillon::memory {
+
+/// What arrays and dictionaries in memory derive from to keep attributes. A class that has them
+/// elsewhere, in a file for instance, overrides attributes().
+///
+/// Ownership: owns the attributes. Threads: const operations may run concurrently.
+class AttributeList : public HasAttributes {
+ public:
+  std::vector<Attribute> attributes() const override;
+
+  /// Gives the attribute `name` a value: `setAttribute("standard_name", "air_temperature")`,
+  /// `setAttribute("valid_range", std::vector<double>{0, 1})`. One that is there keeps its place,
+  /// another one comes last. Out of memory, nothing is changed.
+  void setAttribute(std::string name, AttributeValue value);
+
+  /// Takes the attribute away. Returns whether there was one called `name`.
+  bool removeAttribute(const std::string& name);
+
+ protected:
+  AttributeList();
+  AttributeList(const AttributeList& other);
+  AttributeList(AttributeList&& other) noexcept;
+  AttributeList& operator=(const AttributeList& other);
+  AttributeList& operator=(AttributeList&& other) noexcept;
+  ~AttributeList();
+
+ private:
+  std::unique_ptr<std::vector<Attribute>> m_attributes;  // most objects have none
+};
+
+}  // namespace quillon::memory

@@ -1,0 +1,17 @@
+/// @file
+/// What somebody may have meant by a name that is not there.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillon::memory {
+
+/// The `most` of `names` that are nearest to `name`, the nearest first, of those as near the first:
+/// those that take the fewest changes of a letter, where upper and lower case are no change. All of
+/// them where there are fewer.
+std::vector<std::string> nearestNames(std::string_view name, const std::vector<std::string>& names,
+                                      std::size_t most = 3);
+
+}  // namespace quillon::memory

@@ -1,0 +1,27 @@
+/// @file
+/// The characters of UTF-8 text.
+///
+/// Threads: any function may run concurrently.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace quillon::memory {
+
+/// What a text starts with.
+struct Character {
+  std::size_t length = 0;  ///< in bytes; 0 where the text starts with no UTF-8 character
+  char32_t point = 0;      ///< its code point
+};
+
+/// The character that `text` starts with. Overlong forms, surrogates and points behind U+10FFFF are
+/// none; an empty text has none.
+Character firstCharacter(std::string_view text);
+
+/// How many places of a terminal a character takes: 2 for wide ones, such as those of Chinese and
+/// Japanese, 0 for those that go on top of the one before and for those that show nothing, else 1.
+/// No locale plays a part.
+int widthOf(char32_t point);
+
+}  // namespace quillon::memory

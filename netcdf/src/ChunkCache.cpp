@@ -1,0 +1,97 @@
+#include "ChunkCache.h"
+
+#include <netcdf.h>
+
+#include <algorithm>
+
+#include "Bounded.h"
+#include "Variable.h"
+
+namespace quillon::netcdf {
+namespace {
+
+struct Settings {
+  std::size_t bytes = 0;
+  std::size_t slots = 0;
+  float preemption = 0;
+};
+
+// Should the library refuse, it keeps more or less than is best, which does no other harm.
+void apply(const Variable& variable, const Settings& wanted) {
+  nc_set_var_chunk_cache(variable.group, variable.id, wanted.bytes, wanted.slots,
+                         wanted.preemption);
+}
+
+std::size_t bytesKept(const Variable& variable) {
+  Settings now;
+  nc_get_var_chunk_cache(variable.group, variable.id, &now.bytes, &now.slots, &now.preemption);
+  return now.bytes;
+}
+
+bool endsAtTheEnd(const Variable& variable, const unsigned long* start,
+                  const unsigned long* extent) {
+  for (std::size_t k = 0; k < variable.shape.size(); ++k) {
+    if (start[k] + extent[k] < variable.shape[k]) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool isOfWholeChunks(const Variable& variable, const unsigned long* start,
+                     const unsigned long* extent) {
+  for (std::size_t k = 0; k < variable.shape.size(); ++k) {
+    const unsigned long end = start[k] + extent[k];
+    if (start[k] % variable.chunks[k] != 0 ||
+        (end % variable.chunks[k] != 0 && end != variable.shape[k])) {
+      return false;
+    }
+  }
+  return true;
+}
+
+/// The bytes of all chunks that the block touches.
+unsigned long bytesTouched(const Variable& variable, const unsigned long* start,
+                           const unsigned long* extent) {
+  unsigned long bytes = variable.valueBytes;
+  for (std::size_t k = 0; k < variable.shape.size(); ++k) {
+    const unsigned long chunk = variable.chunks[k];
+    const unsigned long chunks = (start[k] + extent[k] - 1) / chunk - start[k] / chunk + 1;
+    bytes = boundedProduct(bytes, boundedProduct(chunks, chunk));
+  }
+  return bytes;
+}
+
+}  // namespace
+
+void ChunkCache::prepare(const Variable& variable, const unsigned long* start,
+                         const unsigned long* extent) {
+  if (variable.chunks.empty()) {
+    return;
+  }
+  const std::size_t kept = bytesKept(variable);
+  m_isReadInPart = m_isReadInPart || !isOfWholeChunks(variable, start, extent);
+  if (!m_isReadInPart) {
+    if (kept > 0) {
+      apply(variable, {});
+    }
+    return;
+  }
+  Settings wanted;  // the library's own, but room for a window's chunks
+  nc_get_chunk_cache(&wanted.bytes, &wanted.slots, &wanted.preemption);
+  wanted.bytes = std::max(wanted.bytes, std::min(bytesTouched(variable, start, extent),
+                                                 variable.source->options().windowBytes));
+  if (kept < wanted.bytes) {
+    apply(variable, wanted);
+  }
+}
+
+void ChunkCache::release(const Variable& variable, const unsigned long* start,
+                         const unsigned long* extent) {
+  if (m_isReadInPart && endsAtTheEnd(variable, start, extent)) {
+    apply(variable, {});
+    m_isReadInPart = false;
+  }
+}
+
+}  // namespace quillon::netcdf

@@ -1,0 +1,29 @@
+#include "LibraryPath.h"
+
+#include "FileCheck.h"
+
+namespace quillon::netcdf {
+namespace {
+
+/// Repeated slashes mean one.
+std::string withSingleSlashes(const std::string& path) {
+  std::string single;
+  for (const char c : path) {
+    if (c != '/' || single.empty() || single.back() != '/') {
+      single += c;
+    }
+  }
+  return single;
+}
+
+}  // namespace
+
+std::string libraryPath(const std::string& path) {
+  if (path.find('\\') != std::string::npos) {
+    failReading(path, "its path has a backslash, which the netCDF library takes for a slash");
+  }
+  const std::string single = withSingleSlashes(path);
+  return single.front() == '/' ? single : "./" + single;
+}
+
+}  // namespace quillon::netcdf

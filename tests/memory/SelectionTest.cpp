@@ -1,0 +1,89 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <object_model/InvalidCall.h>
+#include <quillon/memory/Selection.h>
+#include <quillon/memory/TypedArray.h>
+
+#include <stdexcept>
+
+#include "support/Interfaces.h"
+
+namespace quillon::memory {
+namespace {
+
+class SelectionTest : public ::testing::Test {
+ protected:
+  SelectionTest() {
+    for (const char* name : {"A", "B", "C"}) {
+      m_group.add(IntArray(name, {Axis("x", 1)}, {1}));
+    }
+  }
+
+  Dictionary m_group{"cells", "what was measured"};
+};
+
+TEST_F(SelectionTest, EntriesStandInTheOrderOfTheGroup) {
+  const Selection selection(m_group, {"C", "A"});
+  ASSERT_EQ(selection.getNumOfData(), 2);
+  EXPECT_EQ(selection.getDataName(0), "A");
+  EXPECT_EQ(selection.getDataName(1), "C");
+}
+
+TEST_F(SelectionTest, EntriesAreThoseOfTheGroup) {
+  Selection selection(m_group, {"B"});
+  const Selection& readOnly = selection;
+  EXPECT_EQ(selection.data("B"), m_group.data("B"));
+  EXPECT_EQ(readOnly.data("B"), m_group.data("B"));
+  EXPECT_EQ(static_cast<object_model::Dictionary&>(selection).data(0), m_group.data("B"));
+  EXPECT_EQ(selection.data("B")->parent(), &m_group);
+}
+
+TEST_F(SelectionTest, NameGivenTwiceIsOneEntry) {
+  EXPECT_EQ(Selection(m_group, {"A", "A"}).getNumOfData(), 1);
+}
+
+TEST_F(SelectionTest, NoNamesGiveNoEntries) { EXPECT_EQ(Selection(m_group, {}).getNumOfData(), 0); }
+
+TEST_F(SelectionTest, NameThatTheGroupLacksThrows) {
+  EXPECT_THROW(Selection(m_group, {"A", "Q"}), std::out_of_range);
+}
+
+TEST_F(SelectionTest, EntryThatWasNotChosenIsNotThere) {
+  Selection selection(m_group, {"A"});
+  const Selection& readOnly = selection;
+  EXPECT_THROW(selection.data("B"), std::out_of_range);
+  EXPECT_THROW(readOnly.data("B"), std::out_of_range);
+  EXPECT_THROW(selection.getDataName(1), std::out_of_range);
+  EXPECT_THROW(selection.getDataName(-1), std::out_of_range);
+}
+
+TEST_F(SelectionTest, DescriptionIsTheGroups) {
+  Selection selection(m_group, {"A"});
+  EXPECT_EQ(selection.getName(), "cells");
+  EXPECT_EQ(selection.getDescription(), "what was measured");
+  EXPECT_TRUE(selection.isDictionary());
+  EXPECT_FALSE(selection.isDynamicDictionary());
+  EXPECT_EQ(selection.asDynamicDictionary(), nullptr);
+}
+
+TEST_F(SelectionTest, StandsWhereTheGroupStands) {
+  Dictionary root("/");
+  Dictionary& group = root.add(std::move(m_group));
+  Selection selection(group, {"A"});
+  EXPECT_EQ(selection.parent(), &root);
+  EXPECT_EQ(static_cast<const Selection&>(selection).parent(), &root);
+  EXPECT_THROW(selection.setParent(nullptr), object_model::InvalidCall);
+}
+
+TEST_F(SelectionTest, AttributesAreTheGroups) {
+  m_group.setAttribute("k", "v");
+  EXPECT_EQ(Selection(m_group, {"A"}).attributes(), m_group.attributes());
+}
+
+TEST_F(SelectionTest, OfAGroupThatOffersNoneHasNoAttributes) {
+  test::PlainDictionary group;
+  EXPECT_TRUE(Selection(group, {}).attributes().empty());
+}
+
+}  // namespace
+}  // namespace quillon::memory

@@ -1,0 +1,99 @@
+#include <gtest/gtest.h>
+
+#include "ChunkCache.h"
+#include "Source.h"
+#include "TestFiles.h"
+#include "Variable.h"
+
+namespace quillon::netcdf {
+namespace {
+
+/// A grid of 8 by 6 bytes in chunks of 4 by 3, fastest dimension first.
+class ChunkCacheTest : public testing::Test {
+ protected:
+  static constexpr std::size_t USUAL_BYTES = 1000;  // what the library keeps if not told otherwise
+
+  ChunkCacheTest() {
+    must(nc_get_chunk_cache(&m_bytes, &m_slots, &m_preemption));
+    must(nc_set_chunk_cache(USUAL_BYTES, m_slots, m_preemption));
+    {
+      const Writer writer(m_path, NC_NETCDF4);
+      const int y = writer.dimension("y", 6);
+      const int v = writer.variable("v", NC_BYTE, {y, writer.dimension("x", 8)});
+      const std::size_t chunks[] = {3, 4};
+      must(nc_def_var_chunking(writer.root(), v, NC_CHUNKED, chunks));
+      writer.put<signed char>(v, {6, 8}, std::vector<signed char>(48, 1));
+    }
+    open({});
+  }
+  ~ChunkCacheTest() override { nc_set_chunk_cache(m_bytes, m_slots, m_preemption); }
+
+  void open(const OpenOptions& options) {
+    m_variable.source = std::make_shared<const Source>(m_path, options);
+    m_variable.group = m_variable.source->id();
+    m_variable.id = 0;
+    m_variable.valueBytes = 1;
+    m_variable.shape = {8, 6};
+    m_variable.chunks = {4, 3};
+  }
+
+  std::size_t keptAfterReading(const std::vector<unsigned long>& start,
+                               const std::vector<unsigned long>& extent) const {
+    std::vector<signed char> values(48);
+    m_variable.read(start.data(), extent.data(), values.data());
+    std::size_t bytes = 0;
+    must(nc_get_var_chunk_cache(m_variable.group, m_variable.id, &bytes, nullptr, nullptr));
+    return bytes;
+  }
+
+  Variable m_variable;
+
+ private:
+  Scratch m_scratch;
+  std::string m_path = m_scratch.path("a.nc");
+  std::size_t m_bytes = 0;
+  std::size_t m_slots = 0;
+  float m_preemption = 0;
+};
+
+TEST_F(ChunkCacheTest, NothingIsKeptOfWholeChunks) {
+  EXPECT_EQ(keptAfterReading({0, 0}, {8, 3}), 0U);
+  EXPECT_EQ(keptAfterReading({4, 3}, {4, 3}), 0U);
+  EXPECT_EQ(keptAfterReading({0, 0}, {8, 6}), 0U);
+}
+
+TEST_F(ChunkCacheTest, ChunksAreKeptThatAreReadInPart) {
+  EXPECT_EQ(keptAfterReading({0, 0}, {8, 1}), USUAL_BYTES);
+  EXPECT_EQ(keptAfterReading({0, 1}, {8, 2}), USUAL_BYTES);
+  EXPECT_EQ(keptAfterReading({1, 0}, {3, 3}), USUAL_BYTES);
+}
+
+TEST_F(ChunkCacheTest, OnceReadInPartTheyAreKeptForTheRest) {
+  keptAfterReading({0, 0}, {8, 1});
+  EXPECT_EQ(keptAfterReading({0, 0}, {8, 3}), USUAL_BYTES);
+}
+
+TEST_F(ChunkCacheTest, TheyAreLeftAtTheEnd) {
+  keptAfterReading({0, 0}, {8, 1});
+  EXPECT_EQ(keptAfterReading({0, 5}, {8, 1}), 0U);
+  EXPECT_EQ(keptAfterReading({0, 0}, {8, 3}), 0U);
+  EXPECT_EQ(keptAfterReading({0, 0}, {8, 1}), USUAL_BYTES);
+}
+
+TEST_F(ChunkCacheTest, ThereIsRoomForAllChunksOfARead) {
+  must(nc_set_chunk_cache(5, 11, 0.5F));
+  open({});
+  EXPECT_EQ(keptAfterReading({0, 0}, {8, 1}), 2U * 4 * 3);
+  EXPECT_EQ(keptAfterReading({3, 2}, {1, 2}), 2U * 4 * 3);
+}
+
+TEST_F(ChunkCacheTest, ButNotForMoreThanAWindow) {
+  must(nc_set_chunk_cache(5, 11, 0.5F));
+  OpenOptions options;
+  options.windowBytes = 20;
+  open(options);
+  EXPECT_EQ(keptAfterReading({0, 0}, {8, 1}), 20U);
+}
+
+}  // namespace
+}  // namespace quillon::netcdf
