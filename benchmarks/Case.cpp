@@ -9,7 +9,7 @@ Cases allCases() {
   addComparisonCases(cases);
   addBulkComparisonCases(cases);
   addDictionaryComparisonCases(cases);
-  addReportCases(cases);
+  addReportComparisonCases(cases);
   addExportCases(cases);
   addRenderingCases(cases);
   addProxyCases(cases);

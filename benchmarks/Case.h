@@ -39,7 +39,7 @@ using Cases = std::vector<Case>;
 void addComparisonCases(Cases& cases);
 void addBulkComparisonCases(Cases& cases);
 void addDictionaryComparisonCases(Cases& cases);
-void addReportCases(Cases& cases);
+void addReportComparisonCases(Cases& cases);
 void addExportCases(Cases& cases);
 void addRenderingCases(Cases& cases);
 void addProxyCases(Cases& cases);

@@ -311,9 +311,7 @@ class Walk {
         figuresOf(first, second, {rule, m_options.largest, m_progress}, wholeGrid(first.size()));
     m_report.values += figures.values;
     if (figures.count > 0) {
-      const bool isLocated = dynamic_cast<const memory::HasCoordinates*>(&first) != nullptr;
-      m_report.rows.push_back(
-          differenceAt(path(), figures, Places(first, isLocated ? first : second)));
+      m_report.rows.push_back(differenceAt(path(), figures, Places(first, second)));
     }
   }
 

@@ -2,8 +2,10 @@
 
 #include <object_model/Exception.h>
 #include <object_model/Tuple.h>
+#include <quillon/memory/Time.h>
 #include <quillon/memory/Values.h>
 
+#include <algorithm>
 #include <exception>
 
 #include "Tally.h"
@@ -93,15 +95,14 @@ void Coordinates::readTimes() {
     m_times->readTimes(&start, &extent, times.data());
     return times;
   });
-  m_timeForm = memory::timeFormOf(m_timeValues.data(), m_timeValues.size());
+  m_form = memory::timeFormOf(m_timeValues.data(), m_timeValues.size());
 }
 
 Value Coordinates::timeAt(unsigned long index) const {
   if (index >= m_timeValues.size() || m_timeValues[index] == memory::MISSING_TIME) {
     return {};
   }
-  const long time = m_timeValues[index];
-  return memory::timeText(time, m_times->calendar(), m_timeForm);
+  return memory::timeText(m_timeValues[index], m_times->calendar(), m_form);
 }
 
 Value Coordinates::at(unsigned long index) const {
@@ -112,10 +113,13 @@ Value Coordinates::at(unsigned long index) const {
       [&] { return m_times == nullptr ? readValue(*m_array, index) : timeAt(index); });
 }
 
-Places::Places(const Array& named, const Array& located)
-    : m_axes(memory::axesOf(named)), m_names(uniqueNames(m_axes)) {
+Places::Places(const Array& first, const Array& second)
+    : m_axes(memory::axesOf(first)), m_names(uniqueNames(m_axes)) {
   for (std::size_t k = 0; k < m_axes.size(); ++k) {
-    m_coordinates.emplace_back(located, k, m_axes[k].size);
+    m_coordinates.emplace_back(first, k, m_axes[k].size);
+    if (!m_coordinates.back().areKnown()) {
+      m_coordinates.back() = Coordinates(second, k, m_axes[k].size);
+    }
   }
 }
 

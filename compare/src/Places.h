@@ -17,6 +17,8 @@ class Coordinates {
  public:
   Coordinates(const object_model::Array& array, unsigned long dimension, unsigned long size);
 
+  bool areKnown() const { return m_array != nullptr; }
+
   /// What the index stands for; nothing where that cannot be had.
   Value at(unsigned long index) const;
 
@@ -27,15 +29,15 @@ class Coordinates {
   std::shared_ptr<const object_model::Array> m_array;
   const memory::HasTimes* m_times = nullptr;
   std::vector<long> m_timeValues;
-  memory::TimeForm m_timeForm = memory::TimeForm::Date;
+  memory::TimeForm m_form = memory::TimeForm::DateAndTime;
 };
 
 /// How positions in an array are described: by dimension names, indices and coordinates.
 class Places {
  public:
-  /// @param named the array that gives the dimensions' names.
-  /// @param located the array that gives the coordinates; of the same shape.
-  Places(const object_model::Array& named, const object_model::Array& located);
+  /// @param first the array that gives the dimensions' names, and coordinates where it has any.
+  /// @param second the array that gives the other coordinates; of the same shape.
+  Places(const object_model::Array& first, const object_model::Array& second);
 
   /// The position of a value in storage order, the slowest dimension first.
   std::vector<Place> at(unsigned long offset) const;

@@ -176,8 +176,6 @@ class FailingArray final : public memory::ArrayBase {
 /// Numbers with whatever an array may offer besides them.
 class RichArray final : public memory::ArrayBase,
                         public memory::InPlaceValues<double>,
-                        public memory::HasAttributes,
-                        public memory::HasCoordinates,
                         public memory::HasTimes {
  public:
   RichArray(std::string name, std::vector<memory::Axis> axes, std::vector<double> values)

@@ -65,6 +65,7 @@ TEST(ValuesComparisonTest, IntegersAreToldApartWithoutRounding) {
   EXPECT_EQ(differing(UINT_MAX_VALUE, 0UL, within(18446744073709549568.0)), 1);
   EXPECT_EQ(differing(UINT_MAX_VALUE, 0UL, within(18446744073709551616.0)), 0);
   EXPECT_EQ(differing(UINT_MAX_VALUE, 0UL, within(INFINITE)), 0);
+  EXPECT_EQ(differing(9007199254740993L, 0L, within(9007199254740992.0)), 1);
   EXPECT_EQ(differing(5UL, 3UL, within(1.9)), 1);
   EXPECT_EQ(differing(3UL, 5UL, within(2.5)), 0);
 }

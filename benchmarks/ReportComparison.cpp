@@ -138,7 +138,7 @@ class BesideTiledLoop final : public EqualSquares<double, double> {
 
 }  // namespace
 
-void addReportCases(Cases& cases) {
+void addReportComparisonCases(Cases& cases) {
   constexpr unsigned long SIZE = 10'000'000;
   cases.push_back({"compare/Double/both-tolerances", "square", SIZE, 4, [](unsigned long size) {
                      return std::make_unique<BesideMemcmp<double, double>>(size);
