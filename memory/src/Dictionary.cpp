@@ -132,7 +132,7 @@ Dictionary& Dictionary::operator=(Dictionary&& other) {
   requireOutside(other);
   // The entries from before go last: `other` may be one of them.
   Dictionary taken(std::move(other));
-  DictionaryBase::operator=(std::move(taken));
+  DictionaryBase::operator=(static_cast<DictionaryBase&&>(taken));  // not the entries
   std::swap(m_entries, taken.m_entries);
   std::swap(m_positions, taken.m_positions);
   for (const auto& entry : m_entries) {

@@ -13,11 +13,11 @@ DictionaryBase::DictionaryBase(std::string name, std::string description)
 
 DictionaryBase::DictionaryBase(DictionaryBase&& other) noexcept
     : object_model::Dictionary(),
-      AttributeList(std::move(other)),
+      AttributeList(static_cast<AttributeList&&>(other)),
       m_descriptor(std::move(other.m_descriptor)) {}
 
 DictionaryBase& DictionaryBase::operator=(DictionaryBase&& other) noexcept {
-  AttributeList::operator=(std::move(other));
+  AttributeList::operator=(static_cast<AttributeList&&>(other));
   m_descriptor = std::move(other.m_descriptor);
   return *this;
 }

@@ -295,7 +295,7 @@ std::string timeText(long time, Calendar calendar, TimeForm form) {
     return {};
   }
   const CivilTime civil = civilTimeOf(time, calendar);
-  const std::string date =
+  std::string date =
       yearText(civil.year) + "-" + padded(civil.month, 2) + "-" + padded(civil.day, 2);
   if (form == TimeForm::Date) {
     return date;
