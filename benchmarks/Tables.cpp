@@ -88,8 +88,8 @@ class WriteCsv final : public Operation {
  public:
   explicit WriteCsv(unsigned long rows) : m_values(measurements(rows)) {
     for (unsigned long k = 0; k + 1 < COLUMNS; ++k) {
-      m_dictionary.add(DoubleArray::view("v" + std::to_string(k), {{"row", rows}}, m_values.data(),
-                                         rows));
+      m_dictionary.add(
+          DoubleArray::view("v" + std::to_string(k), {{"row", rows}}, m_values.data(), rows));
     }
     m_table = std::make_unique<Table>(tableOf(m_dictionary, {"row"}));
   }

@@ -2,8 +2,8 @@
 
 // Ranges of code points after the Unicode Character Database, version 14.0.0: of the general
 // categories Mn, Me and Cf but for the soft hyphen, with the Hangul vowels and finals that join the
-// syllable before; and of East Asian width W or F. Points that stand for nothing yet join the ranges
-// around them.
+// syllable before; and of East Asian width W or F. Points that stand for nothing yet join the
+// ranges around them.
 
 namespace quillon::memory {
 
