@@ -29,6 +29,7 @@ class ChunkCacheTest : public testing::Test {
   ~ChunkCacheTest() override { nc_set_chunk_cache(m_bytes, m_slots, m_preemption); }
 
   void open(const OpenOptions& options) {
+    m_variable.source.reset();  // a file that is open already keeps its cache
     m_variable.source = std::make_shared<const Source>(m_path, options);
     m_variable.group = m_variable.source->id();
     m_variable.id = 0;
