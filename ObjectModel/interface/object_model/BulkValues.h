@@ -71,12 +71,15 @@ class BulkValues {
   virtual const unsigned long* chunkExtents() const { return nullptr; }  // slot 3
 
  protected:
+  // Made, copied and moved as part of an array only.
+  /// @cond
   BulkValues() = default;
   BulkValues(const BulkValues&) = default;
   BulkValues(BulkValues&&) = default;
   BulkValues& operator=(const BulkValues&) = default;
   BulkValues& operator=(BulkValues&&) = default;
   ~BulkValues() = default;  // arrays are destroyed as arrays
+  /// @endcond
 };
 
 }  // namespace object_model

@@ -31,6 +31,7 @@ namespace quillon::compare {
 /// entries whose name stands there twice, as only one of them can be had by name.
 ///
 /// @param first, second borrowed for the call; they may be the same one.
+/// @param options what to compare, and by which rule.
 /// @throws std::invalid_argument for a tolerance that is negative or NaN.
 /// Threads: reentrant; objects that may be read concurrently may be compared concurrently.
 Report compare(const object_model::Data& first, const object_model::Data& second,

@@ -23,7 +23,7 @@ struct Tolerance {
 /// A tolerance for the arrays whose paths match a pattern.
 struct PathTolerance {
   std::string pattern;  ///< see `memory::Pattern`; its wildcards match `/`, too
-  Tolerance tolerance;
+  Tolerance tolerance;  ///< for the values of these arrays
 };
 
 /// The attributes that say how a file came about rather than what is in it.

@@ -51,15 +51,14 @@ struct Difference {
   double largestRelative = 0;       ///< the greatest |a - b| / |b|; NaN where there is none
   double mean = 0;                  ///< of all deltas; NaN where there is none
   /// The value of the first side in `largest`'s first pair; for other reasons its shape, names,
-  /// unit,
-  /// ... as text; nothing where it has none.
+  /// unit, ... as text; nothing where it has none.
   Value first;
   Value second;  ///< the same of the second side
 };
 
 /// An entry, or an attribute, that could not be compared.
 struct NotCompared {
-  std::string path;
+  std::string path;    ///< as in `Difference`
   std::string reason;  ///< why, in words
 };
 
@@ -76,6 +75,8 @@ struct Report {
 };
 
 /// The row that says how the values of the entry at `path` differ.
+/// @param path as in `Difference`.
+/// @param figures what the comparison of the values found.
 /// @param outline an array of the shape, dimension names and coordinates of the entry; its values
 ///   are not read.
 Difference differenceOf(const std::string& path, const Figures& figures,

@@ -34,6 +34,7 @@ std::string text(const Report& report, const LineOptions& options = {});
 std::string message(const Report& report);
 
 /// The report as one JSON object in one line.
+/// @param report what the comparison found.
 /// @param first, second what the two objects are called, such as the names of their files.
 std::string toJson(const Report& report, const std::string& first, const std::string& second);
 

@@ -29,6 +29,7 @@ class ArrayBase : public object_model::Array, public AttributeList, public HasCo
   ArrayBase(std::string name, object_model::ElementType elementType, std::vector<Axis> axes,
             std::string description = {});
 
+  /// The descriptor, which belongs to the array.
   const ArrayDescriptor* getInformation() const override;
   const object_model::Data* parent() const override;
   object_model::Data* parent() override;

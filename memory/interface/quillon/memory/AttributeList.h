@@ -27,10 +27,15 @@ class AttributeList : public HasAttributes {
   bool removeAttribute(const std::string& name);
 
  protected:
+  /// Without attributes.
   AttributeList();
+  /// Copies the attributes.
   AttributeList(const AttributeList& other);
+  /// Takes over the attributes; `other` has none then.
   AttributeList(AttributeList&& other) noexcept;
+  /// Has copies of the other attributes in place of its own. Out of memory, nothing is changed.
   AttributeList& operator=(const AttributeList& other);
+  /// Takes over the other attributes in place of its own.
   AttributeList& operator=(AttributeList&& other) noexcept;
   ~AttributeList();
 

@@ -40,6 +40,9 @@ struct ElementTraits {
 template <class T>
 struct StoredTraits;
 
+// The rows of the table, which `ElementTraits` and `StoredTraits` describe.
+/// @cond
+
 #define QUILLON_ELEMENT_TYPE(T, ENUMERATOR, ACCESSOR)                                        \
   template <>                                                                                \
   struct ElementTraits<T> {                                                                  \
@@ -94,10 +97,13 @@ QUILLON_STORED_TYPE(bool, Boolean, bool, "bool");
 
 #undef QUILLON_STORED_TYPE
 
-/// A C++ type as a value, for the visits below: `typename decltype(tag)::Type`.
+/// @endcond
+
+/// A C++ type as a value, for the visits below. A visit has it back as the `Type` in
+/// `decltype(tag)`.
 template <class T>
 struct TypeTag {
-  using Type = T;
+  using Type = T;  ///< the type itself
 };
 
 /// A list of C++ types.
@@ -113,10 +119,13 @@ using StoredTypes =
     TypeList<signed char, short, int, long, unsigned char, unsigned short, unsigned int,
              unsigned long, float, double, std::complex<float>, std::complex<double>, bool>;
 
+// What the names below are made from.
+/// @cond
 template <class T, class List>
 struct IsListed;
 template <class T, class... Listed>
 struct IsListed<T, TypeList<Listed...>> : std::disjunction<std::is_same<T, Listed>...> {};
+/// @endcond
 
 /// Whether `T` is one of the types in which values are stored in bulk.
 template <class T>
@@ -126,6 +135,8 @@ inline constexpr bool IS_STORED_TYPE = IsListed<T, StoredTypes>::value;
 template <class T>
 inline constexpr bool IS_ELEMENT_TYPE = IsListed<T, ElementTypes>::value;
 
+// What `ElementOf` is made from.
+/// @cond
 template <class T, class = void>
 struct ElementOfType {
   using Type = T;
@@ -134,6 +145,7 @@ template <class T>
 struct ElementOfType<T, std::enable_if_t<IS_STORED_TYPE<T>>> {
   using Type = typename StoredTraits<T>::Element;
 };
+/// @endcond
 
 /// The C++ type of the element type that a value of the type `T` belongs to: `double` for `float`
 /// and `double`, `std::string` for itself.

@@ -24,33 +24,43 @@ struct NamedEntry {
 template <class D>
 class EntryIterator {
  public:
+  /// What `*` gives: name and entry.
   using value_type = NamedEntry<
       std::conditional_t<std::is_const_v<D>, const object_model::Data, object_model::Data>>;
-  using reference = value_type;
-  using pointer = void;
-  using difference_type = std::ptrdiff_t;
-  using iterator_category = std::input_iterator_tag;
+  using reference = value_type;                       ///< entries are given by value
+  using pointer = void;                               ///< there is no `->`
+  using difference_type = std::ptrdiff_t;             ///< for algorithms
+  using iterator_category = std::input_iterator_tag;  ///< for single passes
 
+  /// Stands at `position`, from 0 to the number of entries, and borrows the dictionary.
   EntryIterator(D& dictionary, int position) : m_dictionary(&dictionary), m_position(position) {}
 
+  /// The name and the entry at the position. What the dictionary throws passes through.
   value_type operator*() const {
     std::string name = m_dictionary->getDataName(m_position);
     auto* const data = m_dictionary->data(name);
     return {std::move(name), data};
   }
+
+  /// Steps to the next entry.
   EntryIterator& operator++() {
     ++m_position;
     return *this;
   }
+
+  /// Steps to the next entry; gives the iterator as it was.
   EntryIterator operator++(int) {
     EntryIterator before = *this;
     ++m_position;
     return before;
   }
 
+  /// Whether both stand at the same position; they must be of one dictionary.
   friend bool operator==(const EntryIterator& a, const EntryIterator& b) {
     return a.m_position == b.m_position;
   }
+
+  /// Whether they stand at different positions of one dictionary.
   friend bool operator!=(const EntryIterator& a, const EntryIterator& b) { return !(a == b); }
 
  private:
@@ -62,8 +72,13 @@ class EntryIterator {
 template <class D>
 class EntryRange {
  public:
+  /// The entries of `dictionary`, which must outlive the range.
   explicit EntryRange(D& dictionary) : m_dictionary(dictionary) {}
+
+  /// At the first entry.
   EntryIterator<D> begin() const { return {m_dictionary, 0}; }
+
+  /// Behind the last entry that is there now.
   EntryIterator<D> end() const {
     return {m_dictionary, static_cast<int>(m_dictionary.getNumOfData())};
   }

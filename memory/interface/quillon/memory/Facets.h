@@ -29,9 +29,11 @@ struct Attribute {
   AttributeValue value;  ///< never without a value but for empty lists of numbers or texts
 };
 
+/// Whether name and value are the same, the value down to the type of its numbers.
 inline bool operator==(const Attribute& a, const Attribute& b) {
   return a.name == b.name && a.value == b.value;
 }
+/// Whether name or value is another one.
 inline bool operator!=(const Attribute& a, const Attribute& b) { return !(a == b); }
 
 /// An array or dictionary with attributes.
@@ -42,12 +44,15 @@ class HasAttributes {
   virtual std::vector<Attribute> attributes() const = 0;
 
  protected:
+  // Made, copied and moved as part of an array or dictionary only.
+  /// @cond
   HasAttributes() = default;
   HasAttributes(const HasAttributes&) = default;
   HasAttributes(HasAttributes&&) = default;
   HasAttributes& operator=(const HasAttributes&) = default;
   HasAttributes& operator=(HasAttributes&&) = default;
   ~HasAttributes() = default;
+  /// @endcond
 };
 
 /// An array that knows what the indices of its axes stand for.
@@ -59,12 +64,15 @@ class HasCoordinates {
   virtual std::shared_ptr<const object_model::Array> coordinates(unsigned long dimension) const = 0;
 
  protected:
+  // Made, copied and moved as part of an array only.
+  /// @cond
   HasCoordinates() = default;
   HasCoordinates(const HasCoordinates&) = default;
   HasCoordinates(HasCoordinates&&) = default;
   HasCoordinates& operator=(const HasCoordinates&) = default;
   HasCoordinates& operator=(HasCoordinates&&) = default;
   ~HasCoordinates() = default;
+  /// @endcond
 };
 
 /// The rule by which days are grouped into months and years, as the CF conventions name them.
@@ -89,16 +97,20 @@ class HasTimes {
   /// Copies the times of a block of positions to `destination`, in storage order: microseconds
   /// since 1970-01-01T00:00:00 of calendar(), MISSING_TIME where there is none.
   /// @param start, extent as for `object_model::BulkValues::readValues`.
+  /// @param destination room for one number for each position of the block.
   virtual void readTimes(const unsigned long* start, const unsigned long* extent,
                          long* destination) const = 0;
 
  protected:
+  // Made, copied and moved as part of an array only.
+  /// @cond
   HasTimes() = default;
   HasTimes(const HasTimes&) = default;
   HasTimes(HasTimes&&) = default;
   HasTimes& operator=(const HasTimes&) = default;
   HasTimes& operator=(HasTimes&&) = default;
   ~HasTimes() = default;
+  /// @endcond
 };
 
 }  // namespace quillon::memory

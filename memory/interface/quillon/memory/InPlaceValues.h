@@ -17,18 +17,24 @@ namespace quillon::memory {
 template <class T>
 class InPlaceValues : public object_model::BulkValues {
  public:
+  /// The stored type that is `T`.
   object_model::StoredType storedType() const final { return StoredTraits<T>::TYPE; }
+  /// Where setPlace() said that the values lie.
   object_model::ValuesInPlace valuesInPlace() const final { return {m_first, m_strides.data()}; }
+  /// Copies a block of values, see `object_model::BulkValues`.
   void readValues(const unsigned long* start, const unsigned long* extent,
                   void* destination) const final;
 
  protected:
+  // Made, copied and moved as part of an array only.
+  /// @cond
   InPlaceValues() = default;
   InPlaceValues(const InPlaceValues&) = default;
   InPlaceValues(InPlaceValues&&) noexcept = default;
   InPlaceValues& operator=(const InPlaceValues&) = default;
   InPlaceValues& operator=(InPlaceValues&&) noexcept = default;
   ~InPlaceValues() = default;
+  /// @endcond
 
   /// Where the values lie: that at position 0, and how many bytes one index further the next one
   /// lies, for each dimension, dimension 0 first.

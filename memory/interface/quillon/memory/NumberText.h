@@ -21,6 +21,7 @@ inline constexpr int SHOWN_DIGITS = 6;
 
 /// Writes the shortest text that reads back as `value` in its own type: 0.1 is `0.1`, as a float as
 /// well as as a double. `T` is one of the stored types, see `StoredTraits`.
+/// @param value the number or truth value.
 /// @param to room for LONGEST_NUMBER characters.
 /// @return the end of what was written; no zero follows it.
 template <class T>
@@ -29,6 +30,7 @@ char* writeShortest(T value, char* to);
 /// Writes `value` with at most `digits` significant digits, as printf's "%g" does: without zeros at
 /// the end of a fraction, and with an exponent where the number is very large or very small. `T`
 /// is `float`, `double` or a complex of either.
+/// @param value the number.
 /// @param digits from 1 to 17; others are taken for the nearest of these.
 /// @param to room for LONGEST_NUMBER characters.
 /// @return the end of what was written; no zero follows it.

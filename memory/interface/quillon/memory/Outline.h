@@ -18,8 +18,9 @@ using Remarks = std::function<std::vector<std::string>(const object_model::Dicti
 /// What is in `group` and the dictionaries below it: a line for each of these, followed by a line
 /// for each of its arrays with name, element type, axes, unit and description, aligned. Control
 /// characters are escaped. No values are read.
-/// @param remarks further lines for each dictionary; none when empty.
 /// What the objects' own operations throw passes through.
+/// @param group the outermost dictionary.
+/// @param remarks further lines for each dictionary; none when empty.
 std::string describe(const object_model::Dictionary& group, const Remarks& remarks = {});
 
 /// The line on an array: name, element type, axes, unit and description.

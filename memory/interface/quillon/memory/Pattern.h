@@ -23,6 +23,7 @@ enum class Slash {
 /// product of both lengths.
 class Pattern {
  public:
+  /// The pattern `text`; every text is one. `slash` tells what its wildcards make of a `/`.
   explicit Pattern(std::string text, Slash slash = Slash::Stops);
 
   /// The pattern as it was given.

@@ -32,6 +32,7 @@ class StridedArray final : public ValueArray<T>, public InPlaceValues<T> {
 
  public:
   /// An array called `name` with one step for each axis.
+  /// @param name, axes as for `ArrayBase`.
   /// @param first the value whose indices are all 0; for negative steps it is not the lowest in
   ///   memory. It may be null when an axis has no points.
   /// @param strides how many bytes one index further the next value lies, dimension 0 first; zero
@@ -59,6 +60,8 @@ class StridedArray final : public ValueArray<T>, public InPlaceValues<T> {
     return valueOf(position.data(), position.size());
   }
 
+  /// The element at `index`, widened to the element type.
+  /// @throws std::out_of_range for a position outside the shape.
   ResultOf<T> valueAt(const object_model::Tuple& index) const override;
 
   /// An array that owns a copy of the values, and has the same description, units, attributes and

@@ -19,7 +19,7 @@ inline constexpr long MICROSECONDS_PER_DAY = 86400000000L;
 
 /// A point in time as people write it.
 struct CivilTime {
-  long year = 1970;
+  long year = 1970;     ///< 0 and negative ones exist
   int month = 1;        ///< 1 to 12
   int day = 1;          ///< from 1
   int hour = 0;         ///< 0 to 23

@@ -24,6 +24,8 @@ class TimeArray final : public ValueArray<long>, public InPlaceValues<long>, pub
   TimeArray(std::string name, std::vector<Axis> axes, std::vector<long> times,
             Calendar calendar = Calendar::Standard);
 
+  /// The time at `index`.
+  /// @throws std::out_of_range for a position outside the shape.
   long valueAt(const object_model::Tuple& index) const override;
   Calendar calendar() const override;
   void readTimes(const unsigned long* start, const unsigned long* extent,

@@ -72,6 +72,8 @@ class TypedArray final : public ValueArray<T>, public ValuesOf<T> {
   /// @throws std::out_of_range for a position outside the shape.
   void setValue(const object_model::Tuple& index, T value);
 
+  /// The element at `index`, widened to the element type; for dictionaries a pointer to it.
+  /// @throws std::out_of_range for a position outside the shape.
   ResultOf<T> valueAt(const object_model::Tuple& index) const override;
 
   /// The values, in storage order. Borrowed; they stay as long as the array, or the viewed buffer.

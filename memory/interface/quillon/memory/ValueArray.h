@@ -19,9 +19,11 @@ class ValueSource : public ArrayBase {
   virtual ResultOf<T> valueAt(const object_model::Tuple& index) const = 0;
 
  protected:
+  /// An array called `name`; see `ArrayBase`.
   ValueSource(std::string name, std::vector<Axis> axes, std::string description = {})
       : ArrayBase(std::move(name), ElementTraits<ElementOf<T>>::TYPE, std::move(axes),
                   std::move(description)) {}
+  /// Takes over everything but the container.
   ValueSource(ValueSource&&) noexcept = default;
 };
 

@@ -51,9 +51,9 @@ class BlockLayout {
 
 /// Copies the values of a block to `destination`, in storage order: from where they lie, in bulk,
 /// or one accessor call a value, whichever the array offers. `T` is the type of the array's
-/// elements
-/// (`double` for `Double`, …; `std::string` for `String`) or, where the array offers bulk values,
-/// the type in which they are stored.
+/// elements (`double` for `Double`, …; `std::string` for `String`) or, where the array offers bulk
+/// values, the type in which they are stored.
+/// @param array where the values come from.
 /// @param start, extent the block, one number for each dimension, dimension 0 first; it must lie in
 ///   the array.
 /// @param destination room for all values of the block.
@@ -63,7 +63,7 @@ template <class T>
 void copyValues(const object_model::Array& array, const unsigned long* start,
                 const unsigned long* extent, T* destination);
 
-/// @copydoc copyValues
+/// The same for a block, such as one of a `BlockLayout`.
 template <class T>
 void copyValues(const object_model::Array& array, const Block& block, T* destination) {
   copyValues(array, block.start.data(), block.extent.data(), destination);

@@ -23,11 +23,13 @@ namespace quillon::testing {
 /// Whether a subject says which values its array has, and their type.
 template <class Subject, class = void>
 struct ExpectedValues {
-  static constexpr bool ARE_KNOWN = false;
+  static constexpr bool ARE_KNOWN = false;  ///< whether it says so
 };
+/// The values of a subject that says so.
 template <class Subject>
 struct ExpectedValues<Subject, std::void_t<decltype(Subject::values())>> {
-  static constexpr bool ARE_KNOWN = true;
+  static constexpr bool ARE_KNOWN = true;  ///< whether it says so
+  /// The type of the values.
   using Value = typename decltype(Subject::values())::value_type;
 };
 
@@ -48,12 +50,18 @@ class ArraySuite : public ::testing::Test {
         << "The element type is none of the enumeration";
   }
 
+  /// The array of the subject, for writing.
   object_model::Array& writable() { return *m_array; }
+
+  /// The array of the subject.
   const object_model::Array& array() const { return *m_array; }
 
  private:
   const std::unique_ptr<object_model::Array> m_array = Subject::make();
 };
+
+// The tests, whose names say what they check.
+/// @cond
 
 TYPED_TEST_SUITE_P(ArraySuite);
 
@@ -209,5 +217,7 @@ REGISTER_TYPED_TEST_SUITE_P(ArraySuite, IsAnArrayAndNothingElse, DescriptorIsTha
                             TimesAreTheSameInEachBlock, AttributesHaveNamesOfTheirOwn,
                             ParentIsWhatItIsTold);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(ArraySuite);
+
+/// @endcond
 
 }  // namespace quillon::testing

@@ -21,24 +21,30 @@ namespace quillon::testing {
 template <class Subject>
 class DataFrameSuite : public ::testing::Test {
  protected:
+  /// What `tabra::DataFrameView::shape` returns: columns, then rows.
   using Shape = std::array<unsigned long, 2>;
 
+  /// The table of the subject.
   tabra::DataFrameView& frame() { return *m_frame; }
 
+  /// Adds a column of 64-bit integers behind the last one.
   void addColumn(const std::string& name) {
     m_frame->addColumn(name, tabra::DataType(tabra::DataTypeId::Int64));
   }
 
+  /// Writes `values` into a column from the row `firstRow` on.
   void write(unsigned long column, unsigned long firstRow, const std::vector<long>& values) {
     m_frame->write(column, firstRow, values.size(), values.data());
   }
 
+  /// The values of `count` rows of a column from the row `firstRow` on.
   std::vector<long> read(unsigned long column, unsigned long firstRow, unsigned long count) const {
     std::vector<long> values(count);
     m_frame->read(column, firstRow, count, values.data());
     return values;
   }
 
+  /// The names of the columns in their order.
   std::vector<std::string> names() const {
     std::vector<std::string> names;
     for (unsigned long column = 0; column < m_frame->shape()[0]; ++column) {
@@ -60,6 +66,9 @@ class DataFrameSuite : public ::testing::Test {
  private:
   const std::unique_ptr<tabra::DataFrameView> m_frame = Subject::make();
 };
+
+// The tests, whose names say what they check.
+/// @cond
 
 TYPED_TEST_SUITE_P(DataFrameSuite);
 
@@ -181,5 +190,7 @@ REGISTER_TYPED_TEST_SUITE_P(DataFrameSuite, IsEmptyAtFirst, ShapeIsColumnsAndRow
                             RemovingAllColumnsInTheirOrderEmptiesTheTable,
                             AnyOtherCallEndsARunOfRemovals);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(DataFrameSuite);
+
+/// @endcond
 
 }  // namespace quillon::testing

@@ -41,10 +41,16 @@ struct BorrowsEntries<Subject, std::void_t<decltype(Subject::BORROWS_ENTRIES)>>
 template <class Subject>
 class DictionarySuite : public ::testing::Test {
  protected:
+  /// The dictionary of the subject, for writing.
   object_model::Dictionary& writable() { return *m_dictionary; }
+
+  /// The dictionary of the subject.
   const object_model::Dictionary& dictionary() const { return *m_dictionary; }
+
+  /// How many entries it has.
   int count() const { return static_cast<int>(m_dictionary->getNumOfData()); }
 
+  /// The names of the entries in their order.
   std::vector<std::string> names() const {
     std::vector<std::string> names;
     for (int k = 0; k < count(); ++k) {
@@ -56,6 +62,9 @@ class DictionarySuite : public ::testing::Test {
  private:
   const std::unique_ptr<object_model::Dictionary> m_dictionary = Subject::make();
 };
+
+// The tests, whose names say what they check.
+/// @cond
 
 TYPED_TEST_SUITE_P(DictionarySuite);
 
@@ -149,5 +158,7 @@ REGISTER_TYPED_TEST_SUITE_P(DictionarySuite, IsADictionaryAndNoArray, Descriptor
                             EachEntryIsFoundUnderItsName, MissingNamesThrow, EntriesKnowTheirParent,
                             ParentIsWhatItIsTold, AttributesHaveNamesOfTheirOwn);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(DictionarySuite);
+
+/// @endcond
 
 }  // namespace quillon::testing

@@ -26,9 +26,9 @@ struct ContractPlan {
   std::vector<unsigned long> sizes;    ///< of the index axes
   std::vector<std::string> unseen;     ///< names of axes along which only the first value shows
   std::vector<std::string> notes;      ///< a sentence for each entry that is not there whole
-  unsigned long rows = 1;
-  unsigned long columns = 0;  ///< index columns included
-  unsigned long values = 0;   ///< how many values the chosen arrays have
+  unsigned long rows = 1;              ///< the product of these sizes
+  unsigned long columns = 0;           ///< index columns included
+  unsigned long values = 0;            ///< how many values the chosen arrays have
 };
 
 /// Plans the table.
@@ -37,6 +37,7 @@ struct ContractPlan {
 /// not suit each other; nothing of the kind gets into a plan.
 /// @param group borrowed for the call.
 /// @param skipped variables of the group that the reader could not make arrays of.
+/// @param request what is asked for.
 /// @throws Error for names that are not there or given twice, for an axis with several sizes and
 ///   when nothing is left for the table.
 ContractPlan contractPlan(const object_model::Dictionary& group,
@@ -45,6 +46,7 @@ ContractPlan contractPlan(const object_model::Dictionary& group,
 /// How many of the first coordinates along each axis the first `maxRows` rows of the table need,
 /// and one row more where there is one, so that the table can show that it goes on. Axes that it
 /// needs whole are not named.
+/// @param plan of the table.
 /// @param maxRows 0 for all rows.
 std::map<std::string, unsigned long> extentsOf(const ContractPlan& plan, unsigned long maxRows);
 

@@ -17,7 +17,7 @@ namespace quillon::tables {
 /// Ownership: shares the table's state; owns the cells of the run. Threads: one at a time.
 class Cursor {
  public:
-  /// @param mostRows 0 for all rows.
+  /// Stands before the first row of `table`, and ends after `mostRows` rows; 0 for all.
   explicit Cursor(Table table, unsigned long mostRows = 0);
   ~Cursor();
   Cursor(const Cursor&) = delete;
@@ -36,7 +36,7 @@ class Cursor {
   template <class T>
   const T* cells(unsigned long column) const;
 
-  /// Whether a cell of the run is missing. @param row counted from firstRow().
+  /// Whether a cell of the run is missing; `row` is counted from firstRow().
   bool isMissing(unsigned long column, unsigned long row) const;
 
  private:

@@ -19,9 +19,9 @@ inline constexpr std::size_t NO_AXIS = std::numeric_limits<std::size_t>::max();
 /// Which indices of a dimension a column reads: those from `first` on, `step` apart, along the
 /// index axis number `axis`; or `first` alone where that is NO_AXIS.
 struct DimensionUse {
-  unsigned long first = 0;
-  unsigned long step = 1;
-  std::size_t axis = NO_AXIS;
+  unsigned long first = 0;     ///< counted from 0
+  unsigned long step = 1;      ///< at least 1
+  std::size_t axis = NO_AXIS;  ///< in the order of Plan::axes
 };
 
 /// Where an array is found.
@@ -45,7 +45,7 @@ struct PlannedColumn {
 
 /// One axis whose points become rows.
 struct IndexAxis {
-  std::string name;
+  std::string name;        ///< unique in the plan
   unsigned long size = 0;  ///< how many points of it the table has
 };
 
@@ -71,6 +71,7 @@ struct Plan {
 /// column of its own beside these. A column of positions is called `NAME (position)` where an array
 /// has its name.
 /// @param dictionary borrowed for the call.
+/// @param request what is asked for.
 /// @throws Error for names that match nothing (it offers the nearest ones), an axis of two sizes, a
 ///   part of an axis that is empty or outside of it, too many columns, or nothing to show.
 Plan plan(const object_model::Dictionary& dictionary, const Request& request = {});

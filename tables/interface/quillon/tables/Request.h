@@ -13,7 +13,7 @@ namespace quillon::tables {
 /// One position along an axis, counted from 0; -1 is the last. It removes the axis from the table,
 /// which keeps the coordinate there as a column.
 struct Position {
-  long at = 0;
+  long at = 0;  ///< negative ones count from the end
 };
 
 /// Positions from `first` on, `last` excluded, each `step` after the one before. Negative positions
@@ -26,7 +26,7 @@ struct PositionRange {
 
 /// A point of time: microseconds since 1970-01-01T00:00:00 of the coordinates' calendar.
 struct TimePoint {
-  long microseconds = 0;
+  long microseconds = 0;  ///< negative before 1970
 };
 
 /// A coordinate as a program has it. A text stands for a time where the coordinates are times.
@@ -35,20 +35,20 @@ using CoordinateValue = std::variant<double, std::string, TimePoint>;
 /// The position whose coordinate is nearest, the first of two as near. Texts are found exactly. It
 /// removes the axis as `Position` does.
 struct Nearest {
-  CoordinateValue value;
+  CoordinateValue value;  ///< what is looked for
 };
 
 /// The positions whose coordinates are from `first` to `last`, both included; an end of a given
 /// precision, such as "2011-08", goes to its end.
 struct CoordinateRange {
-  CoordinateValue first;
-  CoordinateValue last;
+  CoordinateValue first;  ///< the one end
+  CoordinateValue last;   ///< the other end
 };
 
 /// A coordinate or a range of these as people write it: "500", "DAPI", "2011-08-01:2011-08-31". Of
 /// a range of times the `:` is the one at which both sides read as times.
 struct CoordinateText {
-  std::string text;
+  std::string text;  ///< as written
 };
 
 /// Which part of an axis.
@@ -57,7 +57,7 @@ using Choice = std::variant<Position, PositionRange, Nearest, CoordinateRange, C
 /// The part of an axis that goes into a table.
 struct AxisSelection {
   std::string axis;  ///< the axis's name
-  Choice choice;
+  Choice choice;     ///< which of its positions
 };
 
 /// Reads "time=3", "time=0:3" (positions, end excluded), "level=@500" (the nearest coordinate) or
@@ -67,7 +67,7 @@ AxisSelection parseSelection(std::string_view text);
 
 /// A variable that whoever made the dictionary could not make an array of.
 struct Unreadable {
-  std::string name;
+  std::string name;    ///< the variable's name
   std::string reason;  ///< such as "it holds text"
 };
 

@@ -18,20 +18,20 @@ namespace quillon::tables {
 /// What the cells of a column are. The numbers and truth values have the values of
 /// `object_model::StoredType`.
 enum class ColumnType : int {
-  Int8 = 0,
-  Int16 = 1,
-  Int32 = 2,
-  Int64 = 3,
-  UInt8 = 4,
-  UInt16 = 5,
-  UInt32 = 6,
-  UInt64 = 7,
-  Float32 = 8,  ///< NaN is missing
-  Float64 = 9,  ///< NaN is missing
-  Boolean = 12,
-  Text = 13,  ///< `std::string`, UTF-8
-  Time = 14,  ///< `long`: microseconds since 1970-01-01T00:00:00 of the column's calendar;
-              ///< `memory::MISSING_TIME` is missing
+  Int8 = 0,      ///< `signed char`
+  Int16 = 1,     ///< `short`
+  Int32 = 2,     ///< `int`
+  Int64 = 3,     ///< `long`
+  UInt8 = 4,     ///< `unsigned char`
+  UInt16 = 5,    ///< `unsigned short`
+  UInt32 = 6,    ///< `unsigned int`
+  UInt64 = 7,    ///< `unsigned long`
+  Float32 = 8,   ///< `float`; NaN is missing
+  Float64 = 9,   ///< `double`; NaN is missing
+  Boolean = 12,  ///< `bool`
+  Text = 13,     ///< `std::string`, UTF-8
+  Time = 14,     ///< `long`: microseconds since 1970-01-01T00:00:00 of the column's calendar;
+                 ///< `memory::MISSING_TIME` is missing
 };
 
 /// The C++ types of cells. A `Time` is read as a `long`.
@@ -40,9 +40,9 @@ using CellTypes = memory::TypeList<signed char, short, int, long, unsigned char,
 
 /// What is known of a column.
 struct Column {
-  std::string name;  ///< unique in its table
-  std::string unit;  ///< empty where it has none
-  ColumnType type = ColumnType::Float64;
+  std::string name;                                        ///< unique in its table
+  std::string unit;                                        ///< empty where it has none
+  ColumnType type = ColumnType::Float64;                   ///< of its cells
   memory::Calendar calendar = memory::Calendar::Standard;  ///< of times
   bool isIndex = false;  ///< whether it tells the points of an index axis
 };
@@ -71,7 +71,9 @@ class Table {
   /// @copydoc Table
   explicit Table(const tabra::DataFrameView& view);
 
+  /// The columns in their order, index columns among them.
   const std::vector<Column>& columns() const;
+  /// How many rows every column has.
   unsigned long rows() const;
   /// A sentence for each array that is not in the table, with the reason.
   const std::vector<std::string>& notes() const;

@@ -46,7 +46,7 @@ void writeHtml(const Table& table, const Output& output, const Shown& shown = {}
 
 /// What stands on a page around its table, as plain texts.
 struct Page {
-  std::string title;
+  std::string title;     ///< the heading, and what the browser shows
   std::string subtitle;  ///< such as the group that the table shows
 };
 
@@ -56,6 +56,8 @@ void writeHtmlPage(const Table& table, const Page& page, const Output& output,
                    const Shown& shown = {});
 
 /// Comma-separated values after RFC 4180 but for LF at the end of lines, with one line of names.
+/// @param table what is written, all columns of it.
+/// @param output takes the text.
 /// @param maxRows the first of the rows; 0 for all.
 void writeCsv(const Table& table, const Output& output, unsigned long maxRows = 0);
 
@@ -64,6 +66,8 @@ void writeTsv(const Table& table, const Output& output, unsigned long maxRows = 
 
 /// A JSON array with an object for each row; infinities are the strings `"Infinity"` and
 /// `"-Infinity"`.
+/// @param table what is written, all columns of it.
+/// @param output takes the text.
 /// @param maxRows the first of the rows; 0 for all.
 void writeJson(const Table& table, const Output& output, unsigned long maxRows = 0);
 
