@@ -4,6 +4,7 @@
 
 #include <array>
 #include <complex>
+#include <optional>
 #include <utility>
 
 #include "ComparisonHelper/BulkComparison.h"
@@ -18,12 +19,27 @@ namespace {
 // and for 60 where they do next to nothing.
 constexpr unsigned long FEWEST_IN_BULK = 64;
 
-/// Finds the last difference in bulk; false, with nothing read, where that is not to be had. Apart
-/// from its callers, whose loops over accessors are to stay in registers.
+template <class Rule, class Value>
+void reportLast(const Difference<Value>& last, const Rule& rule, const ArrayPair& pair,
+                const Positions& positions, std::string* message) {
+  if (last.found && message != nullptr) {
+    // The unmatched quote behind the position is deliberate.
+    *message = sentenceOf("The arrays '", pair.name, "' have different values at the position ",
+                          positions.at(last.indices), "': '", last.first, "' and '", last.second,
+                          "'.", rule.remark());
+  }
+}
+
+/// Nothing, with nothing read, where the values are not to be had in bulk. Apart from its caller,
+/// whose loop over accessors is to stay in registers.
 template <class Element, class Rule>
-[[gnu::noinline]] bool compareInBulk(const Rule& rule, const ArrayPair& pair,
-                                     Difference<typename Element::Value>& last) {
-  return BulkComparison<Element, Rule>(rule, last).run(pair);
+[[gnu::noinline]] std::optional<bool> areSameInBulk(const Rule& rule, const ArrayPair& pair,
+                                                    std::string* message) {
+  Difference<typename Element::Value> last;
+  bool isDone = false;
+  runThenReport([&] { isDone = BulkComparison<Element, Rule>(rule, last).run(pair); },
+                [&] { reportLast(last, rule, pair, Positions(pair.shape), message); });
+  return isDone ? std::optional<bool>(!last.found) : std::nullopt;
 }
 
 /// Whether elements that are read as `Value` are ever compared in bulk under `Rule`.
@@ -38,16 +54,18 @@ bool areSameUnder(const Rule& rule, const ArrayPair& pair, std::string* message)
     return true;
   }
   using Value = typename Element::Value;
+  if constexpr (COMPARED_IN_BULK<Value, Rule>) {
+    if (positions.count() >= FEWEST_IN_BULK) {
+      if (const auto same = areSameInBulk<Element>(rule, pair, message)) {
+        return *same;
+      }
+    }
+  }
   Difference<Value> last;
   const Array& first = pair.first;
   const Array& second = pair.second;
   const Tuple& position = positions.current();
   const auto walk = [&] {
-    if constexpr (COMPARED_IN_BULK<Value, Rule>) {
-      if (positions.count() >= FEWEST_IN_BULK && compareInBulk<Element>(rule, pair, last)) {
-        return;
-      }
-    }
     positions.walk([&] {
       Value a = (first.*Element::READ)(position);
       Value b = (second.*Element::READ)(position);
@@ -56,14 +74,7 @@ bool areSameUnder(const Rule& rule, const ArrayPair& pair, std::string* message)
       }
     });
   };
-  runThenReport(walk, [&] {
-    if (last.found && message != nullptr) {
-      // The unmatched quote behind the position is deliberate.
-      *message = sentenceOf("The arrays '", pair.name, "' have different values at the position ",
-                            positions.at(last.indices), "': '", last.first, "' and '", last.second,
-                            "'.", rule.remark());
-    }
-  });
+  runThenReport(walk, [&] { reportLast(last, rule, pair, positions, message); });
   return !last.found;
 }
 

@@ -1,6 +1,8 @@
 #include "ComparisonHelper/StoredValues.h"
 
+#include <atomic>
 #include <complex>
+#include <typeinfo>
 
 namespace object_model::helper {
 namespace {
@@ -102,6 +104,21 @@ Storage<std::complex<double>> storageOf(StoredType type) {
 template <>
 Storage<bool> storageOf(StoredType type) {
   return type == StoredType::Boolean ? storage<bool, bool>() : Storage<bool>{};
+}
+
+const BulkValues* asBulkValues(const Array& array) {
+  // Searching a class that has many bases takes as long as comparing hundreds of its values, and
+  // those that offer nothing come again and again.
+  static std::atomic<const std::type_info*> offersNothing = nullptr;
+  const std::type_info& type = typeid(array);
+  if (offersNothing.load(std::memory_order_relaxed) == &type) {
+    return nullptr;
+  }
+  const auto* const values = dynamic_cast<const BulkValues*>(&array);
+  if (values == nullptr) {
+    offersNothing.store(&type, std::memory_order_relaxed);
+  }
+  return values;
 }
 
 }  // namespace object_model::helper

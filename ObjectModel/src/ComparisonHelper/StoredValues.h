@@ -32,6 +32,9 @@ struct Storage {
 template <class Value>
 Storage<Value> storageOf(StoredType type);
 
+/// The array as `BulkValues`; null where it is none.
+const BulkValues* asBulkValues(const Array& array);
+
 /// An array whose values are had in bulk.
 template <class Value>
 struct BulkSource {
@@ -43,7 +46,7 @@ struct BulkSource {
 /// elements; it then sees no call, or only one of storedType().
 template <class Value>
 BulkSource<Value> bulkSourceOf(const Array& array) {
-  const auto* const values = dynamic_cast<const BulkValues*>(&array);
+  const BulkValues* const values = asBulkValues(array);
   if (values == nullptr) {
     return {};
   }
