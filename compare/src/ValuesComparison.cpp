@@ -17,8 +17,6 @@ using object_model::Array;
 using object_model::ElementType;
 using object_model::StoredType;
 
-// Values in a block: what some megabytes hold, so that large chunks of files fit.
-constexpr unsigned long MOST_VALUES = 1UL << 20U;
 // Where each value takes a call, larger blocks would only leave the nearest cache.
 constexpr unsigned long MOST_CALLS = 4096;
 
@@ -65,12 +63,12 @@ Box boxOf(const Side& first, const Side& second, const Block& block, const GridP
 }
 
 BlockLayout layoutOf(const Array& array, const Side& first, const Side& second) {
-  const bool isByAccessor = first.isByAccessor() || second.isByAccessor();
-  const bool isRead = !first.isInPlace() && !first.isByAccessor();
-  const Side& read = isRead ? first : second;
-  const bool hasChunks = read.chunkExtents() != nullptr;
-  return {shapeOf(array), isByAccessor && !hasChunks ? MOST_CALLS : MOST_VALUES,
-          read.chunkExtents()};
+  const Side& read = first.chunkExtents() != nullptr ? first : second;
+  if (read.chunkExtents() == nullptr && (first.isByAccessor() || second.isByAccessor())) {
+    return {shapeOf(array), MOST_CALLS};
+  }
+  return BlockLayout::forReading(shapeOf(array), memory::bytesOf(read.storedType()),
+                                 read.chunkExtents());
 }
 
 bool isSingle(StoredType type) {

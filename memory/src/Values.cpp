@@ -31,6 +31,20 @@ const unsigned long* chunksOf(const Array& array) {
   return bulk == nullptr ? nullptr : bulk->chunkExtents();
 }
 
+/// How many values of so many bytes to read at a time: see BlockLayout::forReading.
+unsigned long valuesToRead(const std::vector<unsigned long>& shape, unsigned long valueBytes,
+                           const unsigned long* chunks) {
+  constexpr double USUAL_BYTES = 1UL << 20U;
+  constexpr double MOST_BYTES = 16UL << 20U;
+  auto layer = static_cast<double>(valueBytes);  // not of whole numbers, which it could exceed
+  for (std::size_t k = 0; k < shape.size(); ++k) {
+    const bool isSlowest = k + 1 == shape.size() && chunks != nullptr;
+    layer *= static_cast<double>(isSlowest ? chunks[k] : shape[k]);
+  }
+  const double bytes = chunks == nullptr ? USUAL_BYTES : layer;
+  return static_cast<unsigned long>(std::clamp(bytes, USUAL_BYTES, MOST_BYTES)) / valueBytes;
+}
+
 template <class Stored, class T>
 void copyBulk(const BulkValues& bulk, const unsigned long* start, const unsigned long* extent,
               unsigned long dimensions, T* destination) {
@@ -99,6 +113,11 @@ BlockLayout::BlockLayout(std::vector<unsigned long> shape, unsigned long maxValu
 
 BlockLayout::BlockLayout(const Array& array, unsigned long maxValues)
     : BlockLayout(shapeOf(array), maxValues, chunksOf(array)) {}
+
+BlockLayout BlockLayout::forReading(std::vector<unsigned long> shape, unsigned long valueBytes,
+                                    const unsigned long* chunks) {
+  return {shape, valuesToRead(shape, valueBytes, chunks), chunks};
+}
 
 Block BlockLayout::blockAt(unsigned long offset) const {
   Block block{0, 1, std::vector<unsigned long>(m_shape.size(), 0), m_shape};

@@ -99,6 +99,33 @@ TEST(BlockLayoutTest, BlocksEndWhereChunksDo) {
   EXPECT_THAT(layout.blockAt(0).extent, ElementsAre(3, 4));
 }
 
+/// How many values the first block has by which a grid of 8-byte values is read.
+unsigned long valuesRead(std::vector<unsigned long> shape, const unsigned long* chunks = nullptr) {
+  return BlockLayout::forReading(std::move(shape), 8, chunks).blockAt(0).count;
+}
+
+TEST(BlockLayoutTest, AMebibyteIsReadAtATime) {
+  EXPECT_EQ(valuesRead({1UL << 20U}), 1UL << 17U);
+  EXPECT_EQ(BlockLayout::forReading({1UL << 20U}, 1).blockAt(0).count, 1UL << 20U);
+  EXPECT_EQ(valuesRead({1000, 1000}), 131000);
+  EXPECT_EQ(valuesRead({}), 1);
+}
+
+TEST(BlockLayoutTest, ALayerOfChunksIsReadAtOnce) {
+  const unsigned long chunks[] = {50, 50, 3};
+  EXPECT_EQ(valuesRead({400, 350, 300}, chunks), 400 * 350 * 3);
+  const unsigned long small[] = {50, 50, 1};
+  EXPECT_EQ(valuesRead({100, 100, 300}, small), 100 * 100 * 13);  // a mebibyte of layers
+}
+
+TEST(BlockLayoutTest, OfALayerOfLargeChunksSixteenMebibytesAreRead) {
+  const unsigned long chunks[] = {50, 50, 300};
+  EXPECT_EQ(valuesRead({400, 350, 600}, chunks), 400 * 350 * 14);
+  constexpr unsigned long HUGE_EXTENT = 1UL << 31U;
+  const unsigned long huge[] = {HUGE_EXTENT, HUGE_EXTENT, 1};
+  EXPECT_EQ(valuesRead({HUGE_EXTENT, HUGE_EXTENT, 1}, huge), 1UL << 21U);
+}
+
 TEST(BlockLayoutTest, EmptyGridHasNoValuesAndAScalarHasOne) {
   EXPECT_EQ(BlockLayout({3, 0}, 15).size(), 0);
   EXPECT_EQ(BlockLayout({}, 15).size(), 1);

@@ -34,6 +34,13 @@ class BlockLayout {
   /// The layout for the array's shape and, where it offers bulk values, its chunks.
   BlockLayout(const object_model::Array& array, unsigned long maxValues);
 
+  /// The layout by which all values of a grid are read one block after the other, where each takes
+  /// `valueBytes`: a mebibyte at a time or, where the layer of `chunks` that lie beside each other
+  /// across the slowest dimension is larger, that layer, but at most 16 MiB. So most chunks are
+  /// fetched once, and the memory for a block stays small.
+  static BlockLayout forReading(std::vector<unsigned long> shape, unsigned long valueBytes,
+                                const unsigned long* chunks = nullptr);
+
   /// How many values the grid has; 0 where an extent is 0, 1 without dimensions.
   unsigned long size() const { return m_size; }
 
