@@ -93,7 +93,7 @@ Findings compareAll(const DiffInput& first, const DiffInput& second, const Optio
 std::vector<NotCompared> skippedOf(const DiffInput& first, const DiffInput& second) {
   std::vector<NotCompared> skipped;
   for (const DiffInput* input : {&first, &second}) {
-    for (const netcdf::Skipped& variable : input->skipped()) {
+    for (const auto& variable : input->skipped()) {
       if (std::none_of(skipped.begin(), skipped.end(), [&variable](const NotCompared& known) {
             return known.path == variable.path;
           })) {

@@ -10,7 +10,6 @@
 #include <utility>
 
 #include "Failure.h"
-#include "Groups.h"
 #include "Opening.h"
 
 namespace quillon::tools {
