@@ -31,18 +31,14 @@ const unsigned long* chunksOf(const Array& array) {
   return bulk == nullptr ? nullptr : bulk->chunkExtents();
 }
 
-/// How many values of so many bytes to read at a time: see BlockLayout::forReading.
-unsigned long valuesToRead(const std::vector<unsigned long>& shape, unsigned long valueBytes,
-                           const unsigned long* chunks) {
-  constexpr double USUAL_BYTES = 1UL << 20U;
-  constexpr double MOST_BYTES = 16UL << 20U;
-  auto layer = static_cast<double>(valueBytes);  // not of whole numbers, which it could exceed
-  for (std::size_t k = 0; k < shape.size(); ++k) {
-    const bool isSlowest = k + 1 == shape.size() && chunks != nullptr;
-    layer *= static_cast<double>(isSlowest ? chunks[k] : shape[k]);
+/// Whether a chunk has at most so many values.
+bool isChunkWithin(unsigned long most, const std::vector<unsigned long>& shape,
+                   const unsigned long* chunks) {
+  double values = 1;  // not a whole number, which it could exceed
+  for (std::size_t k = 0; chunks != nullptr && k < shape.size(); ++k) {
+    values *= static_cast<double>(std::min(chunks[k], shape[k]));
   }
-  const double bytes = chunks == nullptr ? USUAL_BYTES : layer;
-  return static_cast<unsigned long>(std::clamp(bytes, USUAL_BYTES, MOST_BYTES)) / valueBytes;
+  return chunks != nullptr && values <= static_cast<double>(most);
 }
 
 template <class Stored, class T>
@@ -114,11 +110,6 @@ BlockLayout::BlockLayout(std::vector<unsigned long> shape, unsigned long maxValu
 BlockLayout::BlockLayout(const Array& array, unsigned long maxValues)
     : BlockLayout(shapeOf(array), maxValues, chunksOf(array)) {}
 
-BlockLayout BlockLayout::forReading(std::vector<unsigned long> shape, unsigned long valueBytes,
-                                    const unsigned long* chunks) {
-  return {shape, valuesToRead(shape, valueBytes, chunks), chunks};
-}
-
 Block BlockLayout::blockAt(unsigned long offset) const {
   Block block{0, 1, std::vector<unsigned long>(m_shape.size(), 0), m_shape};
   if (m_shape.empty()) {
@@ -139,6 +130,54 @@ Block BlockLayout::blockAt(unsigned long offset) const {
     outer /= m_shape[k];
   }
   return block;
+}
+
+BoxLayout::BoxLayout(std::vector<unsigned long> shape, unsigned long maxValues,
+                     const unsigned long* chunks)
+    : m_shape(std::move(shape)), m_box(m_shape.size(), 1) {
+  constexpr unsigned long CHUNK_LIMIT = 16;
+  if (isChunkWithin(CHUNK_LIMIT * maxValues, m_shape, chunks)) {
+    for (std::size_t k = 0; k < m_box.size(); ++k) {
+      m_box[k] = std::max(1UL, std::min(chunks[k], m_shape[k]));
+    }
+  }
+  unsigned long values = countOf(m_box.data(), m_box.size());
+  for (std::size_t k = 0; k < m_box.size(); ++k) {
+    const unsigned long others = values / m_box[k];
+    m_box[k] = std::min(m_box[k] * std::max(1UL, maxValues / values), m_shape[k]);
+    if (m_box[k] < m_shape[k] || m_shape[k] == 0) {
+      return;
+    }
+    values = others * m_box[k];
+  }
+}
+
+unsigned long BoxLayout::boxesAlong(std::size_t dimension) const {
+  const unsigned long extent = m_shape[dimension];
+  return extent == 0 ? 0 : (extent - 1) / m_box[dimension] + 1;
+}
+
+unsigned long BoxLayout::size() const {
+  unsigned long boxes = 1;
+  for (std::size_t k = 0; k < m_shape.size(); ++k) {
+    boxes *= boxesAlong(k);
+  }
+  return boxes;
+}
+
+Block BoxLayout::boxAt(unsigned long number) const {
+  Block box;
+  unsigned long step = 1;
+  for (std::size_t k = 0; k < m_shape.size(); ++k) {
+    const unsigned long start = number % boxesAlong(k) * m_box[k];
+    box.start.push_back(start);
+    box.extent.push_back(std::min(m_box[k], m_shape[k] - start));
+    box.first += start * step;
+    box.count *= box.extent[k];
+    step *= m_shape[k];
+    number /= boxesAlong(k);
+  }
+  return box;
 }
 
 template <class T>

@@ -99,37 +99,65 @@ TEST(BlockLayoutTest, BlocksEndWhereChunksDo) {
   EXPECT_THAT(layout.blockAt(0).extent, ElementsAre(3, 4));
 }
 
-/// How many values the first block has by which a grid of 8-byte values is read.
-unsigned long valuesRead(std::vector<unsigned long> shape, const unsigned long* chunks = nullptr) {
-  return BlockLayout::forReading(std::move(shape), 8, chunks).blockAt(0).count;
-}
-
-TEST(BlockLayoutTest, AMebibyteIsReadAtATime) {
-  EXPECT_EQ(valuesRead({1UL << 20U}), 1UL << 17U);
-  EXPECT_EQ(BlockLayout::forReading({1UL << 20U}, 1).blockAt(0).count, 1UL << 20U);
-  EXPECT_EQ(valuesRead({1000, 1000}), 131000);
-  EXPECT_EQ(valuesRead({}), 1);
-}
-
-TEST(BlockLayoutTest, ALayerOfChunksIsReadAtOnce) {
-  const unsigned long chunks[] = {50, 50, 3};
-  EXPECT_EQ(valuesRead({400, 350, 300}, chunks), 400 * 350 * 3);
-  const unsigned long small[] = {50, 50, 1};
-  EXPECT_EQ(valuesRead({100, 100, 300}, small), 100 * 100 * 13);  // a mebibyte of layers
-}
-
-TEST(BlockLayoutTest, OfALayerOfLargeChunksSixteenMebibytesAreRead) {
-  const unsigned long chunks[] = {50, 50, 300};
-  EXPECT_EQ(valuesRead({400, 350, 600}, chunks), 400 * 350 * 14);
-  constexpr unsigned long HUGE_EXTENT = 1UL << 31U;
-  const unsigned long huge[] = {HUGE_EXTENT, HUGE_EXTENT, 1};
-  EXPECT_EQ(valuesRead({HUGE_EXTENT, HUGE_EXTENT, 1}, huge), 1UL << 21U);
-}
-
 TEST(BlockLayoutTest, EmptyGridHasNoValuesAndAScalarHasOne) {
   EXPECT_EQ(BlockLayout({3, 0}, 15).size(), 0);
   EXPECT_EQ(BlockLayout({}, 15).size(), 1);
   EXPECT_EQ(BlockLayout({}, 15).blockAt(0).count, 1);
+}
+
+TEST(BoxLayoutTest, WithoutChunksBoxesAreRunsInStorageOrder) {
+  const BoxLayout layout({3, 4, 2}, 7);
+  ASSERT_EQ(layout.size(), 4);
+  EXPECT_THAT(layout.boxAt(0).extent, ElementsAre(3, 2, 1));
+  EXPECT_THAT(layout.boxAt(3).start, ElementsAre(0, 2, 1));
+  EXPECT_EQ(layout.boxAt(3).first, 18);
+  EXPECT_EQ(layout.boxAt(3).count, 6);
+  EXPECT_EQ(BoxLayout({3, 4, 2}, 24).size(), 1);
+}
+
+TEST(BoxLayoutTest, BoxesAreOfWholeChunks) {
+  const unsigned long chunks[] = {2, 3};
+  EXPECT_THAT(BoxLayout({10, 7}, 6, chunks).boxAt(0).extent, ElementsAre(2, 3));
+  EXPECT_THAT(BoxLayout({10, 7}, 13, chunks).boxAt(0).extent, ElementsAre(4, 3));
+  EXPECT_THAT(BoxLayout({10, 7}, 30, chunks).boxAt(0).extent, ElementsAre(10, 3));
+  EXPECT_THAT(BoxLayout({10, 7}, 60, chunks).boxAt(0).extent, ElementsAre(10, 6));
+  EXPECT_THAT(BoxLayout({10, 7}, 60, chunks).boxAt(1).extent, ElementsAre(10, 1));
+}
+
+TEST(BoxLayoutTest, OneChunkIsABoxUnlessItIsVeryLarge) {
+  const unsigned long chunks[] = {4, 8};
+  EXPECT_THAT(BoxLayout({8, 8}, 2, chunks).boxAt(0).extent, ElementsAre(4, 8));
+  EXPECT_THAT(BoxLayout({8, 8}, 1, chunks).boxAt(0).extent, ElementsAre(1, 1));
+  constexpr unsigned long HUGE_EXTENT = 1UL << 31U;
+  const unsigned long huge[] = {HUGE_EXTENT, HUGE_EXTENT};
+  EXPECT_THAT(BoxLayout({HUGE_EXTENT, HUGE_EXTENT}, 100, huge).boxAt(0).extent,
+              ElementsAre(100, 1));
+}
+
+TEST(BoxLayoutTest, EmptyGridHasNoBoxAndAScalarHasOne) {
+  EXPECT_EQ(BoxLayout({3, 0}, 15).size(), 0);
+  EXPECT_EQ(BoxLayout({0, 3}, 15).size(), 0);
+  ASSERT_EQ(BoxLayout({}, 15).size(), 1);
+  EXPECT_EQ(BoxLayout({}, 15).boxAt(0).count, 1);
+}
+
+TEST(BoxLayoutTest, BoxesMeetEachValueOnce) {
+  const unsigned long chunks[] = {2, 3, 1};
+  for (unsigned long most = 1; most < 80; ++most) {
+    const BoxLayout layout({5, 7, 2}, most, chunks);
+    std::vector<int> met(70, 0);
+    for (unsigned long number = 0; number < layout.size(); ++number) {
+      const Block box = layout.boxAt(number);
+      EXPECT_EQ(box.first, box.start[0] + 5 * (box.start[1] + 7 * box.start[2]));
+      for (unsigned long k = 0; k < box.count; ++k) {
+        const unsigned long x = k % box.extent[0];
+        const unsigned long y = k / box.extent[0] % box.extent[1];
+        const unsigned long z = k / box.extent[0] / box.extent[1];
+        ++met.at(box.first + x + 5 * (y + 7 * z));
+      }
+    }
+    EXPECT_EQ(met, std::vector<int>(70, 1)) << most;
+  }
 }
 
 }  // namespace

@@ -34,13 +34,6 @@ class BlockLayout {
   /// The layout for the array's shape and, where it offers bulk values, its chunks.
   BlockLayout(const object_model::Array& array, unsigned long maxValues);
 
-  /// The layout by which all values of a grid are read one block after the other, where each takes
-  /// `valueBytes`: a mebibyte at a time or, where the layer of `chunks` that lie beside each other
-  /// across the slowest dimension is larger, that layer, but at most 16 MiB. So most chunks are
-  /// fetched once, and the memory for a block stays small.
-  static BlockLayout forReading(std::vector<unsigned long> shape, unsigned long valueBytes,
-                                const unsigned long* chunks = nullptr);
-
   /// How many values the grid has; 0 where an extent is 0, 1 without dimensions.
   unsigned long size() const { return m_size; }
 
@@ -54,6 +47,29 @@ class BlockLayout {
   std::size_t m_split = 0;         // the dimension across which blocks are cut
   unsigned long m_slabValues = 1;  // values for each index of that dimension
   unsigned long m_slabs = 1;       // indices of that dimension in each block
+};
+
+/// Divides an array's grid of values into boxes of whole chunks, for whoever needs all values in
+/// any order: each chunk is fetched once, and the memory for a box does not grow with the grid.
+class BoxLayout {
+ public:
+  /// Divides a grid of the extents `shape` into boxes of at most `maxValues` values or, where one
+  /// of `chunks` has more, of one chunk. Chunks of more than sixteen times as many are not kept
+  /// whole. Without chunks the boxes are runs in storage order.
+  BoxLayout(std::vector<unsigned long> shape, unsigned long maxValues,
+            const unsigned long* chunks = nullptr);
+
+  /// How many boxes there are; 0 where an extent is 0, 1 without dimensions.
+  unsigned long size() const;
+
+  /// The box of that number, which must be below size().
+  Block boxAt(unsigned long number) const;
+
+ private:
+  unsigned long boxesAlong(std::size_t dimension) const;
+
+  std::vector<unsigned long> m_shape;
+  std::vector<unsigned long> m_box;  // the extents of a box
 };
 
 /// Copies the values of a block to `destination`, in storage order: from where they lie, in bulk,
