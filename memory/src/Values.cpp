@@ -169,13 +169,14 @@ Block BoxLayout::boxAt(unsigned long number) const {
   Block box;
   unsigned long step = 1;
   for (std::size_t k = 0; k < m_shape.size(); ++k) {
-    const unsigned long start = number % boxesAlong(k) * m_box[k];
+    const unsigned long boxes = std::max(1UL, boxesAlong(k));
+    const unsigned long start = number % boxes * m_box[k];
     box.start.push_back(start);
     box.extent.push_back(std::min(m_box[k], m_shape[k] - start));
     box.first += start * step;
     box.count *= box.extent[k];
     step *= m_shape[k];
-    number /= boxesAlong(k);
+    number /= boxes;
   }
   return box;
 }
@@ -207,7 +208,8 @@ void copyValues(const Array& array, const unsigned long* start, const unsigned l
 
 #define QUILLON_COPY_VALUES(T)                                             \
   template void copyValues(const Array& array, const unsigned long* start, \
-                           const unsigned long* extent, T* destination)
+                           const unsigned long* extent,                    \
+                           T* destination)  // NOLINT(bugprone-macro-parentheses): T is a type
 
 QUILLON_COPY_VALUES(signed char);
 QUILLON_COPY_VALUES(short);
