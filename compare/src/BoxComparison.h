@@ -164,6 +164,7 @@ class BoxComparison {
                        unsigned long width, V* to) {
     const auto copy = [&](unsigned long i, unsigned long j) {
       const char* from = values + static_cast<long>(i) * along + static_cast<long>(j) * across;
+      // NOLINTNEXTLINE(bugprone-signed-char-misuse): numbers, whose sign is to be kept
       to[j * length + i] = static_cast<V>(*reinterpret_cast<const Stored*>(from));
     };
     if (width > 1 && std::abs(across) < std::abs(along)) {

@@ -12,13 +12,13 @@ namespace quillon::compare {
 namespace {
 
 using memory::Block;
-using memory::BlockLayout;
+using memory::BoxLayout;
 using object_model::Array;
 using object_model::ElementType;
 using object_model::StoredType;
 
-// Values in a block: what some megabytes hold, so that large chunks of files fit.
-constexpr unsigned long MOST_VALUES = 1UL << 20U;
+// Bytes of a block, unless a chunk has more: what the caches of a processor hold.
+constexpr unsigned long MOST_BYTES = 1UL << 20U;
 // Where each value takes a call, larger blocks would only leave the nearest cache.
 constexpr unsigned long MOST_CALLS = 4096;
 
@@ -33,11 +33,10 @@ std::vector<unsigned long> shapeOf(const Array& array) {
 
 /// Calls `visit(block)` for all blocks of a grid and tells the progress.
 template <class Visit>
-void forEachBlock(const BlockLayout& layout, const ValueOptions& options, const Visit& visit) {
-  for (unsigned long offset = 0; offset < layout.size();) {
-    const Block block = layout.blockAt(offset);
+void forEachBlock(const BoxLayout& layout, const ValueOptions& options, const Visit& visit) {
+  for (unsigned long k = 0; k < layout.size(); ++k) {
+    const Block block = layout.boxAt(k);
     visit(block);
-    offset = block.first + block.count;
     if (options.progress) {
       options.progress(block.count);
     }
@@ -64,13 +63,12 @@ Box boxOf(const Side& first, const Side& second, const Block& block, const GridP
   return box;
 }
 
-BlockLayout layoutOf(const Array& array, const Side& first, const Side& second) {
-  const bool isByAccessor = first.isByAccessor() || second.isByAccessor();
-  const bool isRead = !first.isInPlace() && !first.isByAccessor();
-  const Side& read = isRead ? first : second;
-  const bool hasChunks = read.chunkExtents() != nullptr;
-  return {shapeOf(array), isByAccessor && !hasChunks ? MOST_CALLS : MOST_VALUES,
-          read.chunkExtents()};
+BoxLayout layoutOf(const Array& array, const Side& first, const Side& second) {
+  const Side& read = first.chunkExtents() != nullptr ? first : second;
+  if (read.chunkExtents() == nullptr && (first.isByAccessor() || second.isByAccessor())) {
+    return {shapeOf(array), MOST_CALLS};
+  }
+  return {shapeOf(array), MOST_BYTES / memory::bytesOf(read.storedType()), read.chunkExtents()};
 }
 
 bool isSingle(StoredType type) {
@@ -97,7 +95,7 @@ Figures figuresOfTexts(const Array& first, const Array& second, const ValueOptio
   Tally<std::string, std::string> tally(options.rule, options.largest, false, false);
   std::vector<std::string> a;
   std::vector<std::string> b;
-  forEachBlock(BlockLayout(shapeOf(first), MOST_CALLS), options, [&](const Block& block) {
+  forEachBlock(BoxLayout(shapeOf(first), MOST_CALLS), options, [&](const Block& block) {
     a.resize(block.count);
     b.resize(block.count);
     memory::copyValues(first, block, a.data());

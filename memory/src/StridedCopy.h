@@ -48,6 +48,7 @@ void copyRow(const char* from, long stride, unsigned long count, T* to) {
     }
   }
   for (unsigned long k = 0; k < count; ++k) {
+    // NOLINTNEXTLINE(bugprone-signed-char-misuse): numbers, whose sign is to be kept
     to[k] = static_cast<T>(*reinterpret_cast<const Stored*>(from + static_cast<long>(k) * stride));
   }
 }

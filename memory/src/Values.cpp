@@ -31,6 +31,16 @@ const unsigned long* chunksOf(const Array& array) {
   return bulk == nullptr ? nullptr : bulk->chunkExtents();
 }
 
+/// Whether a chunk has at most so many values.
+bool isChunkWithin(unsigned long most, const std::vector<unsigned long>& shape,
+                   const unsigned long* chunks) {
+  double values = 1;  // not a whole number, which it could exceed
+  for (std::size_t k = 0; chunks != nullptr && k < shape.size(); ++k) {
+    values *= static_cast<double>(std::min(chunks[k], shape[k]));
+  }
+  return chunks != nullptr && values <= static_cast<double>(most);
+}
+
 template <class Stored, class T>
 void copyBulk(const BulkValues& bulk, const unsigned long* start, const unsigned long* extent,
               unsigned long dimensions, T* destination) {
@@ -122,6 +132,55 @@ Block BlockLayout::blockAt(unsigned long offset) const {
   return block;
 }
 
+BoxLayout::BoxLayout(std::vector<unsigned long> shape, unsigned long maxValues,
+                     const unsigned long* chunks)
+    : m_shape(std::move(shape)), m_box(m_shape.size(), 1) {
+  constexpr unsigned long CHUNK_LIMIT = 16;
+  if (isChunkWithin(CHUNK_LIMIT * maxValues, m_shape, chunks)) {
+    for (std::size_t k = 0; k < m_box.size(); ++k) {
+      m_box[k] = std::max(1UL, std::min(chunks[k], m_shape[k]));
+    }
+  }
+  unsigned long values = countOf(m_box.data(), m_box.size());
+  for (std::size_t k = 0; k < m_box.size(); ++k) {
+    const unsigned long others = values / m_box[k];
+    m_box[k] = std::min(m_box[k] * std::max(1UL, maxValues / values), m_shape[k]);
+    if (m_box[k] < m_shape[k] || m_shape[k] == 0) {
+      return;
+    }
+    values = others * m_box[k];
+  }
+}
+
+unsigned long BoxLayout::boxesAlong(std::size_t dimension) const {
+  const unsigned long extent = m_shape[dimension];
+  return extent == 0 ? 0 : (extent - 1) / m_box[dimension] + 1;
+}
+
+unsigned long BoxLayout::size() const {
+  unsigned long boxes = 1;
+  for (std::size_t k = 0; k < m_shape.size(); ++k) {
+    boxes *= boxesAlong(k);
+  }
+  return boxes;
+}
+
+Block BoxLayout::boxAt(unsigned long number) const {
+  Block box;
+  unsigned long step = 1;
+  for (std::size_t k = 0; k < m_shape.size(); ++k) {
+    const unsigned long boxes = std::max(1UL, boxesAlong(k));
+    const unsigned long start = number % boxes * m_box[k];
+    box.start.push_back(start);
+    box.extent.push_back(std::min(m_box[k], m_shape[k] - start));
+    box.first += start * step;
+    box.count *= box.extent[k];
+    step *= m_shape[k];
+    number /= boxes;
+  }
+  return box;
+}
+
 template <class T>
 void copyValues(const Array& array, const unsigned long* start, const unsigned long* extent,
                 T* destination) {
@@ -149,7 +208,8 @@ void copyValues(const Array& array, const unsigned long* start, const unsigned l
 
 #define QUILLON_COPY_VALUES(T)                                             \
   template void copyValues(const Array& array, const unsigned long* start, \
-                           const unsigned long* extent, T* destination)
+                           const unsigned long* extent,                    \
+                           T* destination)  // NOLINT(bugprone-macro-parentheses): T is a type
 
 QUILLON_COPY_VALUES(signed char);
 QUILLON_COPY_VALUES(short);

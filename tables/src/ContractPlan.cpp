@@ -221,4 +221,23 @@ std::map<std::string, unsigned long> extentsOf(const ContractPlan& plan, unsigne
   return extents;
 }
 
+unsigned long cellsOf(const ContractPlan& plan,
+                      const std::map<std::string, unsigned long>& extents) {
+  unsigned long cells = plan.columns;
+  for (std::size_t k = 0; k < plan.index.size(); ++k) {
+    const auto extent = extents.find(plan.index[k]);
+    cells *= extent == extents.end() ? plan.sizes[k] : extent->second;
+  }
+  return cells;
+}
+
+double bytesNeeded(const ContractPlan& plan, unsigned long maxRows) {
+  const auto rows = static_cast<double>(plan.rows);
+  const auto columns = static_cast<double>(plan.columns);
+  const double shown = maxRows == 0 ? rows : std::min(rows, static_cast<double>(maxRows));
+  // Cells and values of 8 bytes, names and positions of columns, and the printed text.
+  return 8.0 * (rows * columns + static_cast<double>(plan.values)) + 300.0 * columns +
+         50.0 * shown * columns;
+}
+
 }  // namespace quillon::tables

@@ -1,4 +1,5 @@
 #include <quillon/memory/Wording.h>
+#include <quillon/tables/Html.h>
 #include <quillon/tables/Writers.h>
 
 #include <algorithm>
@@ -9,30 +10,7 @@
 namespace quillon::tables {
 namespace {
 
-std::string_view entityOf(char character) {
-  switch (character) {
-    case '&':
-      return "&amp;";
-    case '<':
-      return "&lt;";
-    case '>':
-      return "&gt;";
-    case '"':
-      return "&quot;";
-    case '\'':
-      return "&#39;";
-    default:
-      return {};
-  }
-}
-
-/// As HTML shows it literally, in content and in quoted attributes.
-void appendLiteral(std::string_view text, Buffer& buffer) {
-  for (const char character : memory::escaped(text)) {
-    const std::string_view entity = entityOf(character);
-    buffer.append(entity.empty() ? std::string_view(&character, 1) : entity);
-  }
-}
+void appendLiteral(std::string_view text, Buffer& buffer) { buffer.append(inHtml(text)); }
 
 void openCell(const Column& column, std::string_view element, Buffer& buffer) {
   buffer.append('<');

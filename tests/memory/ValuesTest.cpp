@@ -105,5 +105,60 @@ TEST(BlockLayoutTest, EmptyGridHasNoValuesAndAScalarHasOne) {
   EXPECT_EQ(BlockLayout({}, 15).blockAt(0).count, 1);
 }
 
+TEST(BoxLayoutTest, WithoutChunksBoxesAreRunsInStorageOrder) {
+  const BoxLayout layout({3, 4, 2}, 7);
+  ASSERT_EQ(layout.size(), 4);
+  EXPECT_THAT(layout.boxAt(0).extent, ElementsAre(3, 2, 1));
+  EXPECT_THAT(layout.boxAt(3).start, ElementsAre(0, 2, 1));
+  EXPECT_EQ(layout.boxAt(3).first, 18);
+  EXPECT_EQ(layout.boxAt(3).count, 6);
+  EXPECT_EQ(BoxLayout({3, 4, 2}, 24).size(), 1);
+}
+
+TEST(BoxLayoutTest, BoxesAreOfWholeChunks) {
+  const unsigned long chunks[] = {2, 3};
+  EXPECT_THAT(BoxLayout({10, 7}, 6, chunks).boxAt(0).extent, ElementsAre(2, 3));
+  EXPECT_THAT(BoxLayout({10, 7}, 13, chunks).boxAt(0).extent, ElementsAre(4, 3));
+  EXPECT_THAT(BoxLayout({10, 7}, 30, chunks).boxAt(0).extent, ElementsAre(10, 3));
+  EXPECT_THAT(BoxLayout({10, 7}, 60, chunks).boxAt(0).extent, ElementsAre(10, 6));
+  EXPECT_THAT(BoxLayout({10, 7}, 60, chunks).boxAt(1).extent, ElementsAre(10, 1));
+}
+
+TEST(BoxLayoutTest, OneChunkIsABoxUnlessItIsVeryLarge) {
+  const unsigned long chunks[] = {4, 8};
+  EXPECT_THAT(BoxLayout({8, 8}, 2, chunks).boxAt(0).extent, ElementsAre(4, 8));
+  EXPECT_THAT(BoxLayout({8, 8}, 1, chunks).boxAt(0).extent, ElementsAre(1, 1));
+  constexpr unsigned long HUGE_EXTENT = 1UL << 31U;
+  const unsigned long huge[] = {HUGE_EXTENT, HUGE_EXTENT};
+  EXPECT_THAT(BoxLayout({HUGE_EXTENT, HUGE_EXTENT}, 100, huge).boxAt(0).extent,
+              ElementsAre(100, 1));
+}
+
+TEST(BoxLayoutTest, EmptyGridHasNoBoxAndAScalarHasOne) {
+  EXPECT_EQ(BoxLayout({3, 0}, 15).size(), 0);
+  EXPECT_EQ(BoxLayout({0, 3}, 15).size(), 0);
+  ASSERT_EQ(BoxLayout({}, 15).size(), 1);
+  EXPECT_EQ(BoxLayout({}, 15).boxAt(0).count, 1);
+}
+
+TEST(BoxLayoutTest, BoxesMeetEachValueOnce) {
+  const unsigned long chunks[] = {2, 3, 1};
+  for (unsigned long most = 1; most < 80; ++most) {
+    const BoxLayout layout({5, 7, 2}, most, chunks);
+    std::vector<int> met(70, 0);
+    for (unsigned long number = 0; number < layout.size(); ++number) {
+      const Block box = layout.boxAt(number);
+      EXPECT_EQ(box.first, box.start[0] + 5 * (box.start[1] + 7 * box.start[2]));
+      for (unsigned long k = 0; k < box.count; ++k) {
+        const unsigned long x = k % box.extent[0];
+        const unsigned long y = k / box.extent[0] % box.extent[1];
+        const unsigned long z = k / box.extent[0] / box.extent[1];
+        ++met.at(box.first + x + 5 * (y + 7 * z));
+      }
+    }
+    EXPECT_EQ(met, std::vector<int>(70, 1)) << most;
+  }
+}
+
 }  // namespace
 }  // namespace quillon::memory

@@ -311,6 +311,25 @@ TEST_F(ContractPlanTest, NothingLeftToShowIsAnErrorWithTheReasons) {
             "'single' (it has no dimensions)");
 }
 
+TEST(ContractSizeTest, CellsAreCountedAlongTheCoordinatesTaken) {
+  ContractPlan plan;
+  plan.index = {"x", "y"};
+  plan.sizes = {3, 4};
+  plan.columns = 5;
+  EXPECT_EQ(cellsOf(plan, {}), 60);
+  EXPECT_EQ(cellsOf(plan, {{"y", 2}, {"z", 7}}), 30);
+}
+
+TEST(ContractSizeTest, MemoryIsNeededForAllCellsAndForTheRowsPrinted) {
+  ContractPlan plan;
+  plan.rows = 1000;
+  plan.columns = 2;
+  plan.values = 500;
+  EXPECT_EQ(bytesNeeded(plan, 0), 8 * 2500 + 600 + 50 * 2000);
+  EXPECT_EQ(bytesNeeded(plan, 10), 8 * 2500 + 600 + 50 * 20);
+  EXPECT_EQ(bytesNeeded(plan, 2000), bytesNeeded(plan, 0));
+}
+
 TEST_F(ContractPlanTest, NamesInSentencesAreEscaped) {
   add("\x1b", "x3");
   EXPECT_EQ(failure(Names{"\n"}), "'a.nc' has no variable '\\n'; it has \\x1b");

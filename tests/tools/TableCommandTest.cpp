@@ -3,6 +3,7 @@
 #include <object_model/IO.h>
 #include <quillon/memory/Selection.h>
 #include <quillon/netcdf/File.h>
+#include <quillon/tables/ContractPage.h>
 #include <quillon/tables/ContractPlan.h>
 #include <tabra/MemoryDataFrame.h>
 
@@ -11,12 +12,12 @@
 #include <optional>
 #include <set>
 
-#include "HtmlPage.h"
 #include "RunTool.h"
 
 namespace quillon::tools::test {
 namespace {
 
+using tables::documentOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 

@@ -1,6 +1,5 @@
 #include "Arguments.h"
 
-#include <quillon/memory/Paths.h>
 #include <quillon/memory/Wording.h>
 
 #include <algorithm>
@@ -11,9 +10,7 @@
 
 namespace quillon::tools {
 
-using memory::groupsBelow;
 using memory::inQuotes;
-using memory::listed;
 
 std::string Source::inWords() const {
   const bool isRoot = group.find_first_not_of('/') == std::string::npos;
@@ -26,17 +23,6 @@ void addSource(CLI::App& command, Source& source) {
       .add_option("--group", source.group,
                   "A group of the file, such as cells/otsu (default: the root)")
       ->type_name("PATH");
-}
-
-memory::Dictionary& groupOf(netcdf::File& file, const Source& source) {
-  try {
-    return file.group(source.group);
-  } catch (const netcdf::Error&) {
-    const std::vector<std::string> paths = groupsBelow(file.root());
-    const std::string start = inQuotes(source.file) + " has no group " + inQuotes(source.group);
-    throw Failure(paths.empty() ? start + ", only the root group"
-                                : start + "; it has " + listed(paths));
-  }
 }
 
 std::vector<std::string> splitNames(const std::string& option, const std::string& list) {

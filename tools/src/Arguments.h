@@ -1,7 +1,5 @@
 #pragma once
 
-#include <quillon/netcdf/File.h>
-
 #include <CLI/App.hpp>
 #include <string>
 #include <vector>
@@ -19,9 +17,6 @@ struct Source {
 
 /// Gives a verb the argument FILE and the option --group.
 void addSource(CLI::App& command, Source& source);
-
-/// The group in the open file. @throws Failure that lists the file's groups when there is none.
-memory::Dictionary& groupOf(netcdf::File& file, const Source& source);
 
 /// The names of a list such as "A,B". @throws Failure for an empty name; `option` is named in it.
 std::vector<std::string> splitNames(const std::string& option, const std::string& list);

@@ -1,10 +1,10 @@
-#include <object_model/Array.h>
 #include <object_model/ComparisonHelper.h>
-#include <object_model/Dictionary.h>
-#include <object_model/Tuple.h>
+#include <quillon/compare/Compare.h>
+#include <quillon/compare/Text.h>
 #include <quillon/memory/Wording.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -13,8 +13,7 @@
 
 #include "Arguments.h"
 #include "DiffInput.h"
-#include "DiffReport.h"
-#include "LastDifferences.h"
+#include "Failure.h"
 #include "Output.h"
 #include "Progress.h"
 #include "Verb.h"
@@ -22,12 +21,13 @@
 
 namespace quillon::tools {
 
-using memory::counted;
 using memory::escaped;
 using memory::listed;
 
 namespace {
 
+using compare::NotCompared;
+using compare::Report;
 using object_model::helper::ComparisonType;
 
 constexpr int DIFFERENT = 1;
@@ -39,115 +39,125 @@ struct Options {
   std::optional<std::string> variables;
   std::optional<std::string> absolute;
   std::optional<std::string> relative;
+  bool contract = false;
+  bool all = false;
   bool quiet = false;
   bool brief = false;
 };
 
-ComparisonRule ruleOf(const Options& options) {
-  if (options.absolute) {
-    return {ComparisonType::Absolute, parseTolerance("--absolute", *options.absolute)};
-  }
-  if (options.relative) {
-    return {ComparisonType::Relative, parseTolerance("--relative", *options.relative)};
-  }
-  return {};
+double toleranceOf(const std::string& option, const std::optional<std::string>& text) {
+  return text ? parseTolerance(option, *text) : 0.0;
 }
 
-/// Calls `visit` with the shape of each array in the group and the groups below.
-template <class Visit>
-void forEachShape(const object_model::Dictionary& group, const Visit& visit) {
-  for (int i = 0; static_cast<unsigned long>(i) < group.getNumOfData(); ++i) {
-    const object_model::Data* entry = group.data(i);
-    if (const object_model::Dictionary* inner = entry->asDictionary()) {
-      forEachShape(*inner, visit);
-    } else {
-      visit(entry->asArray()->size());
-    }
-  }
+compare::Tolerance toleranceOf(const Options& options) {
+  return {toleranceOf("--absolute", options.absolute), toleranceOf("--relative", options.relative)};
 }
 
-/// In how many steps the arrays of the group are gone through.
-unsigned long valuesIn(const object_model::Dictionary& group) {
-  unsigned long values = 0;
-  forEachShape(group, [&values](const object_model::Tuple& shape) {
-    unsigned long product = 1;
-    for (unsigned long k = 0; k < shape.size(); ++k) {
-      product *= shape[k];
-    }
-    values += product;
-  });
-  return values;
-}
-
-/// Whether the group has an array that the library's comparison cannot be given: it reads the
-/// element at index 0 of five or more dimensions even where there is none.
-bool hasUnreadable(const object_model::Dictionary& group) {
-  bool found = false;
-  forEachShape(group, [&found](const object_model::Tuple& shape) {
-    for (unsigned long k = 0; shape.size() >= PARTLY_COMPARED && k < shape.size(); ++k) {
-      found = found || shape[k] == 0;
-    }
-  });
-  return found;
-}
-
-/// The library's verdict; "the same" where it has none, so that the count alone decides.
-bool areSameByLibrary(const DiffSide& first, const DiffSide& second, CountedPairs& counted,
-                      std::string& sentence) {
-  if (hasUnreadable(first.group)) {
-    return true;
-  }
-  const LastDifferences last = lastDifferencesOf(first.group, second.group, counted);
-  return object_model::helper::areSameDictionaries(last.first, last.second, counted.rule().type,
-                                                   counted.rule().tolerance, &sentence);
-}
-
-/// What the library says, and the tool.
-struct Verdicts {
-  bool same;
-  std::string sentence;
-  DiffReport report;
+/// What a comparison found, for whoever called the tool.
+struct Findings {
+  bool isDifferent = false;
+  std::string text;                      ///< in lines
+  std::vector<NotCompared> notCompared;  ///< in the order of the walk
 };
 
-/// @param isShort whether nothing but the verdict is asked for.
-Verdicts compare(const DiffSide& first, const DiffSide& second, const ComparisonRule& rule,
-                 bool isShort) {
-  Progress progress(std::cerr, ::isatty(STDERR_FILENO) == 1, valuesIn(first.group));
-  CountedPairs counted(rule, [&progress](unsigned long values) { progress.advance(values); });
-  Verdicts verdicts;
-  verdicts.same = areSameByLibrary(first, second, counted, verdicts.sentence);
-  verdicts.report = reportOn(
-      first, second,
-      isShort && !hasUnreadable(first.group) ? DiffScope::PartlyCompared : DiffScope::All, counted);
-  return verdicts;
+/// The report names places below the group that was compared; this names them in the file.
+void placeBelow(const std::string& group, Report& report) {
+  if (group == "/") {
+    return;
+  }
+  const auto place = [&group](auto& row) { row.path = row.path == "/" ? group : group + row.path; };
+  std::for_each(report.rows.begin(), report.rows.end(), place);
+  std::for_each(report.notCompared.begin(), report.notCompared.end(), place);
+}
+
+std::string textOf(const Report& report, const Options& options) {
+  if (report.same) {
+    return {};
+  }
+  compare::LineOptions shown;
+  shown.most = options.all ? compare::ALL_LINES : shown.most;
+  return (options.brief ? message(report) : text(report, shown)) + "\n";
+}
+
+Findings compareAll(const DiffInput& first, const DiffInput& second, const Options& options) {
+  Progress progress(std::cerr, ::isatty(STDERR_FILENO) == 1, first.values());
+  compare::Options how;
+  how.tolerance = toleranceOf(options);
+  how.progress = [&progress](unsigned long values) { progress.advance(values); };
+  Report report = compare::compare(first.part(), second.part(), how);
+  placeBelow(first.pathOfGroup(), report);
+  return {!report.rows.empty(), textOf(report, options), report.notCompared};
+}
+
+/// What the reader made no array of on either side, each path once.
+std::vector<NotCompared> skippedOf(const DiffInput& first, const DiffInput& second) {
+  std::vector<NotCompared> skipped;
+  for (const DiffInput* input : {&first, &second}) {
+    for (const auto& variable : input->skipped()) {
+      if (std::none_of(skipped.begin(), skipped.end(), [&variable](const NotCompared& known) {
+            return known.path == variable.path;
+          })) {
+        skipped.push_back({variable.path, variable.reason});
+      }
+    }
+  }
+  return skipped;
+}
+
+/// The library's own comparison, which knows one tolerance and ends at the first difference.
+Findings compareByContract(const DiffInput& first, const DiffInput& second,
+                           const Options& options) {
+  const ComparisonType type = options.absolute   ? ComparisonType::Absolute
+                              : options.relative ? ComparisonType::Relative
+                                                 : ComparisonType::Exact;
+  const compare::Tolerance tolerance = toleranceOf(options);
+  std::string sentence;
+  const bool same = object_model::helper::areSameDictionaries(
+      first.part(), second.part(), type, tolerance.absolute + tolerance.relative, &sentence);
+  return {!same, same ? std::string() : escaped(sentence) + "\n", skippedOf(first, second)};
+}
+
+int statusOf(const Findings& findings) {
+  if (findings.isDifferent) {
+    return DIFFERENT;
+  }
+  if (findings.notCompared.empty()) {
+    return 0;
+  }
+  std::vector<std::string> entries;
+  for (const NotCompared& entry : findings.notCompared) {
+    entries.push_back(entry.path + " (" + entry.reason + ")");
+  }
+  return reportTrouble("Not compared: " + listed(entries));
 }
 
 int run(const Options& options) {
-  const ComparisonRule rule = ruleOf(options);
-  DiffInput first(options.first, options.group);
-  DiffInput second(options.second, options.group);
+  toleranceOf(options);  // before the files are opened
+  if (options.contract && options.absolute && options.relative) {
+    throw Failure("--contract takes one of --absolute and --relative, not both");
+  }
+  DiffInput first({options.first, options.group});
+  DiffInput second({options.second, options.group});
   noteReading({options.first, options.second});
+  std::vector<std::string> names;
   if (options.variables) {
-    const std::vector<std::string> names = splitNames("--variables", *options.variables);
+    names = splitNames("--variables", *options.variables);
     requireVariables(first, second, names);
-    first.select(names);
-    second.select(names);
   }
-  const bool isShort = options.quiet || options.brief;
-  const auto& [same, sentence, report] = compare(first.side(), second.side(), rule, isShort);
-  std::string text = same ? std::string() : escaped(sentence) + "\n";
-  if (!isShort) {
-    text += textOf(report.differences) + textOf(report.passed);
-  } else if (same && !report.differences.empty()) {
-    text += report.differences.front() + "\n";
+  for (DiffInput* input : {&first, &second}) {
+    if (!options.contract) {
+      input->addSkipped();
+    }
+    if (options.variables) {
+      input->select(names);
+    }
   }
-  if (!options.quiet && !report.leftOut.empty()) {
-    std::cerr << "quillon: Not compared: " + listed(report.leftOut) + "\n";
-  }
+  const Findings findings = options.contract ? compareByContract(first, second, options)
+                                             : compareAll(first, second, options);
   if (!options.quiet) {
-    writeOutput(text);
+    writeOutput(findings.text);
   }
-  return same && report.differences.empty() ? 0 : DIFFERENT;
+  return statusOf(findings);
 }
 
 void addOptions(CLI::App& command, Options& options) {
@@ -155,15 +165,13 @@ void addOptions(CLI::App& command, Options& options) {
   command.add_option("SECOND", options.second, "The netCDF file to compare it with")
       ->required()
       ->option_text(" ");
-  CLI::Option* absolute = command
-                              .add_option("--absolute", options.absolute,
-                                          "Numbers may differ by T (default: by nothing)")
-                              ->type_name("T");
+  command
+      .add_option("--absolute", options.absolute, "Numbers may differ by A (default: by nothing)")
+      ->type_name("A");
   command
       .add_option("--relative", options.relative,
-                  "Numbers may differ by T times the number in SECOND")
-      ->type_name("T")
-      ->excludes(absolute);
+                  "Numbers may differ by R times the number in SECOND; with --absolute by A more")
+      ->type_name("R");
   command
       .add_option("--group", options.group,
                   "A group of both files, such as cells/otsu (default: the root)")
@@ -172,6 +180,9 @@ void addOptions(CLI::App& command, Options& options) {
       .add_option("--variables", options.variables,
                   "Only these variables of the group (default: everything in it)")
       ->type_name("A,B");
+  command.add_flag("--all", options.all, "Print all lines (default: at most 20)");
+  command.add_flag("--contract", options.contract,
+                   "Print the sentence of areSameDictionaries and take its verdict");
   CLI::Option* quiet = command.add_flag("--quiet", options.quiet, "Print nothing");
   command.add_flag("--brief", options.brief, "Print one sentence about the first difference")
       ->excludes(quiet);
@@ -183,21 +194,18 @@ Verb addDiff(CLI::App& application) {
   CLI::App* command =
       application.add_subcommand("diff", "Compare the arrays of two files, value by value");
   command->footer(
-      "The exit status is 0 for the same, 1 for a difference and 2 for trouble. Nothing is "
-      "printed\n"
-      "for the same; else one sentence about the first array that differs and a line for each "
-      "array\n"
-      "that does, with its largest delta.\n"
-      "Compared are the names and kinds of all entries, element types, shapes and values as they "
-      "are\n"
-      "stored: two missing values are the same, and so are NaN and NaN.\n"
-      "Attributes are not compared. Texts are always compared exactly.\n"
-      "The relative delta of a in FIRST and b in SECOND is |a-b| / r, where r is b or, where |b| "
-      "is\n"
-      "at most 1e-9, a or, where |a| is that as well, 1. The sign of r counts: against a negative\n"
-      "number every delta passes. Values that pass although |a-b| is greater than T times |b| "
-      "(|a|\n"
-      "where b is 0) are counted and reported, but are no difference.");
+      "The exit status is 0 for the same, 1 for a difference and 2 for trouble, such as a "
+      "variable\n"
+      "that could not be compared where nothing else differs. Nothing is printed for the same; "
+      "else\n"
+      "a line for each reason for which an entry differs, with the largest delta of its values.\n"
+      "Compared are the names and kinds of all entries, names and sizes of dimensions, element\n"
+      "types, units and values as they are stored. a in FIRST and b in SECOND are the same where\n"
+      "a = b or |a-b| <= A + R |b|, or where both are NaN. Integers are not rounded, texts have to "
+      "be\n"
+      "equal, attributes are not compared.\n"
+      "With --contract the rules are those of the library's areSameDictionaries, which knows one\n"
+      "tolerance, divides the delta by b with its sign, and holds NaN different from everything.");
   const auto options = std::make_shared<Options>();
   addOptions(*command, *options);
   return {command, [options] { return run(*options); }};

@@ -1,12 +1,15 @@
 #include "DiffInput.h"
 
+#include <quillon/memory/ArrayBase.h>
+#include <quillon/memory/Entries.h>
+#include <quillon/memory/Paths.h>
 #include <quillon/memory/Wording.h>
 
 #include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 #include "Failure.h"
-#include "Groups.h"
 #include "Opening.h"
 
 namespace quillon::tools {
@@ -17,8 +20,7 @@ using memory::pathOf;
 
 namespace {
 
-/// Every array whose accessors are used keeps its window, so that those of many arrays must fit in
-/// memory side by side.
+/// Numbers are read past the windows; those of texts must fit in memory side by side.
 constexpr std::size_t WINDOW_BYTES = std::size_t{1} << 20U;
 
 netcdf::OpenOptions reading() {
@@ -26,6 +28,19 @@ netcdf::OpenOptions reading() {
   options.windowBytes = WINDOW_BYTES;
   return options;
 }
+
+/// Stands for a variable that cannot be read.
+class UnreadableArray final : public memory::ArrayBase {
+ public:
+  UnreadableArray(std::string name, std::string reason)
+      : ArrayBase(std::move(name), object_model::ElementType::Double, {}),
+        m_reason(std::move(reason)) {}
+
+  const object_model::Tuple& size() const override { throw std::runtime_error(m_reason); }
+
+ private:
+  std::string m_reason;
+};
 
 bool contains(const std::vector<std::string>& names, const std::string& name) {
   return std::find(names.begin(), names.end(), name) != names.end();
@@ -42,78 +57,83 @@ std::vector<std::string> unionOf(const DiffInput& first, const DiffInput& second
   return names;
 }
 
-void requireComparable(const DiffInput& input, const std::string& name) {
-  const std::string reason = input.reasonWithout(name);
-  if (!reason.empty()) {
-    throw Failure(inQuotes(name) + " of " + inQuotes(input.source().file) +
-                  " cannot be compared: " + reason);
+unsigned long valuesIn(const object_model::Data& data) {
+  unsigned long values = 0;
+  if (const object_model::Dictionary* group = data.asDictionary()) {
+    for (const auto& [name, entry] : memory::entriesOf(*group)) {
+      values += valuesIn(*entry);
+    }
+  } else if (const auto* array = dynamic_cast<const memory::ArrayBase*>(&data)) {
+    values = array->numberOfElements();
   }
+  return values;
 }
 
 }  // namespace
 
-DiffInput::DiffInput(const std::string& path, const std::string& group)
-    : m_source{path, group},
-      m_file(openFile(path, reading())),
-      m_group(groupOf(m_file, m_source)),
-      m_skipped(m_file.skipped()) {}
+DiffInput::DiffInput(const Source& source)
+    : m_source(source),
+      m_file(openFile(source.file, reading())),
+      m_group(groupOf(m_file, m_source)) {}
 
-const Source& DiffInput::source() const { return m_source; }
+std::string DiffInput::pathOfGroup() const { return pathOf(m_group); }
 
 std::vector<std::string> DiffInput::variables() const {
   std::vector<std::string> names;
-  for (int i = 0; static_cast<unsigned long>(i) < m_group.getNumOfData(); ++i) {
-    std::string name = m_group.getDataName(i);
-    if (!std::as_const(m_group).data(name)->isDictionary()) {
-      names.push_back(std::move(name));
+  for (const auto& [name, entry] : memory::entriesOf(m_group)) {
+    if (!entry->isDictionary()) {
+      names.push_back(name);
     }
+  }
+  for (const PassedOver& variable : skippedIn(m_group, m_file.skipped())) {
+    names.push_back(variable.name);
   }
   return names;
 }
 
-std::string DiffInput::reasonWithout(const std::string& name) const {
-  for (const PassedOver& variable : skippedIn(m_group, m_skipped)) {
-    if (variable.name == name) {
-      return variable.reason;
-    }
-  }
-  return {};
-}
-
 void DiffInput::select(const std::vector<std::string>& names) {
   std::vector<std::string> present;
-  std::vector<netcdf::Skipped> skipped;
-  for (const std::string& name : names) {
-    const std::string reason = reasonWithout(name);
-    if (!reason.empty()) {
-      skipped.push_back({pathOf(m_group, name), reason});
-    }
-    if (m_group.contains(name)) {
-      present.push_back(name);
-    }
-  }
+  std::copy_if(names.begin(), names.end(), std::back_inserter(present),
+               [this](const std::string& name) { return m_group.contains(name); });
   m_selection = std::make_unique<memory::Selection>(m_group, present);
-  m_skipped = skipped;
+  m_names = names;
 }
 
-DiffSide DiffInput::side() const {
+const object_model::Dictionary& DiffInput::part() const {
   if (m_selection) {
-    return {*m_selection, m_source.file, m_skipped};
+    return *m_selection;
   }
-  return {m_group, m_source.file, m_skipped};
+  return m_group;
+}
+
+unsigned long DiffInput::values() const { return valuesIn(part()); }
+
+std::vector<netcdf::Skipped> DiffInput::skipped() const {
+  const std::string start = pathOf(m_group, {});
+  std::vector<netcdf::Skipped> result;
+  for (const netcdf::Skipped& variable : m_file.skipped()) {
+    if (variable.path.rfind(start, 0) == 0 &&
+        (!m_selection || contains(m_names, variable.path.substr(start.size())))) {
+      result.push_back(variable);
+    }
+  }
+  return result;
+}
+
+void DiffInput::addSkipped() {
+  for (const netcdf::Skipped& variable : m_file.skipped()) {
+    const std::size_t slash = variable.path.rfind('/');
+    m_file.group(variable.path.substr(0, slash))
+        .add(std::make_unique<UnreadableArray>(variable.path.substr(slash + 1), variable.reason));
+  }
 }
 
 void requireVariables(const DiffInput& first, const DiffInput& second,
                       const std::vector<std::string>& names) {
   const std::vector<std::string> known = unionOf(first, second);
   std::vector<std::string> unknown;
-  for (const std::string& name : names) {
-    if (!contains(known, name)) {
-      requireComparable(first, name);
-      requireComparable(second, name);
-      unknown.push_back(name);
-    }
-  }
+  std::copy_if(names.begin(), names.end(), std::back_inserter(unknown),
+               [&known](const std::string& name) { return !contains(known, name); });
   if (unknown.empty()) {
     return;
   }

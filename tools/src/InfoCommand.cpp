@@ -4,7 +4,6 @@
 #include <memory>
 
 #include "Arguments.h"
-#include "Groups.h"
 #include "Opening.h"
 #include "Output.h"
 #include "Verb.h"

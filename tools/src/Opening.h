@@ -1,13 +1,27 @@
 #pragma once
 
 #include <quillon/netcdf/File.h>
+#include <quillon/tables/Request.h>
 
 #include <string>
+#include <vector>
+
+#include "Arguments.h"
 
 namespace quillon::tools {
 
 /// Opens a file for a verb. It is noted as the one that is being read, and each read as progress.
 /// @throws netcdf::Error as the constructor of the file does.
 netcdf::File openFile(const std::string& path, netcdf::OpenOptions options = {});
+
+/// The group in the open file. @throws Failure that lists the file's groups when there is none.
+memory::Dictionary& groupOf(netcdf::File& file, const Source& source);
+
+/// A variable that is left out of what is shown.
+using PassedOver = tables::Unreadable;
+
+/// The variables of `group` itself that the reader could not make arrays of.
+std::vector<PassedOver> skippedIn(const object_model::Data& group,
+                                  const std::vector<netcdf::Skipped>& skipped);
 
 }  // namespace quillon::tools

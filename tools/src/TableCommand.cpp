@@ -1,11 +1,13 @@
 #include <object_model/IO.h>
+#include <quillon/memory/Paths.h>
 #include <quillon/memory/Selection.h>
 #include <quillon/memory/Wording.h>
 #include <quillon/netcdf/File.h>
+#include <quillon/tables/ContractPage.h>
 #include <quillon/tables/ContractPlan.h>
+#include <quillon/tables/Html.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <map>
@@ -17,8 +19,6 @@
 
 #include "Arguments.h"
 #include "Failure.h"
-#include "Groups.h"
-#include "HtmlPage.h"
 #include "Memory.h"
 #include "Opening.h"
 #include "Output.h"
@@ -56,29 +56,11 @@ std::optional<std::vector<std::string>> namesOf(const std::string& option,
 /// Fails before the table is built where it cannot fit: running out of memory ends the process
 /// without a word on systems that promise more than they have.
 void requireMemory(const ContractPlan& plan, unsigned long maxRows) {
-  const auto rows = static_cast<double>(plan.rows);
-  const auto columns = static_cast<double>(plan.columns);
-  const double shown = maxRows == 0 ? rows : std::min(rows, static_cast<double>(maxRows));
-  // Roughly: cells and values of 8 bytes, names and positions of columns, and the printed text.
-  const double needed = 8.0 * (rows * columns + static_cast<double>(plan.values)) +
-                        300.0 * columns + 50.0 * shown * columns;
-  const auto available = static_cast<double>(physicalMemory());
-  if (needed > available) {
+  if (bytesNeeded(plan, maxRows) > static_cast<double>(physicalMemory())) {
     throw Failure("The table would have " + counted(plan.rows, "row") + " and " +
                   counted(plan.columns, "column") + ", which is more than fits in memory; choose " +
                   "fewer --variables or another --index");
   }
-}
-
-/// How many cells the table has that shows so many of the first coordinates along its axes.
-unsigned long cellsOf(const ContractPlan& plan,
-                      const std::map<std::string, unsigned long>& extents) {
-  unsigned long cells = plan.columns;
-  for (std::size_t k = 0; k < plan.index.size(); ++k) {
-    const auto extent = extents.find(plan.index[k]);
-    cells *= extent == extents.end() ? plan.sizes[k] : extent->second;
-  }
-  return cells;
 }
 
 /// @param work how many cells there are to fill.
@@ -86,8 +68,9 @@ std::string render(memory::Dictionary& group, const ContractPlan& plan, unsigned
                    unsigned long maxRows, bool html) {
   Selection selection(group, plan.variables);
   Progress progress(std::cerr, ::isatty(STDERR_FILENO) == 1, work);
-  const auto frame = std::make_shared<TableFrame>(
-      html ? inHtml : escaped, [&progress](unsigned long cells) { progress.advance(cells); });
+  const auto frame =
+      std::make_shared<TableFrame>(html ? tables::inHtml : escaped,
+                                   [&progress](unsigned long cells) { progress.advance(cells); });
   object_model::exportToDataFrame(selection, frame.get(), plan.index);
   noteReading({});  // what follows takes its time, but cannot fail to end
   return html ? object_model::exportDataFrameToHtml(frame, maxRows)
@@ -126,7 +109,7 @@ int run(const Options& options) {
   memory::Dictionary shown = file.corner(options.source.group, extents);
   std::string text = render(shown, plan, cellsOf(plan, extents), maxRows, options.html);
   if (options.html && options.output) {
-    text = documentOf(
+    text = tables::documentOf(
         {titleOf(file, options.source.file), pathOf(group), rowsShown(plan.rows, maxRows), text});
   }
   for (const std::string& note : plan.notes) {

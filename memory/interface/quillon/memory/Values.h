@@ -49,6 +49,29 @@ class BlockLayout {
   unsigned long m_slabs = 1;       // indices of that dimension in each block
 };
 
+/// Divides an array's grid of values into boxes of whole chunks, for whoever needs all values in
+/// any order: each chunk is fetched once, and the memory for a box does not grow with the grid.
+class BoxLayout {
+ public:
+  /// Divides a grid of the extents `shape` into boxes of at most `maxValues` values or, where one
+  /// of `chunks` has more, of one chunk. Chunks of more than sixteen times as many are not kept
+  /// whole. Without chunks the boxes are runs in storage order.
+  BoxLayout(std::vector<unsigned long> shape, unsigned long maxValues,
+            const unsigned long* chunks = nullptr);
+
+  /// How many boxes there are; 0 where an extent is 0, 1 without dimensions.
+  unsigned long size() const;
+
+  /// The box of that number, which must be below size().
+  Block boxAt(unsigned long number) const;
+
+ private:
+  unsigned long boxesAlong(std::size_t dimension) const;
+
+  std::vector<unsigned long> m_shape;
+  std::vector<unsigned long> m_box;  // the extents of a box
+};
+
 /// Copies the values of a block to `destination`, in storage order: from where they lie, in bulk,
 /// or one accessor call a value, whichever the array offers. `T` is the type of the array's
 /// elements (`double` for `Double`, …; `std::string` for `String`) or, where the array offers bulk

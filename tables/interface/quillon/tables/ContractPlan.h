@@ -50,4 +50,13 @@ ContractPlan contractPlan(const object_model::Dictionary& group,
 /// @param maxRows 0 for all rows.
 std::map<std::string, unsigned long> extentsOf(const ContractPlan& plan, unsigned long maxRows);
 
+/// How many cells the table has of which so many of the first coordinates along the named axes are
+/// taken, and all along others.
+unsigned long cellsOf(const ContractPlan& plan,
+                      const std::map<std::string, unsigned long>& extents);
+
+/// Roughly how many bytes of memory it takes to export the whole table and to print its first
+/// `maxRows` rows, 0 for all.
+double bytesNeeded(const ContractPlan& plan, unsigned long maxRows);
+
 }  // namespace quillon::tables

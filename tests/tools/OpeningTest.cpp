@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <quillon/memory/TypedArray.h>
 
-#include "Groups.h"
+#include "Opening.h"
 
 namespace quillon::tools {
 namespace {
@@ -18,7 +18,7 @@ auto isPassedOver(const char* name, const char* reason) {
                Field("reason", &PassedOver::reason, reason));
 }
 
-class GroupsTest : public ::testing::Test {
+class OpeningTest : public ::testing::Test {
  protected:
   Dictionary m_root{"/"};
   Dictionary& m_climate = m_root.add(Dictionary("climate"));
@@ -26,7 +26,7 @@ class GroupsTest : public ::testing::Test {
   Dictionary& m_otsu = m_cells.add(Dictionary("otsu"));
 };
 
-TEST_F(GroupsTest, SkippedVariablesBelongToTheirOwnGroupAlone) {
+TEST_F(OpeningTest, SkippedVariablesBelongToTheirOwnGroupAlone) {
   const std::vector<netcdf::Skipped> skipped = {{"/p", "1"},
                                                 {"/cells/p", "2"},
                                                 {"/cells/otsu/p", "3"},

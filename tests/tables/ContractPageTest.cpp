@@ -1,21 +1,10 @@
 #include <gtest/gtest.h>
+#include <quillon/tables/ContractPage.h>
 
-#include "HtmlPage.h"
-
-namespace quillon::tools {
+namespace quillon::tables {
 namespace {
 
-TEST(HtmlPageTest, MarkupCharactersBecomeEntities) {
-  EXPECT_EQ(inHtml(R"(<a b="c" d='e'>&amp;)"), "&lt;a b=&quot;c&quot; d=&#39;e&#39;&gt;&amp;amp;");
-}
-
-TEST(HtmlPageTest, OtherTextPassesAndControlCharactersAreEscapedAsOnTerminals) {
-  EXPECT_EQ(inHtml(""), "");
-  EXPECT_EQ(inHtml("µ in [px²], a/b; 50 %"), "µ in [px²], a/b; 50 %");
-  EXPECT_EQ(inHtml("a\n\x1b\xff"), "a\\n\\x1b\\xff");
-}
-
-TEST(HtmlPageTest, DocumentHoldsTheTableAsItIsAndItsTextsEscaped) {
+TEST(ContractPageTest, DocumentHoldsTheTableAsItIsAndItsTextsEscaped) {
   EXPECT_EQ(documentOf({"A <b> & \"c\"", "/d<e>", "2 rows", "<table>\n</table>\n"}),
             R"html(<!DOCTYPE html>
 <html lang="en">
@@ -52,4 +41,4 @@ TEST(HtmlPageTest, DocumentHoldsTheTableAsItIsAndItsTextsEscaped) {
 }
 
 }  // namespace
-}  // namespace quillon::tools
+}  // namespace quillon::tables

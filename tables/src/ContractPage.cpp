@@ -1,11 +1,9 @@
-#include "HtmlPage.h"
+#include <quillon/tables/ContractPage.h>
+#include <quillon/tables/Html.h>
 
-#include <quillon/memory/Wording.h>
+#include <string_view>
 
-namespace quillon::tools {
-
-using memory::escaped;
-
+namespace quillon::tables {
 namespace {
 
 constexpr std::string_view BEFORE_TITLE = R"(<!DOCTYPE html>
@@ -44,39 +42,9 @@ constexpr std::string_view AFTER_TABLE = R"(    </figure>
 </html>
 )";
 
-std::string_view entityOf(char character) {
-  switch (character) {
-    case '&':
-      return "&amp;";
-    case '<':
-      return "&lt;";
-    case '>':
-      return "&gt;";
-    case '"':
-      return "&quot;";
-    case '\'':
-      return "&#39;";
-    default:
-      return {};
-  }
-}
-
 }  // namespace
 
-std::string inHtml(std::string_view text) {
-  std::string result;
-  for (const char character : escaped(text)) {
-    const std::string_view entity = entityOf(character);
-    if (entity.empty()) {
-      result += character;
-    } else {
-      result += entity;
-    }
-  }
-  return result;
-}
-
-std::string documentOf(const HtmlPage& page) {
+std::string documentOf(const ContractPage& page) {
   const std::string title = inHtml(page.title);
   std::string text;
   text += BEFORE_TITLE;
@@ -89,4 +57,4 @@ std::string documentOf(const HtmlPage& page) {
   return text;
 }
 
-}  // namespace quillon::tools
+}  // namespace quillon::tables
