@@ -14,7 +14,6 @@ namespace quillon::compare {
 namespace {
 
 using object_model::Array;
-using object_model::ElementType;
 
 /// What `read` gives; nothing where it fails, as places are no reason to fail.
 template <class T, class Read>

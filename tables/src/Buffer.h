@@ -64,7 +64,7 @@ class Buffer {
   static constexpr std::size_t PIECE = 64U << 10U;
 
   void grow(std::size_t count) {
-    const std::size_t capacity = std::max(2 * m_capacity, m_size + count + 256);
+    const std::size_t capacity = std::max({2 * m_capacity, m_size + count, PIECE});
     std::unique_ptr<char[]> text(new char[capacity]);  // not set to 0
     if (m_size > 0) {
       std::memcpy(text.get(), m_text.get(), m_size);

@@ -175,6 +175,7 @@ class Planner {
       }
     }
     std::vector<Names> labels;
+    labels.reserve(spread.size());
     for (const std::size_t k : spread) {
       labels.push_back(m_axes.labelsOf(variable.axes[k].name, m_request.positions));
     }

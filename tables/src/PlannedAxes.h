@@ -45,7 +45,7 @@ class PlannedAxes {
 
   /// What the chosen indices of an axis are called: coordinates, or positions where there are none
   /// or they do not tell them apart.
-  std::vector<std::string> labelsOf(const std::string& axis, bool positions) const;
+  std::vector<std::string> labelsOf(const std::string& name, bool positions) const;
 
  private:
   const PlannedAxis& require(const std::string& name) const;

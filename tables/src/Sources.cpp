@@ -51,9 +51,12 @@ ColumnType typeOf(const Array& array) {
 template <class T>
 class ArraySourceOf final : public ColumnSource {
  public:
-  ArraySourceOf(std::shared_ptr<const Array> array, const std::vector<DimensionUse>& dimensions,
-                const Grid& grid, ColumnType type)
-      : m_array(std::move(array)), m_dimensions(dimensions), m_grid(grid), m_type(type) {
+  ArraySourceOf(std::shared_ptr<const Array> array, std::vector<DimensionUse> dimensions, Grid grid,
+                ColumnType type)
+      : m_array(std::move(array)),
+        m_dimensions(std::move(dimensions)),
+        m_grid(std::move(grid)),
+        m_type(type) {
     requireShape();
   }
 

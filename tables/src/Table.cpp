@@ -154,9 +154,11 @@ memory::TimeForm Table::timeForm(unsigned long column) const {
   return m_state->sources[column]->timeForm();
 }
 
+// NOLINTBEGIN(bugprone-macro-parentheses): a type in parentheses is none
 #define QUILLON_READ(T)                                                                        \
   template void Table::read(unsigned long column, unsigned long firstRow, unsigned long count, \
                             T* destination) const
+// NOLINTEND(bugprone-macro-parentheses)
 
 QUILLON_READ(signed char);
 QUILLON_READ(short);
