@@ -10,7 +10,7 @@ struct InMemory {
   }
 };
 
-INSTANTIATE_TYPED_TEST_SUITE_P(InMemory, DataFrameSuite, InMemory);
+INSTANTIATE_TYPED_TEST_SUITE_P(InMemory, DataFrameSuite, InMemory, );
 
 }  // namespace
 }  // namespace quillon::testing

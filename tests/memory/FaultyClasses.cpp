@@ -39,7 +39,7 @@ struct FaultyArray {
   static std::unique_ptr<object_model::Array> make() { return std::make_unique<Faulty>(); }
   static std::vector<long> values() { return {0, 1, 2, 4}; }
 };
-INSTANTIATE_TYPED_TEST_SUITE_P(Faulty, ArraySuite, FaultyArray);
+INSTANTIATE_TYPED_TEST_SUITE_P(Faulty, ArraySuite, FaultyArray, );
 
 /// It finds its one entry under every name and is not its parent.
 struct FaultyDictionary {
@@ -58,7 +58,7 @@ struct FaultyDictionary {
   static std::unique_ptr<object_model::Dictionary> make() { return std::make_unique<Faulty>(); }
   static std::vector<std::string> names() { return {"another entry"}; }
 };
-INSTANTIATE_TYPED_TEST_SUITE_P(Faulty, DictionarySuite, FaultyDictionary);
+INSTANTIATE_TYPED_TEST_SUITE_P(Faulty, DictionarySuite, FaultyDictionary, );
 
 /// It counts columns anew after each removal.
 struct FaultyFrame {
@@ -71,7 +71,7 @@ struct FaultyFrame {
   };
   static std::unique_ptr<tabra::DataFrameView> make() { return std::make_unique<Faulty>(); }
 };
-INSTANTIATE_TYPED_TEST_SUITE_P(Faulty, DataFrameSuite, FaultyFrame);
+INSTANTIATE_TYPED_TEST_SUITE_P(Faulty, DataFrameSuite, FaultyFrame, );
 
 const std::set<std::string> EXPECTED = {"AccessorGivesTheExpectedValues",
                                         "OtherAccessorsRefuse",

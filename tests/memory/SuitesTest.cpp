@@ -46,7 +46,7 @@ using TypedArrays =
                      Typed<unsigned char>, Typed<unsigned short>, Typed<unsigned int>,
                      Typed<unsigned long>, Typed<float>, Typed<double>, Typed<std::complex<float>>,
                      Typed<std::complex<double>>, Typed<bool>, Typed<std::string>>;
-INSTANTIATE_TYPED_TEST_SUITE_P(Typed, ArraySuite, TypedArrays);
+INSTANTIATE_TYPED_TEST_SUITE_P(Typed, ArraySuite, TypedArrays, );
 
 struct OfDictionaries {
   static std::unique_ptr<object_model::Array> make() {
@@ -98,7 +98,7 @@ struct Times {
 
 using OtherArrays = ::testing::Types<OfDictionaries, Scalar, Empty, Strided<short>, Strided<float>,
                                      Strided<bool>, Strided<std::complex<double>>, Times>;
-INSTANTIATE_TYPED_TEST_SUITE_P(Other, ArraySuite, OtherArrays);
+INSTANTIATE_TYPED_TEST_SUITE_P(Other, ArraySuite, OtherArrays, );
 
 struct InMemory {
   static std::unique_ptr<object_model::Dictionary> make() {
@@ -129,7 +129,7 @@ struct SelectionOfGroup {
 };
 
 using Dictionaries = ::testing::Types<InMemory, WithoutEntries, SelectionOfGroup>;
-INSTANTIATE_TYPED_TEST_SUITE_P(Own, DictionarySuite, Dictionaries);
+INSTANTIATE_TYPED_TEST_SUITE_P(Own, DictionarySuite, Dictionaries, );
 
 }  // namespace
 }  // namespace quillon::testing

@@ -100,9 +100,10 @@ TEST(BlockLayoutTest, BlocksEndWhereChunksDo) {
 }
 
 TEST(BlockLayoutTest, EmptyGridHasNoValuesAndAScalarHasOne) {
-  EXPECT_EQ(BlockLayout({3, 0}, 15).size(), 0);
-  EXPECT_EQ(BlockLayout({}, 15).size(), 1);
-  EXPECT_EQ(BlockLayout({}, 15).blockAt(0).count, 1);
+  using Shape = std::vector<unsigned long>;
+  EXPECT_EQ(BlockLayout(Shape{3, 0}, 15).size(), 0);
+  EXPECT_EQ(BlockLayout(Shape{}, 15).size(), 1);
+  EXPECT_EQ(BlockLayout(Shape{}, 15).blockAt(0).count, 1);
 }
 
 TEST(BoxLayoutTest, WithoutChunksBoxesAreRunsInStorageOrder) {

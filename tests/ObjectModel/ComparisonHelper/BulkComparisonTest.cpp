@@ -124,7 +124,7 @@ class BulkComparisonOf : public testing::Test {};
 using AllStored =
     testing::Types<signed char, short, int, long, unsigned char, unsigned short, unsigned int,
                    unsigned long, float, double, std::complex<float>, std::complex<double>, bool>;
-TYPED_TEST_SUITE(BulkComparisonOf, AllStored);
+TYPED_TEST_SUITE(BulkComparisonOf, AllStored, );
 
 TYPED_TEST(BulkComparisonOf, SeesADifferenceAtEachEnd) {
   const auto same = values<TypeParam>(1000);
