@@ -97,7 +97,9 @@ auto distanceOf(const T& a, const U& b) {
   if constexpr (ARE_WIDE_INTEGERS<T, U>) {
     const auto left = static_cast<unsigned long>(a);
     const auto right = static_cast<unsigned long>(b);
-    return a > b ? left - right : right - left;  // the distance modulo 2^64 is the distance
+    unsigned long distance = 0;  // modulo 2^64, which it is below
+    __builtin_sub_overflow(a > b ? left : right, a > b ? right : left, &distance);
+    return distance;
   } else if constexpr (IS_COMPLEX<T> && std::is_same_v<T, U>) {
     return std::hypot(gapBetween(static_cast<double>(a.real()), static_cast<double>(b.real())),
                       gapBetween(static_cast<double>(a.imag()), static_cast<double>(b.imag())));

@@ -41,8 +41,10 @@ class Buffer {
   }
 
   void append(std::size_t count, char character) {
-    std::memset(room(count), character, count);
-    m_size += count;
+    if (count > 0) {
+      std::memset(room(count), character, count);
+      m_size += count;
+    }
   }
 
   /// Hands the text over where it is long enough for a piece.

@@ -192,7 +192,8 @@ class Planner {
                  const std::vector<std::size_t>& spread, const std::vector<Names>& labels,
                  const std::vector<unsigned long>& at) {
     std::string places;
-    for (std::size_t i = spread.size(); i-- > 0;) {
+    for (std::size_t i = spread.size(); i > 0;) {
+      --i;
       const std::string& axis = variable.axes[spread[i]].name;
       const ChosenIndices& chosen = m_axes.of(axis).chosen;
       places += (places.empty() ? "" : ", ") + axis + "=" + labels[i][at[i]];

@@ -256,7 +256,8 @@ class StoredArrayTest : public ::testing::Test {
   static std::vector<T> values() {
     std::vector<T> values;
     for (int k = 0; k < 6; ++k) {
-      values.push_back(static_cast<T>(static_cast<float>(k % 2 == 0 ? k : -k)));
+      const int value = std::is_signed_v<T> && k % 2 == 1 ? -k : k;
+      values.push_back(static_cast<T>(static_cast<float>(value)));
     }
     return values;
   }

@@ -202,7 +202,8 @@ TEST(TableTest, TimesAreInOneFormWhicheverPartIsShown) {
 double cellByHand(const std::vector<unsigned long>& sizes,
                   const std::vector<unsigned long>& position) {
   unsigned long offset = 0;
-  for (std::size_t k = sizes.size(); k-- > 0;) {
+  for (std::size_t k = sizes.size(); k > 0;) {
+    --k;
     offset = offset * sizes[k] + position[k];
   }
   return static_cast<double>(offset);
