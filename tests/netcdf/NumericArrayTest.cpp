@@ -335,7 +335,8 @@ TEST_F(NumericArrayTest, WindowsEndAtChunks) {
 TEST_F(NumericArrayTest, WindowBeyondAllMemoryIsAnError) {
   {
     const Writer writer(m_path, NC_NETCDF4);
-    writer.variable("grid", NC_BYTE,
+    // More than a vector takes: the address sanitizer ends a process that asks for less in vain.
+    writer.variable("grid", NC_SHORT,
                     {writer.dimension("y", 1UL << 31U), writer.dimension("x", 1UL << 31U)});
   }
   OpenOptions options;
