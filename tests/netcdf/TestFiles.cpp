@@ -180,6 +180,12 @@ OpenOptions countingReads(std::size_t bytes, std::vector<unsigned long>& reads) 
   return options;
 }
 
+#ifdef QUILLON_ADDRESS_SANITIZER
+const bool MEMORY_IS_LIMITED = false;
+#else
+const bool MEMORY_IS_LIMITED = true;
+#endif
+
 std::string fateOf(const std::function<void()>& action, unsigned int mostSeconds) {
   const pid_t child = fork();
   if (child == 0) {

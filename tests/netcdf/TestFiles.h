@@ -92,6 +92,9 @@ OpenOptions countingReads(std::size_t bytes, std::vector<unsigned long>& reads);
 /// What `fateOf` says of an action that throws.
 inline constexpr const char* BY_EXCEPTION = "exception";
 
+/// Whether `fateOf` limits memory: that of the address sanitizer cannot be.
+extern const bool MEMORY_IS_LIMITED;
+
 /// Runs `action` in a process of its own with little memory and time, and returns what ended it: ""
 /// when it came to its end, else the signal, the exit status or `BY_EXCEPTION`.
 std::string fateOf(const std::function<void()>& action, unsigned int mostSeconds = 120);
