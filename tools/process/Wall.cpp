@@ -70,7 +70,7 @@ void requireDescriptors() {
 Failure cannotStart(int error) {
   const std::string reason = error == EAGAIN ? "no more processes may be started (see ulimit -u)"
                                              : std::generic_category().message(error);
-  return Failure("Cannot start the process that reads: " + reason);
+  return Failure{"Cannot start the process that reads: " + reason};
 }
 
 int waitFor(pid_t child, const HeldSignals& signals) {

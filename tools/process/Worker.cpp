@@ -38,6 +38,9 @@ Watch& watch() {
 /// Called by the signal of the timer, so that it may use little more than numbers.
 void onTick(int /*signal*/) {
   Watch& state = watch();
+  if (state.notes == nullptr) {
+    return;
+  }
   const unsigned long progress = state.notes->progress;
   if (state.notes->filesRead == 0 || progress != state.progress) {
     state.progress = progress;
