@@ -14,7 +14,6 @@ namespace {
 
 using quillon::compare::Options;
 using quillon::memory::ArrayBase;
-using quillon::memory::Axis;
 using quillon::memory::InPlaceValues;
 
 constexpr double TOLERANCE = 1e-6;

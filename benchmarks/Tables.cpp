@@ -36,7 +36,7 @@ std::vector<double> measurements(unsigned long count) {
 Table tableOf(const Dictionary& dictionary, const Names& index) {
   Request request;
   request.index = index;
-  return Table(dictionary, plan(dictionary, request));
+  return {dictionary, plan(dictionary, request)};
 }
 
 /// Reads all columns of values into buffers. The floor copies as many values.
