@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -14,6 +15,7 @@
 #include <functional>
 #include <ostream>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "Failure.h"
@@ -239,37 +241,43 @@ int inProcess(const std::function<int()>& action) {
     ::_exit(action());
   }
   int status = 0;
-  ::waitpid(process, &status, 0);
+  if (::waitpid(process, &status, 0) != process) {
+    ADD_FAILURE() << "no process: " << std::generic_category().message(errno);
+  }
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
-TEST(WallTest, WithoutAChildNothingIsDone) {
+/// How a process ends in which the system refuses a limit that a test needs.
+constexpr int NO_LIMIT_HERE = 99;
+
+/// How the tool ends, in a process of its own, below the limit that `lower` sets.
+Ending endingBelowLimit(const std::function<bool()>& lower) {
   ::testing::internal::CaptureStderr();
-  EXPECT_EQ(inProcess([] {
-              const rlimit none{1, 1};
-              ::setrlimit(RLIMIT_NPROC, &none);
-              if (::getuid() == 0 && ::setuid(65534) != 0) {
-                return 99;
-              }
-              // The user has this process already.
-              return doBehindWall([] { return 0; }, {physicalMemory()});
-            }),
-            EXIT_TROUBLE);
-  EXPECT_EQ(::testing::internal::GetCapturedStderr(),
-            "quillon: Cannot start the process that reads: no more processes may be started (see "
-            "ulimit -u)\n");
+  const int status = inProcess(
+      [&] { return lower() ? doBehindWall([] { return 0; }, {physicalMemory()}) : NO_LIMIT_HERE; });
+  return {status, ::testing::internal::GetCapturedStderr()};
+}
+
+bool forbidProcesses() {
+  const rlimit none{1, 1};
+  // The limit is a user's, who has this process already; for root there is none.
+  return ::setrlimit(RLIMIT_NPROC, &none) == 0 && (::getuid() != 0 || ::setuid(65534) == 0);
+}
+
+bool forbidDescriptors() {
+  const rlimit few{4, 4};
+  return ::setrlimit(RLIMIT_NOFILE, &few) == 0;
+}
+
+TEST(WallTest, WithoutAChildNothingIsDone) {
+  EXPECT_EQ(endingBelowLimit(forbidProcesses),
+            trouble("Cannot start the process that reads: no more processes may be started (see "
+                    "ulimit -u)"));
 }
 
 TEST(WallTest, TooFewDescriptorsAreTrouble) {
-  ::testing::internal::CaptureStderr();
-  EXPECT_EQ(inProcess([] {
-              const rlimit few{4, 4};
-              ::setrlimit(RLIMIT_NOFILE, &few);
-              return doBehindWall([] { return 0; }, {physicalMemory()});
-            }),
-            EXIT_TROUBLE);
-  EXPECT_EQ(::testing::internal::GetCapturedStderr(),
-            "quillon: Only 4 files may be open at a time, and reading needs 16 (see ulimit -n)\n");
+  EXPECT_EQ(endingBelowLimit(forbidDescriptors),
+            trouble("Only 4 files may be open at a time, and reading needs 16 (see ulimit -n)"));
 }
 
 class RequestTest : public ::testing::TestWithParam<int> {};
