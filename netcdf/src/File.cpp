@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "GroupReader.h"
+#include "HiddenObjects.h"
 #include "Source.h"
 
 namespace quillon::netcdf {
@@ -73,6 +74,7 @@ File::File(const std::string& path, const OpenOptions& options)
   // Where this fails, the file is closed when the lock is free again.
   const std::lock_guard<std::mutex> guard(libraryLock());
   m_root = readGroup({m_source, m_skipped}, m_source->id(), "/", "/");
+  listHidden(*m_source, m_skipped, m_hiddenAttributes);
 }
 
 memory::Dictionary& File::root() { return m_root; }
@@ -105,5 +107,6 @@ memory::Dictionary File::corner(const std::string& path,
 
 std::string File::title() const { return m_root.getDescription(); }
 const std::vector<Skipped>& File::skipped() const { return m_skipped; }
+const std::vector<Skipped>& File::hiddenAttributes() const { return m_hiddenAttributes; }
 
 }  // namespace quillon::netcdf

@@ -10,6 +10,8 @@
 #include "Attributes.h"
 #include "AxisKind.h"
 #include "Bounded.h"
+#include "Filters.h"
+#include "Hdf5Texts.h"
 #include "NumericArray.h"
 #include "TextArray.h"
 
@@ -26,6 +28,7 @@ struct Type {
   nc_type base = NC_NAT;  // of its values; NC_NAT for one that has no place in the model
   std::string name;       // of such a type
   std::size_t bytes = 0;  // of one value
+  bool isFixedText = false;
 };
 
 Type userType(const Source& source, int group, nc_type id, const std::string& subject) {
@@ -53,6 +56,26 @@ Type typeOf(const Source& source, int group, nc_type id, const std::string& subj
   Type type{id, {}, 0};
   source.require(nc_inq_type(group, id, nullptr, &type.bytes), subject);
   return type;
+}
+
+/// Corrects what libnetcdf says of a type by what libhdf5 knows: see TextType.
+void correctText(const Variable& variable, Type& type) {
+  const TextType text = textTypeOf(variable);
+  if (text.kind != TextType::Kind::None) {
+    type = {NC_STRING, {}, text.bytes, text.kind == TextType::Kind::Fixed};
+  } else if (type.base == NC_STRING && !text.description.empty()) {
+    type = {NC_NAT, text.description, 0};
+  }
+}
+
+void correctType(const Variable& variable, Type& type) {
+  if (type.base == NC_STRING || type.base == NC_NAT) {
+    correctText(variable, type);
+  }
+  const std::string filter = missingFilter(variable);
+  if (!filter.empty()) {
+    type = {NC_NAT, filter, 0};
+  }
 }
 
 void requireCountable(const Variable& variable) {
@@ -84,8 +107,9 @@ std::unique_ptr<ArrayBase> arrayOf(const Type& type, Variable variable, const st
   const std::string description =
       textAttribute(*variable.source, variable.group, variable.id, "long_name");
   if (type.base == NC_STRING) {
-    return std::make_unique<TextArray>(TextArray::Storage::Strings, std::move(variable), name,
-                                       std::move(axes), description);
+    return std::make_unique<TextArray>(
+        type.isFixedText ? TextArray::Storage::FixedTexts : TextArray::Storage::Strings,
+        std::move(variable), name, std::move(axes), description);
   }
   if (type.base == NC_CHAR) {
     if (!axes.empty()) {
@@ -144,7 +168,8 @@ std::unique_ptr<object_model::Data> GroupReader::makeArray(int group, int id,
   m_source->require(nc_inq_var(group, id, name.data(), &typeId, &rank, nullptr, nullptr),
                     "a variable in '" + path + "'");
   Variable variable{m_source, group, id, path + name.data(), 0, {}, {}};
-  const Type type = typeOf(*m_source, group, typeId, variable.subject());
+  Type type = typeOf(*m_source, group, typeId, variable.subject());
+  correctType(variable, type);
   std::vector<Axis> axes = readAxes(variable, rank);
   if (type.base == NC_NAT) {
     m_skipped.push_back({variable.path, type.name});

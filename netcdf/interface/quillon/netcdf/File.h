@@ -40,7 +40,7 @@ struct OpenOptions {
   std::function<void(unsigned long bytes)> onRead;
 };
 
-/// A variable that the object model cannot hold.
+/// A variable or an attribute that cannot be read.
 struct Skipped {
   std::string path;    ///< where it stands in the file, such as "/cells/otsu/outline"
   std::string reason;  ///< why it was left out, such as "compound type 'point'"
@@ -58,8 +58,10 @@ struct Skipped {
 /// has no dimensions and one value.
 ///
 /// Elements: signed integers are `Int`, unsigned ones `UInt`, both exact to the last digit; `float`
-/// and `double` are `Double`; strings are `String`, and so is text of characters, whose last
-/// dimension is the text's length and no axis (NULs at its end are cut). An enumeration is read as
+/// and `double` are `Double`; strings are `String`, and so are texts of a fixed length and text of
+/// characters, whose last dimension is the text's length and no axis. What fills a text up to its
+/// length (NULs, blanks where HDF5 says so, the `_FillValue` of characters) is cut; a text that is
+/// its variable's `_FillValue` is missing and reads as the empty text. An enumeration is read as
 /// its integers. Other types are left out, see skipped(). Packed values (`scale_factor`,
 /// `add_offset`) are left as they are stored.
 ///
@@ -142,15 +144,22 @@ class File {
   /// The file's attribute `title`; empty when it has none.
   std::string title() const;
 
-  /// The variables of types that the object model cannot hold (compound, variable-length and opaque
-  /// ones), in the file's order.
+  /// The variables that cannot be read, in the file's order: those of types that the object model
+  /// cannot hold (compound, variable-length and opaque ones) and those that went through a filter
+  /// that is not there. Then come those that libnetcdf hides, such as references, bit fields and
+  /// types without a name.
   const std::vector<Skipped>& skipped() const;
+
+  /// The attributes that libnetcdf hides, for they are of types that it does not know. Their paths
+  /// are "/cells/area@outline" for one of a variable, "/cells/@outline" for one of a group.
+  const std::vector<Skipped>& hiddenAttributes() const;
 
  private:
   std::string m_path;
   std::shared_ptr<const Source> m_source;
   memory::Dictionary m_root;
   std::vector<Skipped> m_skipped;
+  std::vector<Skipped> m_hiddenAttributes;
 };
 
 }  // namespace quillon::netcdf
