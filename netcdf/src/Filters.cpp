@@ -47,9 +47,6 @@ std::string missingFilter(const Variable& variable) {
   }
   const QuietHdf5 quiet;
   const Hdf5Object dataset = openDataset(variable.source->hdf5(), variable.path);
-  if (dataset.exists() && H5Dget_storage_size(dataset.id()) == 0) {
-    return {};
-  }
   const std::string name = nameOf(dataset, *missing);
   return "filter " + std::to_string(*missing) + (name.empty() ? "" : " '" + name + "'") +
          ", which is not there";

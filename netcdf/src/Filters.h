@@ -6,8 +6,8 @@
 
 namespace quillon::netcdf {
 
-/// Which of the filters that a variable's values went through is not there to read them; empty when
-/// all are, and for a variable that holds no values yet.
+/// Which of the filters that a variable's values go through is not there to read them; empty when
+/// all are. libnetcdf asks for it even where no values were written.
 ///
 /// Threads: to be used under libraryLock().
 std::string missingFilter(const Variable& variable);

@@ -1,5 +1,7 @@
 #include "Hdf5Structure.h"
 
+#include <netcdf.h>
+
 #include <cstdint>
 #include <map>
 #include <set>
@@ -14,6 +16,8 @@ namespace {
 
 // Groups that are linked to each other several times multiply: so many are taken for endless.
 constexpr unsigned long MOST_GROUPS = 1'000'000;
+
+constexpr std::size_t LONGEST_NAME = NC_MAX_NAME - 1;  // that libnetcdf reads without going beyond
 
 using Place = std::pair<unsigned long, haddr_t>;  // the file, for links lead to others, and where
 
@@ -31,7 +35,7 @@ Place placeOf(const H5O_info_t& info) { return {info.fileno, info.addr}; }
 class GroupWalk {
  public:
   /// What is wrong with the groups from the open one at `path` on; empty when nothing is.
-  std::string findEndless(hid_t group, const std::string& path) {
+  std::string findTrap(hid_t group, const std::string& path) {
     H5O_info_t info{};
     if (H5Oget_info2(group, &info, H5O_INFO_BASIC) < 0) {
       return {};
@@ -69,6 +73,11 @@ class GroupWalk {
   }
 
   unsigned long follow(hid_t group, const Hdf5Link& link, const std::string& path) {
+    if (link.name.size() > LONGEST_NAME) {
+      m_finding =
+          "the name of '" + path + "' is longer than " + std::to_string(LONGEST_NAME) + " bytes";
+      return 0;
+    }
     H5O_info_t info{};
     if (H5Oget_info_by_name2(group, link.name.c_str(), &info, H5O_INFO_BASIC, H5P_DEFAULT) < 0 ||
         info.type != H5O_TYPE_GROUP) {
@@ -177,10 +186,10 @@ class Inspection {
 
 }  // namespace
 
-std::string findEndlessGroups(const std::string& path) {
+std::string findTrap(const std::string& path) {
   const QuietHdf5 quiet;
   const Hdf5Object file = openFile(path);
-  return file.exists() ? GroupWalk().findEndless(file.id(), "/") : std::string();
+  return file.exists() ? GroupWalk().findTrap(file.id(), "/") : std::string();
 }
 
 Hdf5Verdict judgeHdf5(const std::string& path) {

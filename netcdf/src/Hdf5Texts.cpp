@@ -35,6 +35,7 @@ class Transfer {
         m_space(H5Dget_space(m_dataset.id()), H5Sclose),
         m_extents(extentsOf(m_space)),
         m_start(inFileOrder(block.start)),
+        m_step(m_start.size(), 1),
         m_count(inFileOrder(block.extent)),
         m_memory(m_count.empty()
                      ? H5Screate(H5S_SCALAR)
@@ -47,42 +48,51 @@ class Transfer {
 
   const Hdf5Object& dataset() const { return m_dataset; }
   const Hdf5Object& type() const { return m_type; }
-  const Hdf5Object& memory() const { return m_memory; }
-  const Numbers& start() const { return m_start; }
 
-  /// Behind the last position of the block that the data set has: a dimension may have grown for
-  /// another variable alone.
+  /// The first position of the block, and the one behind its last that the data set has: a
+  /// dimension may have grown for another variable alone.
+  const Numbers& start() const { return m_start; }
   Numbers end() const {
     Numbers end = m_extents;
     for (std::size_t k = 0; k < end.size(); ++k) {
-      end[k] = std::min(end[k], m_start[k] + m_count[k]);
+      end[k] = std::min(end[k], m_start[k] + (m_count[k] - 1) * m_step[k] + 1);
     }
     return end;
   }
 
-  /// Reads what is in the block from `first` on up to `end`; the rest of `values` stays.
+  /// Reads what the block has of the positions from `first` on up to `end`; the rest of `values`
+  /// stays as it is.
   bool read(const Numbers& first, const Numbers& end, hid_t type, void* values) const {
     if (H5Sget_simple_extent_type(m_space.id()) == H5S_NULL) {
       return true;  // a data set without any value, not even one
     }
-    Numbers from = first;
-    Numbers to = first;
-    Numbers count = end;
-    for (std::size_t k = 0; k < end.size(); ++k) {
-      from[k] = std::max(first[k], m_start[k]);
-      if (from[k] >= end[k]) {
+    Numbers from(first.size());
+    Numbers to(first.size());
+    Numbers count(first.size());
+    for (std::size_t k = 0; k < first.size(); ++k) {
+      to[k] = indexOf(k, first[k]);
+      from[k] = m_start[k] + to[k] * m_step[k];
+      count[k] = indexOf(k, end[k]) - to[k];
+      if (count[k] == 0) {
         return true;
       }
-      to[k] = from[k] - m_start[k];
-      count[k] = end[k] - from[k];
     }
-    return (end.empty() || (select(m_space, from, count) && select(m_memory, to, count))) &&
+    const Numbers ones(first.size(), 1);
+    return (first.empty() ||
+            (select(m_space, from, m_step, count) && select(m_memory, to, ones, count))) &&
            H5Dread(m_dataset.id(), type, m_memory.id(), m_space.id(), H5P_DEFAULT, values) >= 0;
   }
 
  private:
-  static bool select(const Hdf5Object& space, const Numbers& start, const Numbers& count) {
-    return H5Sselect_hyperslab(space.id(), H5S_SELECT_SET, start.data(), nullptr, count.data(),
+  /// The index in the block of the first of its positions that is not before `position`.
+  hsize_t indexOf(std::size_t k, hsize_t position) const {
+    const hsize_t distance = position <= m_start[k] ? 0 : position - m_start[k];
+    return std::min((distance + m_step[k] - 1) / m_step[k], m_count[k]);
+  }
+
+  static bool select(const Hdf5Object& space, const Numbers& start, const Numbers& step,
+                     const Numbers& count) {
+    return H5Sselect_hyperslab(space.id(), H5S_SELECT_SET, start.data(), step.data(), count.data(),
                                nullptr) >= 0;
   }
 
@@ -91,6 +101,7 @@ class Transfer {
   Hdf5Object m_space;
   Numbers m_extents;
   Numbers m_start;
+  Numbers m_step;
   Numbers m_count;
   Hdf5Object m_memory;
 };

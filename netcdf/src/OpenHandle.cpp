@@ -63,12 +63,15 @@ hid_t findOpened(const std::vector<hid_t>& before, const std::string& path) {
   return named != opened.end() ? *named : opened.size() == 1 ? opened.front() : H5I_INVALID_HID;
 }
 
-/// Whether libhdf5 finds nothing wrong with what libnetcdf refused; then it says what it is.
-void requireUnsound(const CheckedFile& file, const std::string& path, const std::string& refusal) {
+[[noreturn]] void failAsSound(const CheckedFile& file, const std::string& obstacle) {
+  failReading(file.path(), "it is a sound HDF5 file, but cannot be read as netCDF: " + obstacle);
+}
+
+/// Says what it is that libnetcdf refuses the file for, unless that is damaged.
+void requireDamage(const CheckedFile& file, const std::string& path, const std::string& refusal) {
   const Hdf5Verdict verdict = judgeHdf5(path);
   if (verdict.isSound) {
-    failReading(file.path(), "it is a sound HDF5 file, but cannot be read as netCDF: " +
-                                 (verdict.obstacle.empty() ? refusal : verdict.obstacle));
+    failAsSound(file, verdict.obstacle.empty() ? refusal : verdict.obstacle);
   }
 }
 
@@ -80,7 +83,7 @@ int openByLibrary(const CheckedFile& file, const std::string& path) {
   }
   if (status != NC_NOERR) {
     if (!file.isClassic()) {
-      requireUnsound(file, path, nc_strerror(status));
+      requireDamage(file, path, nc_strerror(status));
     }
     failReading(file.path(), std::string("it cannot be opened, or is damaged or cut short (") +
                                  nc_strerror(status) + ")");
@@ -88,10 +91,20 @@ int openByLibrary(const CheckedFile& file, const std::string& path) {
   return id;
 }
 
-void requireEnd(const CheckedFile& file, const std::string& path) {
-  const std::string endless = findEndlessGroups(path);
-  if (!endless.empty()) {
-    failReading(file.path(), "it is a sound HDF5 file, but cannot be read as netCDF: " + endless);
+/// Whether the file says near its start that libnetcdf wrote it.
+bool isByLibnetcdf(const CheckedFile& file) {
+  constexpr std::size_t NEAR = 65536;
+  const std::string start = file.firstBytes(NEAR);
+  const std::size_t mark = start.find("_NCProperties");
+  return mark != std::string::npos && start.find(",netcdf=", mark) != std::string::npos;
+}
+
+/// A look at the whole structure is for files of other programs: it takes half as long as opening a
+/// small one.
+void requireNoTrap(const CheckedFile& file, const std::string& path) {
+  const std::string trap = isByLibnetcdf(file) ? std::string() : findTrap(path);
+  if (!trap.empty()) {
+    failAsSound(file, trap);
   }
 }
 
@@ -104,7 +117,7 @@ const Shared& openShared(const CheckedFile& file, const std::string& path) {
     ++open->users;
     return *open;
   }
-  requireEnd(file, path);
+  requireNoTrap(file, path);
   files.reserve(files.size() + 1);  // what is open then has its place without fail
   const std::vector<hid_t> before = openHdf5Files();
   files.push_back({file.identity(), openByLibrary(file, path), H5I_INVALID_HID, 1});
