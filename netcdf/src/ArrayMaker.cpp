@@ -9,7 +9,9 @@
 #include "Attributes.h"
 #include "AxisKind.h"
 #include "Bounded.h"
+#include "Filters.h"
 #include "FlagArray.h"
+#include "Hdf5Texts.h"
 #include "NumericArray.h"
 #include "TextArray.h"
 
@@ -50,12 +52,45 @@ std::vector<int> dimensionsOf(const Variable& variable, int rank) {
   return dimensions;
 }
 
+StoredForm unreadable(const std::string& reason) {
+  StoredForm form;
+  form.base = NC_NAT;
+  form.unreadable = reason;
+  return form;
+}
+
+/// Corrects what libnetcdf says of values that it calls strings or does not know by what libhdf5
+/// knows: see TextType.
+void correctText(const Variable& variable, StoredForm& form) {
+  const TextType text = textTypeOf(variable);
+  if (text.kind != TextType::Kind::None) {
+    form = StoredForm();
+    form.base = NC_STRING;
+    form.name = "string";
+    form.bytes = text.bytes;
+    form.isFixedText = text.kind == TextType::Kind::Fixed;
+  } else if (form.base == NC_STRING && !text.description.empty()) {
+    form = unreadable(text.description);
+  }
+}
+
+void correctForm(const Variable& variable, StoredForm& form) {
+  if (form.base == NC_STRING || form.base == NC_NAT) {
+    correctText(variable, form);
+  }
+  const std::string filter = missingFilter(variable);
+  if (!filter.empty()) {
+    form = unreadable(filter);
+  }
+}
+
 std::unique_ptr<ArrayBase> arrayOf(StoredForm form, const Encoding& encoding, Variable variable,
                                    const std::string& name, std::vector<Axis> axes,
                                    const std::string& description) {
   if (form.base == NC_STRING) {
-    return std::make_unique<TextArray>(TextArray::Storage::Strings, std::move(variable), name,
-                                       std::move(axes), description);
+    return std::make_unique<TextArray>(
+        form.isFixedText ? TextArray::Storage::FixedTexts : TextArray::Storage::Strings,
+        std::move(variable), name, std::move(axes), description);
   }
   if (form.base == NC_CHAR) {
     if (!axes.empty()) {
@@ -112,6 +147,7 @@ ArrayMaker::Made ArrayMaker::make(const VariableId& id, const std::string& path,
   variable.path = path + name.data();
   variable.maker = std::move(maker);
   StoredForm form = formOf(*m_source, id.group, type, variable.subject());
+  correctForm(variable, form);
   if (form.base == NC_NAT) {
     return {nullptr, variable.path, form.unreadable};
   }

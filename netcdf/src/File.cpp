@@ -13,6 +13,7 @@
 
 #include "Facts.h"
 #include "GroupReader.h"
+#include "HiddenObjects.h"
 #include "Ranges.h"
 #include "Source.h"
 
@@ -90,6 +91,7 @@ File::File(const std::string& path, const OpenOptions& options)
   const auto maker = std::make_shared<const ArrayMaker>(m_source, RangeOf());
   m_root = withinMemory(
       *m_source, "/", [&] { return GroupReader(maker, m_skipped).read(m_source->id(), "/", "/"); });
+  listHidden(*m_source, m_skipped, m_hiddenAttributes);
 }
 
 memory::Dictionary& File::root() { return m_root; }
@@ -165,5 +167,6 @@ GroupFacts File::facts(const std::string& path) const {
 
 std::string File::title() const { return m_root.getDescription(); }
 const std::vector<Skipped>& File::skipped() const { return m_skipped; }
+const std::vector<Skipped>& File::hiddenAttributes() const { return m_hiddenAttributes; }
 
 }  // namespace quillon::netcdf

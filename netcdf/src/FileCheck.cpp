@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
@@ -90,6 +91,13 @@ CheckedFile::~CheckedFile() { close(m_descriptor); }
 const std::string& CheckedFile::path() const { return m_path; }
 unsigned long CheckedFile::bytes() const { return m_bytes; }
 const FileIdentity& CheckedFile::identity() const { return m_identity; }
+std::string CheckedFile::firstBytes(std::size_t count) const {
+  std::string bytes(count, '\0');
+  const ssize_t read = pread(m_descriptor, bytes.data(), count, 0);
+  bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(read, 0)));
+  return bytes;
+}
+
 bool CheckedFile::isClassic() const { return m_isClassic; }
 
 void CheckedFile::requireUncut() const {

@@ -32,6 +32,9 @@ class CheckedFile {
 
   const FileIdentity& identity() const;
 
+  /// Its first bytes, at most `count`; empty where they cannot be read.
+  std::string firstBytes(std::size_t count) const;
+
   /// Whether it is of one of the classic formats; otherwise it is for libhdf5.
   bool isClassic() const;
 

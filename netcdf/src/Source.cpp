@@ -10,6 +10,7 @@ Source::Source(const std::string& path, OpenOptions options)
     : m_file(path), m_options(std::move(options)), m_handle(m_file) {}
 
 int Source::id() const { return m_handle.id(); }
+hid_t Source::hdf5() const { return m_handle.hdf5(); }
 const OpenOptions& Source::options() const { return m_options; }
 const CheckedFile& Source::file() const { return m_file; }
 void Source::fail(const std::string& what) const { failReading(m_file.path(), what); }

@@ -20,6 +20,8 @@ class Source {
 
   /// The root group's id.
   int id() const;
+  /// The file in libhdf5; invalid for a classic one.
+  hid_t hdf5() const;
   const OpenOptions& options() const;
 
   /// The file itself, as the system has it.

@@ -15,6 +15,7 @@ struct StoredForm {
   std::string unreadable;  ///< what such a type is, such as "compound type 'point'"
   std::string name;        ///< of the type as netCDF calls it, such as "float"
   std::size_t bytes = 0;   ///< of one value
+  bool isFixedText = false;  ///< whether it is a text of `bytes` characters
   std::vector<std::pair<std::string, long>> members = {};  ///< of an enumeration
 };
 

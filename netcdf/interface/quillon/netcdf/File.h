@@ -50,7 +50,7 @@ struct Range {
   long step = 1;   ///< from one index to the next, at least 1
 };
 
-/// A variable that the object model cannot hold.
+/// A variable or an attribute that cannot be read.
 struct Skipped {
   std::string path;    ///< where it stands in the file, such as "/cells/otsu/outline"
   std::string reason;  ///< why it was left out, such as "compound type 'point'"
@@ -68,8 +68,10 @@ struct Skipped {
 /// has no dimensions and one value.
 ///
 /// Elements: signed integers are `Int`, unsigned ones `UInt`, both exact to the last digit; `float`
-/// and `double` are `Double`; strings are `String`, and so is text of characters, whose last
-/// dimension is the text's length and no axis (NULs at its end are cut). Other types are left out,
+/// and `double` are `Double`; strings are `String`, and so are texts of a fixed length and text of
+/// characters, whose last dimension is the text's length and no axis. What fills a text up to its
+/// length (NULs, blanks where HDF5 says so, the `_FillValue` of characters) is cut; a text that is
+/// its variable's `_FillValue` is missing and reads as the empty text. Other types are left out,
 /// see skipped().
 ///
 /// Decoding (unless OpenOptions::decode is off):
@@ -85,10 +87,9 @@ struct Skipped {
 ///     calendar at all are `memory::HasTimes` as well; as an `Array` they stay the numbers. Bounds
 ///     (`bounds`, `climatology`) without units have those of their coordinate variable. Months,
 ///     years and other calendars stay numbers.
-///   - A `byte` variable with the attribute `dtype` "bool", and HDF5's enumeration of FALSE and
-///   TRUE
-///     are `Boolean`. Another enumeration is a `String` of its values' names, or the number where a
-///     value has none.
+///   - A `byte` variable with the attribute `dtype` "bool" is `Boolean`, and so is HDF5's
+///     enumeration of FALSE and TRUE. Another enumeration is a `String` of its values' names, or
+///     the number where a value has none.
 ///
 /// Descriptors: `long_name` is the description, `units` both the unit and the physical unit. All
 /// other attributes, but those that decoding has used up, are the array's
@@ -189,9 +190,15 @@ class File {
   /// The file's attribute `title`; empty when it has none.
   std::string title() const;
 
-  /// The variables that the object model cannot hold (compound, variable-length and opaque ones,
-  /// and those that claim more values than can be counted), in the file's order.
+  /// The variables that cannot be read, in the file's order: those of types that the object model
+  /// cannot hold (compound, variable-length and opaque ones), those that claim more values than can
+  /// be counted and those that went through a filter that is not there. Then come those that
+  /// libnetcdf hides, such as references, bit fields and types without a name.
   const std::vector<Skipped>& skipped() const;
+
+  /// The attributes that libnetcdf hides, for they are of types that it does not know. Their paths
+  /// are "/cells/area@outline" for one of a variable, "/cells/@outline" for one of a group.
+  const std::vector<Skipped>& hiddenAttributes() const;
 
  private:
   int groupId(const std::string& path) const;
@@ -203,6 +210,7 @@ class File {
   std::shared_ptr<const Source> m_source;
   memory::Dictionary m_root;
   std::vector<Skipped> m_skipped;
+  std::vector<Skipped> m_hiddenAttributes;
 };
 
 }  // namespace quillon::netcdf
