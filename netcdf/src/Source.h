@@ -5,6 +5,7 @@
 #include <string>
 
 #include "FileCheck.h"
+#include "Hdf5File.h"
 #include "OpenHandle.h"
 
 namespace quillon::netcdf {
@@ -25,6 +26,9 @@ class Source {
   /// The file itself, as the system has it.
   const CheckedFile& file() const;
 
+  /// The same file below libnetcdf; not open for a classic one.
+  const Hdf5File& hdf5() const;
+
   /// @throws Error naming the file; `what` says what is wrong.
   [[noreturn]] void fail(const std::string& what) const;
 
@@ -35,6 +39,7 @@ class Source {
   CheckedFile m_file;
   OpenOptions m_options;
   OpenHandle m_handle;
+  Hdf5File m_hdf5;  // behind the handle, which is closed after it
 };
 
 }  // namespace quillon::netcdf
