@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "Bounded.h"
+#include "ChunkGrid.h"
 #include "Variable.h"
 
 namespace quillon::netcdf {
@@ -38,18 +39,6 @@ bool endsAtTheEnd(const Variable& variable, const unsigned long* start,
   return true;
 }
 
-bool isOfWholeChunks(const Variable& variable, const unsigned long* start,
-                     const unsigned long* extent) {
-  for (std::size_t k = 0; k < variable.shape.size(); ++k) {
-    const unsigned long end = start[k] + extent[k];
-    if (start[k] % variable.chunks[k] != 0 ||
-        (end % variable.chunks[k] != 0 && end != variable.shape[k])) {
-      return false;
-    }
-  }
-  return true;
-}
-
 /// The bytes of all chunks that the block touches.
 unsigned long bytesTouched(const Variable& variable, const unsigned long* start,
                            const unsigned long* extent) {
@@ -70,7 +59,8 @@ void ChunkCache::prepare(const Variable& variable, const unsigned long* start,
     return;
   }
   const std::size_t kept = bytesKept(variable);
-  m_isReadInPart = m_isReadInPart || !isOfWholeChunks(variable, start, extent);
+  m_isReadInPart =
+      m_isReadInPart || !isOfWholeChunks(variable.shape, variable.chunks, start, extent);
   if (!m_isReadInPart) {
     if (kept > 0) {
       apply(variable, {});

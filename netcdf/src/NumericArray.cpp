@@ -3,6 +3,7 @@
 #include <netcdf.h>
 #include <object_model/BulkValues.h>
 #include <quillon/memory/ElementTypes.h>
+#include <quillon/memory/Facets.h>
 
 #include <algorithm>
 #include <functional>
@@ -37,8 +38,6 @@ std::vector<Stored> missingValuesOf(const Variable& variable) {
   return missing;
 }
 
-/// `Stored` is the values' type in the file: the window holds them as they are, and each is widened
-/// when it is asked for.
 unsigned long product(const unsigned long* factors, std::size_t count) {
   return std::accumulate(factors, factors + count, 1UL, std::multiplies<>());
 }
@@ -46,7 +45,9 @@ unsigned long product(const unsigned long* factors, std::size_t count) {
 /// `Stored` is the values' type in the file: the window holds them as they are, and each is widened
 /// when it is asked for.
 template <class Stored>
-class NumericArray final : public ArrayBase, public object_model::BulkValues {
+class NumericArray final : public ArrayBase,
+                           public object_model::BulkValues,
+                           public memory::HasStoredBytes {
  public:
   NumericArray(Variable variable, const std::string& name, std::vector<Axis> axes,
                const std::string& description)
@@ -93,6 +94,13 @@ class NumericArray final : public ArrayBase, public object_model::BulkValues {
 
   const unsigned long* chunkExtents() const override {
     return m_variable.chunks.empty() ? nullptr : m_variable.chunks.data();
+  }
+
+  bool holdsSameBytes(const object_model::Array& other, const unsigned long* start,
+                      const unsigned long* extent) const override {
+    const auto* const second = dynamic_cast<const NumericArray*>(&other);
+    return second != nullptr && m_missing == second->m_missing &&
+           m_variable.holdsSameBytes(second->m_variable, start, extent);
   }
 
  private:

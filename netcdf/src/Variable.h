@@ -10,6 +10,7 @@
 
 #include "ChunkCache.h"
 #include "Source.h"
+#include "StoredValues.h"
 
 namespace quillon::netcdf {
 
@@ -25,6 +26,7 @@ struct Variable {
   std::vector<unsigned long> shape;    ///< as far as it is read
   std::vector<unsigned long> chunks;   ///< the extents of a chunk; empty when stored in one piece
   mutable ChunkCache chunkCache = {};  ///< under libraryLock()
+  LazyStoredValues stored = {};        ///< what is read without libnetcdf
 
   /// How the variable's subject appears in error messages.
   std::string subject() const;
@@ -36,6 +38,11 @@ struct Variable {
   /// Reads a block of values as they are stored. @throws Error
   /// @param start, extent one number for each dimension.
   void read(const unsigned long* start, const unsigned long* extent, void* values) const;
+
+  /// Whether another variable is known to have the same values as stored in a block, since its file
+  /// has the same bytes for them. False where it is not known. @throws Error
+  bool holdsSameBytes(const Variable& other, const unsigned long* start,
+                      const unsigned long* extent) const;
 
   /// Tells the caller of this library that values came. Not to be called under a lock.
   void reportRead(unsigned long bytes) const;
