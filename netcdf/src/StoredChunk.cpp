@@ -66,17 +66,19 @@ void unshuffleValues(const char* from, unsigned long count, char* to) {
   }
 }
 
+/// Bytes behind the last whole value, those of a checksum, are where they were.
 void unshuffle(const char* from, unsigned long bytes, unsigned long valueBytes, char* to) {
-  switch (valueBytes) {
-    case 2:
-      return unshuffleValues<2>(from, bytes / 2, to);
-    case 4:
-      return unshuffleValues<4>(from, bytes / 4, to);
-    case 8:
-      return unshuffleValues<8>(from, bytes / 8, to);
-    default:  // one byte
-      std::memcpy(to, from, bytes);
+  const unsigned long count = bytes / valueBytes;
+  if (valueBytes == 2) {
+    unshuffleValues<2>(from, count, to);
+  } else if (valueBytes == 4) {
+    unshuffleValues<4>(from, count, to);
+  } else if (valueBytes == 8) {
+    unshuffleValues<8>(from, count, to);
+  } else {
+    unshuffleValues<1>(from, count, to);
   }
+  std::memcpy(to + count * valueBytes, from + count * valueBytes, bytes % valueBytes);
 }
 
 }  // namespace
@@ -142,7 +144,7 @@ bool ChunkUnpacker::undo(ChunkFilter filter, Bytes& bytes, unsigned long before,
       }
       break;
     case ChunkFilter::Shuffle:
-      if (bytes.size != before || before % m_format.valueBytes != 0) {
+      if (bytes.size != before) {
         return false;
       }
       unshuffle(bytes.first, before, m_format.valueBytes, to);

@@ -111,7 +111,7 @@ class StoredChunks::Unpacking {
  private:
   bool unpackTo(const PackedChunk& chunk, char* to) {
     if (chunk.size > 0) {
-      return m_unpacker.unpack(chunk.room.data(), chunk.size, chunk.skipped, to);
+      return m_unpacker.unpack(chunk.bytes.get(), chunk.size, chunk.skipped, to);
     }
     for (unsigned long k = 0; k < m_data.format.bytes; k += m_data.fill.size()) {
       std::memcpy(to + k, m_data.fill.data(), m_data.fill.size());
@@ -145,7 +145,8 @@ Hdf5Id StoredChunks::open() const {
 }
 
 /// Fetches the chunk at `chunk.first`. To be called under libraryLock(): libhdf5 keeps what it has
-/// last looked up, so that it writes just as many bytes as it has announced.
+/// last looked up, so that it writes just as many bytes as it has announced. It announces none
+/// where no chunk was ever written, and fails for one that is missing among others.
 bool StoredChunks::fetch(hid_t data, PackedChunk& chunk) const {
   const std::vector<hsize_t> offset(chunk.first.rbegin(), chunk.first.rend());
   hsize_t size = 0;
@@ -158,10 +159,11 @@ bool StoredChunks::fetch(hid_t data, PackedChunk& chunk) const {
   if (size == 0) {
     return !m_data.fill.empty();
   }
-  if (chunk.room.size() < size) {
-    chunk.room.resize(size);
+  if (chunk.room < size) {
+    chunk.bytes.reset(new char[size]);  // not make_unique, which would fill it
+    chunk.room = size;
   }
-  return H5Dread_chunk(data, H5P_DEFAULT, offset.data(), &chunk.skipped, chunk.room.data()) >= 0;
+  return H5Dread_chunk(data, H5P_DEFAULT, offset.data(), &chunk.skipped, chunk.bytes.get()) >= 0;
 }
 
 bool StoredChunks::fetchAll(std::vector<PackedChunk>& chunks, unsigned long count) const {
@@ -213,7 +215,7 @@ bool StoredChunks::isSame(const PackedChunk& mine, const StoredChunks& other,
     return mine.size == others.size && m_data.fill == other.m_data.fill;
   }
   return mine.size == others.size && mine.skipped == others.skipped &&
-         std::memcmp(mine.room.data(), others.room.data(), mine.size) == 0;
+         std::memcmp(mine.bytes.get(), others.bytes.get(), mine.size) == 0;
 }
 
 bool StoredChunks::holdsSame(const StoredValues& other, const unsigned long* start,

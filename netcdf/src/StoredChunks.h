@@ -25,7 +25,8 @@ struct ChunkedData {
 /// The bytes of a chunk as they are stored.
 struct PackedChunk {
   std::vector<unsigned long> first;  ///< the chunk's first position
-  std::vector<char> room;            ///< at least `size` bytes
+  std::unique_ptr<char[]> bytes;     ///< room for them, and perhaps more
+  unsigned long room = 0;            ///< how many there is room for
   unsigned long size = 0;            ///< 0 for one that was never written
   std::uint32_t skipped = 0;         ///< a bit for each filter that was not applied
 };
