@@ -133,10 +133,11 @@ char* ChunkUnpacker::roomBeside(const char* bytes) {
 bool ChunkUnpacker::undo(ChunkFilter filter, Bytes& bytes, unsigned long before, char* to) {
   switch (filter) {
     case ChunkFilter::Fletcher32:
-      if (bytes.size != before + CHECKSUM_BYTES || !hasItsChecksum(bytes.first, before)) {
+      if (bytes.size < CHECKSUM_BYTES ||
+          !hasItsChecksum(bytes.first, bytes.size - CHECKSUM_BYTES)) {
         return false;
       }
-      bytes.size = before;
+      bytes.size -= CHECKSUM_BYTES;
       return true;
     case ChunkFilter::Deflate:
       if (!m_inflater->inflate(bytes.first, bytes.size, to, before)) {

@@ -57,7 +57,8 @@ class ChunkUnpacker {
     unsigned long size;
   };
 
-  /// Undoes a filter that was given `before` bytes, to `to` or in place.
+  /// Undoes a filter, to `to` or in place. `before` is how many bytes it was given, where none
+  /// before it packs.
   bool undo(ChunkFilter filter, Bytes& bytes, unsigned long before, char* to);
   /// Room for what lies between two filters, another one than that of `bytes`.
   char* roomBeside(const char* bytes);
