@@ -53,6 +53,9 @@ class Tally {
     }
   }
 
+  /// Counts pairs that are known to be the same.
+  void addSame(unsigned long count) { m_figures.values += count; }
+
   const Figures& figures() const { return m_figures; }
 
  private:

@@ -1,5 +1,6 @@
 #include "ValuesComparison.h"
 
+#include <quillon/memory/Facets.h>
 #include <quillon/memory/Values.h>
 
 #include <string>
@@ -71,17 +72,41 @@ BoxLayout layoutOf(const Array& array, const Side& first, const Side& second) {
   return {shapeOf(array), MOST_BYTES / memory::bytesOf(read.storedType()), read.chunkExtents()};
 }
 
+/// Tells for blocks, without a look at their values, that they are the same.
+class StoredBytes {
+ public:
+  /// What is the same in bytes is the same under every rule in which NaN equals NaN. Under others
+  /// nothing is known.
+  StoredBytes(const Array& first, const Array& second, const Rule& rule)
+      : m_first(rule.nanEqual ? dynamic_cast<const memory::HasStoredBytes*>(&first) : nullptr),
+        m_second(second) {}
+
+  bool areSame(const Block& block) const {
+    return m_first != nullptr &&
+           m_first->holdsSameBytes(m_second, block.start.data(), block.extent.data());
+  }
+
+ private:
+  const memory::HasStoredBytes* m_first;
+  const Array& m_second;
+};
+
 bool isSingle(StoredType type) {
   return type == StoredType::Float32 || type == StoredType::Complex64;
 }
 
 /// The figures where the first side's values are taken as `T` and the second's as `U`.
 template <class T, class U>
-Figures figuresAs(const Array& array, Side& first, Side& second, const ValueOptions& options,
-                  const GridPlace& place) {
+Figures figuresAs(const Array& array, const Array& other, Side& first, Side& second,
+                  const ValueOptions& options, const GridPlace& place) {
   Tally<T, U> tally(options.rule, options.largest, isSingle(first.storedType()),
                     isSingle(second.storedType()));
+  const StoredBytes bytes(array, other, options.rule);
   forEachBlock(layoutOf(array, first, second), options, [&](const Block& block) {
+    if (bytes.areSame(block)) {
+      tally.addSame(block.count);
+      return;
+    }
     first.load(block);
     second.load(block);
     BoxComparison<T, U>(boxOf(first, second, block, place), tally).run();
@@ -180,10 +205,10 @@ Figures figuresOf(const Array& first, const Array& second, const ValueOptions& o
       using T = typename decltype(firstTag)::Type;
       using U = typename decltype(secondTag)::Type;
       if constexpr (std::is_same_v<T, U>) {
-        figures = figuresAs<T, T>(first, a, b, options, place);
+        figures = figuresAs<T, T>(first, second, a, b, options, place);
       } else if constexpr (IS_NUMBER<T> && IS_NUMBER<U>) {
-        figures =
-            figuresAs<memory::ElementOf<T>, memory::ElementOf<U>>(first, a, b, options, place);
+        figures = figuresAs<memory::ElementOf<T>, memory::ElementOf<U>>(first, second, a, b,
+                                                                        options, place);
       }
     });
   });

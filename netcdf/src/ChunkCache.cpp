@@ -43,8 +43,9 @@ unsigned long endOf(const Variable& variable, std::size_t k, unsigned long end) 
   return variable.storedIndex(k, end - 1) + 1;
 }
 
-bool isOfWholeChunks(const Variable& variable, const unsigned long* start,
-                     const unsigned long* extent) {
+/// Whether no chunk of the block is met by another block of the same walk through the array.
+bool meetsWholeChunks(const Variable& variable, const unsigned long* start,
+                      const unsigned long* extent) {
   for (std::size_t k = 0; k < variable.shape.size(); ++k) {
     const unsigned long end = endOf(variable, k, start[k] + extent[k]);
     if ((start[k] != 0 && variable.storedIndex(k, start[k]) % variable.chunks[k] != 0) ||
@@ -76,7 +77,7 @@ void ChunkCache::prepare(const Variable& variable, const unsigned long* start,
     return;
   }
   const std::size_t kept = bytesKept(variable);
-  m_isReadInPart = m_isReadInPart || !isOfWholeChunks(variable, start, extent);
+  m_isReadInPart = m_isReadInPart || !meetsWholeChunks(variable, start, extent);
   if (!m_isReadInPart) {
     if (kept > 0) {
       apply(variable, {});

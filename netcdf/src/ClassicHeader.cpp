@@ -26,13 +26,6 @@ char classicVersion(BufferedBytes& file) {
   return isClassic ? version : '\0';
 }
 
-struct ClassicVariable {
-  std::string name;
-  bool hasRecords = false;
-  unsigned long bytes = 0;  // of all values, or of one record's
-  unsigned long begin = 0;
-};
-
 void skipAttributes(Fields& fields) {
   const unsigned long attributes = fields.taggedCount(12, 12);
   for (unsigned long k = 0; k < attributes; ++k) {
@@ -62,6 +55,7 @@ ClassicVariable readVariable(Fields& fields, const std::vector<unsigned long>& d
     if (dimension >= dimensions.size()) {
       throw Damage("variable '" + variable.name + "' has a dimension that does not exist");
     }
+    variable.extents.push_back(dimensions[dimension]);
     if (dimensions[dimension] != RECORD_DIMENSION) {
       variable.bytes = boundedProduct(variable.bytes, dimensions[dimension]);
     } else if (k == 0) {
@@ -71,7 +65,8 @@ ClassicVariable readVariable(Fields& fields, const std::vector<unsigned long>& d
     }
   }
   skipAttributes(fields);
-  variable.bytes = boundedProduct(variable.bytes, fields.valueBytes());
+  variable.valueBytes = fields.valueBytes();
+  variable.bytes = boundedProduct(variable.bytes, variable.valueBytes);
   fields.size();  // the size of the values once more, which need not be right
   variable.begin = fields.offset();
   return variable;
@@ -103,9 +98,18 @@ unsigned long recordBytes(const std::vector<ClassicVariable>& variables) {
   return count == 1 ? last : sum;
 }
 
+void setRecords(std::vector<ClassicVariable>& variables, unsigned long records) {
+  const unsigned long distance = recordBytes(variables);
+  for (ClassicVariable& variable : variables) {
+    if (variable.hasRecords) {
+      variable.extents[0] = records;
+      variable.recordStep = distance;
+    }
+  }
+}
+
 void requireValues(const std::vector<ClassicVariable>& variables, unsigned long records,
                    unsigned long headerBytes, unsigned long fileBytes) {
-  const unsigned long distance = recordBytes(variables);
   for (const ClassicVariable& variable : variables) {
     if (variable.hasRecords && records == 0) {
       continue;
@@ -113,7 +117,8 @@ void requireValues(const std::vector<ClassicVariable>& variables, unsigned long 
     if (variable.begin < headerBytes) {
       throw Damage("the values of variable '" + variable.name + "' begin within the header");
     }
-    const unsigned long before = variable.hasRecords ? boundedProduct(records - 1, distance) : 0;
+    const unsigned long before =
+        variable.hasRecords ? boundedProduct(records - 1, variable.recordStep) : 0;
     const unsigned long end = boundedSum(variable.begin, boundedSum(before, variable.bytes));
     if (end > fileBytes) {
       throw Damage("it is cut short or damaged: the values of variable '" + variable.name +
@@ -123,16 +128,18 @@ void requireValues(const std::vector<ClassicVariable>& variables, unsigned long 
   }
 }
 
-void requireSound(Fields& fields, unsigned long fileBytes) {
+std::vector<ClassicVariable> readSound(Fields& fields, unsigned long fileBytes) {
   const unsigned long unknown = fields.version() == 5 ? UINT64_MAX : UINT32_MAX;
   const unsigned long records = fields.size();
   const std::vector<unsigned long> dimensions = readDimensions(fields);
   skipAttributes(fields);
-  const std::vector<ClassicVariable> variables = readVariables(fields, dimensions);
+  std::vector<ClassicVariable> variables = readVariables(fields, dimensions);
   if (records == unknown) {
     throw Damage("it does not say how many records it has: its writer did not finish");
   }
+  setRecords(variables, records);
   requireValues(variables, records, fields.position(), fileBytes);
+  return variables;
 }
 
 }  // namespace
@@ -142,7 +149,8 @@ bool isClassicFile(int descriptor) {
   return classicVersion(file) != 0;
 }
 
-std::string findClassicDamage(int descriptor, unsigned long fileBytes) {
+std::string findClassicDamage(int descriptor, unsigned long fileBytes,
+                              std::vector<ClassicVariable>* variables) {
   BufferedBytes file(descriptor);
   const char version = classicVersion(file);
   if (version == 0) {
@@ -150,7 +158,10 @@ std::string findClassicDamage(int descriptor, unsigned long fileBytes) {
   }
   try {
     Fields fields(file, MAGIC_BYTES, fileBytes, version);
-    requireSound(fields, fileBytes);
+    std::vector<ClassicVariable> sound = readSound(fields, fileBytes);
+    if (variables != nullptr) {
+      *variables = std::move(sound);
+    }
   } catch (const Damage& damage) {
     return damage.what();
   }

@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
+#include <type_traits>
+#include <variant>
 
 #include "Attributes.h"
 
@@ -174,6 +177,28 @@ void decode(const StoredForm& form, const Attributes& attributes, Encoding& enco
   takeTimes(attributes, encoding);
 }
 
+bool areSameBits(double first, double second) {
+  return std::memcmp(&first, &second, sizeof(first)) == 0;
+}
+
+/// Whether both are the same numbers of one type, NaN like any other.
+bool areSameNumbers(const AttributeValue& first, const AttributeValue& second) {
+  return first.index() == second.index() &&
+         std::visit(
+             [&second](const auto& numbers) {
+               using Numbers = std::decay_t<decltype(numbers)>;
+               const Numbers& others = std::get<Numbers>(second);
+               if constexpr (std::is_same_v<Numbers, std::vector<float>> ||
+                             std::is_same_v<Numbers, std::vector<double>>) {
+                 return std::equal(numbers.begin(), numbers.end(), others.begin(), others.end(),
+                                   areSameBits);
+               } else {
+                 return numbers == others;
+               }
+             },
+             first);
+}
+
 }  // namespace
 
 std::optional<memory::TimeUnits> timeUnitsOf(const Attributes& attributes) {
@@ -199,6 +224,14 @@ Encoding encodingOf(const StoredForm& form, const Attributes& attributes,
     encoding.consumed.clear();
   }
   return encoding;
+}
+
+bool decodeAlike(const Encoding& first, const Encoding& second) {
+  return first.stored == second.stored && first.result == second.result &&
+         first.isPacked == second.isPacked && areSameBits(first.scale, second.scale) &&
+         areSameBits(first.offset, second.offset) &&
+         std::equal(first.missing.begin(), first.missing.end(), second.missing.begin(),
+                    second.missing.end(), areSameNumbers);
 }
 
 }  // namespace quillon::netcdf

@@ -30,6 +30,9 @@ struct Encoding {
   bool changesNumbers() const { return isPacked || !missing.empty(); }
 };
 
+/// Whether the same stored bytes become the same numbers.
+bool decodeAlike(const Encoding& first, const Encoding& second);
+
 /// What the numbers of a variable with these attributes mean as times; none where they are no
 /// times.
 std::optional<memory::TimeUnits> timeUnitsOf(const std::vector<memory::Attribute>& attributes);

@@ -3,6 +3,9 @@
 #include <sys/types.h>
 
 #include <string>
+#include <vector>
+
+#include "ClassicHeader.h"
 
 namespace quillon::netcdf {
 
@@ -38,6 +41,13 @@ class CheckedFile {
   /// Whether it is of one of the classic formats; otherwise it is for libhdf5.
   bool isClassic() const;
 
+  /// The variables of a classic file, as its header was when it was checked.
+  const std::vector<ClassicVariable>& classicVariables() const;
+
+  /// The open file, which stays this object's. What is read through it is where the file's header
+  /// says only as long as requireUncut() passes afterwards.
+  int descriptor() const;
+
   /// Refuses a file that has become shorter: the libraries below read zeros past its end.
   /// @throws Error
   void requireUncut() const;
@@ -48,6 +58,7 @@ class CheckedFile {
   FileIdentity m_identity;
   unsigned long m_bytes = 0;
   bool m_isClassic = false;
+  std::vector<ClassicVariable> m_classicVariables;
 };
 
 /// @throws Error naming the file; `what` says what is wrong.

@@ -17,7 +17,7 @@ class TimeNumbers final : public NumericArray<Value>, public memory::HasTimes {
  public:
   template <class... Rest>
   explicit TimeNumbers(const Encoding& encoding, Rest&&... rest)
-      : NumericArray<Value>(std::forward<Rest>(rest)...), m_units(*encoding.times) {
+      : NumericArray<Value>(encoding, std::forward<Rest>(rest)...), m_units(*encoding.times) {
     if constexpr (std::is_integral_v<Value>) {
       m_missing = missingValuesOf<memory::ElementOf<Value>>(encoding.missingTimes);
     }
@@ -60,8 +60,8 @@ std::unique_ptr<ArrayBase> make(const Encoding& encoding, Variable variable,
     return std::make_unique<TimeNumbers<Value>>(encoding, std::move(variable), std::move(decode),
                                                 isInPlace, name, std::move(axes), description);
   }
-  return std::make_unique<NumericArray<Value>>(std::move(variable), std::move(decode), isInPlace,
-                                               name, std::move(axes), description);
+  return std::make_unique<NumericArray<Value>>(encoding, std::move(variable), std::move(decode),
+                                               isInPlace, name, std::move(axes), description);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <object_model/BulkValues.h>
 #include <quillon/memory/ElementTypes.h>
+#include <quillon/memory/Facets.h>
 
 #include <memory>
 #include <string>
@@ -18,12 +19,13 @@ namespace quillon::netcdf {
 /// the one that it makes of them: the window holds them as such, and each is widened when it is
 /// asked for.
 template <class Value>
-class Numbers : public FileArray, public object_model::BulkValues {
+class Numbers : public FileArray, public object_model::BulkValues, public memory::HasStoredBytes {
  public:
-  Numbers(Variable variable, Decode<Value> decode, bool isInPlace, const std::string& name,
-          std::vector<memory::Axis> axes, const std::string& description)
+  Numbers(const Encoding& encoding, Variable variable, Decode<Value> decode, bool isInPlace,
+          const std::string& name, std::vector<memory::Axis> axes, const std::string& description)
       : FileArray(memory::ElementTraits<memory::ElementOf<Value>>::TYPE, std::move(variable), name,
                   std::move(axes), description),
+        m_encoding(encoding),
         m_decode(std::move(decode)),
         m_isInPlace(isInPlace),
         m_blocks(m_variable.blocks()),
@@ -50,6 +52,13 @@ class Numbers : public FileArray, public object_model::BulkValues {
     return m_blocks.empty() ? nullptr : m_blocks.data();
   }
 
+  bool holdsSameBytes(const object_model::Array& other, const unsigned long* start,
+                      const unsigned long* extent) const override {
+    const auto* const second = dynamic_cast<const Numbers*>(&other);
+    return second != nullptr && decodeAlike(m_encoding, second->m_encoding) &&
+           m_variable.holdsSameBytes(second->m_variable, start, extent);
+  }
+
  private:
   /// @return how many bytes the values take in the file.
   unsigned long read(const unsigned long* start, const unsigned long* extent, Value* values) const {
@@ -70,6 +79,7 @@ class Numbers : public FileArray, public object_model::BulkValues {
     return bytes;
   }
 
+  Encoding m_encoding;
   Decode<Value> m_decode;
   bool m_isInPlace;  // whether stored values are of this type
   std::vector<unsigned long> m_blocks;

@@ -10,6 +10,7 @@
 
 #include "ChunkCache.h"
 #include "Source.h"
+#include "StoredValues.h"
 
 namespace quillon::netcdf {
 
@@ -26,13 +27,18 @@ struct Variable {
   std::size_t valueBytes = 0;         ///< of one value in the file
   std::vector<unsigned long> shape;   ///< as far as it is read
   std::vector<unsigned long> chunks;  ///< the extents of a chunk; empty when stored in one piece
-  std::vector<Range> ranges;          ///< which indices of each dimension; empty for all
-  std::vector<int> dimensions;        ///< the library's numbers for them
-  std::shared_ptr<const ArrayMaker> maker;  ///< who knows the coordinates; null for one of these
-  mutable ChunkCache chunkCache = {};       ///< under libraryLock()
+  std::vector<Range> ranges = {};     ///< which indices of each dimension; empty for all
+  std::vector<int> dimensions = {};   ///< the library's numbers for them
+  std::shared_ptr<const ArrayMaker> maker =
+      nullptr;                         ///< who knows the coordinates; null for one of these
+  mutable ChunkCache chunkCache = {};  ///< under libraryLock()
+  LazyStoredValues stored = {};        ///< what is read without libnetcdf
 
   /// Where the file has the array's index `index` of the dimension `k`.
   unsigned long storedIndex(std::size_t k, unsigned long index) const;
+
+  /// Where the file has a position of the array.
+  std::vector<unsigned long> storedStart(const unsigned long* start) const;
 
   /// How many values a block of these extents has.
   unsigned long countOf(const unsigned long* extent) const;
@@ -54,6 +60,11 @@ struct Variable {
   /// comes through here. @throws Error
   /// @param start, extent one number for each dimension.
   void read(const unsigned long* start, const unsigned long* extent, void* values) const;
+
+  /// Whether another variable is known to have the same values as stored in a block, since its file
+  /// has the same bytes for them. False where it is not known. @throws Error
+  bool holdsSameBytes(const Variable& other, const unsigned long* start,
+                      const unsigned long* extent) const;
 
   /// Tells the caller of this library that values came. Not to be called under a lock.
   void reportRead(unsigned long bytes) const;
