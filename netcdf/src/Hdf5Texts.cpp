@@ -19,6 +19,23 @@ Numbers inFileOrder(const std::vector<unsigned long>& numbers) {
   return {numbers.rbegin(), numbers.rend()};
 }
 
+/// Where the file has the first position of a block.
+Numbers firstOf(const Variable& variable, const memory::Block& block) {
+  Numbers first(block.start.size());
+  for (std::size_t k = 0; k < first.size(); ++k) {
+    first[first.size() - 1 - k] = variable.storedIndex(k, block.start[k]);
+  }
+  return first;
+}
+
+Numbers stepsOf(const Variable& variable) {
+  Numbers steps(variable.shape.size(), 1);
+  for (std::size_t k = 0; k < variable.ranges.size(); ++k) {
+    steps[steps.size() - 1 - k] = static_cast<hsize_t>(variable.ranges[k].step);
+  }
+  return steps;
+}
+
 Numbers extentsOf(const Hdf5Object& space) {
   const int rank = H5Sget_simple_extent_ndims(space.id());
   Numbers extents(static_cast<std::size_t>(std::max(rank, 0)));
@@ -34,8 +51,8 @@ class Transfer {
         m_type(H5Dget_type(m_dataset.id()), H5Tclose),
         m_space(H5Dget_space(m_dataset.id()), H5Sclose),
         m_extents(extentsOf(m_space)),
-        m_start(inFileOrder(block.start)),
-        m_step(m_start.size(), 1),
+        m_start(firstOf(variable, block)),
+        m_step(stepsOf(variable)),
         m_count(inFileOrder(block.extent)),
         m_memory(m_count.empty()
                      ? H5Screate(H5S_SCALAR)

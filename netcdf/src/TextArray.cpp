@@ -48,9 +48,9 @@ void cutFilling(std::string& text, char fill) {
 
 TextArray::TextArray(Storage storage, Variable variable, const std::string& name,
                      std::vector<memory::Axis> axes, const std::string& description)
-    : ArrayBase(name, object_model::ElementType::String, std::move(axes), description),
+    : FileArray(object_model::ElementType::String, std::move(variable), name, std::move(axes),
+                description),
       m_storage(storage),
-      m_variable(std::move(variable)),
       m_fill(textAttribute(*m_variable.source, m_variable.group, m_variable.id, "_FillValue")),
       m_length(textLength(storage, m_variable)),
       m_window(

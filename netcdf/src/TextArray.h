@@ -1,8 +1,6 @@
 #pragma once
 
-#include <quillon/memory/ArrayBase.h>
-
-#include "Variable.h"
+#include "FileArray.h"
 #include "Window.h"
 
 namespace quillon::netcdf {
@@ -10,7 +8,7 @@ namespace quillon::netcdf {
 /// An array over a variable of texts: strings, texts of a fixed length, or characters whose last
 /// dimension is the texts' length. Fill characters (`_FillValue`, NUL) are cut off the end of a
 /// text of characters; a text that is `_FillValue` as a whole is empty, for it is missing.
-class TextArray final : public memory::ArrayBase {
+class TextArray final : public FileArray {
  public:
   enum class Storage { Strings, FixedTexts, Characters };
 
@@ -29,7 +27,6 @@ class TextArray final : public memory::ArrayBase {
   void requirePlausibleLength() const;
 
   Storage m_storage;
-  Variable m_variable;
   std::string m_fill;    // `_FillValue`; empty where there is none
   std::size_t m_length;  // of a text of characters or of a fixed length
   mutable Window<std::string> m_window;

@@ -53,6 +53,7 @@ struct Table {
 Table tableOf(const std::string& path, const std::vector<std::string>& index,
               unsigned long maxRows) {
   netcdf::OpenOptions options;
+  options.decode = false;
   options.missingAsNaN = true;
   netcdf::File file(path, options);
   tabra::MemoryDataFrame frame;

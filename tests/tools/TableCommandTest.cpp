@@ -110,6 +110,7 @@ class WholeTable {
  private:
   static netcdf::OpenOptions missingAsNaN() {
     netcdf::OpenOptions options;
+    options.decode = false;
     options.missingAsNaN = true;
     return options;
   }

@@ -15,6 +15,7 @@ using memory::listed;
 
 netcdf::File openFile(const std::string& path, netcdf::OpenOptions options) {
   noteReading({path});
+  options.decode = false;
   options.onRead = [](unsigned long /*bytes*/) { noteProgress(); };
   return netcdf::File(path, options);
 }

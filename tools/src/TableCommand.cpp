@@ -97,6 +97,7 @@ int run(const Options& options) {
     requireOtherFile(*options.output, options.source.file);
   }
   netcdf::OpenOptions reading;
+  reading.decode = false;
   reading.missingAsNaN = true;
   // The rows follow the index, not the order in the file, and hopping between windows would read
   // the file once for each cell. What is exported is in memory as a whole anyway.
