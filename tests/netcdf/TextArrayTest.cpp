@@ -115,19 +115,6 @@ TEST_F(TextArrayTest, StringThatIsTheFillValueIsMissing) {
   EXPECT_THAT(valuesOf(arrayAt(File(m_path), "v")), ElementsAre("", "n/a or not", "", "", ""));
 }
 
-TEST_F(TextArrayTest, TextsOfNoLengthAreEmpty) {
-  {
-    const Writer writer(m_path, NC_NETCDF4);
-    const int none = writer.dimension("none", NC_UNLIMITED);
-    const int x = writer.dimension("x", 2);
-    writer.variable("texts", NC_CHAR, {x, none});
-    writer.variable("strings", NC_STRING, {none, x});
-  }
-  const File file(m_path);
-  EXPECT_THAT(valuesOf(arrayAt(file, "texts")), ElementsAre("", ""));
-  EXPECT_THAT(valuesOf(arrayAt(file, "strings")), ElementsAre());
-}
-
 TEST_F(TextArrayTest, OneDimensionOfCharactersIsOneText) {
   {
     const Writer writer(m_path, 0);
