@@ -142,7 +142,7 @@ class Search {
       nc_inq_grpname(child, name.data());
       const Hdf5Object next(H5Gopen2(group, name.data(), H5P_DEFAULT), H5Gclose);
       if (next.exists()) {
-        searchGroup(child, next.id(), path + name.data() + "/");
+        searchGroup(child, next.id(), std::string(path).append(name.data()).append("/"));
       }
     }
   }
@@ -185,7 +185,8 @@ class Search {
       if (!isInternal(name) && !hasAttribute(id, variable, name.c_str())) {
         const Hdf5Object attribute(H5Aopen(object, name.c_str(), H5P_DEFAULT), H5Aclose);
         const Hdf5Object type(H5Aget_type(attribute.id()), H5Tclose);
-        m_attributes.push_back({path + "@" + name, describeType(type.id())});
+        m_attributes.push_back(
+            {std::string(path).append("@").append(name), describeType(type.id())});
       }
     }
   }

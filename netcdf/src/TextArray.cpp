@@ -38,6 +38,12 @@ std::size_t innerDimensions(TextArray::Storage storage, const Variable& variable
   return storage == TextArray::Storage::Characters && !variable.shape.empty() ? 1 : 0;
 }
 
+std::string fillOf(const Variable& variable) {
+  return variable.source->options().decode
+             ? textAttribute(*variable.source, variable.group, variable.id, "_FillValue")
+             : std::string();
+}
+
 void cutFilling(std::string& text, char fill) {
   while (!text.empty() && (text.back() == '\0' || text.back() == fill)) {
     text.pop_back();
@@ -51,7 +57,7 @@ TextArray::TextArray(Storage storage, Variable variable, const std::string& name
     : FileArray(object_model::ElementType::String, std::move(variable), name, std::move(axes),
                 description),
       m_storage(storage),
-      m_fill(textAttribute(*m_variable.source, m_variable.group, m_variable.id, "_FillValue")),
+      m_fill(fillOf(m_variable)),
       m_length(textLength(storage, m_variable)),
       m_window(
           m_variable.windows(innerDimensions(storage, m_variable), textBytes(storage, m_length))) {}

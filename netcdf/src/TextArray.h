@@ -6,8 +6,9 @@
 namespace quillon::netcdf {
 
 /// An array over a variable of texts: strings, texts of a fixed length, or characters whose last
-/// dimension is the texts' length. Fill characters (`_FillValue`, NUL) are cut off the end of a
-/// text of characters; a text that is `_FillValue` as a whole is empty, for it is missing.
+/// dimension is the texts' length. NULs are cut off the end of a text of characters. Where values
+/// are decoded, so are characters that are `_FillValue`, and any text that is `_FillValue` as a
+/// whole is empty, for it is missing.
 class TextArray final : public FileArray {
  public:
   enum class Storage { Strings, FixedTexts, Characters };
@@ -27,7 +28,7 @@ class TextArray final : public FileArray {
   void requirePlausibleLength() const;
 
   Storage m_storage;
-  std::string m_fill;    // `_FillValue`; empty where there is none
+  std::string m_fill;    // `_FillValue`; empty where it stands for nothing
   std::size_t m_length;  // of a text of characters or of a fixed length
   mutable Window<std::string> m_window;
 };

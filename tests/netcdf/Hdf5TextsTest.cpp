@@ -147,6 +147,20 @@ TEST_F(Hdf5TextsTest, TextThatIsTheFillValueIsMissing) {
   EXPECT_THAT(textsOf("v"), ElementsAre("", "abc", "n"));
 }
 
+TEST_F(Hdf5TextsTest, PartOfThemIsReadInSteps) {
+  {
+    const Hdf5Writer writer(m_path);
+    const Hdf5Object type = textType(2);
+    writeAll(writer.dataset("v", type.id(), {3, 4}), type.id(), "a0a1a2a3b0b1b2b3c0c1c2c3");
+  }
+  const File file(m_path);
+  const memory::ArrayBase& v = arrayAt(file, "v");
+  const std::string x = v.getInformation()->getAxisInfo(0)->getAxisName();
+  const std::string y = v.getInformation()->getAxisInfo(1)->getAxisName();
+  EXPECT_EQ(contentOf(file.select("/", {{x, {1, 2, 2}}, {y, {0, 2, 2}}})),
+            (std::map<std::string, std::vector<std::string>>{{"/v", {"a1", "a3", "c1", "c3"}}}));
+}
+
 TEST_F(Hdf5TextsTest, TypesThatHaveANameAreReadAsWell) {
   const std::array<const char*, 2> strings{"one", "a longer one"};
   {
@@ -291,6 +305,14 @@ TEST_P(PartlyWrittenStrings, AreTheFillValueWhereNothingWasWritten) {
                 ElementsAre("fill", "a", "", "fill", "fill", "fill"))
         << "window of " << window;
   }
+}
+
+TEST_P(PartlyWrittenStrings, AreReadInSteps) {
+  write("fill");
+  const File file(m_path);
+  const std::string x = arrayAt(file, "v").getInformation()->getAxisInfo(0)->getAxisName();
+  EXPECT_EQ(contentOf(file.select("/", {{x, {1, 3, 2}}})),
+            (std::map<std::string, std::vector<std::string>>{{"/v", {"a", "fill", "fill"}}}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Chunks, PartlyWrittenStrings, testing::Values(0U, 1U, 2U, 4U, 6U));

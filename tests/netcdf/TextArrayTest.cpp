@@ -63,6 +63,25 @@ TEST_F(TextArrayTest, FillCharactersAreCutOffTheEndOfATextAndLeaveNothingOfAMiss
   }
 }
 
+TEST_F(TextArrayTest, FillValuesStandForThemselvesWhereNothingIsDecoded) {
+  {
+    const Writer writer(m_path, NC_NETCDF4);
+    const int x = writer.dimension("x", 2);
+    const int v = writer.variable("v", NC_CHAR, {x, writer.dimension("length", 3)});
+    writer.text(v, "_FillValue", "-");
+    const int s = writer.variable("s", NC_STRING, {x});
+    const char* fill = "n/a";
+    must(nc_put_att_string(writer.root(), s, "_FillValue", 1, &fill));
+    writer.put(v, {2, 3}, characters(std::string("a--b\0\0", 6)));
+    writer.put<const char*>(s, {2}, {"n/a", "b"});
+  }
+  OpenOptions options;
+  options.decode = false;
+  const File file(m_path, options);
+  EXPECT_THAT(valuesOf(arrayAt(file, "v")), ElementsAre("a--", "b"));
+  EXPECT_THAT(valuesOf(arrayAt(file, "s")), ElementsAre("n/a", "b"));
+}
+
 TEST_F(TextArrayTest, FillCharacterThatIsNulCutsNothingElse) {
   {
     const Writer writer(m_path, 0);
@@ -94,19 +113,6 @@ TEST_F(TextArrayTest, StringThatIsTheFillValueIsMissing) {
     writer.put<int>(writer.variable("n", NC_INT, {time}), {5}, {1, 2, 3, 4, 5});
   }
   EXPECT_THAT(valuesOf(arrayAt(File(m_path), "v")), ElementsAre("", "n/a or not", "", "", ""));
-}
-
-TEST_F(TextArrayTest, TextsOfNoLengthAreEmpty) {
-  {
-    const Writer writer(m_path, NC_NETCDF4);
-    const int none = writer.dimension("none", NC_UNLIMITED);
-    const int x = writer.dimension("x", 2);
-    writer.variable("texts", NC_CHAR, {x, none});
-    writer.variable("strings", NC_STRING, {none, x});
-  }
-  const File file(m_path);
-  EXPECT_THAT(valuesOf(arrayAt(file, "texts")), ElementsAre("", ""));
-  EXPECT_THAT(valuesOf(arrayAt(file, "strings")), ElementsAre());
 }
 
 TEST_F(TextArrayTest, OneDimensionOfCharactersIsOneText) {

@@ -70,9 +70,7 @@ struct Skipped {
 /// Elements: signed integers are `Int`, unsigned ones `UInt`, both exact to the last digit; `float`
 /// and `double` are `Double`; strings are `String`, and so are texts of a fixed length and text of
 /// characters, whose last dimension is the text's length and no axis. What fills a text up to its
-/// length (NULs, blanks where HDF5 says so, the `_FillValue` of characters) is cut; a text that is
-/// its variable's `_FillValue` is missing and reads as the empty text. Other types are left out,
-/// see skipped().
+/// length (NULs, and blanks where HDF5 says so) is cut. Other types are left out, see skipped().
 ///
 /// Decoding (unless OpenOptions::decode is off):
 ///   - `_Unsigned` makes stored integers of up to 32 bits count without a sign, or with one.
@@ -88,8 +86,10 @@ struct Skipped {
 ///     (`bounds`, `climatology`) without units have those of their coordinate variable. Months,
 ///     years and other calendars stay numbers.
 ///   - A `byte` variable with the attribute `dtype` "bool" is `Boolean`, and so is HDF5's
-///     enumeration of FALSE and TRUE. Another enumeration is a `String` of its values' names, or
-///     the number where a value has none.
+///     enumeration of FALSE and TRUE that has a name. Another enumeration is a `String` of its
+///     values' names, or the number where a value has none.
+///   - Characters that are `_FillValue` are cut off the end of a text. A text that is `_FillValue`
+///     as a whole is missing and reads as the empty text.
 ///
 /// Descriptors: `long_name` is the description, `units` both the unit and the physical unit. All
 /// other attributes, but those that decoding has used up, are the array's
