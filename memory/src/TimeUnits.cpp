@@ -220,7 +220,8 @@ long TimeUnits::timeOf(double number) const {
   }
   long time = 0;
   const long rest = std::lround((number - whole) * static_cast<double>(m_microseconds));
-  return orMissing(__builtin_add_overflow(begin, rest, &time), time);
+  const bool isBeyond = __builtin_add_overflow(begin, rest, &time);
+  return orMissing(isBeyond, time);
 }
 
 }  // namespace quillon::memory

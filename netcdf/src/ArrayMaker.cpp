@@ -1,14 +1,13 @@
 #include "ArrayMaker.h"
 
 #include <netcdf.h>
+#include <quillon/memory/Bounded.h>
 
 #include <algorithm>
 #include <array>
-#include <limits>
 
 #include "Attributes.h"
 #include "AxisKind.h"
-#include "Bounded.h"
 #include "Filters.h"
 #include "FlagArray.h"
 #include "Hdf5Texts.h"
@@ -27,10 +26,10 @@ using Name = std::array<char, NC_MAX_NAME + 1>;
 bool isCountable(const Variable& variable, const std::vector<unsigned long>& stored) {
   unsigned long bytes = variable.valueBytes;
   for (const unsigned long extent : stored) {
-    bytes = boundedProduct(bytes, extent);
+    bytes = memory::boundedProduct(bytes, extent);
   }
   const bool isEmpty = std::find(stored.begin(), stored.end(), 0) != stored.end();
-  return isEmpty || bytes < std::numeric_limits<unsigned long>::max();
+  return isEmpty || bytes < memory::LARGEST_SIZE;
 }
 
 std::vector<unsigned long> chunksOf(const Variable& variable) {

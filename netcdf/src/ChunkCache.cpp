@@ -1,10 +1,10 @@
 #include "ChunkCache.h"
 
 #include <netcdf.h>
+#include <quillon/memory/Bounded.h>
 
 #include <algorithm>
 
-#include "Bounded.h"
 #include "Variable.h"
 
 namespace quillon::netcdf {
@@ -64,7 +64,7 @@ unsigned long bytesTouched(const Variable& variable, const unsigned long* start,
     const unsigned long chunk = variable.chunks[k];
     const unsigned long last = endOf(variable, k, start[k] + extent[k]) - 1;
     const unsigned long chunks = last / chunk - variable.storedIndex(k, start[k]) / chunk + 1;
-    bytes = boundedProduct(bytes, boundedProduct(chunks, chunk));
+    bytes = memory::boundedProduct(bytes, memory::boundedProduct(chunks, chunk));
   }
   return bytes;
 }

@@ -1,11 +1,12 @@
 #include "ClassicHeader.h"
 
+#include <quillon/memory/Bounded.h>
+
 #include <array>
 #include <cstdint>
 #include <utility>
 #include <vector>
 
-#include "Bounded.h"
 #include "BufferedBytes.h"
 #include "ClassicFields.h"
 
@@ -57,7 +58,7 @@ ClassicVariable readVariable(Fields& fields, const std::vector<unsigned long>& d
     }
     variable.extents.push_back(dimensions[dimension]);
     if (dimensions[dimension] != RECORD_DIMENSION) {
-      variable.bytes = boundedProduct(variable.bytes, dimensions[dimension]);
+      variable.bytes = memory::boundedProduct(variable.bytes, dimensions[dimension]);
     } else if (k == 0) {
       variable.hasRecords = true;
     } else {
@@ -66,7 +67,7 @@ ClassicVariable readVariable(Fields& fields, const std::vector<unsigned long>& d
   }
   skipAttributes(fields);
   variable.valueBytes = fields.valueBytes();
-  variable.bytes = boundedProduct(variable.bytes, variable.valueBytes);
+  variable.bytes = memory::boundedProduct(variable.bytes, variable.valueBytes);
   fields.size();  // the size of the values once more, which need not be right
   variable.begin = fields.offset();
   return variable;
@@ -90,7 +91,7 @@ unsigned long recordBytes(const std::vector<ClassicVariable>& variables) {
   unsigned long last = 0;
   for (const ClassicVariable& variable : variables) {
     if (variable.hasRecords) {
-      sum = boundedSum(sum, padded(variable.bytes));
+      sum = memory::boundedSum(sum, padded(variable.bytes));
       last = variable.bytes;
       ++count;
     }
@@ -118,8 +119,9 @@ void requireValues(const std::vector<ClassicVariable>& variables, unsigned long 
       throw Damage("the values of variable '" + variable.name + "' begin within the header");
     }
     const unsigned long before =
-        variable.hasRecords ? boundedProduct(records - 1, variable.recordStep) : 0;
-    const unsigned long end = boundedSum(variable.begin, boundedSum(before, variable.bytes));
+        variable.hasRecords ? memory::boundedProduct(records - 1, variable.recordStep) : 0;
+    const unsigned long end =
+        memory::boundedSum(variable.begin, memory::boundedSum(before, variable.bytes));
     if (end > fileBytes) {
       throw Damage("it is cut short or damaged: the values of variable '" + variable.name +
                    "' should end at byte " + std::to_string(end) + " and the file has " +

@@ -1,6 +1,7 @@
 #include "Hdf5Structure.h"
 
 #include <netcdf.h>
+#include <quillon/memory/Bounded.h>
 
 #include <cstdint>
 #include <map>
@@ -8,7 +9,6 @@
 #include <utility>
 #include <vector>
 
-#include "Bounded.h"
 #include "Hdf5.h"
 
 namespace quillon::netcdf {
@@ -62,7 +62,7 @@ class GroupWalk {
     std::vector<Hdf5Link> links;
     listLinks(group, links);  // what cannot be listed is libnetcdf's to report
     for (auto link = links.begin(); link != links.end() && m_finding.empty(); ++link) {
-      here.groups = boundedSum(here.groups, follow(group, *link, below(path, link->name)));
+      here.groups = memory::boundedSum(here.groups, follow(group, *link, below(path, link->name)));
     }
     if (here.groups > MOST_GROUPS && m_finding.empty()) {
       m_finding = "links make more than " + std::to_string(MOST_GROUPS) + " groups of its " +

@@ -1,12 +1,12 @@
 #include "Hdf5Texts.h"
 
 #include <netcdf.h>
+#include <quillon/memory/Bounded.h>
 #include <quillon/netcdf/LibraryLock.h>
 
 #include <algorithm>
 #include <mutex>
 
-#include "Bounded.h"
 #include "Hdf5.h"
 
 namespace quillon::netcdf {
@@ -137,7 +137,7 @@ bool readFixed(const Variable& variable, const memory::Block& block, const Trans
                std::string* texts) {
   const std::size_t length = H5Tget_size(transfer.type().id());
   std::vector<char> bytes;
-  variable.makeRoom(bytes, boundedProduct(block.count, length));
+  variable.makeRoom(bytes, memory::boundedProduct(block.count, length));
   if (!transfer.read(transfer.start(), transfer.end(), transfer.type().id(), bytes.data())) {
     return false;
   }

@@ -1,13 +1,13 @@
 #include "StoredChunk.h"
 
 #include <libdeflate.h>
+#include <quillon/memory/Bounded.h>
 
 #include <algorithm>
 #include <cstring>
 #include <new>
 #include <utility>
 
-#include "Bounded.h"
 #include "ByteOrder.h"
 
 namespace quillon::netcdf {
@@ -91,7 +91,7 @@ bool operator==(const ChunkFormat& a, const ChunkFormat& b) {
 unsigned long mostStoredBytes(const ChunkFormat& format) {
   // What zlib cannot compress becomes longer by at most some hundredths, whatever its settings.
   const unsigned long checksums = format.filters.size() * CHECKSUM_BYTES;
-  return boundedSum(boundedSum(format.bytes, format.bytes / 8), 64 + checksums);
+  return memory::boundedSum(memory::boundedSum(format.bytes, format.bytes / 8), 64 + checksums);
 }
 
 class ChunkUnpacker::Inflater {

@@ -1,5 +1,6 @@
 #include "StoredChunks.h"
 
+#include <quillon/memory/Bounded.h>
 #include <quillon/netcdf/LibraryLock.h>
 
 #include <algorithm>
@@ -9,7 +10,6 @@
 #include <new>
 #include <utility>
 
-#include "Bounded.h"
 #include "Parallel.h"
 #include "StoredRun.h"
 
@@ -146,7 +146,7 @@ StoredChunks::StoredChunks(std::shared_ptr<const Source> source, ChunkedData dat
 /// Whether the block lies in the data set, which may be shorter than the variable.
 bool StoredChunks::hasBlock(const unsigned long* start, const unsigned long* extent) const {
   for (std::size_t k = 0; k < m_data.extents.size(); ++k) {
-    if (extent[k] == 0 || boundedSum(start[k], extent[k]) > m_data.extents[k]) {
+    if (extent[k] == 0 || memory::boundedSum(start[k], extent[k]) > m_data.extents[k]) {
       return false;
     }
   }

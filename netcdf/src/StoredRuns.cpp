@@ -1,10 +1,11 @@
 #include "StoredRuns.h"
 
+#include <quillon/memory/Bounded.h>
+
 #include <algorithm>
 #include <cstring>
 #include <utility>
 
-#include "Bounded.h"
 #include "BufferedBytes.h"
 #include "ByteOrder.h"
 #include "StoredRun.h"
@@ -50,13 +51,13 @@ StoredRuns::StoredRuns(std::shared_ptr<const Source> source, RunPlace place)
 
 /// Whether the block lies in the variable, and its bytes in the file.
 bool StoredRuns::hasBlock(const unsigned long* start, const unsigned long* extent) const {
-  unsigned long end = boundedSum(m_place.begin, m_place.valueBytes);
+  unsigned long end = memory::boundedSum(m_place.begin, m_place.valueBytes);
   for (std::size_t k = 0; k < m_place.extents.size(); ++k) {
-    const unsigned long last = boundedSum(start[k], extent[k]);
+    const unsigned long last = memory::boundedSum(start[k], extent[k]);
     if (extent[k] == 0 || last > m_place.extents[k]) {
       return false;
     }
-    end = boundedSum(end, boundedProduct(last - 1, m_place.steps[k]));
+    end = memory::boundedSum(end, memory::boundedProduct(last - 1, m_place.steps[k]));
   }
   return end <= m_source->file().bytes();
 }

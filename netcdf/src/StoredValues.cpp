@@ -1,6 +1,7 @@
 #include "StoredValues.h"
 
 #include <netcdf.h>
+#include <quillon/memory/Bounded.h>
 #include <quillon/netcdf/LibraryLock.h>
 
 #include <algorithm>
@@ -8,7 +9,6 @@
 #include <utility>
 #include <vector>
 
-#include "Bounded.h"
 #include "ByteOrder.h"
 #include "StoredChunks.h"
 #include "StoredRuns.h"
@@ -59,14 +59,14 @@ Numbers stepsOf(const Numbers& extents, unsigned long valueBytes) {
   Numbers steps;
   for (const unsigned long extent : extents) {
     steps.push_back(valueBytes);
-    valueBytes = boundedProduct(valueBytes, extent);
+    valueBytes = memory::boundedProduct(valueBytes, extent);
   }
   return steps;
 }
 
 unsigned long product(const Numbers& factors, unsigned long first) {
   for (const unsigned long factor : factors) {
-    first = boundedProduct(first, factor);
+    first = memory::boundedProduct(first, factor);
   }
   return first;
 }

@@ -1,10 +1,11 @@
 #include "TextArray.h"
 
+#include <quillon/memory/Bounded.h>
+
 #include <algorithm>
 #include <utility>
 
 #include "Attributes.h"
-#include "Bounded.h"
 #include "Hdf5Texts.h"
 
 namespace quillon::netcdf {
@@ -30,7 +31,7 @@ std::size_t textLength(TextArray::Storage storage, const Variable& variable) {
 std::size_t textBytes(TextArray::Storage storage, std::size_t length) {
   return storage == TextArray::Storage::Strings
              ? STRING_BYTES
-             : boundedSum(sizeof(std::string), boundedProduct(2, length));
+             : memory::boundedSum(sizeof(std::string), memory::boundedProduct(2, length));
 }
 
 /// How many dimensions of the variable are none of the array's.
@@ -85,7 +86,7 @@ unsigned long TextArray::readTexts(const memory::Block& block, std::string* text
 unsigned long TextArray::readCharacters(const memory::Block& block, std::string* texts) const {
   requirePlausibleLength();
   std::vector<char> characters;
-  m_variable.makeRoom(characters, boundedProduct(block.count, m_length));
+  m_variable.makeRoom(characters, memory::boundedProduct(block.count, m_length));
   if (!characters.empty()) {
     memory::Block stored = block;
     if (!m_variable.shape.empty()) {
@@ -104,7 +105,7 @@ unsigned long TextArray::readCharacters(const memory::Block& block, std::string*
 
 void TextArray::requirePlausibleLength() const {
   const unsigned long fileBytes = m_variable.source->file().bytes();
-  if (m_length > boundedProduct(fileBytes, MOST_TEXT_BYTES_PER_FILE_BYTE)) {
+  if (m_length > memory::boundedProduct(fileBytes, MOST_TEXT_BYTES_PER_FILE_BYTE)) {
     m_variable.source->fail(m_variable.subject() + " claims texts of " + std::to_string(m_length) +
                             " characters, which a file of " + std::to_string(fileBytes) +
                             " bytes cannot hold");

@@ -1,4 +1,5 @@
 #include <object_model/Array.h>
+#include <quillon/memory/Bounded.h>
 #include <quillon/memory/Paths.h>
 #include <quillon/memory/Wording.h>
 #include <quillon/tables/ContractPlan.h>
@@ -7,7 +8,6 @@
 #include <algorithm>
 
 #include "Candidates.h"
-#include "Saturating.h"
 
 namespace quillon::tables {
 
@@ -39,7 +39,7 @@ class Planner {
     requireIndexIsLeft();
     for (const std::string& axis : m_plan.index) {
       m_plan.sizes.push_back(commonSize(axis, m_candidates));
-      m_plan.rows = times(m_plan.rows, m_plan.sizes.back());
+      m_plan.rows = memory::boundedProduct(m_plan.rows, m_plan.sizes.back());
     }
     m_plan.columns = m_plan.index.size();
     for (const Candidate& candidate : m_candidates) {
@@ -161,8 +161,9 @@ class Planner {
     unsigned long values = 1;
     unsigned long columns = 1;
     for (const AxisFacts& axis : candidate.axes) {
-      values = times(values, axis.size);
-      columns = contains(m_plan.index, axis.name) ? columns : times(columns, axis.size);
+      values = memory::boundedProduct(values, axis.size);
+      columns =
+          contains(m_plan.index, axis.name) ? columns : memory::boundedProduct(columns, axis.size);
     }
     if (candidate.axes.size() == 1 && columns > 1) {
       // The export never spreads a one-dimensional array.
@@ -173,8 +174,8 @@ class Planner {
       noteUnseen(candidate.axes[0].name);
     }
     m_plan.variables.push_back(candidate.name);
-    m_plan.values = plus(m_plan.values, values);
-    m_plan.columns = plus(m_plan.columns, columns);
+    m_plan.values = memory::boundedSum(m_plan.values, values);
+    m_plan.columns = memory::boundedSum(m_plan.columns, columns);
   }
 
   /// Other arrays may have the axis as well, and all of its coordinates in their columns.

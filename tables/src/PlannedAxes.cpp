@@ -1,13 +1,12 @@
 #include "PlannedAxes.h"
 
+#include <quillon/memory/Bounded.h>
 #include <quillon/memory/Wording.h>
 #include <quillon/tables/Error.h>
 
 #include <algorithm>
 #include <set>
 #include <utility>
-
-#include "Saturating.h"
 
 namespace quillon::tables {
 namespace {
@@ -76,7 +75,7 @@ const PlannedAxis& PlannedAxes::require(const std::string& name) const {
 unsigned long PlannedAxes::valuesOf(const Variable& variable) const {
   unsigned long values = 1;
   for (const memory::AxisFacts& axis : variable.axes) {
-    values = times(values, of(axis.name).chosen.count);
+    values = memory::boundedProduct(values, of(axis.name).chosen.count);
   }
   return values;
 }

@@ -122,6 +122,14 @@ void Writer::text(int variable, const std::string& attribute, const std::string&
   must(nc_put_att_text(group, variable, attribute.c_str(), value.size(), value.data()));
 }
 
+void writeCdl(const std::string& path, const std::string& cdl) {
+  const std::string source = path + ".cdl";
+  writeBytes(source, "netcdf a {\n" + cdl + "\n}\n");
+  if (std::system(("ncgen -4 -o '" + path + "' '" + source + "'").c_str()) != 0) {
+    throw std::runtime_error("ncgen refuses:\n" + cdl);
+  }
+}
+
 std::string readBytes(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(in), {}};

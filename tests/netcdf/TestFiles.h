@@ -70,6 +70,9 @@ class Writer {
   int m_id = -1;
 };
 
+/// Makes a netCDF-4 file of what `dimensions:` and the rest of a CDL text say, by ncgen.
+void writeCdl(const std::string& path, const std::string& cdl);
+
 std::string readBytes(const std::string& path);
 void writeBytes(const std::string& path, const std::string& bytes);
 
