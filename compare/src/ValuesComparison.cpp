@@ -3,6 +3,7 @@
 #include <quillon/memory/Facets.h>
 #include <quillon/memory/Values.h>
 
+#include <algorithm>
 #include <string>
 
 #include "BoxComparison.h"
@@ -20,6 +21,8 @@ using object_model::StoredType;
 
 // Bytes of a block, unless a chunk has more: what the caches of a processor hold.
 constexpr unsigned long MOST_BYTES = 1UL << 20U;
+// Of chunks that are fetched and perhaps unpacked, so many that several threads can do it.
+constexpr unsigned long MOST_FETCHED_BYTES = 1UL << 23U;
 // Where each value takes a call, larger blocks would only leave the nearest cache.
 constexpr unsigned long MOST_CALLS = 4096;
 
@@ -64,12 +67,24 @@ Box boxOf(const Side& first, const Side& second, const Block& block, const GridP
   return box;
 }
 
+unsigned long mostBytes(const std::vector<unsigned long>& shape, const Side& side) {
+  if (side.isInPlace() || side.chunkExtents() == nullptr) {
+    return MOST_BYTES;
+  }
+  auto bytes = static_cast<double>(memory::bytesOf(side.storedType()));  // of a chunk
+  for (std::size_t k = 0; k < shape.size(); ++k) {
+    bytes *= static_cast<double>(std::min(side.chunkExtents()[k], shape[k]));
+  }
+  return bytes <= static_cast<double>(MOST_FETCHED_BYTES) ? MOST_FETCHED_BYTES : MOST_BYTES;
+}
+
 BoxLayout layoutOf(const Array& array, const Side& first, const Side& second) {
   const Side& read = first.chunkExtents() != nullptr ? first : second;
   if (read.chunkExtents() == nullptr && (first.isByAccessor() || second.isByAccessor())) {
     return {shapeOf(array), MOST_CALLS};
   }
-  return {shapeOf(array), MOST_BYTES / memory::bytesOf(read.storedType()), read.chunkExtents()};
+  const std::vector<unsigned long> shape = shapeOf(array);
+  return {shape, mostBytes(shape, read) / memory::bytesOf(read.storedType()), read.chunkExtents()};
 }
 
 /// Tells for blocks, without a look at their values, that they are the same.

@@ -14,7 +14,7 @@ bool BufferedBytes::read(unsigned long position, char* destination, unsigned lon
       const unsigned long offset = position - m_first;
       part = std::min(count, m_count - offset);
       std::copy_n(m_buffer.data() + offset, part, destination);
-    } else if (count >= m_buffer.size()) {
+    } else if (count >= m_buffer.size() / 4) {
       part = readAt(position, destination, count);
     } else if (fill(position)) {
       continue;

@@ -106,8 +106,8 @@ class ChunkUnpacker::Inflater {
   ~Inflater() { libdeflate_free_decompressor(m_decompressor); }
 
   /// @return whether it became just so many bytes.
-  bool inflate(const char* from, unsigned long size, char* to, unsigned long bytes) {
-    return libdeflate_zlib_decompress(m_decompressor, from, size, to, bytes, nullptr) ==
+  bool inflate(const char* from, unsigned long fromBytes, char* to, unsigned long toBytes) {
+    return libdeflate_zlib_decompress(m_decompressor, from, fromBytes, to, toBytes, nullptr) ==
            LIBDEFLATE_SUCCESS;
   }
 

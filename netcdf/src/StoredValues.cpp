@@ -116,16 +116,19 @@ bool readExtents(hid_t data, Numbers& extents, std::size_t rank) {
   return true;
 }
 
-/// @return false for a filter that is not known here.
+/// @return false for a filter that is not known here, or not behind one that packs.
 bool readFilter(hid_t properties, unsigned number, ChunkFormat& format) {
   unsigned flags = 0;
   std::size_t count = 1;
   unsigned parameter = 0;
   const H5Z_filter_t filter =
       H5Pget_filter2(properties, number, &flags, &count, &parameter, 0, nullptr, nullptr);
-  if (filter == H5Z_FILTER_DEFLATE) {
+  const bool isPacked = std::find(format.filters.begin(), format.filters.end(),
+                                  ChunkFilter::Deflate) != format.filters.end();
+  if (filter == H5Z_FILTER_DEFLATE && !isPacked) {
     format.filters.push_back(ChunkFilter::Deflate);
-  } else if (filter == H5Z_FILTER_SHUFFLE && count >= 1 && parameter == format.valueBytes) {
+  } else if (filter == H5Z_FILTER_SHUFFLE && !isPacked && count >= 1 &&
+             parameter == format.valueBytes) {
     format.filters.push_back(ChunkFilter::Shuffle);
   } else if (filter == H5Z_FILTER_FLETCHER32) {
     format.filters.push_back(ChunkFilter::Fletcher32);

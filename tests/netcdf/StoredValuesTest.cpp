@@ -160,6 +160,24 @@ TEST_F(StoredValuesTest, FilterThatIsNotKnownIsLeftToLibnetcdf) {
   EXPECT_NE(storedValuesOf(variableOf(path, "v")), nullptr);
 }
 
+TEST_F(StoredValuesTest, FilterBehindOneThatPacksIsLeftToLibnetcdf) {
+  const std::string path = m_scratch.path("a.nc");
+  const hid_t opened = H5Fcreate(path.c_str(), H5F_ACC_TRUNC, H5P_DEFAULT, H5P_DEFAULT);
+  const hid_t properties = H5Pcreate(H5P_DATASET_CREATE);
+  const hsize_t sizes[] = {8};
+  H5Pset_chunk(properties, 1, sizes);
+  H5Pset_deflate(properties, 1);
+  H5Pset_shuffle(properties);
+  const hid_t space = H5Screate_simple(1, sizes, nullptr);
+  const hid_t data =
+      H5Dcreate2(opened, "v", H5T_STD_I32LE, space, H5P_DEFAULT, properties, H5P_DEFAULT);
+  H5Dclose(data);
+  H5Sclose(space);
+  H5Pclose(properties);
+  EXPECT_GE(H5Fclose(opened), 0);
+  EXPECT_EQ(storedValuesOf(variableOf(path, "v")), nullptr);
+}
+
 // Its place is one in another file.
 TEST_F(StoredValuesTest, ValuesInAnotherFileAreLeftToLibnetcdf) {
   const std::string other = file("other.nc", {});

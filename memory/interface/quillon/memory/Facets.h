@@ -1,7 +1,7 @@
 /// @file
 /// What an array or dictionary may offer besides what the contract has a place for: attributes,
-/// coordinates along its axes, times. Each is an optional interface, to be found by `dynamic_cast`
-/// and to be derived from beside `Array` or `Dictionary`.
+/// coordinates along its axes, times, the bytes that it stores. Each is an optional interface, to
+/// be found by `dynamic_cast` and to be derived from beside `Array` or `Dictionary`.
 ///
 /// Ownership: what is returned belongs to the caller, or is shared with it. Threads: const
 /// operations may run concurrently where the object's may.

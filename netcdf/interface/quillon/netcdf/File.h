@@ -117,7 +117,11 @@ struct Skipped {
 /// whatever the file's size; hopping between windows reads them again and again. A text that is
 /// longer than a window is read by itself, and a string counts as 128 bytes, whatever its length.
 /// Arrays of numbers are `object_model::BulkValues` as well, in the type that the values have in
-/// the file: blocks of them are read past the window, which stays as it is.
+/// the file: blocks of them are read past the window, which stays as it is. Values that stand in
+/// the file as they are, and blocks of whole chunks under the filters shuffle, deflate and
+/// fletcher32, are read by this library itself; chunks are unpacked by several threads, none of
+/// which outlives the read. Everything else, and what does not look right, is left to libnetcdf.
+/// Such arrays are `memory::HasStoredBytes` as well.
 ///
 /// Names: the file that is opened is the one at `path`, whatever the path looks like to the
 /// libraries below; one with a backslash, which they take for a slash, is refused.
