@@ -101,8 +101,8 @@ void write(const object_model::Dictionary& dictionary, const std::string& path,
     const Target target = targetOf(path);
     writeTo(target, planOf(dictionary), options);
   } catch (const Refusal& refusal) {
-    // Without what follows a null character.
-    throw Error(std::string("Cannot write '") + path.c_str() + "': " + refusal.what());
+    const std::string name = path.substr(0, path.find('\0'));
+    throw Error("Cannot write '" + name + "': " + refusal.what());
   }
 }
 
