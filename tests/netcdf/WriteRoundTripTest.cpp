@@ -1,14 +1,13 @@
 // What is written reads back the same, whatever the dictionary.
 
 #include <gtest/gtest.h>
-#include <quillon/compare/Compare.h>
-#include <quillon/compare/Text.h>
 #include <quillon/memory/Time.h>
 #include <quillon/memory/TimeArray.h>
 #include <rapidcheck/gtest.h>
 
 #include <limits>
 
+#include "ReadBack.h"
 #include "WriteTesting.h"
 
 namespace quillon::netcdf {
@@ -17,10 +16,6 @@ namespace {
 using memory::AttributeValue;
 using memory::Axis;
 using memory::Dictionary;
-
-/// Whether the reader gives attributes and decodes times, missing values and truth values. Where it
-/// does not, these are neither made nor compared.
-constexpr bool READER_IS_WHOLE = false;
 
 const std::vector<std::string> NAMES = {"a", "b", "x", "y", "time", "9 lives", "ä", "_"};
 const std::vector<std::string> TEXTS = {"", "a", "two words", "Ærø 日本", "\n\t\"", "NaN"};
@@ -200,22 +195,13 @@ Dictionary anyDictionary(const std::string& name, int depth) {
   return dictionary;
 }
 
-/// What is not the same in the file; "" where all is.
-std::string differences(const Dictionary& dictionary, const std::string& path) {
-  compare::Options options;
-  options.attributes = READER_IS_WHOLE;
-  const File file(path);
-  const compare::Report report = compare::compare(dictionary, file.root(), options);
-  return report.same ? "" : compare::text(report);
-}
-
 RC_GTEST_PROP(WriteRoundTripTest, WhatIsWrittenReadsBackTheSame, ()) {
   const Scratch scratch;
   const std::string path = scratch.path("a.nc");
   const Dictionary dictionary = anyDictionary("root", 2);
   write(dictionary, path, {*rc::gen::inRange(0, 3), *rc::gen::arbitrary<bool>()});
   RC_LOG() << dumpOf(path);
-  RC_ASSERT(differences(dictionary, path) == "");
+  RC_ASSERT(differencesReadBack(dictionary, path) == "");
 }
 
 RC_GTEST_PROP(WriteRoundTripTest, WhatWasReadIsWrittenTheSame, ()) {
@@ -225,7 +211,7 @@ RC_GTEST_PROP(WriteRoundTripTest, WhatWasReadIsWrittenTheSame, ()) {
   const File first(path);
   write(first.root(), path);
   RC_LOG() << dumpOf(path);
-  RC_ASSERT(differences(first.root(), path) == "");
+  RC_ASSERT(differencesReadBack(first.root(), path) == "");
 }
 
 }  // namespace
