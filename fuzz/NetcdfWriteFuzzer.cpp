@@ -45,14 +45,6 @@ std::vector<Axis> axesOf(Input& input, Sizes& sizes) {
   return axes;
 }
 
-unsigned long countOf(const std::vector<Axis>& axes) {
-  unsigned long count = 1;
-  for (const Axis& axis : axes) {
-    count *= axis.size();
-  }
-  return count;
-}
-
 template <class T>
 T valueOf(Input& input) {
   if constexpr (std::is_same_v<T, std::string>) {
@@ -98,14 +90,14 @@ void addRemarks(Input& input, Object& object) {
 
 template <class T>
 void addArray(Input& input, const std::string& name, std::vector<Axis> axes, Dictionary& to) {
-  const unsigned long count = countOf(axes);
+  const unsigned long count = netcdf::countOf(axes);
   memory::TypedArray<T> array(name, std::move(axes), valuesOf<T>(input, count));
   addRemarks(input, array);
   to.add(std::move(array));
 }
 
 void addTimes(Input& input, const std::string& name, std::vector<Axis> axes, Dictionary& to) {
-  const unsigned long count = countOf(axes);
+  const unsigned long count = netcdf::countOf(axes);
   to.add(memory::TimeArray(name, std::move(axes), valuesOf<long>(input, count),
                            static_cast<memory::Calendar>(input.below(5))));
 }

@@ -45,7 +45,7 @@ unsigned long bytesOf(const std::vector<memory::Attribute>& attributes) {
 
 /// More than everything but the values takes in a file.
 unsigned long outlineBytes(const Plan& plan) {
-  constexpr unsigned long BYTES_OF_A_FILE = 1UL << 20U;
+  constexpr unsigned long BYTES_OF_A_FILE = 128UL << 10U;
   constexpr unsigned long BYTES_OF_AN_OBJECT = 8UL << 10U;
   unsigned long bytes = BYTES_OF_A_FILE;
   for (const PlannedGroup& group : plan) {

@@ -111,14 +111,6 @@ std::vector<Axis> someAxes(Sizes& sizes) {
   return axes;
 }
 
-unsigned long countOf(const std::vector<Axis>& axes) {
-  unsigned long count = 1;
-  for (const Axis& axis : axes) {
-    count *= axis.size();
-  }
-  return count;
-}
-
 template <class Array>
 void addArray(Dictionary& to, Array array) {
   addRemarks(array);

@@ -157,57 +157,9 @@ TEST_F(WriteTest, MemoryDoesNotGrowWithTheArray) {
   EXPECT_GT(blocks.largest, 3UL << 20U);
 }
 
-/// Takes the lock of the libraries whenever it is asked for anything.
-class Locking final : public memory::ValueArray<long>,
-                      public object_model::BulkValues,
-                      public memory::HasTimes {
- public:
-  Locking() : ValueArray("a", {Axis("a", 3)}) { setUnit("days since 2000-01-01"); }
-  long valueAt(const Tuple& /*index*/) const override { return 0; }
-  std::string getUnit() const override {
-    takeLock();
-    return ValueArray::getUnit();
-  }
-  std::vector<memory::Attribute> attributes() const override {
-    takeLock();
-    return {{"remark", "text"}};
-  }
-  std::shared_ptr<const object_model::Array> coordinates(unsigned long) const override {
-    takeLock();
-    return nullptr;
-  }
-  memory::Calendar calendar() const override {
-    takeLock();
-    return memory::Calendar::Julian;
-  }
-  void readTimes(const unsigned long*, const unsigned long* extent,
-                 long* destination) const override {
-    takeLock();
-    std::fill_n(destination, extent[0], 0L);
-  }
-  object_model::StoredType storedType() const override {
-    takeLock();
-    return object_model::StoredType::Int64;
-  }
-  void readValues(const unsigned long*, const unsigned long* extent,
-                  void* destination) const override {
-    takeLock();
-    std::fill_n(static_cast<long*>(destination), extent[0], 7L);
-  }
-
- private:
-  static void takeLock() { const std::lock_guard<std::mutex> guard(libraryLock()); }
-};
-
 TEST_F(WriteTest, LockIsFreeWhileTheArraysAreAsked) {
-  EXPECT_EQ(fateOf(
-                [&] {
-                  Dictionary dictionary("d");
-                  dictionary.add(std::make_unique<Locking>());
-                  write(dictionary);
-                },
-                20),
-            "");
+  const AskedDictionary dictionary([] { const std::lock_guard<std::mutex> guard(libraryLock()); });
+  EXPECT_EQ(fateOf([&] { write(dictionary); }, 20), "");
   EXPECT_EQ(contentOf(File(m_path).root()), (Content{{"/a", {"7", "7", "7"}}}));
 }
 
