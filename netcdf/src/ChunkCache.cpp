@@ -4,6 +4,8 @@
 #include <quillon/memory/Bounded.h>
 
 #include <algorithm>
+#include <array>
+#include <vector>
 
 #include "Variable.h"
 
@@ -16,8 +18,26 @@ struct Settings {
   float preemption = 0;
 };
 
+/// Whether the variable is called as a dimension without being its coordinates. The library keeps
+/// it under another name in the file, but opens it by its own when it is to keep other chunks, and
+/// so has the dimension in its place from then on.
+bool isCalledAsADimension(const Variable& variable) {
+  std::array<char, NC_MAX_NAME + 1> name{};
+  int dimension = -1;
+  if (nc_inq_varname(variable.group, variable.id, name.data()) != NC_NOERR ||
+      nc_inq_dimid(variable.group, name.data(), &dimension) != NC_NOERR) {
+    return false;
+  }
+  std::vector<int> dimensions(variable.chunks.size());
+  return nc_inq_vardimid(variable.group, variable.id, dimensions.data()) != NC_NOERR ||
+         dimensions.empty() || dimensions.front() != dimension;
+}
+
 // Should the library refuse, it keeps more or less than is best, which does no other harm.
 void apply(const Variable& variable, const Settings& wanted) {
+  if (isCalledAsADimension(variable)) {
+    return;
+  }
   nc_set_var_chunk_cache(variable.group, variable.id, wanted.bytes, wanted.slots,
                          wanted.preemption);
 }

@@ -65,16 +65,6 @@ void must(int status) {
   }
 }
 
-Scratch::Scratch() : m_directory(std::filesystem::temp_directory_path() / "quillon-XXXXXX") {
-  if (mkdtemp(m_directory.data()) == nullptr) {
-    throw std::runtime_error("cannot make " + m_directory);
-  }
-}
-
-Scratch::~Scratch() { std::filesystem::remove_all(m_directory); }
-
-std::string Scratch::path(const std::string& name) const { return m_directory + "/" + name; }
-
 Writer::Writer(const std::string& path, int mode) {
   must(nc_create(path.c_str(), NC_CLOBBER | mode, &m_id));
 }

@@ -1,17 +1,19 @@
 #include <gtest/gtest.h>
+#include <quillon/memory/OutputTarget.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <filesystem>
+#include <fstream>
 #include <string>
 
-#include "OutputTarget.h"
-#include "RunTool.h"
+#include "support/ScratchDirectory.h"
 
-namespace quillon::tools {
+namespace quillon::memory {
 namespace {
 
 namespace fs = std::filesystem;
-using test::Scratch;
+using Scratch = test::ScratchDirectory;
 
 class OutputTargetTest : public ::testing::Test {
  protected:
@@ -61,5 +63,17 @@ TEST_F(OutputTargetTest, LinksInACircleLeadNowhere) {
             std::errc::too_many_symbolic_link_levels);
 }
 
+TEST_F(OutputTargetTest, DirectoriesCannotBeReplaced) {
+  const auto errorFor = [](const std::string& path) {
+    struct stat status = {};
+    ::stat(path.c_str(), &status);
+    return errorOfReplacing(path, status);
+  };
+  std::ofstream(m_scratch.path("file")) << "text";
+  EXPECT_EQ(errorFor(m_scratch.path()), EISDIR);
+  EXPECT_EQ(errorFor(m_scratch.path("file")), 0);
+  EXPECT_EQ(errorFor("/dev/null"), 0);
+}
+
 }  // namespace
-}  // namespace quillon::tools
+}  // namespace quillon::memory

@@ -1,6 +1,5 @@
-#include "TemporaryFile.h"
-
 #include <fcntl.h>
+#include <quillon/memory/TemporaryFile.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -8,9 +7,7 @@
 #include <random>
 #include <utility>
 
-#include "WorkNotes.h"
-
-namespace quillon::tools {
+namespace quillon::memory {
 
 namespace {
 
@@ -28,7 +25,12 @@ int closeFile(int& descriptor) { return ::close(std::exchange(descriptor, -1)) =
 
 }  // namespace
 
-TemporaryFile::TemporaryFile(std::filesystem::path target) : m_target(std::move(target)) { open(); }
+TemporaryFile::TemporaryFile(std::filesystem::path target, OnName onName, Naming naming)
+    : m_target(std::move(target)), m_onName(std::move(onName)) {
+  if (naming == Naming::AtOnce || !openNameless(m_target.parent_path().string())) {
+    openNamed();
+  }
+}
 
 TemporaryFile::~TemporaryFile() {
   if (m_descriptor >= 0) {
@@ -37,55 +39,61 @@ TemporaryFile::~TemporaryFile() {
   removeName();
 }
 
-void TemporaryFile::open() {
-  const std::string directory = m_target.parent_path().string();
+bool TemporaryFile::openNameless(const std::string& directory) {
   m_descriptor = ::open(directory.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, NEW_FILES);
   if (m_descriptor >= 0 && ::access(linkTo(m_descriptor).c_str(), F_OK) == 0) {
-    return;
+    return true;
   }
   if (m_descriptor >= 0) {
     closeFile(m_descriptor);  // without /proc it could never get a name
   }
-  m_name = newName(m_target);
-  noteTemporaryFile(m_name);
-  m_descriptor = ::open(m_name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, NEW_FILES);
+  return false;
+}
+
+void TemporaryFile::openNamed() {
+  setPath(newName(m_target));
+  m_descriptor = ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, NEW_FILES);
   if (m_descriptor < 0) {
     m_error = errno;
-    m_name.clear();
-    noteTemporaryFile({});
+    setPath({});
+  }
+}
+
+void TemporaryFile::setPath(std::string path) {
+  m_path = std::move(path);
+  if (m_onName) {
+    m_onName(m_path);
   }
 }
 
 int TemporaryFile::giveName() {
-  m_name = newName(m_target);
-  noteTemporaryFile(m_name);
-  return ::linkat(AT_FDCWD, linkTo(m_descriptor).c_str(), AT_FDCWD, m_name.c_str(),
+  setPath(newName(m_target));
+  return ::linkat(AT_FDCWD, linkTo(m_descriptor).c_str(), AT_FDCWD, m_path.c_str(),
                   AT_SYMLINK_FOLLOW) == 0
              ? 0
              : errno;
 }
 
 void TemporaryFile::removeName() {
-  if (!m_name.empty()) {
-    ::unlink(m_name.c_str());
-    noteTemporaryFile({});
+  if (!m_path.empty()) {
+    ::unlink(m_path.c_str());
+    setPath({});
   }
 }
 
 int TemporaryFile::moveToTarget() {
-  const int nameError = m_name.empty() ? giveName() : 0;
+  const int nameError = m_path.empty() ? giveName() : 0;
   // Some file systems report a full disk only now.
   const int closeError = closeFile(m_descriptor);
   if (nameError != 0 || closeError != 0) {
     return nameError != 0 ? nameError : closeError;
   }
   // No link can replace a file, a new name can.
-  if (std::rename(m_name.c_str(), m_target.c_str()) != 0) {
+  if (std::rename(m_path.c_str(), m_target.c_str()) != 0) {
     return errno;
   }
-  m_name.clear();
-  noteTemporaryFile({});
+  setPath({});
   return 0;
 }
 
-}  // namespace quillon::tools
+}  // namespace quillon::memory

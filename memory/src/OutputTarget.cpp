@@ -1,8 +1,10 @@
-#include "OutputTarget.h"
+#include <quillon/memory/OutputTarget.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <charconv>
 
-namespace quillon::tools {
+namespace quillon::memory {
 
 namespace fs = std::filesystem;
 
@@ -44,4 +46,11 @@ OutputTarget outputTargetOf(const std::string& path) {
   return target;
 }
 
-}  // namespace quillon::tools
+int errorOfReplacing(const std::string& path, const struct stat& status) {
+  if (S_ISDIR(status.st_mode)) {
+    return EISDIR;
+  }
+  return ::access(path.c_str(), W_OK) == 0 ? 0 : errno;
+}
+
+}  // namespace quillon::memory
