@@ -79,9 +79,10 @@ TEST(InfoCommandTest, OddVariablesAreListedToo) {
 }
 
 TEST(InfoCommandTest, UnknownGroupSaysWhichThereAre) {
-  EXPECT_EQ(runTool({"info", "data/observations.nc", "--group", "cells/Li"}),
-            failed("'data/observations.nc' has no group 'cells/Li'; it has climate, cells, "
-                   "cells/otsu, cells/li"));
+  EXPECT_EQ(
+      runTool({"info", "data/observations.nc", "--group", "cells/Li"}),
+      failed("'data/observations.nc' has no group 'cells/Li'; did you mean 'cells/li', 'cells' or "
+             "'cells/otsu'?"));
   EXPECT_EQ(runTool({"info", "data/nuclei_measurements.nc", "--group", "cells"}),
             failed("'data/nuclei_measurements.nc' has no group 'cells', only the root group"));
 }

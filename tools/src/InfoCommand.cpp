@@ -31,10 +31,9 @@ Verb addInfo(CLI::App& application) {
   CLI::App* command =
       application.add_subcommand("info", "List groups and arrays with types, axes and units");
   command->footer(
-      "For each group its path, for each array its name, element type, axes with their sizes (the\n"
-      "fastest first, with the axis's kind where it is known), unit and description. No values "
-      "are\n"
-      "read.");
+      "For each group its path, for each array its name, element type, axes with their\n"
+      "sizes (the fastest first, with the axis's kind where it is known), unit and\n"
+      "description. No values are read.");
   const auto source = std::make_shared<Source>();
   addSource(*command, *source);
   return {command, [source] { return run(*source); }};

@@ -11,7 +11,8 @@
 
 namespace quillon::memory {
 
-/// `text` as a JSON string, quotes included. Control characters are escaped; each byte that is no
+/// `text` as a JSON string, quotes included. Control and invisible characters (see
+/// isInvisible()) are escaped; each byte that is no
 /// UTF-8 becomes U+FFFD, so that any parser takes it.
 std::string jsonText(std::string_view text);
 
