@@ -119,7 +119,6 @@ unsigned long read(const std::string& path) {
   unsigned long valueBytes = 0;
   netcdf::OpenOptions options;
   options.windowBytes = WINDOW_BYTES;
-  options.missingAsNaN = true;
   options.onRead = [&](unsigned long bytes) { valueBytes += bytes; };
   allowErrorNaming(path, [&] { readAll(path, netcdf::File(path, options).root()); });
   return valueBytes;

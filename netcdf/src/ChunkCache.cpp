@@ -38,12 +38,17 @@ bool endsAtTheEnd(const Variable& variable, const unsigned long* start,
   return true;
 }
 
+/// Where in the file the block ends whose indices end before `end`.
+unsigned long endOf(const Variable& variable, std::size_t k, unsigned long end) {
+  return variable.storedIndex(k, end - 1) + 1;
+}
+
 bool isOfWholeChunks(const Variable& variable, const unsigned long* start,
                      const unsigned long* extent) {
   for (std::size_t k = 0; k < variable.shape.size(); ++k) {
-    const unsigned long end = start[k] + extent[k];
-    if (start[k] % variable.chunks[k] != 0 ||
-        (end % variable.chunks[k] != 0 && end != variable.shape[k])) {
+    const unsigned long end = endOf(variable, k, start[k] + extent[k]);
+    if ((start[k] != 0 && variable.storedIndex(k, start[k]) % variable.chunks[k] != 0) ||
+        (end % variable.chunks[k] != 0 && start[k] + extent[k] != variable.shape[k])) {
       return false;
     }
   }
@@ -56,7 +61,8 @@ unsigned long bytesTouched(const Variable& variable, const unsigned long* start,
   unsigned long bytes = variable.valueBytes;
   for (std::size_t k = 0; k < variable.shape.size(); ++k) {
     const unsigned long chunk = variable.chunks[k];
-    const unsigned long chunks = (start[k] + extent[k] - 1) / chunk - start[k] / chunk + 1;
+    const unsigned long last = endOf(variable, k, start[k] + extent[k]) - 1;
+    const unsigned long chunks = last / chunk - variable.storedIndex(k, start[k]) / chunk + 1;
     bytes = boundedProduct(bytes, boundedProduct(chunks, chunk));
   }
   return bytes;

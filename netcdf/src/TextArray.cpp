@@ -51,9 +51,9 @@ std::size_t textBytes(TextArray::Storage storage, std::size_t length) {
 
 TextArray::TextArray(Storage storage, Variable variable, const std::string& name,
                      std::vector<memory::Axis> axes, const std::string& description)
-    : ArrayBase(name, object_model::ElementType::String, std::move(axes), description),
+    : FileArray(object_model::ElementType::String, std::move(variable), name, std::move(axes),
+                description),
       m_storage(storage),
-      m_variable(std::move(variable)),
       m_length(textLength(storage, m_variable)),
       m_window(m_variable.windows(m_variable.shape.size() - size().size(),
                                   textBytes(storage, m_length))) {}

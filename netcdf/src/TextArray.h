@@ -1,15 +1,13 @@
 #pragma once
 
-#include <quillon/memory/ArrayBase.h>
-
-#include "Variable.h"
+#include "FileArray.h"
 #include "Window.h"
 
 namespace quillon::netcdf {
 
 /// An array over a variable of texts: strings, or characters whose last dimension is the texts'
 /// length.
-class TextArray final : public memory::ArrayBase {
+class TextArray final : public FileArray {
  public:
   enum class Storage { Strings, Characters };
 
@@ -25,7 +23,6 @@ class TextArray final : public memory::ArrayBase {
   void requirePlausibleLength() const;
 
   Storage m_storage;
-  Variable m_variable;
   std::size_t m_length;  // of a text of characters
   mutable Window<std::string> m_window;
 };

@@ -34,6 +34,8 @@ std::string valueAt(const memory::ArrayBase& array, const object_model::Tuple& i
       return std::to_string(array.getValueAsInt(index));
     case object_model::ElementType::UInt:
       return std::to_string(array.getValueAsUInt(index));
+    case object_model::ElementType::Boolean:
+      return array.getValueAsBoolean(index) ? "true" : "false";
     case object_model::ElementType::Double: {
       std::ostringstream text;
       text.precision(17);

@@ -36,8 +36,8 @@ TEST(SplitPatternsTest, BackslashesQuoteCommas) {
 
 TEST(InLinesTest, LinesLeaveRoomForTheNames) {
   EXPECT_EQ(inLines(""), "");
-  EXPECT_EQ(inLines(std::string(56, 'a') + " b"), std::string(56, 'a') + "\nb");
-  EXPECT_EQ(inLines(std::string(54, 'a') + " b c"), std::string(54, 'a') + " b\nc");
+  EXPECT_EQ(inLines(std::string(54, 'a') + " b"), std::string(54, 'a') + "\nb");
+  EXPECT_EQ(inLines(std::string(52, 'a') + " b c"), std::string(52, 'a') + " b\nc");
 }
 
 TEST(ParseCountTest, BothEndsAreAllowed) {

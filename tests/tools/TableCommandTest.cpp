@@ -31,26 +31,23 @@ const char* const NUCLEI = "data/nuclei_measurements.nc";
 const char* const CELLS = "data/observations.nc";
 
 TEST(TableCommandTest, ClimateByTimeLatitudeAndLongitude) {
-  EXPECT_EQ(table({CLIMATE, "-i", "TIME,COADSY,COADSX", "-n", "3"}),
-            printed("                          TIME         COADSY        COADSX     AIRT      SLP "
-                    "     SST     WSPD\n"
-                    "hour since 0000-01-01 00:00:00  degrees_north  degrees_east    DEG C       MB "
-                    "   Deg C      M/S\n"
-                    "                           366              1           281  25.8192  1010.52 "
-                    " 26.2958  4.96406\n"
-                    "                       1096.49              1           281  25.8061  1010.05 "
-                    " 26.8736  3.79334\n"
-                    "                       1826.97              1           281  26.3247     1010 "
-                    " 26.6447  2.85871\n"
-                    "[16800 rows x 7 columns]\n"));
+  EXPECT_EQ(
+      table({CLIMATE, "-i", "TIME,COADSY,COADSX", "-n", "3"}),
+      printed(
+          "TIME                        COADSY        COADSX     AIRT      SLP      SST     WSPD\n"
+          "                     degrees_north  degrees_east    DEG C       MB    Deg C      M/S\n"
+          "0000-01-16T06:00:00              1           281  25.8192  1010.52  26.2958  4.96406\n"
+          "0000-02-15T16:29:06              1           281  25.8061  1010.05  26.8736  3.79334\n"
+          "0000-03-17T02:58:12              1           281  26.3247     1010  26.6447  2.85871\n"
+          "[16800 rows x 7 columns]\n"));
 }
 
 TEST(TableCommandTest, TheLastDimensionVariesFastestAndMissingValuesAreBlank) {
   EXPECT_EQ(table({CLIMATE, "--variables", "SST, TIME", "--max-rows", "2"}),
-            printed("      COADSX         COADSY                            TIME      SST\n"
-                    "degrees_east  degrees_north  hour since 0000-01-01 00:00:00    Deg C\n"
-                    "         281              1                             366  26.2958\n"
-                    "         283              1                             366\n"
+            printed("      COADSX         COADSY  TIME                     SST\n"
+                    "degrees_east  degrees_north                         Deg C\n"
+                    "         281              1  0000-01-16T06:00:00  26.2958\n"
+                    "         283              1  0000-01-16T06:00:00\n"
                     "[16800 rows x 4 columns]\n"));
 }
 
@@ -88,12 +85,38 @@ TEST(TableCommandTest, AllRowsAreThere) {
 }
 
 TEST(TableCommandTest, SelectionsByPositionAndByCoordinate) {
-  EXPECT_EQ(table({CLIMATE, "--select", "TIME=@400", "--select", "COADSY=-1", "--select",
+  EXPECT_EQ(table({CLIMATE, "--select", "TIME=@0000-03", "--select", "COADSY=-1", "--select",
                    "COADSX=@281:285", "--variables", "SST,SLP", "--format", "csv"}),
             printed("TIME,COADSY,COADSX,SLP,SST\n"
-                    "366,69,281,,\n"
-                    "366,69,283,,\n"
-                    "366,69,285,,\n"));
+                    "0000-02-15T16:29:06,69,281,,\n"
+                    "0000-02-15T16:29:06,69,283,,\n"
+                    "0000-02-15T16:29:06,69,285,,\n"));
+}
+
+TEST(TableCommandTest, RangesOfTimesIncludeTheirEnds) {
+  EXPECT_EQ(table({CLIMATE, "--select", "TIME=@0000-02-15:0000-04", "--select", "COADSY=0",
+                   "--select", "COADSX=0", "--variables", "SST,SLP"}),
+            printed("       COADSY        COADSX  TIME                     SLP      SST\n"
+                    "degrees_north  degrees_east                            MB    Deg C\n"
+                    "            1           281  0000-02-15T16:29:06  1010.05  26.8736\n"
+                    "            1           281  0000-03-17T02:58:12     1010  26.6447\n"
+                    "            1           281  0000-04-16T13:27:18  1010.44  26.8827\n"
+                    "[3 rows x 5 columns]\n"));
+}
+
+TEST(TableCommandTest, ValuesAreDecodedUnlessTheyAreRaw) {
+  const Scratch scratch;
+  const std::string path = scratch.file("packed.nc", R"(
+    dimensions: t = 2 ; n = 3 ;
+    variables: int t(t) ; t:units = "days since 2011-08-01" ; short v(t) ; v:scale_factor = 0.5 ;
+      v:add_offset = 1. ; v:_FillValue = -1s ; byte b(t) ; b:dtype = "bool" ; char c(t, n) ;
+      int64 i(t) ; i:_FillValue = -1LL ;
+    data: t = 0, 1 ; v = 3, _ ; b = 1, 0 ; c = "ab", "" ; i = 9007199254740993, -1 ; )");
+  EXPECT_EQ(table({path, "--format", "csv"}), printed("t,v,b,c,i\n"
+                                                      "2011-08-01,2.5,true,ab,9007199254740993\n"
+                                                      "2011-08-02,,false,,-1\n"));
+  EXPECT_EQ(table({path, "--format", "csv", "--raw"}),
+            printed("t,v,b,c,i\n0,3,1,ab,9007199254740993\n1,-1,0,,-1\n"));
 }
 
 TEST(TableCommandTest, ExcludedVariablesAreNotThere) {
@@ -129,9 +152,9 @@ TEST(TableCommandTest, PrecisionHoldsForPeople) {
 TEST(TableCommandTest, PositionsStandWhereCoordinatesWould) {
   EXPECT_EQ(table({CLIMATE, "--positions", "--variables", "SST,TIME", "--index", "TIME,COADSX",
                    "--select", "COADSY=0:1", "-n", "1"}),
-            printed("TIME (position)  COADSX  SST[COADSY=0]                            TIME\n"
-                    "                                 Deg C  hour since 0000-01-01 00:00:00\n"
-                    "              0       0        26.2958                             366\n"
+            printed("TIME (position)  COADSX  SST[COADSY=0]  TIME\n"
+                    "                                 Deg C\n"
+                    "              0       0        26.2958  0000-01-16T06:00:00\n"
                     "[480 rows x 4 columns]\n"));
 }
 
@@ -176,7 +199,7 @@ class WholeTable {
  public:
   WholeTable(const std::string& path, const std::string& group,
              const std::optional<std::vector<std::string>>& index)
-      : m_file(path, missingAsNaN()) {
+      : m_file(path) {
     memory::Dictionary& from = m_file.group(group);
     const tables::ContractPlan plan = tables::contractPlan(from, {}, {"", {}, {}, index, true});
     memory::Selection selection(from, plan.variables);
@@ -193,12 +216,6 @@ class WholeTable {
   }
 
  private:
-  static netcdf::OpenOptions missingAsNaN() {
-    netcdf::OpenOptions options;
-    options.missingAsNaN = true;
-    return options;
-  }
-
   netcdf::File m_file;
   unsigned long m_rows = 0;
   std::shared_ptr<tabra::MemoryDataFrame> m_frame = std::make_shared<tabra::MemoryDataFrame>();

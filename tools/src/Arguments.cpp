@@ -18,7 +18,7 @@ using memory::inQuotes;
 namespace {
 
 /// How many places descriptions have beside the names of options.
-constexpr std::size_t LONGEST_LINE = 56;
+constexpr std::size_t LONGEST_LINE = 54;
 
 const std::vector<std::string>& requireNoneEmpty(const std::string& option, const std::string& list,
                                                  const std::vector<std::string>& names) {

@@ -103,7 +103,7 @@ int run(int count, const char* const* arguments) {
   application.set_version_flag("--version", "quillon " QUILLON_VERSION,
                                "Print the version and exit");
   application.require_subcommand(1);
-  application.get_formatter()->column_width(24);
+  application.get_formatter()->column_width(26);
   std::vector<Verb> verbs = {addTable(application), addInfo(application), addDiff(application)};
   verbs.push_back(addCompletion(application, verbs));
   return run(application, verbs, count, arguments);

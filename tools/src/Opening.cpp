@@ -21,7 +21,7 @@ netcdf::File openFile(const std::string& path, netcdf::OpenOptions options) {
 
 netcdf::OpenOptions readingOptions(bool raw) {
   netcdf::OpenOptions options;
-  options.missingAsNaN = !raw;
+  options.decode = !raw;
   return options;
 }
 

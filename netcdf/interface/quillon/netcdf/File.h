@@ -3,6 +3,7 @@
 #pragma once
 
 #include <quillon/memory/Dictionary.h>
+#include <quillon/netcdf/VariableFacts.h>
 
 #include <cstddef>
 #include <functional>
@@ -25,9 +26,11 @@ class Source;
 
 /// How a file is read.
 struct OpenOptions {
-  /// Whether missing values of `Double` arrays read as NaN: those equal to `_FillValue`, to one of
-  /// `missing_value` or, for a variable without `_FillValue`, to netCDF's default fill value.
-  /// Otherwise they read as they are stored.
+  /// Whether values are decoded after the CF conventions, as `File` describes; otherwise they are
+  /// read as they are stored, enumerations as integers.
+  bool decode = true;
+
+  /// Without `decode`: whether missing values of variables of fractions nevertheless read as NaN.
   bool missingAsNaN = false;
 
   /// How many bytes of one variable's values are held in memory at a time.
@@ -38,6 +41,13 @@ struct OpenOptions {
   /// time where several read, and never under a lock, so that it may use files and arrays itself.
   /// What it throws passes through the operation that read.
   std::function<void(unsigned long bytes)> onRead;
+};
+
+/// Some of the indices of a dimension: `first`, `first + step`, and so on, `count` of them.
+struct Range {
+  long first = 0;  ///< the first index, from 0
+  long count = 0;  ///< how many indices; none are allowed
+  long step = 1;   ///< from one index to the next, at least 1
 };
 
 /// A variable that the object model cannot hold.
@@ -59,11 +69,36 @@ struct Skipped {
 ///
 /// Elements: signed integers are `Int`, unsigned ones `UInt`, both exact to the last digit; `float`
 /// and `double` are `Double`; strings are `String`, and so is text of characters, whose last
-/// dimension is the text's length and no axis (NULs at its end are cut). An enumeration is read as
-/// its integers. Other types are left out, see skipped(). Packed values (`scale_factor`,
-/// `add_offset`) are left as they are stored.
+/// dimension is the text's length and no axis (NULs at its end are cut). Other types are left out,
+/// see skipped().
 ///
-/// Descriptors: `long_name` is the description, `units` both the unit and the physical unit.
+/// Decoding (unless OpenOptions::decode is off):
+///   - `_Unsigned` makes stored integers of up to 32 bits count without a sign, or with one.
+///   - `scale_factor` and `add_offset` are applied, in double. Values equal to `_FillValue`, to one
+///     of `missing_value` or, of a `float` or `double` variable without `_FillValue`, to netCDF's
+///     default fill value are missing: NaN. Either makes the array `Double`, of stored type `float`
+///     where the variable is `float` or of at most 16 bits and no packing is wider than `float`,
+///     else of `double`. Integers with neither, and those of 64 bits without packing, stay exact
+///     and as they are stored. `valid_min`, `valid_max` and `valid_range` are not applied.
+///   - Numbers with units "... since ..." (weeks to nanoseconds) and the calendar `standard`,
+///     `gregorian`, `proleptic_gregorian`, `noleap`, `365_day`, `360_day`, `julian`, `none` or no
+///     calendar at all are `memory::HasTimes` as well; as an `Array` they stay the numbers. Bounds
+///     (`bounds`, `climatology`) without units have those of their coordinate variable. Months,
+///     years and other calendars stay numbers.
+///   - A `byte` variable with the attribute `dtype` "bool", and HDF5's enumeration of FALSE and
+///   TRUE
+///     are `Boolean`. Another enumeration is a `String` of its values' names, or the number where a
+///     value has none.
+///
+/// Descriptors: `long_name` is the description, `units` both the unit and the physical unit. All
+/// other attributes, but those that decoding has used up, are the array's
+/// (`memory::HasAttributes`); those of a group but its title are the dictionary's. Attributes of
+/// types that are neither numbers nor text are left out.
+///
+/// Coordinates (`memory::HasCoordinates`): those of a dimension are its coordinate variable, read
+/// like any other, or else the first variable along it alone that the array's attribute
+/// `coordinates` names. They are found when they are asked for, and shared by the arrays of a file.
+///
 /// Dimension names are axis names. An axis is of the kind
 ///   - `Time` when its coordinate variable has units "... since ...", the standard name "time" or
 ///     the axis "T";
@@ -130,23 +165,40 @@ class File {
   /// @copydoc group
   const memory::Dictionary& group(const std::string& path) const;
 
-  /// The group at `path` with all that is in it, but along the dimensions that are named in
-  /// `extents` only so many of the first coordinates, as far as there are more: what else the file
-  /// holds is neither read nor held in memory. Texts of characters keep their length.
+  /// The group at `path` with all that is in it, but along the axes named in `ranges` only the
+  /// indices that these say: what else the file holds is neither read nor held in memory. The
+  /// arrays' coordinates are cut alike. Texts of characters keep their length.
   ///
   /// Ownership: the dictionary is the caller's; its arrays keep the file open.
+  /// @throws Error as group() does.
+  /// @throws std::invalid_argument for a range that is not in an axis of its name, and for a name
+  ///   that no axis below the group has; the sentence names the axis.
+  memory::Dictionary select(const std::string& path,
+                            const std::map<std::string, Range>& ranges) const;
+
+  /// As select(), with only so many of the first indices along the axes named in `extents`, as far
+  /// as there are more. Names that no axis has do not matter.
   /// @throws Error as group() does.
   memory::Dictionary corner(const std::string& path,
                             const std::map<std::string, unsigned long>& extents) const;
 
+  /// What the file says about the group at `path` and each of its own variables.
+  /// @throws Error as group() does, and where the file cannot be read.
+  GroupFacts facts(const std::string& path) const;
+
   /// The file's attribute `title`; empty when it has none.
   std::string title() const;
 
-  /// The variables of types that the object model cannot hold (compound, variable-length and opaque
-  /// ones), in the file's order.
+  /// The variables that the object model cannot hold (compound, variable-length and opaque ones,
+  /// and those that claim more values than can be counted), in the file's order.
   const std::vector<Skipped>& skipped() const;
 
  private:
+  int groupId(const std::string& path) const;
+  memory::Dictionary read(
+      const std::string& path,
+      const std::function<Range(const std::string& name, unsigned long size)>& rangeOf) const;
+
   std::string m_path;
   std::shared_ptr<const Source> m_source;
   memory::Dictionary m_root;
