@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <string>
 
+#include "DeltaMap.h"
 #include "Numbers.h"
 
 namespace quillon::compare {
@@ -32,8 +33,10 @@ template <class T, class U>
 class Tally {
  public:
   /// @param isSingle whether a side's values are floats that were widened.
-  Tally(const Rule& rule, unsigned long kept, bool firstIsSingle, bool secondIsSingle)
-      : m_rule(rule), m_firstIsSingle(firstIsSingle), m_secondIsSingle(secondIsSingle) {
+  /// @param map takes where values differ; null where nobody wants to know.
+  Tally(const Rule& rule, unsigned long kept, bool firstIsSingle, bool secondIsSingle,
+        DeltaMap* map = nullptr)
+      : m_rule(rule), m_firstIsSingle(firstIsSingle), m_secondIsSingle(secondIsSingle), m_map(map) {
     m_figures.kept = kept;
   }
 
@@ -72,6 +75,9 @@ class Tally {
         delta = static_cast<double>(distanceOf(a, b));
         addDelta(delta, magnitudeOf(b));
       }
+    }
+    if (m_map != nullptr) {
+      m_map->add(offset, delta);
     }
     if (mayBeKept(offset, delta)) {
       keep({offset, delta, valueOf(a, m_firstIsSingle), valueOf(b, m_secondIsSingle)});
@@ -115,6 +121,7 @@ class Tally {
   Rule m_rule;
   bool m_firstIsSingle;
   bool m_secondIsSingle;
+  DeltaMap* m_map;
   Figures m_figures;
 };
 

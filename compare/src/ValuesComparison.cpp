@@ -115,7 +115,7 @@ template <class T, class U>
 Figures figuresAs(const Array& array, const Array& other, Side& first, Side& second,
                   const ValueOptions& options, const GridPlace& place) {
   Tally<T, U> tally(options.rule, options.largest, isSingle(first.storedType()),
-                    isSingle(second.storedType()));
+                    isSingle(second.storedType()), options.map);
   const StoredBytes bytes(array, other, options.rule);
   forEachBlock(layoutOf(array, first, second), options, [&](const Block& block) {
     if (bytes.areSame(block)) {
@@ -132,7 +132,7 @@ Figures figuresAs(const Array& array, const Array& other, Side& first, Side& sec
 /// Texts have no place in memory: they are read in blocks.
 Figures figuresOfTexts(const Array& first, const Array& second, const ValueOptions& options,
                        const GridPlace& place) {
-  Tally<std::string, std::string> tally(options.rule, options.largest, false, false);
+  Tally<std::string, std::string> tally(options.rule, options.largest, false, false, options.map);
   std::vector<std::string> a;
   std::vector<std::string> b;
   forEachBlock(BoxLayout(shapeOf(first), MOST_CALLS), options, [&](const Block& block) {

@@ -1,5 +1,6 @@
 #include "FileArray.h"
 
+#include <quillon/netcdf/Decoded.h>
 #include <quillon/netcdf/LibraryLock.h>
 
 #include <mutex>
@@ -17,6 +18,11 @@ std::shared_ptr<const object_model::Array> FileArray::coordinates(unsigned long 
   const std::size_t hidden = m_variable.dimensions.size() - size().size();
   const std::lock_guard<std::mutex> guard(libraryLock());
   return m_variable.maker->coordinates(m_variable, dimension + hidden);
+}
+
+bool isDecoded(const object_model::Array& array) {
+  const auto* const known = dynamic_cast<const FileArray*>(&array);
+  return known != nullptr && known->isDecoded();
 }
 
 }  // namespace quillon::netcdf

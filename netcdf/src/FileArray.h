@@ -24,6 +24,9 @@ class FileArray : public memory::ArrayBase {
   /// Those that were set, else those in the file. @throws Error where these cannot be read.
   std::shared_ptr<const object_model::Array> coordinates(unsigned long dimension) const override;
 
+  /// Whether its values are made of stored ones of another type.
+  virtual bool isDecoded() const { return false; }
+
  protected:
   Variable m_variable;
 };

@@ -48,6 +48,8 @@ class Numbers : public FileArray, public object_model::BulkValues, public memory
     m_variable.reportRead(read(start, extent, static_cast<Value*>(destination)));
   }
 
+  bool isDecoded() const override { return !m_isInPlace; }
+
   const unsigned long* chunkExtents() const override {
     return m_blocks.empty() ? nullptr : m_blocks.data();
   }

@@ -1,5 +1,5 @@
+#include <quillon/memory/HtmlText.h>
 #include <quillon/memory/Wording.h>
-#include <quillon/tables/Html.h>
 #include <quillon/tables/Writers.h>
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 namespace quillon::tables {
 namespace {
 
-void appendLiteral(std::string_view text, Buffer& buffer) { buffer.append(inHtml(text)); }
+void appendLiteral(std::string_view text, Buffer& buffer) { buffer.append(memory::inHtml(text)); }
 
 void openCell(const Column& column, std::string_view element, Buffer& buffer) {
   buffer.append('<');

@@ -7,6 +7,7 @@
 #include <set>
 #include <utility>
 
+#include "FewColumns.h"
 #include "PlannedAxes.h"
 #include "Variables.h"
 
@@ -135,14 +136,10 @@ class Planner {
       columns = memory::boundedSum(columns, columnsOf(*variable));
       widest = widest == nullptr || columnsOf(*variable) > columnsOf(*widest) ? variable : widest;
     }
-    if (columns <= MOST_COLUMNS || m_request.allColumns) {
-      return;
+    if (!m_request.allColumns) {
+      requireFew(columns, widest == nullptr ? "" : widest->name,
+                 widest == nullptr ? 0 : columnsOf(*widest));
     }
-    throw Error("The table would have " + std::to_string(columns) + " columns, more than " +
-                std::to_string(MOST_COLUMNS) + ", " + std::to_string(columnsOf(*widest)) +
-                " of them of " + inQuotes(widest->name) +
-                "; take fewer variables, more axes into the index or a part of an axis, or ask "
-                "for all columns");
   }
 
   bool isTaken(const std::string& name) const {

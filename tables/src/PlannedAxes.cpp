@@ -1,6 +1,7 @@
 #include "PlannedAxes.h"
 
 #include <quillon/memory/Bounded.h>
+#include <quillon/memory/Nearest.h>
 #include <quillon/memory/Wording.h>
 #include <quillon/tables/Error.h>
 
@@ -67,7 +68,7 @@ const PlannedAxis& PlannedAxes::require(const std::string& name) const {
   const auto found = m_axes.find(name);
   if (found == m_axes.end()) {
     throw Error("No variable for the table has an axis " + inQuotes(name) +
-                (m_names.empty() ? " or any other" : offer(name, m_names)));
+                (m_names.empty() ? " or any other" : memory::offerOf(name, m_names)));
   }
   return found->second;
 }

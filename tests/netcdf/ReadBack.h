@@ -12,7 +12,7 @@ namespace quillon::netcdf {
 
 /// Whether the reader gives attributes and descriptions and decodes times, missing values and truth
 /// values. Where it does not, these are neither written by the tests of round trips nor compared.
-inline constexpr bool READER_IS_WHOLE = false;
+inline constexpr bool READER_IS_WHOLE = true;
 
 /// How many values an array along the axes has.
 inline unsigned long countOf(const std::vector<memory::Axis>& axes) {

@@ -33,6 +33,9 @@ class Output {
   /// Appends all of `piece`.
   void write(std::string_view piece);
 
+  /// Where pieces go, for whoever asks whether that is a terminal.
+  int descriptor() const { return m_descriptor; }
+
   /// Whether there is anybody left to read what is written.
   bool isWanted() const { return m_isWanted; }
 

@@ -1,7 +1,7 @@
+#include <quillon/memory/HtmlText.h>
 #include <quillon/memory/Wording.h>
-#include <quillon/tables/Html.h>
 
-namespace quillon::tables {
+namespace quillon::memory {
 namespace {
 
 std::string_view entityOf(char character) {
@@ -23,9 +23,9 @@ std::string_view entityOf(char character) {
 
 }  // namespace
 
-std::string inHtml(std::string_view text) {
+std::string markupOf(std::string_view text) {
   std::string result;
-  for (const char character : memory::escaped(text)) {
+  for (const char character : text) {
     const std::string_view entity = entityOf(character);
     if (entity.empty()) {
       result += character;
@@ -36,4 +36,6 @@ std::string inHtml(std::string_view text) {
   return result;
 }
 
-}  // namespace quillon::tables
+std::string inHtml(std::string_view text) { return markupOf(escaped(text)); }
+
+}  // namespace quillon::memory
