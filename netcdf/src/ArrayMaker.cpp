@@ -108,6 +108,11 @@ std::unique_ptr<ArrayBase> arrayOf(StoredForm form, const Encoding& encoding, Va
   return makeNumericArray(encoding, std::move(variable), name, std::move(axes), description);
 }
 
+std::vector<std::string> boundsOf(const Source& source, const VariableId& coordinate) {
+  return {textAttribute(source, coordinate.group, coordinate.variable, "bounds"),
+          textAttribute(source, coordinate.group, coordinate.variable, "climatology")};
+}
+
 bool isOneText(const Attribute& attribute) {
   return std::holds_alternative<std::string>(attribute.value);
 }
@@ -186,8 +191,11 @@ const ArrayMaker::KnownAxis& ArrayMaker::axisOf(int group, int dimension) const 
   const Range range = m_rangeOf ? m_rangeOf(name.data(), size) : all;
   const Axis axis(name.data(), static_cast<unsigned long>(range.count),
                   axisKindOf(*m_source, coordinate, name.data()));
-  return m_axes.emplace(std::pair(group, dimension), KnownAxis{axis, size, range, coordinate})
-      .first->second;
+  KnownAxis made{axis, size, range, coordinate, {}};
+  if (coordinate && m_source->options().decode) {
+    made.bounds = boundsOf(*m_source, *coordinate);
+  }
+  return m_axes.emplace(std::pair(group, dimension), std::move(made)).first->second;
 }
 
 std::vector<Axis> ArrayMaker::outline(Variable& variable, std::size_t fixed) const {
@@ -213,12 +221,13 @@ void ArrayMaker::addUnitsOfBounds(const Variable& variable, const std::string& n
     return;
   }
   for (const int dimension : variable.dimensions) {
-    const std::optional<VariableId> bounded = axisOf(variable.group, dimension).coordinate;
+    const KnownAxis& axis = axisOf(variable.group, dimension);
+    if (std::find(axis.bounds.begin(), axis.bounds.end(), name) == axis.bounds.end()) {
+      continue;
+    }
     const std::vector<Attribute> its =
-        bounded ? attributesOf(*m_source, bounded->group, bounded->variable)
-                : std::vector<Attribute>();
-    const bool areBounds = textOf(its, "bounds") == name || textOf(its, "climatology") == name;
-    if (areBounds && timeUnitsOf(its)) {
+        attributesOf(*m_source, axis.coordinate->group, axis.coordinate->variable);
+    if (timeUnitsOf(its)) {
       attributes.push_back({"units", textOf(its, "units")});
       attributes.push_back({"calendar", textOf(its, "calendar")});
       return;

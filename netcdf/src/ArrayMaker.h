@@ -51,6 +51,7 @@ class ArrayMaker : public std::enable_shared_from_this<ArrayMaker> {
     unsigned long stored = 0;  // its size in the file
     Range range;
     std::optional<VariableId> coordinate;
+    std::vector<std::string> bounds;  // the names of the variables that bound its cells
   };
 
   Made make(const VariableId& id, const std::string& path,
