@@ -15,27 +15,16 @@ namespace {
 
 using memory::inHtml;
 
-constexpr std::string_view BEFORE_TITLE = R"(<!DOCTYPE html>
-<html lang="en">
-<head>
-<meta charset="utf-8">
-<meta name="viewport" content="width=device-width, initial-scale=1">
-<title>)";
-
-constexpr std::string_view BEFORE_BODY = R"(</title>
-<style>
-  :root { color-scheme: light dark; --ink: #1d232b; --paper: #fff; --faint: #56606b;
-          --line: #dfe3e8; --row: #f4f6f9; --cell: #e8ecf1; --none: #3b7dd8;
+constexpr std::string_view STYLE = R"(
+  :root { --line: #dfe3e8; --row: #f4f6f9; --cell: #e8ecf1; --none: #3b7dd8;
           --d1: #fde0c5; --d2: #fbc79b; --d3: #f7a974; --d4: #ef8a55;
           --d5: #e2683f; --d6: #cc4632; --d7: #a92a2b; --d8: #7d1526; }
   @media (prefers-color-scheme: dark) {
-    :root { --ink: #e2e6ea; --paper: #15191e; --faint: #9aa5b1; --line: #2a323c;
-            --row: #1b2026; --cell: #232a32; --none: #5b9bf0;
+    :root { --line: #2a323c; --row: #1b2026; --cell: #232a32; --none: #5b9bf0;
             --d1: #4a1a20; --d2: #6e2227; --d3: #94302a; --d4: #b8482f;
             --d5: #d86a3d; --d6: #ee9355; --d7: #f8bb7c; --d8: #ffe2b3; }
   }
-  body { margin: 0; padding: 1.5rem; color: var(--ink); background: var(--paper);
-         font: 0.9375rem/1.45 system-ui, "DejaVu Sans", sans-serif; overflow-wrap: anywhere; }
+  body { overflow-wrap: anywhere; }
   h1 { font-size: 1.25rem; margin: 0; }
   p { margin: 0.2rem 0 1rem; color: var(--faint); }
   p b { color: var(--ink); }
@@ -57,9 +46,6 @@ constexpr std::string_view BEFORE_BODY = R"(</title>
   .d1 { stroke: var(--d1); } .d2 { stroke: var(--d2); } .d3 { stroke: var(--d3); }
   .d4 { stroke: var(--d4); } .d5 { stroke: var(--d5); } .d6 { stroke: var(--d6); }
   .d7 { stroke: var(--d7); } .d8 { stroke: var(--d8); }
-</style>
-</head>
-<body>
 )";
 
 std::string numberText(double number) { return memory::textInDigits(number, memory::SHOWN_DIGITS); }
@@ -209,9 +195,7 @@ std::string headline(const Report& report, std::size_t entries) {
 
 std::string toHtml(const Report& report, const std::string& first, const std::string& second) {
   const std::vector<Entry> entries = entriesOf(report);
-  std::string text(BEFORE_TITLE);
-  text += inHtml(first) + " and " + inHtml(second);
-  text += BEFORE_BODY;
+  std::string text = memory::pageStart(first + " and " + second, STYLE);
   text += "<h1>" + headline(report, entries.size()) + "</h1>\n<p><b>" + inHtml(first) +
           "</b> and <b>" + inHtml(second) + "</b> · " + memory::counted(report.values, "value") +
           " compared · " + ruleInWords(report) + "</p>\n";

@@ -2,34 +2,23 @@
 
 #include <quillon/memory/NumberText.h>
 
+#include <array>
 #include <type_traits>
 #include <variant>
 
 namespace quillon::netcdf {
 namespace {
 
-/// The name that netCDF has for a type of numbers.
+/// netCDF's names of the stored types; none for those that nobody wonders about, int and double.
+constexpr std::array<const char*, 10> TYPE_NAMES = {"byte",   "short", nullptr,  "int64", "ubyte",
+                                                    "ushort", "uint",  "uint64", "float", nullptr};
+
 template <class T>
 const char* typeName() {
-  if constexpr (std::is_same_v<T, signed char>) {
-    return "byte";
-  } else if constexpr (std::is_same_v<T, unsigned char>) {
-    return "ubyte";
-  } else if constexpr (std::is_same_v<T, short>) {
-    return "short";
-  } else if constexpr (std::is_same_v<T, unsigned short>) {
-    return "ushort";
-  } else if constexpr (std::is_same_v<T, unsigned int>) {
-    return "uint";
-  } else if constexpr (std::is_same_v<T, long>) {
-    return "int64";
-  } else if constexpr (std::is_same_v<T, unsigned long>) {
-    return "uint64";
-  } else if constexpr (std::is_same_v<T, float>) {
-    return "float";
-  } else {
-    return nullptr;  // the types of numbers that nobody wonders about
+  if constexpr (memory::IS_STORED_TYPE<T>) {
+    return TYPE_NAMES.at(static_cast<std::size_t>(memory::StoredTraits<T>::TYPE));
   }
+  return nullptr;  // that of texts
 }
 
 template <class T>
@@ -48,7 +37,7 @@ std::string listInWords(const std::vector<T>& elements) {
     text += (text.empty() ? "" : ", ") + elementInWords(element);
   }
   const char* const type = typeName<T>();
-  return type == nullptr || std::is_same_v<T, std::string> ? text : text + " (" + type + ")";
+  return type == nullptr ? text : text + " (" + type + ")";
 }
 
 std::string listInWords(const std::string& text) { return elementInWords(text); }

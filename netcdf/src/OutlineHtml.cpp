@@ -11,23 +11,12 @@ namespace {
 
 using memory::inHtml;
 
-constexpr std::string_view BEFORE_TITLE = R"(<!DOCTYPE html>
-<html lang="en">
-<head>
-<meta charset="utf-8">
-<meta name="viewport" content="width=device-width, initial-scale=1">
-<title>)";
-
-constexpr std::string_view BEFORE_BODY = R"(</title>
-<style>
-  :root { color-scheme: light dark; --ink: #1d232b; --paper: #fff; --faint: #56606b;
-          --line: #dfe3e8; --row: #f4f6f9; --bad: #a92a2b; }
+constexpr std::string_view STYLE = R"(
+  :root { --line: #dfe3e8; --row: #f4f6f9; --bad: #a92a2b; }
   @media (prefers-color-scheme: dark) {
-    :root { --ink: #e2e6ea; --paper: #15191e; --faint: #9aa5b1; --line: #2a323c;
-            --row: #1b2026; --bad: #ee9355; }
+    :root { --line: #2a323c; --row: #1b2026; --bad: #ee9355; }
   }
-  body { margin: 0; padding: 1.5rem; color: var(--ink); background: var(--paper);
-         font: 0.9375rem/1.45 system-ui, "DejaVu Sans", sans-serif; overflow-wrap: anywhere; }
+  body { overflow-wrap: anywhere; }
   h1 { font-size: 1.25rem; margin: 0; }
   h2 { font-size: 1.05rem; margin: 1.5rem 0 0.3rem; }
   h2 span, .faint { color: var(--faint); font-weight: normal; }
@@ -40,9 +29,6 @@ constexpr std::string_view BEFORE_BODY = R"(</title>
   th, td { padding: 0.1rem 1rem 0.1rem 0; text-align: left; vertical-align: top;
            font-weight: normal; }
   th { color: var(--faint); }
-</style>
-</head>
-<body>
 )";
 
 std::string rowOf(const std::string& name, const std::string& text) {
@@ -94,9 +80,7 @@ std::string inHtmlSection(const GroupFacts& group) {
 }  // namespace
 
 std::string outlineHtml(const std::vector<GroupFacts>& groups, const std::string& file) {
-  std::string text(BEFORE_TITLE);
-  text += inHtml(file);
-  text += BEFORE_BODY;
+  std::string text = memory::pageStart(file, STYLE);
   text += "<h1>" + inHtml(file) + "</h1>\n";
   for (const GroupFacts& group : groups) {
     text += inHtmlSection(group);

@@ -131,7 +131,10 @@ std::string zshOption(const Option& option) {
                                  : ":" + option.takes + ":(" + joined(option.values, " ") + ")";
   std::string text;
   for (const std::string& name : option.names) {
-    text += "        " + inShellQuotes("*" + name + description + values) + " \\\n";
+    std::string argument = "*" + name;
+    argument += description;
+    argument += values;
+    text += "        " + inShellQuotes(argument) + " \\\n";
   }
   return text;
 }

@@ -16,4 +16,10 @@ std::string inHtml(std::string_view text);
 /// literally.
 std::string markupOf(std::string_view text);
 
+/// The start of an HTML document, down to `<body>`, for bright and dark screens: with the colours
+/// `--ink`, `--paper` and `--faint`, which the style may use.
+/// @param title the page's name as plain text.
+/// @param style further rules of its style sheet.
+std::string pageStart(std::string_view title, std::string_view style);
+
 }  // namespace quillon::memory
