@@ -8,7 +8,7 @@
 #include <system_error>
 #include <vector>
 
-namespace quillon::test {
+namespace test {
 
 /// A directory of its own for one test, removed with all that is in it.
 class ScratchDirectory {
@@ -44,4 +44,4 @@ class ScratchDirectory {
   std::string m_path;
 };
 
-}  // namespace quillon::test
+}  // namespace test

@@ -19,7 +19,7 @@ bool operator==(const Outcome& first, const Outcome& second);
 void PrintTo(const Outcome& outcome, std::ostream* stream);
 
 /// A directory of its own for one test, removed with all that is in it.
-class Scratch : public quillon::test::ScratchDirectory {
+class Scratch : public ::test::ScratchDirectory {
  public:
   /// Makes the netCDF-4 file `name` from its text form (what stands inside `netcdf x { }`).
   std::string file(const std::string& name, const std::string& cdl) const;
