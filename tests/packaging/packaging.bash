@@ -9,6 +9,13 @@ HERE="$QUILLON_SOURCE/tests/packaging"
 : "${QUILLON_CLONE:?}"
 unset CMAKE_PREFIX_PATH LD_LIBRARY_PATH PKG_CONFIG_PATH DESTDIR SOURCE_DATE_EPOCH
 
+# The tests compile the same sources in many folders: where ccache is installed, once for each set of
+# options.
+if command -v ccache >/dev/null; then
+  export CMAKE_CXX_COMPILER_LAUNCHER=ccache CCACHE_DIR="${CCACHE_DIR:-$QUILLON_BUILD/ccache}"
+  export CCACHE_BASEDIR=/ CCACHE_NOHASHDIR=1
+fi
+
 # In which language standards strangers' programs are compiled. A test may ask for more, and for
 # each of the compilers: g++ and clang++ as far as they are installed.
 STANDARDS=(17)
