@@ -43,15 +43,18 @@ __all__ = [
 ]
 
 if hasattr(_core, "open_file"):
-    from quillon._files import File, open
+    from quillon._files import File, open, save
 
-    __all__ += ["File", "open"]
+    __all__ += ["File", "open", "save"]
+
+__version__: str = _core.version
 
 _LATER = {"from_xarray": "_xarray", "from_pandas": "_pandas"}
 _MODULES = ("dask", "object_model", "testing", "xarray")
 
-for _public in (Array, Difference, Dictionary, Report, Table, compare):
-    _public.__module__ = "quillon"
+for _public in __all__[:]:
+    if _public in globals():
+        globals()[_public].__module__ = "quillon"
 
 
 def __getattr__(name: str) -> Any:

@@ -295,6 +295,16 @@ class Array:
                 self._handle.set_coordinates(k, known._handle)
         self._others = {name: c for name, c in coordinates.items() if c.dims != (name,)}
 
+    def _with_values(self, values: Any) -> Array:
+        """Another array of the same outline."""
+        return _rebuild(values, *self._outline())
+
+    def _with_attrs(self, attrs: Mapping[str, Any]) -> Array:
+        """The same array with other attributes."""
+        copy = self.__copy__()
+        copy._handle.set_attrs(dict(attrs))
+        return copy
+
     def __copy__(self) -> Array:
         copy = Array._of(self._handle.renamed(self.name))
         copy._others = self._others

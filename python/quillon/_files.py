@@ -7,11 +7,14 @@ import subprocess
 import sys
 from typing import Any
 
-from quillon import _core
-from quillon._dictionary import Dictionary
-from quillon._errors import FileError
+import numpy as np
 
-__all__ = ["File", "open"]
+from quillon import _core
+from quillon._array import Array
+from quillon._dictionary import Dictionary, as_entry
+from quillon._errors import ExportError, FileError
+
+__all__ = ["File", "open", "save"]
 
 
 class File(Dictionary):
@@ -114,11 +117,98 @@ def _try(path: str, decode: bool) -> None:
         check=False,
     )
     if done.returncode < 0:
-        raise FileError(f"cannot read '{path}': reading it crashes (signal {-done.returncode})")
+        raise FileError(f"Cannot read '{path}': reading it crashes (signal {-done.returncode})")
     if done.returncode > 0:
         lines = done.stderr.decode(errors="replace").strip().splitlines() or ["it cannot be read"]
         sentence = lines[-1].partition("FileError: ")[2] or lines[-1]
         raise FileError(sentence)
+
+
+def _require_storable(dictionary: Dictionary, path: str) -> None:
+    """Complain about what no file holds, by name, before anything is written."""
+    sizes: dict[str, int] = {}
+    for name, entry in dictionary.items():
+        if isinstance(entry, Dictionary):
+            _require_storable(entry, f"{path}{name}/")
+            continue
+        if entry.element_type in ("Complex", "Dictionary"):
+            raise TypeError(
+                f"no file holds elements of the type {entry.element_type}, as {path}{name} has them"
+            )
+        for dim, size in zip(entry.dims, entry.shape):
+            if sizes.setdefault(dim, size) != size:
+                raise ExportError(
+                    f"the dimension {dim!r} of {path}{name} has the sizes {sizes[dim]} and {size}"
+                )
+
+
+_STORED_UNITS = ("D", "h", "m", "s", "ms", "us", "ns")
+
+
+def _storable(array: Array) -> Array:
+    """The array, its times in a unit that files have."""
+    if array.dtype.kind not in "mM":
+        return array
+    unit, count = np.datetime_data(array.dtype)
+    if unit in _STORED_UNITS and count == 1:
+        return array
+    wanted = "D" if unit in "YMW" else "ns" if unit in ("ps", "fs", "as") else unit
+    return array._with_values(array.values.astype(f"{array.dtype.kind}8[{wanted}]"))
+
+
+def _stored(dictionary: Dictionary) -> Dictionary:
+    """The dictionary as a file has it: coordinates are named where they belong."""
+    copy = Dictionary(name=dictionary.name, description=dictionary.description, attrs=dictionary.attrs)
+    others = dictionary._handle.coordinates
+    dims = {name: dictionary[name].dims for name in others if dictionary[name].dims != (name,)}
+    for name, entry in dictionary.items():
+        if isinstance(entry, Dictionary):
+            copy._handle.set_dictionary(name, _stored(entry)._handle)
+            continue
+        array = _storable(entry)
+        beside = sorted(n for n, d in dims.items() if name not in others and set(d) <= set(array.dims))
+        if beside and "coordinates" not in array.attrs:
+            array = array._with_attrs({**array.attrs, "coordinates": " ".join(beside)})
+        copy._handle.set_array(name, array._handle)
+    return copy
+
+
+def save(dictionary: Any, path: str | os.PathLike[str], *, deflate: int | None = None) -> None:
+    """Write a dictionary as a netCDF-4 file, whole or not at all.
+
+    Parameters
+    ----------
+    dictionary : Dictionary or mapping
+        With its dimensions, coordinates, units, attributes and groups.
+    path : path
+        Where to; a file that is there gives way to the new one, or stays where writing fails.
+    deflate : int, optional
+        How hard numbers are compressed, from 1 to 9; by default not at all.
+
+    Raises
+    ------
+    FileError
+        For a file that cannot be written.
+    TypeError
+        For complex and nested elements; it names the entry.
+    ExportError
+        For a dimension of two sizes.
+
+    Examples
+    --------
+    >>> import os, tempfile, quillon
+    >>> path = os.path.join(tempfile.mkdtemp(), "cells.nc")
+    >>> quillon.save({"area": quillon.Array([212, 96], ["label"], unit="um2")}, path)
+    >>> quillon.open(path)["area"].unit
+    'um2'
+    """
+    entries = as_entry(dictionary)
+    if not isinstance(entries, Dictionary):
+        raise TypeError(f"a dictionary is saved, not a {type(dictionary).__name__}")
+    if deflate is not None and not 0 <= deflate <= 9:
+        raise ValueError(f"values are compressed from 1 to 9, not {deflate}")
+    _require_storable(entries, "/")
+    _core.save_file(_stored(entries)._handle, os.fspath(path), deflate or 0)
 
 
 def open(
@@ -155,7 +245,7 @@ def open(
     >>> quillon.open("missing.nc")
     Traceback (most recent call last):
         ...
-    quillon.FileError: cannot read 'missing.nc': No such file or directory
+    quillon.FileError: Cannot read 'missing.nc': there is no such file
     """
     name = os.fspath(path)
     if isinstance(name, bytes):

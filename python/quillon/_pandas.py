@@ -19,7 +19,7 @@ def _values_of(column: Any) -> np.ndarray:
     if values.dtype != object:
         return values
     pandas = require("pandas")
-    missing = pandas.isna(column).to_numpy() if hasattr(column, "isna") else pandas.isna(values)
+    missing = np.asarray(pandas.isna(column))
     if not missing.any():
         return values
     present = values[~missing]

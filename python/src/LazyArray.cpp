@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "Errors.h"
+#include "OtherReaders.h"
 
 namespace quillon::python {
 namespace {
@@ -60,6 +61,7 @@ class Reader {
   }
 
   Window fetch(unsigned long first, unsigned long rows) const {
+    const OthersIn others;  // as the function may be one of them
     const py::gil_scoped_acquire gil;
     return passingOn([&] {
       const py::object given = objectOf(m_read)(first, first + rows);

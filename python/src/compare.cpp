@@ -166,17 +166,16 @@ Figures figuresOf(const ArrayHandle& first, const ArrayHandle& second, const Ext
   return compare::figures(*first.array, *second.array, options, reversed(start), reversed(shape));
 }
 
-/// The report on two arrays whose values gave these figures. `first` and `second` have their
-/// outlines, and `outlines` is the report on these alone.
-Report reportOfFigures(const Report& outlines, const Figures& figures, const ArrayHandle& outline,
-                       const std::string& path) {
-  Report report = outlines;
-  report.values += figures.values;
+/// The report `outlines`, which says all but what values there are, with the figures of the values
+/// of the array at `path`, which has the outline of `outline`.
+Report withFigures(Report outlines, const Figures& figures, const ArrayHandle& outline,
+                   const std::string& path) {
+  outlines.values = figures.values;
   if (figures.count > 0) {
-    report.rows.push_back(compare::differenceOf(path, figures, *outline.array));
-    report.same = false;
+    outlines.rows.push_back(compare::differenceOf(path, figures, *outline.array));
+    outlines.same = false;
   }
-  return report;
+  return outlines;
 }
 
 void bindFigures(py::module_& module) {
@@ -190,7 +189,7 @@ void bindFigures(py::module_& module) {
       .def(py::pickle(&stateOfFigures, &figuresOfState));
   module.def("figures", &figuresOf);
   module.def("merge", &compare::merge);
-  module.def("report_of_figures", &reportOfFigures);
+  module.def("with_figures", &withFigures);
 }
 
 }  // namespace

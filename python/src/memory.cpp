@@ -102,6 +102,8 @@ void bindArrays(py::module_& module) {
           [](const ArrayHandle& h) { return memory::nameOf(h.array->getElementType()); })
       .def_property_readonly("source", [](const ArrayHandle& h) { return objectOf(h.source); })
       .def("set_remarks", &setRemarks)
+      .def("set_attrs", [](const ArrayHandle& h,
+                           const py::dict& attributes) { setAttributes(attributes, *h.array); })
       .def("coordinates", &coordinatesOf)
       .def("set_coordinates", &setCoordinates)
       .def("read", [](const ArrayHandle& h, const Extents& start,

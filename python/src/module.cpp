@@ -8,6 +8,7 @@
 PYBIND11_MODULE(_core, module) {
   using namespace quillon::python;
   module.doc() = "The C++ libraries as they are. Use the package quillon.";
+  module.attr("version") = QUILLON_PYTHON_VERSION;
   registerErrors();
   bindMemory(module);
   bindObjectModel(module);

@@ -7,40 +7,35 @@
 #include <quillon/memory/Values.h>
 #include <quillon/netcdf/File.h>
 
+#if __has_include(<quillon/netcdf/Write.h>)
+#include <quillon/netcdf/Write.h>
+#define QUILLON_PYTHON_WRITES 1
+#endif
+#if __has_include(<quillon/netcdf/VariableFacts.h>)
+#define QUILLON_PYTHON_DECODES 1
+#endif
+
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <limits>
 #include <map>
 #include <mutex>
+#include <set>
 #include <shared_mutex>
+#include <sstream>
 #include <utility>
 
 #include "Errors.h"
 #include "Module.h"
 #include "Numpy.h"
+#include "OtherReaders.h"
 #include "Ticks.h"
 
 namespace quillon::python {
 namespace {
 
 using object_model::Array;
-
-/// The locks of Python's other readers of these files, held by this thread; see quillon._locks.
-class OtherReaders {
- public:
-  static PyRef shutOut() {
-    const py::gil_scoped_acquire gil;
-    return passingOn([] { return keep(locks().attr("acquire")()); });
-  }
-
-  static void letIn(const PyRef& held) {
-    const py::gil_scoped_acquire gil;
-    locks().attr("release")(objectOf(held));
-  }
-
- private:
-  static py::module_ locks() { return py::module_::import("quillon._locks"); }
-};
 
 /// A file that its entries read from while it is open. Reads may run side by side as far as it is
 /// concerned; closing it waits for them.
@@ -53,9 +48,9 @@ class OpenFile final : public Gate {
     m_lock.lock_shared();
     try {
       if (m_file == nullptr) {
-        throw netcdf::Error("cannot read '" + m_path + "': the file is closed");
+        throw netcdf::Error("Cannot read '" + m_path + "': the file is closed");
       }
-      held().push_back(OtherReaders::shutOut());
+      passages().push_back(std::make_unique<OthersOut>());
     } catch (...) {
       m_lock.unlock_shared();
       throw;
@@ -63,17 +58,19 @@ class OpenFile final : public Gate {
   }
 
   void leave() noexcept override {
-    OtherReaders::letIn(held().back());
-    held().pop_back();
+    passages().pop_back();
     m_lock.unlock_shared();
   }
+
+  /// Keeps what entries read from, while the file is open.
+  void own(std::shared_ptr<const void> part) { m_parts.push_back(std::move(part)); }
 
   void close() {
     const std::unique_lock<std::shared_mutex> lock(m_lock);
     if (m_file != nullptr) {
-      const PyRef locks = OtherReaders::shutOut();
+      const OthersOut others;
+      m_parts.clear();
       m_file.reset();
-      OtherReaders::letIn(locks);
     }
   }
 
@@ -86,14 +83,15 @@ class OpenFile final : public Gate {
   OpenFile& operator=(const OpenFile&) = delete;
 
  private:
-  /// What each passage of this thread holds.
-  static std::vector<PyRef>& held() {
-    thread_local std::vector<PyRef> stack;
+  /// Those of this thread.
+  static std::vector<std::unique_ptr<OthersOut>>& passages() {
+    thread_local std::vector<std::unique_ptr<OthersOut>> stack;
     return stack;
   }
 
   std::string m_path;
   std::unique_ptr<netcdf::File> m_file;
+  std::vector<std::shared_ptr<const void>> m_parts;
   std::shared_mutex m_lock;
 };
 
@@ -135,11 +133,25 @@ ArrayPointer nanosecondsOf(const memory::ArrayBase& array, const memory::HasTime
   return moments;
 }
 
+/// Takes the attribute "coordinates" of the array away: the names of entries that are coordinates.
+std::vector<std::string> takeCoordinateNames(memory::ArrayBase& array) {
+  std::vector<std::string> names;
+  for (const memory::Attribute& attribute : array.attributes()) {
+    const auto* const text = std::get_if<std::string>(&attribute.value);
+    if (attribute.name == "coordinates" && text != nullptr) {
+      std::istringstream words(*text);
+      names.assign(std::istream_iterator<std::string>(words), {});
+      array.removeAttribute(attribute.name);
+    }
+  }
+  return names;
+}
+
 /// The entries of a file behind a gate.
 class FileEntries {
  public:
-  FileEntries(std::shared_ptr<Gate> gate, bool decode)
-      : m_gate(std::move(gate)), m_decode(decode) {}
+  FileEntries(std::shared_ptr<OpenFile> file, bool decode)
+      : m_file(std::move(file)), m_decode(decode) {}
 
   DictionaryHandle copy(const object_model::Dictionary& group) {
     auto result = std::make_shared<SharedDictionary>(group.getName(), group.getDescription());
@@ -150,26 +162,49 @@ class FileEntries {
     }
     for (const auto& entry : memory::entriesOf(group)) {
       if (entry.data->asArray() != nullptr) {
-        result->set({array(dynamic_cast<const memory::ArrayBase&>(*entry.data)), nullptr, {}});
+        result->set(
+            {variable(dynamic_cast<const memory::ArrayBase&>(*entry.data), *result), {}, {}});
       } else {
         result->set({nullptr, nullptr, copy(*entry.data->asDictionary())});
       }
     }
+    keepKnown(*result);
     result->isReadOnly = true;
     return result;
   }
 
  private:
+  /// An array of a group, which is told of the coordinates that the array names.
+  ArrayPointer variable(const memory::ArrayBase& original, SharedDictionary& group) {
+    ArrayPointer result = array(original);
+    if (m_decode) {
+      for (std::string& name : takeCoordinateNames(*result)) {
+        group.coordinates.insert(std::move(name));
+      }
+    }
+    return result;
+  }
+
+  static void keepKnown(SharedDictionary& group) {
+    std::set<std::string> known;
+    for (const std::string& name : group.coordinates) {
+      if (group.contains(name)) {
+        known.insert(name);
+      }
+    }
+    group.coordinates = std::move(known);
+  }
+
   ArrayPointer array(const memory::ArrayBase& original) {
     const auto* const times = dynamic_cast<const memory::HasTimes*>(&original);
     ArrayPointer result;
     if (times != nullptr && m_decode) {
-      result = nanosecondsOf(original, *times, m_gate);
+      result = nanosecondsOf(original, *times, m_file);
     }
     if (result == nullptr) {
       // The gate keeps the original from being read when it is gone.
       const ConstArrayPointer borrowed(std::shared_ptr<void>(), &original);
-      result = siblingOf(borrowed, original.getName(), m_gate);
+      result = siblingOf(borrowed, original.getName(), m_file);
     }
     setCoordinates(original, *result);
     return result;
@@ -185,16 +220,27 @@ class FileEntries {
       }
       ArrayPointer& known = m_coordinates[found.get()];
       if (known == nullptr) {
+        m_file->own(found);
         known = array(*found);
       }
       result.setCoordinates(k, known);
     }
   }
 
-  std::shared_ptr<Gate> m_gate;
+  std::shared_ptr<OpenFile> m_file;
   bool m_decode;
   std::map<const memory::ArrayBase*, ArrayPointer> m_coordinates;
 };
+
+netcdf::OpenOptions optionsOf(bool decode) {
+  netcdf::OpenOptions options;
+#if QUILLON_PYTHON_DECODES
+  options.decode = decode;
+#else
+  options.missingAsNaN = decode;
+#endif
+  return options;
+}
 
 struct FileHandle {
   std::shared_ptr<OpenFile> file;
@@ -206,26 +252,28 @@ struct FileHandle {
 /// Opens the file and reads its outline, and its times.
 FileHandle open(const std::string& path, bool decode) {
   const py::gil_scoped_release released;
-  const PyRef locks = OtherReaders::shutOut();
   FileHandle handle;
-  try {
-    netcdf::OpenOptions options;
-    options.missingAsNaN = decode;
-    auto file = std::make_unique<netcdf::File>(path, options);
-    handle.title = file->title();
-    for (const netcdf::Skipped& entry : file->skipped()) {
-      handle.skipped.emplace_back(entry.path, entry.reason);
-    }
-    netcdf::File& opened = *file;
-    handle.file = std::make_shared<OpenFile>(path, std::move(file));
-    handle.root = FileEntries(handle.file, decode).copy(opened.root());
-  } catch (...) {
-    OtherReaders::letIn(locks);
-    throw;
+  const OthersOut others;
+  auto file = std::make_unique<netcdf::File>(path, optionsOf(decode));
+  handle.title = file->title();
+  for (const netcdf::Skipped& entry : file->skipped()) {
+    handle.skipped.emplace_back(entry.path, entry.reason);
   }
-  OtherReaders::letIn(locks);
+  netcdf::File& opened = *file;
+  handle.file = std::make_shared<OpenFile>(path, std::move(file));
+  handle.root = FileEntries(handle.file, decode).copy(opened.root());
   return handle;
 }
+
+#if QUILLON_PYTHON_WRITES
+void save(const SharedDictionary& dictionary, const std::string& path, int deflate) {
+  const py::gil_scoped_release released;
+  const OthersOut others;
+  netcdf::WriteOptions options;
+  options.deflate = deflate;
+  netcdf::write(dictionary, path, options);
+}
+#endif
 
 }  // namespace
 
@@ -239,6 +287,9 @@ void bindNetcdf(py::module_& module) {
         handle.file->close();
       });
   module.def("open_file", &open);
+#if QUILLON_PYTHON_WRITES
+  module.def("save_file", &save);
+#endif
 }
 
 }  // namespace quillon::python

@@ -153,6 +153,23 @@ def test_elements_that_are_mappings_are_entries():
     assert [row.path for row in report.rows] == ["/[1]/a"]
 
 
+@pytest.mark.parametrize("kind", ["M8[s]", "m8[s]"])
+def test_times_that_are_missing_are_no_numbers(kind):
+    one, other = (np.array(v, kind) for v in ([5, "NaT", "NaT", 7], [5, "NaT", 6, 9]))
+    report = quillon.compare(one, other, atol=1)
+    assert report.rows[0][2:8] == (2, 4, 2.0, {"dim_0": 3}, 7, 9)
+    assert report.rows[0].missing == 1
+    assert quillon.compare(one, other, atol=2).rows[0].first is None
+    assert quillon.compare(one, one).same
+    assert quillon.compare(one, one, equal_nan=False).rows[0].count == 2
+
+
+@pytest.mark.parametrize("kind", ["M8", "m8"])
+def test_times_in_other_units_are_not_compared_as_numbers(kind):
+    one, other = (np.array([1], f"{kind}[{unit}]") for unit in ("s", "ns"))
+    assert [row.reason for row in quillon.compare(one, other).rows][0] == "unit"
+
+
 # A slow comparison of values, as the rule has it.
 def oracle(a, b, atol, rtol, equal_nan):
     differing, deltas = [], []
