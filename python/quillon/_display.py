@@ -30,9 +30,9 @@ _MOST_LINES = 60
 _STYLE = """<style>
 .quillon { color-scheme: light dark; font-size: 0.9em; }
 .quillon table { border-collapse: collapse; margin: 0.3em 0; }
-.quillon td, .quillon th { padding: 0.15em 0.7em; text-align: left; white-space: pre;
+.quillon td, .quillon th { padding: 0.15em 0.7em; text-align: left !important; white-space: pre;
   border-bottom: 1px solid rgba(128, 128, 128, 0.35); background: transparent; color: inherit; }
-.quillon td.number, .quillon th.number { text-align: right; font-variant-numeric: tabular-nums; }
+.quillon td.number, .quillon th.number, .quillon [style*="right"] { text-align: right !important; font-variant-numeric: tabular-nums; }
 .quillon details > *:not(summary) { margin-left: 1.2em; }
 .quillon summary { cursor: pointer; }
 .quillon .faint { opacity: 0.65; }
@@ -134,7 +134,8 @@ def _group(dictionary: Dictionary) -> str:
 
 def dictionary_html(dictionary: Dictionary) -> str:
     """A dictionary for a notebook: its arrays, and those below it to unfold."""
-    title = _core.in_html(dictionary.description or dictionary.name or type(dictionary).__name__)
+    path = getattr(dictionary, "path", "")
+    title = _core.in_html(path or dictionary.description or dictionary.name or "Dictionary")
     return _page(f"<details open><summary>{title}</summary>{_group(dictionary)}</details>")
 
 
