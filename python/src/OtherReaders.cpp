@@ -26,9 +26,28 @@ void acquire() {
   hold().lock = passingOn([] { return keep(locks().attr("acquire")()); });
 }
 
-void release() {
+void release() noexcept {
   const py::gil_scoped_acquire gil;
-  locks().attr("release")(objectOf(std::exchange(hold().lock, nullptr)));
+  try {
+    locks().attr("release")(objectOf(std::exchange(hold().lock, nullptr)));
+  } catch (py::error_already_set& error) {
+    error.discard_as_unraisable("quillon._locks.release");
+  }
+}
+
+/// The same as acquire() where nothing may be thrown: an interrupt has to wait.
+void acquireAgain() noexcept {
+  for (bool isInterrupted = false;; isInterrupted = true) {
+    try {
+      acquire();
+      if (isInterrupted) {
+        PyErr_SetInterrupt();
+      }
+      return;
+    } catch (const Raised&) {
+      continue;
+    }
+  }
 }
 
 }  // namespace
@@ -54,7 +73,7 @@ OthersIn::OthersIn() : m_depth(std::exchange(hold().depth, 0)) {
 
 OthersIn::~OthersIn() {
   if (m_depth > 0) {
-    acquire();
+    acquireAgain();
     hold().depth = m_depth;
   }
 }

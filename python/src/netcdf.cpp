@@ -44,34 +44,31 @@ class OpenFile final : public Gate {
   OpenFile(std::string path, std::unique_ptr<netcdf::File> file)
       : m_path(std::move(path)), m_file(std::move(file)) {}
 
+  // Always the others first: whoever waits for them may have to wait for the GIL, too, which nobody
+  // needs who has the lock of this file.
   void enter() override {
+    auto others = std::make_unique<OthersOut>();
     m_lock.lock_shared();
-    try {
-      if (m_file == nullptr) {
-        throw netcdf::Error("Cannot read '" + m_path + "': the file is closed");
-      }
-      passages().push_back(std::make_unique<OthersOut>());
-    } catch (...) {
+    if (m_file == nullptr) {
       m_lock.unlock_shared();
-      throw;
+      throw netcdf::Error("Cannot read '" + m_path + "': the file is closed");
     }
+    passages().push_back(std::move(others));
   }
 
   void leave() noexcept override {
-    passages().pop_back();
     m_lock.unlock_shared();
+    passages().pop_back();
   }
 
   /// Keeps what entries read from, while the file is open.
   void own(std::shared_ptr<const void> part) { m_parts.push_back(std::move(part)); }
 
   void close() {
+    const OthersOut others;
     const std::unique_lock<std::shared_mutex> lock(m_lock);
-    if (m_file != nullptr) {
-      const OthersOut others;
-      m_parts.clear();
-      m_file.reset();
-    }
+    m_parts.clear();
+    m_file.reset();
   }
 
   ~OpenFile() override {

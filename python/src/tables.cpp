@@ -64,6 +64,7 @@ TableHandle makeTable(const SharedDictionary& dictionary, const std::optional<Na
   for (const auto& [name, reason] : unreadable) {
     request.unreadable.push_back({name, reason});
   }
+  const py::gil_scoped_release released;  // coordinates are read
   return {dictionary, request};
 }
 
