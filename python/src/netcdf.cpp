@@ -12,6 +12,7 @@
 #define QUILLON_PYTHON_WRITES 1
 #endif
 #if __has_include(<quillon/netcdf/VariableFacts.h>)
+#include <quillon/memory/TimeUnits.h>
 #define QUILLON_PYTHON_DECODES 1
 #endif
 
@@ -103,6 +104,40 @@ bool fits(long time, memory::Calendar calendar) {
           (calendar == memory::Calendar::ProlepticGregorian || time >= GREGORIAN));
 }
 
+#if QUILLON_PYTHON_DECODES
+/// Where numbers begin that are nanoseconds, in microseconds since 1970; nothing for other numbers.
+std::optional<long> originOfNanoseconds(const Array& array, memory::Calendar calendar) {
+  const auto units = memory::TimeUnits::parse(array.getUnit(), calendar);
+  if (array.getElementType() != object_model::ElementType::Int || !units ||
+      units->timeOf(1000L) - units->timeOf(0L) != 1) {
+    return {};
+  }
+  return units->timeOf(0L);
+}
+#endif
+
+/// Makes nanoseconds of the times of an array, which are in microseconds. Those that are stored as
+/// nanoseconds stay exact.
+void refine(const Array& array, memory::Calendar calendar, const std::vector<unsigned long>& start,
+            const std::vector<unsigned long>& extent, std::vector<long>& times) {
+  std::vector<long> exact;
+#if QUILLON_PYTHON_DECODES
+  const std::optional<long> origin = originOfNanoseconds(array, calendar);
+  if (origin) {
+    exact.resize(times.size());
+    memory::copyValues(array, start.data(), extent.data(), exact.data());
+  }
+  for (long& number : exact) {
+    number += *origin * 1000;
+  }
+#endif
+  for (std::size_t k = 0; k < times.size(); ++k) {
+    if (times[k] != memory::MISSING_TIME) {
+      times[k] = exact.empty() ? times[k] * 1000 : exact[k];
+    }
+  }
+}
+
 /// The times as nanoseconds, or null where numpy does not have them all.
 ArrayPointer nanosecondsOf(const memory::ArrayBase& array, const memory::HasTimes& times,
                            const std::shared_ptr<Gate>& gate) {
@@ -117,9 +152,7 @@ ArrayPointer nanosecondsOf(const memory::ArrayBase& array, const memory::HasTime
   if (!std::all_of(values.begin(), values.end(), [&](long time) { return fits(time, calendar); })) {
     return nullptr;
   }
-  for (long& value : values) {
-    value = value == memory::MISSING_TIME ? value : value * 1000;
-  }
+  refine(array, calendar, start, extent, values);
   const auto integers = std::make_shared<memory::IntArray>(
       array.getName(), array.getInformation()->axes(), std::move(values));
   ArrayPointer moments = ticksOf(array.getName(), integers, {"ns", 1, true}, gate);

@@ -65,6 +65,15 @@ def test_keeps_types(dtype, tmp_path):
             assert file["v"].dtype == values.dtype
 
 
+@pytest.mark.parametrize("dtype", ["M8[s]", "M8[ns]", "M8[D]"])
+def test_keeps_missing_times(dtype, tmp_path):
+    values = np.array([1, "NaT", 3], dtype)
+    quillon.save({"v": quillon.Array(values, ["x"])}, tmp_path / "v.nc")
+    np.testing.assert_array_equal(quillon.open(tmp_path / "v.nc")["v"].values, values)
+    with xarray.open_dataset(tmp_path / "v.nc") as theirs:
+        np.testing.assert_array_equal(theirs["v"].values, values.astype("M8[ns]"))
+
+
 def test_compresses(tmp_path):
     values = quillon.Array(np.zeros(10**5), ["x"])
     for level in (None, 1, 9):
