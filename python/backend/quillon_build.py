@@ -103,6 +103,15 @@ class _Wheel:
         self._zip.close()
 
 
+def prepare_metadata_for_build_wheel(metadata_directory: str, config_settings=None) -> str:
+    """Write what the wheel will say of itself, which takes no compiler, and return the folder."""
+    info = pathlib.Path(metadata_directory, f"quillon-{_version()}.dist-info")
+    info.mkdir()
+    for name, text in _metadata().items():
+        (info / name).write_text(text, encoding="utf-8")
+    return info.name
+
+
 def build_wheel(wheel_directory: str, config_settings=None, metadata_directory=None) -> str:
     """Build the wheel in a folder and return its name.
 

@@ -12,12 +12,12 @@ namespace {
 using object_model::AxisType;
 
 memory::Axis axisOf(const std::string& name, unsigned long size) {
-  static const std::array<std::pair<std::string, AxisType>, 4> KINDS = {
+  static const std::array<std::pair<std::string, AxisType>, 4> kinds = {
       {{"slice", AxisType::Slice},
        {"time", AxisType::Time},
        {"channel", AxisType::Channel},
        {"label", AxisType::Label}}};
-  for (const auto& [kindName, type] : KINDS) {
+  for (const auto& [kindName, type] : kinds) {
     if (kindName == name) {
       return {type, size};
     }

@@ -35,7 +35,7 @@ std::string SharedDictionary::getDataName(int index) const {
 Data* SharedDictionary::data(const std::string& name) { return &at(name).data(); }
 const Data* SharedDictionary::data(const std::string& name) const { return &at(name).data(); }
 
-void SharedDictionary::set(Entry entry) {
+void SharedDictionary::set(const Entry& entry) {
   const std::string name = entry.data().getName();
   const auto known = m_entries.find(name);
   if (known == m_entries.end()) {

@@ -42,7 +42,7 @@ class SharedDictionary final : public memory::DictionaryBase {
 
   /// Makes `entry`, which bears this name and stands in no dictionary, the one of its name; one
   /// that is there gives way to it and leaves it its place.
-  void set(Entry entry);
+  void set(const Entry& entry);
   void remove(const std::string& name);
   const Entry& at(const std::string& name) const;
   bool contains(const std::string& name) const { return m_entries.count(name) != 0; }
