@@ -51,8 +51,8 @@ quillon_debian_package(libquillon-object-model-dev libdevel
   "Headers, the CMake package, pkg-config files and examples of the object
 model, and static libraries with arrays in memory and a reader of netCDF
 files.")
-# With COMPONENTS netcdf, the CMake package looks for libnetcdf through pkg-config.
-set(CPACK_DEBIAN_LIBQUILLON-OBJECT-MODEL-DEV_PACKAGE_RECOMMENDS "libnetcdf-dev, pkgconf")
+# With COMPONENTS netcdf, the CMake package looks for these libraries through pkg-config.
+set(CPACK_DEBIAN_LIBQUILLON-OBJECT-MODEL-DEV_PACKAGE_RECOMMENDS "libdeflate-dev, libhdf5-dev, libnetcdf-dev, pkgconf")
 if(TARGET quillon)
   # Slots are only ever appended, so that a newer library serves an older tool. The tool needs this
   # libtabra, with its table in memory, hence the version.

@@ -14,12 +14,12 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <vector>
 
+#include "InputFile.h"
 #include "Law.h"
 
 namespace quillon::fuzz {
@@ -33,28 +33,6 @@ constexpr rlim_t MOST_SECONDS_IN_A_COPY = 5;
 
 bool isCopy = false;  // of the process, which leaves breaches for the process to find
 constexpr std::size_t WINDOW_BYTES = 4096;
-
-/// A file that lasts as long as the object. It stands in a directory, since libhdf5 follows links
-/// to the end, and the one that leads to a file in memory ends nowhere.
-class InputFile {
- public:
-  InputFile(const std::uint8_t* bytes, std::size_t size)
-      : m_path(std::filesystem::temp_directory_path() / "quillon-fuzz-XXXXXX") {
-    const int file = mkstemp(m_path.data());
-    const bool isWritten = file >= 0 && ::write(file, bytes, size) == static_cast<ssize_t>(size);
-    if (!isWritten || ::close(file) != 0) {
-      reportBreach("no file for the reader can be made");
-    }
-  }
-  ~InputFile() { ::unlink(m_path.c_str()); }
-  InputFile(const InputFile&) = delete;
-  InputFile& operator=(const InputFile&) = delete;
-
-  const std::string& path() const { return m_path; }
-
- private:
-  std::string m_path;
-};
 
 void readValue(const memory::ArrayBase& array, const object_model::Tuple& index) {
   switch (array.getElementType()) {
@@ -119,7 +97,6 @@ unsigned long read(const std::string& path) {
   unsigned long valueBytes = 0;
   netcdf::OpenOptions options;
   options.windowBytes = WINDOW_BYTES;
-  options.missingAsNaN = true;
   options.onRead = [&](unsigned long bytes) { valueBytes += bytes; };
   allowErrorNaming(path, [&] { readAll(path, netcdf::File(path, options).root()); });
   return valueBytes;

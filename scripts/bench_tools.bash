@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # What the tool costs as a whole process, beside other tools at the same work.
 
-BENCH_TOOLS_PACKAGES=(cdo hdf5-tools netcdf-bin time)
+BENCH_TOOLS_PACKAGES=(cdo hdf5-tools netcdf-bin pnetcdf-bin time)
 
 # How often each command is run; the least of each figure counts, as other load only adds to it.
 BENCH_TOOLS_RUNS=5
@@ -19,16 +19,32 @@ make_bench_files() {
   done
 }
 
-# measure STATUS COMMAND...: sets `milliseconds` of processor time (user and system) and `kibibytes`
-# of memory, each the least of several runs, all of which must end with STATUS.
+# make_stored_files DIRECTORY: 27 million floats, the climate data 400 times longer along TIME, with an
+# equal file and one with other wind speeds: classic, netCDF-4 as nccopy makes it, and netCDF-4 in
+# larger chunks that are shuffled.
+make_stored_files() {
+  local cdo=(cdo -s --no_history -f nc2) classic="$1/long.nc" file
+  "${cdo[@]}" -duplicate,400 data/north_atlantic_climate.nc "$classic"
+  "${cdo[@]}" -replace "$classic" -addc,1 -selname,WSPD "$classic" "$1/long-other.nc"
+  for file in long long-other; do
+    nccopy -k nc4 -d 1 "$1/$file.nc" "$1/$file.nc4"
+    nccopy -k nc4 -s -d 1 -c TIME/480,COADSY/35,COADSX/40 "$1/$file.nc" "$1/$file.chunks"
+  done
+  for file in nc nc4 chunks; do cp "$1/long.$file" "$1/long-same.$file"; done
+}
+
+# measure STATUS COMMAND...: sets `milliseconds` of processor time (user and system), `elapsed` ones, and
+# `kibibytes` of memory, each the least of several runs, all of which must end with STATUS.
 measure() {
-  local run status user system memory TIMEFORMAT='%3U %3S'
-  milliseconds='' kibibytes=''
+  local run status real user system memory TIMEFORMAT='%3R %3U %3S'
+  milliseconds='' elapsed='' kibibytes=''
   for ((run = 0; run < BENCH_TOOLS_RUNS; ++run)); do
     { time command time --quiet -f %M -o "$files/memory" "${@:2}" &>/dev/null; } 2>"$files/time" &&
       status=0 || status=$?
     ((status == $1)) || fail "status $status instead of $1: ${*:2}"
-    read -r user system <"$files/time"
+    read -r real user system <"$files/time"
+    real=$((10#${real/./}))
+    if [[ -z "$elapsed" ]] || ((real < elapsed)); then elapsed=$real; fi
     user=$((10#${user/./} + 10#${system/./}))
     memory="$(<"$files/memory")"
     if [[ -z "$milliseconds" ]] || ((user < milliseconds)); then milliseconds=$user; fi
@@ -95,6 +111,49 @@ bench_job() {
       printf "%s\t%.2f\t%.1f\t%.1f\n", row, ours / fastest, short / 1024, long / 1024 }'
 }
 
+# print_ratio PEER MOST OURS THEIRS: prints a row of the job `title`; MOST is the ratio to reach.
+print_ratio() {
+  awk -v row="$title"$'\t'"$3"$'\t'"$1"$'\t'"$4" -v ours="$3" -v theirs="$4" -v most="$2" -v memory="$memory" \
+    'BEGIN {
+      ratio = ours / (theirs > 0 ? theirs : 1)
+      printf "%s\t%.2f\t%s\t%s\t%.1f\n", row, ratio, most, ratio <= most ? "-" : "missed", memory / 1024 }'
+}
+
+# beside MOST COMMAND...: prints a row for another tool, given the job's two files.
+beside() {
+  measure "$status" "${@:2}" "${stored[@]}"
+  print_ratio "${*:2}" "$1" "$ours" "$milliseconds"
+}
+
+# stored_job STATUS SUFFIX KIND TITLE: measures `quillon diff` of two long files, the other of which is
+# of that KIND, for the rows that follow.
+stored_job() {
+  status=$1 title="$4" stored=("$files/long.$2" "$files/long-$3.$2")
+  measure "$status" "$quillon" diff "${stored[@]}"
+  ours=$milliseconds our_elapsed=$elapsed memory=$kibibytes
+}
+
+# bench_stored: prints what is read, and unpacked, no more than needed.
+bench_stored() {
+  local status title stored ours our_elapsed memory milliseconds elapsed kibibytes
+  printf 'job\tquillon\tbeside\ttakes\tratio\tat most\t\tMiB\n'
+  stored_job 0 nc4 same 'equal, deflated'
+  beside 0.1 cdo -s diffn
+  beside 3 cmp
+  stored_job 0 chunks same 'equal, large chunks'
+  beside 0.1 cdo -s diffn
+  beside 3 cmp
+  stored_job 1 nc4 other '1 of 4 differs, deflated'
+  beside 0.4 cdo -s diffn
+  print_ratio 'cdo -s diffn, elapsed' 0.3 "$our_elapsed" "$elapsed"
+  stored_job 1 chunks other '1 of 4 differs, large chunks'
+  beside 0.4 cdo -s diffn
+  print_ratio 'cdo -s diffn, elapsed' 0.3 "$our_elapsed" "$elapsed"
+  stored_job 0 nc same 'equal, classic'
+  beside 1.5 cdfdiff
+  beside 0.5 cdo -s diffn
+}
+
 # bench_tools QUILLON: prints how long the tool QUILLON takes beside other tools, and its memory.
 bench_tools() (
   quillon="$1"
@@ -116,4 +175,8 @@ bench_tools() (
     bench_job table nc 'table, 10 rows'
     bench_job whole-table nc 'table, all rows of 2 variables'
   } | column -t -s $'\t'
+  rm -r "${files:?}"/*
+  make_stored_files "$files"
+  printf '\n'
+  bench_stored | column -t -s $'\t'
 )

@@ -6,11 +6,13 @@
 
 #include <exception>
 #include <new>
+#include <optional>
 #include <unordered_set>
 #include <utility>
 #include <variant>
 
 #include "Attributes.h"
+#include "DeltaMap.h"
 #include "Outline.h"
 #include "PathRules.h"
 #include "Places.h"
@@ -90,7 +92,9 @@ std::string inBrackets(const object_model::Tuple& position) {
 class Walk {
  public:
   Walk(const Data& first, const Data& second, const Options& options)
-      : m_options(options), m_rules(options, first, second) {
+      : m_options(options),
+        m_rules(options, first, second),
+        m_path(options.root == "/" ? std::string() : options.root) {
     m_report.tolerance = options.tolerance;
     m_report.nanEqual = options.nanEqual;
     if (options.progress) {
@@ -130,8 +134,17 @@ class Walk {
 
   void add(std::string path, Reason reason, Value first, Value second) {
     constexpr double NONE = std::numeric_limits<double>::quiet_NaN();
-    m_report.rows.push_back(
-        {std::move(path), reason, 0, 0, 0, {}, NONE, NONE, std::move(first), std::move(second)});
+    m_report.rows.push_back({std::move(path),
+                             reason,
+                             0,
+                             0,
+                             0,
+                             {},
+                             NONE,
+                             NONE,
+                             std::move(first),
+                             std::move(second),
+                             {}});
   }
 
   void addNotCompared(const std::string& reason) {
@@ -307,11 +320,21 @@ class Walk {
     }
     const Tolerance& tolerance = m_rules.toleranceFor(path());
     const Rule rule{tolerance.absolute, tolerance.relative, m_options.nanEqual};
+    std::optional<DeltaMap> map;
+    if (m_options.pictures) {
+      map.emplace(first.size());
+    }
+    const bool isDrawn = map && map->isDrawn();
     const Figures figures =
-        figuresOf(first, second, {rule, m_options.largest, m_progress}, wholeGrid(first.size()));
+        figuresOf(first, second, {rule, m_options.largest, m_progress, isDrawn ? &*map : nullptr},
+                  wholeGrid(first.size()));
     m_report.values += figures.values;
     if (figures.count > 0) {
-      m_report.rows.push_back(differenceAt(path(), figures, Places(first, second)));
+      const Places places(first, second);
+      m_report.rows.push_back(differenceAt(path(), figures, places));
+      if (isDrawn) {
+        m_report.rows.back().picture = map->picture(places.names());
+      }
     }
   }
 
@@ -319,7 +342,7 @@ class Walk {
   PathRules m_rules;
   std::function<void(unsigned long)> m_progress;
   std::exception_ptr m_thrown;
-  std::string m_path;  // empty for the root
+  std::string m_path;  // empty for "/"
   std::vector<Open> m_open;
   Report m_report;
 };

@@ -4,31 +4,9 @@
 namespace quillon::compare {
 namespace {
 
+using memory::Json;
 using memory::jsonNumber;
 using memory::jsonText;
-
-/// An object or a list that grows by a member at a time.
-class Json {
- public:
-  explicit Json(char opening) : m_text(1, opening), m_closing(opening == '{' ? '}' : ']') {}
-
-  /// Adds a member of an object; `json` is its value.
-  Json& add(const std::string& name, const std::string& json) {
-    return add(jsonText(name) + ": " + json);
-  }
-
-  /// Adds an element of a list.
-  Json& add(const std::string& json) {
-    m_text += (m_text.size() == 1 ? "" : ", ") + json;
-    return *this;
-  }
-
-  std::string text() const { return m_text + m_closing; }
-
- private:
-  std::string m_text;
-  char m_closing;
-};
 
 std::string truth(bool value) { return value ? "true" : "false"; }
 

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <utility>
 
+#include "Sentences.h"
+
 namespace quillon::compare {
 namespace {
 
@@ -42,12 +44,30 @@ Texts excerpts(const std::string& a, const std::string& b) {
   return {excerpt(a, start), excerpt(b, start)};
 }
 
-std::string pairInWords(const Value& first, const Value& second) {
+/// The colours of lines at a terminal, or none.
+class Paint {
+ public:
+  explicit Paint(bool isColored) : m_isColored(isColored) {}
+
+  std::string path(const std::string& text) const { return in("1", text); }
+  std::string pair(const Texts& texts) const {
+    return in("31", texts.first) + " and " + in("32", texts.second);
+  }
+
+ private:
+  std::string in(const char* color, const std::string& text) const {
+    return m_isColored ? std::string("\x1b[") + color + "m" + text + "\x1b[0m" : text;
+  }
+
+  bool m_isColored;
+};
+
+std::string pairInWords(const Value& first, const Value& second, const Paint& paint) {
   const auto* const a = std::get_if<std::string>(&first);
   const auto* const b = std::get_if<std::string>(&second);
   const Texts texts =
       a != nullptr && b != nullptr ? excerpts(*a, *b) : Texts(textOf(first), textOf(second));
-  return texts.first + " and " + texts.second;
+  return paint.pair(texts);
 }
 
 /// A coordinate behind its index; times and texts need no quotes there.
@@ -72,7 +92,7 @@ std::string placeInWords(const std::vector<Place>& places, bool withCoordinates)
 
 std::string deltaInWords(double delta) { return memory::textInDigits(delta, memory::SHOWN_DIGITS); }
 
-std::string valuesInWords(const Difference& row) {
+std::string valuesInWords(const Difference& row, const Paint& paint) {
   std::string text =
       std::to_string(row.count) + " of " + std::to_string(row.size) + " values differ";
   if (row.missing > 0) {
@@ -84,7 +104,7 @@ std::string valuesInWords(const Difference& row) {
   const PlacedPair& pair = row.largest.front();
   text += std::isnan(pair.delta) ? "; the first is"
                                  : "; the largest delta is " + deltaInWords(pair.delta);
-  return text + placeInWords(pair.at, false) + ": " + pairInWords(pair.first, pair.second);
+  return text + placeInWords(pair.at, false) + ": " + pairInWords(pair.first, pair.second, paint);
 }
 
 /// What a row says of one side, where it needs no quotes.
@@ -93,36 +113,36 @@ std::string plainText(const Value& value) {
   return text == nullptr ? textOf(value) : escaped(*text);
 }
 
-std::string bothInWords(const std::string& what, const Difference& row) {
-  return what + " differ: " + plainText(row.first) + " and " + plainText(row.second);
+std::string bothInWords(const std::string& what, const Difference& row, const Paint& paint) {
+  return what + " differ: " + paint.pair({plainText(row.first), plainText(row.second)});
 }
 
-std::string attributeInWords(const Difference& row) {
+std::string attributeInWords(const Difference& row, const Paint& paint) {
   if (std::holds_alternative<std::monostate>(row.first)) {
     return "only in the second: " + textOf(row.second);
   }
   if (std::holds_alternative<std::monostate>(row.second)) {
     return "only in the first: " + textOf(row.first);
   }
-  return "the attributes differ: " + pairInWords(row.first, row.second);
+  return "the attributes differ: " + pairInWords(row.first, row.second, paint);
 }
 
-std::string reasonInWords(const Difference& row) {
+std::string reasonIn(const Paint& paint, const Difference& row) {
   switch (row.reason) {
     case Reason::Kind:
-      return bothInWords("the kinds", row);
+      return bothInWords("the kinds", row, paint);
     case Reason::Shape:
-      return bothInWords("the shapes", row);
+      return bothInWords("the shapes", row, paint);
     case Reason::Dimensions:
-      return bothInWords("the dimensions", row);
+      return bothInWords("the dimensions", row, paint);
     case Reason::ElementType:
-      return bothInWords("the element types", row);
+      return bothInWords("the element types", row, paint);
     case Reason::Unit:
-      return "the units differ: " + pairInWords(row.first, row.second);
+      return "the units differ: " + pairInWords(row.first, row.second, paint);
     case Reason::Attribute:
-      return attributeInWords(row);
+      return attributeInWords(row, paint);
     case Reason::Values:
-      return valuesInWords(row);
+      return valuesInWords(row, paint);
     case Reason::OnlyInFirst:
     case Reason::OnlyInSecond:
       break;
@@ -130,29 +150,33 @@ std::string reasonInWords(const Difference& row) {
   return textOf(row.reason);
 }
 
-std::string lineOf(const Difference& row) { return escaped(row.path) + ": " + reasonInWords(row); }
+std::string lineOf(const Difference& row, const Paint& paint) {
+  return paint.path(escaped(row.path)) + ": " + reasonIn(paint, row);
+}
 
-std::string lineOf(const NotCompared& entry) {
-  return escaped(entry.path) + ": not compared: " + escaped(entry.reason);
+std::string lineOf(const NotCompared& entry, const Paint& paint) {
+  return paint.path(escaped(entry.path)) + ": not compared: " + memory::disarmed(entry.reason);
 }
 
 /// "  0.5 at time=3 (2011-08-01): 1 and 1.5"; without a delta, "  at ...".
-std::string lineOf(const PlacedPair& pair) {
+std::string lineOf(const PlacedPair& pair, const Paint& paint) {
   const std::string delta = std::isnan(pair.delta) ? "" : " " + deltaInWords(pair.delta);
-  return " " + delta + placeInWords(pair.at, true) + ": " + pairInWords(pair.first, pair.second);
+  return " " + delta + placeInWords(pair.at, true) + ": " +
+         pairInWords(pair.first, pair.second, paint);
 }
 
 void addLines(const Difference& row, const LineOptions& options, std::vector<std::string>& result) {
-  result.push_back(lineOf(row));
+  const Paint paint(options.isColored);
+  result.push_back(lineOf(row, paint));
   const std::size_t shown = std::min<std::size_t>(row.largest.size(), options.largest);
   for (std::size_t k = 0; k < shown; ++k) {
-    result.push_back(lineOf(row.largest[k]));
+    result.push_back(lineOf(row.largest[k], paint));
   }
 }
 
-void addLines(const NotCompared& entry, const LineOptions& /*options*/,
+void addLines(const NotCompared& entry, const LineOptions& options,
               std::vector<std::string>& result) {
-  result.push_back(lineOf(entry));
+  result.push_back(lineOf(entry, Paint(options.isColored)));
 }
 
 template <class Row>
@@ -168,6 +192,8 @@ void addAll(const std::vector<Row>& rows, const LineOptions& options,
 }
 
 }  // namespace
+
+std::string reasonInWords(const Difference& row) { return reasonIn(Paint(false), row); }
 
 std::vector<std::string> lines(const Report& report, const LineOptions& options) {
   std::vector<std::string> result;
@@ -188,10 +214,11 @@ std::string text(const Report& report, const LineOptions& options) {
 }
 
 std::string message(const Report& report) {
+  const Paint plain(false);
   if (!report.rows.empty()) {
-    return lineOf(report.rows.front());
+    return lineOf(report.rows.front(), plain);
   }
-  return report.notCompared.empty() ? std::string() : lineOf(report.notCompared.front());
+  return report.notCompared.empty() ? std::string() : lineOf(report.notCompared.front(), plain);
 }
 
 }  // namespace quillon::compare

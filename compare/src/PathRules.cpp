@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -17,6 +18,16 @@ using object_model::Dictionary;
 /// A path as patterns may spell it as well, without the `/` that it begins with.
 std::string_view withoutSlash(std::string_view path) {
   return path.empty() || path[0] != '/' ? path : path.substr(1);
+}
+
+/// What of `path` is behind `root`, neither of which begins with a `/`; none where it is elsewhere.
+std::optional<std::string_view> below(std::string_view root, std::string_view path) {
+  if (root.empty()) {
+    return path;
+  }
+  const bool isBelow =
+      path.size() > root.size() && path.substr(0, root.size()) == root && path[root.size()] == '/';
+  return isBelow ? std::optional(path.substr(root.size() + 1)) : std::nullopt;
 }
 
 bool matchesPath(const memory::Pattern& pattern, std::string_view path) {
@@ -68,10 +79,13 @@ void requireSound(const Tolerance& tolerance) {
   }
 }
 
-PathPattern::PathPattern(const std::string& text, const Data& first, const Data& second)
-    : m_pattern(text, memory::Slash::Passes),
-      m_isExact(m_pattern.hasWildcards() && (seemsToHold(first, withoutSlash(text)) ||
-                                             seemsToHold(second, withoutSlash(text)))) {}
+PathPattern::PathPattern(const std::string& text, const std::string& root, const Data& first,
+                         const Data& second)
+    : m_pattern(text, memory::Slash::Passes) {
+  const std::optional<std::string_view> path = below(withoutSlash(root), withoutSlash(text));
+  m_isExact =
+      m_pattern.hasWildcards() && path && (seemsToHold(first, *path) || seemsToHold(second, *path));
+}
 
 bool PathPattern::matches(std::string_view path) const {
   return m_isExact ? withoutSlash(path) == withoutSlash(m_pattern.text())
@@ -83,10 +97,10 @@ PathRules::PathRules(const Options& options, const Data& first, const Data& seco
   requireSound(options.tolerance);
   for (const PathTolerance& some : options.tolerances) {
     requireSound(some.tolerance);
-    m_tolerances.emplace_back(some.pattern, first, second);
+    m_tolerances.emplace_back(some.pattern, options.root, first, second);
   }
   for (const std::string& pattern : options.ignore) {
-    m_ignored.emplace_back(pattern, first, second);
+    m_ignored.emplace_back(pattern, options.root, first, second);
     if (pattern.find('@') != std::string::npos) {
       m_ignoredAttributes.emplace_back(pattern, memory::Slash::Passes);
     }

@@ -16,14 +16,15 @@ void requireSound(const Tolerance& tolerance);
 /// A pattern of paths. Where it is the very path of an entry it stands for that one alone.
 class PathPattern {
  public:
-  PathPattern(const std::string& text, const object_model::Data& first,
+  /// @param root the path of both objects.
+  PathPattern(const std::string& text, const std::string& root, const object_model::Data& first,
               const object_model::Data& second);
 
   bool matches(std::string_view path) const;
 
  private:
   memory::Pattern m_pattern;
-  bool m_isExact;
+  bool m_isExact = false;
 };
 
 /// What the options say about single paths.

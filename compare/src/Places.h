@@ -42,6 +42,9 @@ class Places {
   /// The position of a value in storage order, the slowest dimension first.
   std::vector<Place> at(unsigned long offset) const;
 
+  /// What the dimensions are called, dimension 0 first; each name is unique.
+  const std::vector<std::string>& names() const { return m_names; }
+
  private:
   std::vector<memory::AxisFacts> m_axes;  // dimension 0 first, as the others
   std::vector<std::string> m_names;

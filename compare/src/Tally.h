@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <string>
 
+#include "DeltaMap.h"
 #include "Numbers.h"
 
 namespace quillon::compare {
@@ -32,8 +33,10 @@ template <class T, class U>
 class Tally {
  public:
   /// @param isSingle whether a side's values are floats that were widened.
-  Tally(const Rule& rule, unsigned long kept, bool firstIsSingle, bool secondIsSingle)
-      : m_rule(rule), m_firstIsSingle(firstIsSingle), m_secondIsSingle(secondIsSingle) {
+  /// @param map takes where values differ; null where nobody wants to know.
+  Tally(const Rule& rule, unsigned long kept, bool firstIsSingle, bool secondIsSingle,
+        DeltaMap* map = nullptr)
+      : m_rule(rule), m_firstIsSingle(firstIsSingle), m_secondIsSingle(secondIsSingle), m_map(map) {
     m_figures.kept = kept;
   }
 
@@ -53,6 +56,9 @@ class Tally {
     }
   }
 
+  /// Counts pairs that are known to be the same.
+  void addSame(unsigned long count) { m_figures.values += count; }
+
   const Figures& figures() const { return m_figures; }
 
  private:
@@ -71,6 +77,9 @@ class Tally {
         delta = static_cast<double>(distanceOf(a, b));
         addDelta(delta, magnitudeOf(b));
       }
+    }
+    if (m_map != nullptr) {
+      m_map->add(offset, delta);
     }
     if (mayBeKept(offset, delta)) {
       keep({offset, delta, keptOf(a, m_firstIsSingle), keptOf(b, m_secondIsSingle)});
@@ -124,6 +133,7 @@ class Tally {
   Rule m_rule;
   bool m_firstIsSingle;
   bool m_secondIsSingle;
+  DeltaMap* m_map;
   Figures m_figures;
 };
 

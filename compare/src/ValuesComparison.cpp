@@ -3,6 +3,7 @@
 #include <quillon/memory/Facets.h>
 #include <quillon/memory/Values.h>
 
+#include <algorithm>
 #include <string>
 
 #include "BoxComparison.h"
@@ -20,6 +21,8 @@ using object_model::StoredType;
 
 // Bytes of a block, unless a chunk has more: what the caches of a processor hold.
 constexpr unsigned long MOST_BYTES = 1UL << 20U;
+// Of chunks that are fetched and perhaps unpacked, so many that several threads can do it.
+constexpr unsigned long MOST_FETCHED_BYTES = 1UL << 23U;
 // Where each value takes a call, larger blocks would only leave the nearest cache.
 constexpr unsigned long MOST_CALLS = 4096;
 
@@ -64,13 +67,44 @@ Box boxOf(const Side& first, const Side& second, const Block& block, const GridP
   return box;
 }
 
+unsigned long mostBytes(const std::vector<unsigned long>& shape, const Side& side) {
+  if (side.isInPlace() || side.chunkExtents() == nullptr) {
+    return MOST_BYTES;
+  }
+  auto bytes = static_cast<double>(memory::bytesOf(side.storedType()));  // of a chunk
+  for (std::size_t k = 0; k < shape.size(); ++k) {
+    bytes *= static_cast<double>(std::min(side.chunkExtents()[k], shape[k]));
+  }
+  return bytes <= static_cast<double>(MOST_FETCHED_BYTES) ? MOST_FETCHED_BYTES : MOST_BYTES;
+}
+
 BoxLayout layoutOf(const Array& array, const Side& first, const Side& second) {
   const Side& read = first.chunkExtents() != nullptr ? first : second;
   if (read.chunkExtents() == nullptr && (first.isByAccessor() || second.isByAccessor())) {
     return {shapeOf(array), MOST_CALLS};
   }
-  return {shapeOf(array), MOST_BYTES / memory::bytesOf(read.storedType()), read.chunkExtents()};
+  const std::vector<unsigned long> shape = shapeOf(array);
+  return {shape, mostBytes(shape, read) / memory::bytesOf(read.storedType()), read.chunkExtents()};
 }
+
+/// Tells for blocks, without a look at their values, that they are the same.
+class StoredBytes {
+ public:
+  /// What is the same in bytes is the same under every rule in which NaN equals NaN. Under others
+  /// nothing is known.
+  StoredBytes(const Array& first, const Array& second, const Rule& rule)
+      : m_first(rule.nanEqual ? dynamic_cast<const memory::HasStoredBytes*>(&first) : nullptr),
+        m_second(second) {}
+
+  bool areSame(const Block& block) const {
+    return m_first != nullptr &&
+           m_first->holdsSameBytes(m_second, block.start.data(), block.extent.data());
+  }
+
+ private:
+  const memory::HasStoredBytes* m_first;
+  const Array& m_second;
+};
 
 bool isSingle(StoredType type) {
   return type == StoredType::Float32 || type == StoredType::Complex64;
@@ -78,11 +112,16 @@ bool isSingle(StoredType type) {
 
 /// The figures where the first side's values are taken as `T` and the second's as `U`.
 template <class T, class U>
-Figures figuresAs(const Array& array, Side& first, Side& second, const ValueOptions& options,
-                  const GridPlace& place) {
+Figures figuresAs(const Array& array, const Array& other, Side& first, Side& second,
+                  const ValueOptions& options, const GridPlace& place) {
   Tally<T, U> tally(options.rule, options.largest, isSingle(first.storedType()),
-                    isSingle(second.storedType()));
+                    isSingle(second.storedType()), options.map);
+  const StoredBytes bytes(array, other, options.rule);
   forEachBlock(layoutOf(array, first, second), options, [&](const Block& block) {
+    if (bytes.areSame(block)) {
+      tally.addSame(block.count);
+      return;
+    }
     first.load(block);
     second.load(block);
     BoxComparison<T, U>(boxOf(first, second, block, place), tally).run();
@@ -93,7 +132,7 @@ Figures figuresAs(const Array& array, Side& first, Side& second, const ValueOpti
 /// Texts have no place in memory: they are read in blocks.
 Figures figuresOfTexts(const Array& first, const Array& second, const ValueOptions& options,
                        const GridPlace& place) {
-  Tally<std::string, std::string> tally(options.rule, options.largest, false, false);
+  Tally<std::string, std::string> tally(options.rule, options.largest, false, false, options.map);
   std::vector<std::string> a;
   std::vector<std::string> b;
   forEachBlock(BoxLayout(shapeOf(first), MOST_CALLS), options, [&](const Block& block) {
@@ -189,10 +228,10 @@ Figures figuresOf(const Array& first, const Array& second, const ValueOptions& a
       using T = typename decltype(firstTag)::Type;
       using U = typename decltype(secondTag)::Type;
       if constexpr (std::is_same_v<T, U>) {
-        figures = figuresAs<T, T>(first, a, b, options, place);
+        figures = figuresAs<T, T>(first, second, a, b, options, place);
       } else if constexpr (IS_NUMBER<T> && IS_NUMBER<U>) {
-        figures =
-            figuresAs<memory::ElementOf<T>, memory::ElementOf<U>>(first, a, b, options, place);
+        figures = figuresAs<memory::ElementOf<T>, memory::ElementOf<U>>(first, second, a, b,
+                                                                        options, place);
       }
     });
   });

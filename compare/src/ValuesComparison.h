@@ -9,6 +9,7 @@
 #include <functional>
 #include <vector>
 
+#include "DeltaMap.h"
 #include "Numbers.h"
 
 namespace quillon::compare {
@@ -18,6 +19,7 @@ struct ValueOptions {
   Rule rule;
   unsigned long largest = 1;
   const std::function<void(unsigned long)>& progress;
+  DeltaMap* map = nullptr;  ///< takes where values differ
 };
 
 /// Where a block of values stands in a larger grid: the offset of its first value in storage order,

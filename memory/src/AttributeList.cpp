@@ -47,6 +47,12 @@ void AttributeList::setAttribute(std::string name, AttributeValue value) {
   }
 }
 
+void AttributeList::setAttributes(std::vector<Attribute> attributes) {
+  m_attributes = attributes.empty()
+                     ? nullptr
+                     : std::make_unique<std::vector<Attribute>>(std::move(attributes));
+}
+
 bool AttributeList::removeAttribute(const std::string& name) {
   if (m_attributes == nullptr) {
     return false;

@@ -4,6 +4,17 @@
 namespace quillon::memory {
 namespace {
 
+/// A unit of UTF-16, of which JSON's escapes are made.
+std::string unitInJson(char32_t unit) {
+  constexpr std::string_view DIGITS = "0123456789abcdef";
+  return {'\\',
+          'u',
+          DIGITS[(unit >> 12U) & 0xFU],
+          DIGITS[(unit >> 8U) & 0xFU],
+          DIGITS[(unit >> 4U) & 0xFU],
+          DIGITS[unit & 0xFU]};
+}
+
 /// A character of one byte as it stands in a JSON string.
 std::string escapeInJson(char character) {
   switch (character) {
@@ -24,8 +35,16 @@ std::string escapeInJson(char character) {
   if (byte >= 0x20 && byte != 0x7F) {
     return {character};
   }
-  constexpr std::string_view DIGITS = "0123456789abcdef";
-  return {'\\', 'u', '0', '0', DIGITS[byte >> 4U], DIGITS[byte & 0xFU]};
+  return unitInJson(byte);
+}
+
+/// A character that nobody would see, which readers get back as it is.
+std::string escapeInJson(char32_t point) {
+  if (point <= 0xFFFF) {
+    return unitInJson(point);
+  }
+  const char32_t rest = point - 0x10000;
+  return unitInJson(0xD800 + (rest >> 10U)) + unitInJson(0xDC00 + (rest & 0x3FFU));
 }
 
 }  // namespace
@@ -33,13 +52,17 @@ std::string escapeInJson(char character) {
 std::string jsonText(std::string_view text) {
   std::string result = "\"";
   while (!text.empty()) {
-    const std::size_t length = firstCharacter(text).length;
+    const Character character = firstCharacter(text);
+    const std::size_t length = character.length;
     if (length == 0) {
       result += "\\ufffd";
       text.remove_prefix(1);
       continue;
     }
-    result += length == 1 ? escapeInJson(text[0]) : std::string(text.substr(0, length));
+    const std::string_view bytes = text.substr(0, length);
+    result += length == 1                    ? escapeInJson(text[0])
+              : isInvisible(character.point) ? escapeInJson(character.point)
+                                             : std::string(bytes);
     text.remove_prefix(length);
   }
   return result + '"';

@@ -1,4 +1,5 @@
 #include <quillon/memory/Nearest.h>
+#include <quillon/memory/Wording.h>
 
 #include <algorithm>
 #include <numeric>
@@ -45,6 +46,16 @@ std::vector<std::string> nearestNames(std::string_view name, const std::vector<s
     result.push_back(names[found[k].second]);
   }
   return result;
+}
+
+std::string offerOf(std::string_view name, const std::vector<std::string>& names) {
+  const std::vector<std::string> nearest = nearestNames(name, names);
+  std::string text;
+  for (std::size_t k = 0; k < nearest.size(); ++k) {
+    const char* joint = k + 1 == nearest.size() ? " or " : ", ";
+    text += (k == 0 ? "; did you mean " : joint) + inQuotes(nearest[k]);
+  }
+  return text.empty() ? text : text + "?";
 }
 
 }  // namespace quillon::memory

@@ -81,25 +81,33 @@ std::string headOf(const object_model::Dictionary& group, std::size_t arrays, st
   return head + (title.empty() ? "" : "  " + title) + "\n";
 }
 
-}  // namespace
-
-std::string describe(const object_model::Dictionary& group, const Remarks& remarks) {
+/// Appends what describe() gives; texts of groups that nest deeply are not copied level by level.
+void append(const object_model::Dictionary& group, const Remarks& remarks, std::string& text) {
   std::vector<Line> lines;
-  std::string below;
-  std::size_t groups = 0;
+  std::vector<const object_model::Dictionary*> groups;
   for (const auto& entry : entriesOf(group)) {
     if (const object_model::Array* array = entry.data->asArray()) {
       lines.push_back(lineOf(*array));
     } else if (const object_model::Dictionary* inner = entry.data->asDictionary()) {
-      ++groups;
-      below += "\n" + describe(*inner, remarks);
+      groups.push_back(inner);
     }
   }
-  std::string text = headOf(group, lines.size(), groups) + aligned(lines);
+  text += headOf(group, lines.size(), groups.size()) + aligned(lines);
   for (const std::string& remark : remarks ? remarks(group) : std::vector<std::string>()) {
     text += "  " + escaped(remark) + "\n";
   }
-  return text + below;
+  for (const object_model::Dictionary* inner : groups) {
+    text += "\n";
+    append(*inner, remarks, text);
+  }
+}
+
+}  // namespace
+
+std::string describe(const object_model::Dictionary& group, const Remarks& remarks) {
+  std::string text;
+  append(group, remarks, text);
+  return text;
 }
 
 std::string describe(const object_model::Array& array) {

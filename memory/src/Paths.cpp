@@ -22,12 +22,17 @@ std::vector<std::string> groupsBelow(const object_model::Dictionary& group) {
   return paths;
 }
 
+// Built from the names in one go: groups may nest thousands of levels deep.
 std::string pathOf(const object_model::Data& object) {
-  const object_model::Data* parent = object.parent();
-  if (parent == nullptr) {
-    return "/";
+  std::vector<std::string> names;
+  for (const object_model::Data* at = &object; at->parent() != nullptr; at = at->parent()) {
+    names.push_back(at->getName());
   }
-  return pathOf(*parent, object.getName());
+  std::string path;
+  for (auto name = names.rbegin(); name != names.rend(); ++name) {
+    path += "/" + *name;
+  }
+  return path.empty() ? "/" : path;
 }
 
 std::string pathOf(const object_model::Data& group, const std::string& name) {

@@ -2,14 +2,26 @@
 #include <quillon/memory/Selection.h>
 #include <quillon/memory/Wording.h>
 
+#include <map>
 #include <stdexcept>
 
 namespace quillon::memory {
 
 Selection::Selection(object_model::Dictionary& group, const std::vector<std::string>& names)
     : m_group(group) {
+  std::map<std::string, std::vector<std::string>> parts;
   for (const std::string& name : names) {
-    m_entries.emplace(name, group.data(name));
+    const std::size_t slash = name.find('/');
+    if (slash == std::string::npos) {
+      m_entries.emplace(name, group.data(name));
+    } else if (slash + 1 < name.size()) {
+      parts[name.substr(0, slash)].push_back(name.substr(slash + 1));
+    } else {
+      parts[name.substr(0, slash)];
+    }
+  }
+  for (const auto& [name, inner] : parts) {
+    addPart(name, inner);
   }
   for (int i = 0; static_cast<unsigned long>(i) < group.getNumOfData(); ++i) {
     std::string name = group.getDataName(i);
@@ -17,6 +29,19 @@ Selection::Selection(object_model::Dictionary& group, const std::vector<std::str
       m_names.push_back(std::move(name));
     }
   }
+}
+
+/// A dictionary that is chosen whole stays whole.
+void Selection::addPart(const std::string& name, const std::vector<std::string>& names) {
+  if (m_entries.count(name) != 0) {
+    return;
+  }
+  object_model::Dictionary* const whole = m_group.data(name)->asDictionary();
+  if (whole == nullptr) {
+    throw std::out_of_range("The entry " + inQuotes(name) + " is no dictionary to choose from");
+  }
+  m_parts.push_back(std::make_unique<Selection>(*whole, names));
+  m_entries.emplace(name, m_parts.back().get());
 }
 
 const object_model::DataInfo* Selection::getInformation() const { return m_group.getInformation(); }

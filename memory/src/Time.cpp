@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "Digits.h"
+
 namespace quillon::memory {
 namespace {
 
@@ -164,22 +166,6 @@ std::string fractionText(int microsecond) {
   std::string digits = padded(microsecond, 6);
   digits.erase(digits.find_last_not_of('0') + 1);
   return "." + digits;
-}
-
-/// Takes digits from the front of `text`, at least `min` and at most `max` of them; none where
-/// there are fewer.
-std::optional<int> takeNumber(std::string_view& text, std::size_t min, std::size_t max) {
-  std::size_t count = 0;
-  int value = 0;
-  while (count < std::min(max, text.size()) && isIn(text[count], '0', '9')) {
-    value = 10 * value + (text[count] - '0');
-    ++count;
-  }
-  if (count < min) {
-    return std::nullopt;
-  }
-  text.remove_prefix(count);
-  return value;
 }
 
 std::optional<long> takeYear(std::string_view& text) {

@@ -29,6 +29,11 @@ constexpr std::array<Form, 4> FORMS = {{{1, 0x80, 0x00, 0x0, 0x7F},
                                         {3, 0xF0, 0xE0, 0x800, 0xFFFF},
                                         {4, 0xF8, 0xF0, 0x10000, 0x10FFFF}}};
 
+/// Sorted, as isIn() needs them.
+constexpr PointRange INVISIBLE[] = {
+    {0x80, 0x9F},     {0xAD, 0xAD},     {0x61C, 0x61C},   {0x180E, 0x180E}, {0x200B, 0x200F},
+    {0x2028, 0x202E}, {0x2060, 0x206F}, {0xFEFF, 0xFEFF}, {0xFFF9, 0xFFFB}, {0xE0000, 0xE007F}};
+
 bool isSurrogate(char32_t point) { return point >= 0xD800 && point < 0xE000; }
 
 template <std::size_t N>
@@ -72,5 +77,7 @@ int widthOf(char32_t point) {
   }
   return isIn(DOUBLE_WIDTH, point) ? 2 : 1;
 }
+
+bool isInvisible(char32_t point) { return isIn(INVISIBLE, point); }
 
 }  // namespace quillon::memory

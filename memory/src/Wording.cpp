@@ -13,14 +13,9 @@ unsigned char byteAt(std::string_view text, std::size_t position) {
   return static_cast<unsigned char>(text[position]);
 }
 
-/// The length of the printable character that `text` starts with, or 0 when it starts with none.
-std::size_t printableLength(std::string_view text) {
-  const Character character = firstCharacter(text);
-  const bool isControl =
-      character.point < 0x20 || (character.point >= 0x7F && character.point < 0xA0);
-  return isControl ? 0 : character.length;
-}
+constexpr std::string_view DIGITS = "0123456789abcdef";
 
+/// A backslash is escaped as well, so that no text can look like the escape of another.
 std::string escapeOf(unsigned char byte) {
   switch (byte) {
     case '\n':
@@ -29,28 +24,49 @@ std::string escapeOf(unsigned char byte) {
       return "\\r";
     case '\t':
       return "\\t";
+    case '\\':
+      return "\\\\";
     default:
-      constexpr std::string_view DIGITS = "0123456789abcdef";
       return {'\\', 'x', DIGITS[byte >> 4U], DIGITS[byte & 0xFU]};
   }
 }
 
-}  // namespace
+/// "\u202e", or "\U000e0001" behind U+FFFF.
+std::string escapeOf(char32_t point) {
+  const unsigned digits = point > 0xFFFF ? 8 : 4;
+  std::string text = digits == 8 ? "\\U" : "\\u";
+  for (unsigned k = digits; k > 0; --k) {
+    text += DIGITS[(point >> (4 * (k - 1))) & 0xFU];
+  }
+  return text;
+}
 
-std::string escaped(std::string_view text) {
+/// What stands for the character that `text` starts with; the bytes of none are escaped one by one.
+std::string shown(const Character& character, std::string_view text, bool withBackslashes) {
+  const bool isControl = character.point < 0x20 || character.point == 0x7F;
+  if (character.length == 0 || isControl || (withBackslashes && character.point == '\\')) {
+    return escapeOf(byteAt(text, 0));
+  }
+  return isInvisible(character.point) ? escapeOf(character.point)
+                                      : std::string(text.substr(0, character.length));
+}
+
+std::string shown(std::string_view text, bool withBackslashes) {
   std::string result;
   result.reserve(text.size());
   while (!text.empty()) {
-    const std::size_t length = printableLength(text);
-    if (length == 0) {
-      result += escapeOf(byteAt(text, 0));
-    } else {
-      result += text.substr(0, length);
-    }
-    text.remove_prefix(std::max<std::size_t>(length, 1));
+    const Character character = firstCharacter(text);
+    result += shown(character, text, withBackslashes);
+    text.remove_prefix(std::max<std::size_t>(character.length, 1));
   }
   return result;
 }
+
+}  // namespace
+
+std::string escaped(std::string_view text) { return shown(text, true); }
+
+std::string disarmed(std::string_view sentence) { return shown(sentence, false); }
 
 std::string inQuotes(std::string_view text) { return "'" + escaped(text) + "'"; }
 

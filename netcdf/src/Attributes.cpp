@@ -2,94 +2,161 @@
 
 #include <netcdf.h>
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
+#include <optional>
 
 #include "Padding.h"
 
 namespace quillon::netcdf {
 namespace {
 
-struct Attribute {
+using memory::Attribute;
+using memory::AttributeValue;
+
+/// An attribute as the library knows it.
+struct Place {
+  const Source& source;
+  int group;
+  int variable;
+  const char* name;
   nc_type type = NC_NAT;
   std::size_t length = 0;
+
+  void require(int status) const {
+    source.require(status, std::string("attribute '") + name + "'");
+  }
 };
 
-Attribute inquire(const Source& source, int group, int variable, const char* name) {
-  Attribute attribute;
-  const int status = nc_inq_att(group, variable, name, &attribute.type, &attribute.length);
-  if (status == NC_ENOTATT) {
-    return {};
+Place placeOf(const Source& source, int group, int variable, const char* name) {
+  Place place{source, group, variable, name};
+  const int status = nc_inq_att(group, variable, name, &place.type, &place.length);
+  if (status != NC_ENOTATT) {
+    place.require(status);
   }
-  source.require(status, std::string("attribute '") + name + "'");
-  return attribute;
+  return place;
 }
 
-std::string firstString(const Source& source, int group, int variable, const char* name,
-                        std::size_t count) {
-  std::vector<char*> texts(count, nullptr);
-  const int status = nc_get_att_string(group, variable, name, texts.data());
-  source.require(status, std::string("attribute '") + name + "'");
-  std::string first = texts.front() == nullptr ? "" : texts.front();
-  nc_free_string(count, texts.data());
-  return first;
+std::vector<std::string> strings(const Place& place) {
+  std::vector<char*> texts(place.length, nullptr);
+  place.require(nc_get_att_string(place.group, place.variable, place.name, texts.data()));
+  std::vector<std::string> copies;
+  for (const char* text : texts) {
+    copies.emplace_back(text == nullptr ? "" : text);
+  }
+  nc_free_string(texts.size(), texts.data());
+  return copies;
 }
 
-std::string characters(const Source& source, int group, int variable, const char* name,
-                       std::size_t length) {
-  std::string text(length, '\0');
-  source.require(nc_get_att_text(group, variable, name, text.data()),
-                 std::string("attribute '") + name + "'");
+std::string characters(const Place& place) {
+  std::string text(place.length, '\0');
+  place.require(nc_get_att_text(place.group, place.variable, place.name, text.data()));
   cutPadding(text);
   return text;
 }
 
-bool isNumeric(nc_type type) { return type >= NC_BYTE && type <= NC_UINT64 && type != NC_CHAR; }
-
-int getNumbers(int group, int variable, const char* name, float* numbers) {
-  return nc_get_att_float(group, variable, name, numbers);
+template <class Number>
+AttributeValue numbers(const Place& place) {
+  std::vector<Number> values(place.length);
+  if (!values.empty()) {
+    place.require(nc_get_att(place.group, place.variable, place.name, values.data()));
+  }
+  return values;
 }
 
-int getNumbers(int group, int variable, const char* name, double* numbers) {
-  return nc_get_att_double(group, variable, name, numbers);
+/// The type of an enumeration's integers, any other type as it is.
+nc_type baseOf(const Place& place) {
+  nc_type base = place.type;
+  int kind = NC_ENUM;
+  if (place.type > NC_MAX_ATOMIC_TYPE) {
+    place.require(
+        nc_inq_user_type(place.group, place.type, nullptr, nullptr, &base, nullptr, &kind));
+  }
+  return kind == NC_ENUM ? base : NC_NAT;
+}
+
+std::optional<AttributeValue> valueAt(const Place& place) {
+  switch (baseOf(place)) {
+    case NC_CHAR:
+      return characters(place);
+    case NC_STRING: {
+      std::vector<std::string> texts = strings(place);
+      return texts.size() == 1 ? AttributeValue(texts.front()) : AttributeValue(std::move(texts));
+    }
+    case NC_BYTE:
+      return numbers<signed char>(place);
+    case NC_SHORT:
+      return numbers<short>(place);
+    case NC_INT:
+      return numbers<int>(place);
+    case NC_INT64:
+      return numbers<long>(place);
+    case NC_UBYTE:
+      return numbers<unsigned char>(place);
+    case NC_USHORT:
+      return numbers<unsigned short>(place);
+    case NC_UINT:
+      return numbers<unsigned int>(place);
+    case NC_UINT64:
+      return numbers<unsigned long>(place);
+    case NC_FLOAT:
+      return numbers<float>(place);
+    case NC_DOUBLE:
+      return numbers<double>(place);
+    default:
+      return std::nullopt;
+  }
+}
+
+std::string firstText(const AttributeValue& value) {
+  if (const auto* text = std::get_if<std::string>(&value)) {
+    return *text;
+  }
+  const auto* texts = std::get_if<std::vector<std::string>>(&value);
+  return texts == nullptr || texts->empty() ? std::string() : texts->front();
 }
 
 }  // namespace
 
 std::string textAttribute(const Source& source, int group, int variable, const char* name) {
-  const Attribute attribute = inquire(source, group, variable, name);
-  if (attribute.length == 0) {
-    return {};
-  }
-  if (attribute.type == NC_STRING) {
-    return firstString(source, group, variable, name, attribute.length);
-  }
-  if (attribute.type == NC_CHAR) {
-    return characters(source, group, variable, name, attribute.length);
-  }
-  return {};
+  const Place place = placeOf(source, group, variable, name);
+  const bool isText = place.type == NC_CHAR || place.type == NC_STRING;
+  return isText ? firstText(*valueAt(place)) : std::string();
 }
 
 bool hasAttribute(int group, int variable, const char* name) {
   return nc_inq_attid(group, variable, name, nullptr) == NC_NOERR;
 }
 
-template <class Number>
-std::vector<Number> numericAttribute(const Source& source, int group, int variable,
-                                     const char* name) {
-  const Attribute attribute = inquire(source, group, variable, name);
-  if (!isNumeric(attribute.type) || attribute.length == 0) {
-    return {};
+std::vector<Attribute> attributesOf(const Source& source, int group, int variable) {
+  int count = 0;
+  source.require(
+      variable == NC_GLOBAL ? nc_inq_natts(group, &count)
+                            : nc_inq_varnatts(group, variable, &count),
+      "the attributes of a " + std::string(variable == NC_GLOBAL ? "group" : "variable"));
+  std::vector<Attribute> attributes;
+  for (int k = 0; k < count; ++k) {
+    std::array<char, NC_MAX_NAME + 1> name{};
+    source.require(nc_inq_attname(group, variable, k, name.data()), "an attribute");
+    if (std::optional<AttributeValue> value =
+            valueAt(placeOf(source, group, variable, name.data()))) {
+      attributes.push_back({name.data(), std::move(*value)});
+    }
   }
-  std::vector<Number> numbers(attribute.length);
-  const int status = getNumbers(group, variable, name, numbers.data());
-  if (status == NC_ERANGE) {
-    return {};
-  }
-  source.require(status, std::string("attribute '") + name + "'");
-  return numbers;
+  return attributes;
 }
 
-template std::vector<float> numericAttribute(const Source&, int, int, const char*);
-template std::vector<double> numericAttribute(const Source&, int, int, const char*);
+const Attribute* findAttribute(const std::vector<Attribute>& attributes, const std::string& name) {
+  const auto found =
+      std::find_if(attributes.begin(), attributes.end(),
+                   [&name](const Attribute& attribute) { return attribute.name == name; });
+  return found == attributes.end() ? nullptr : &*found;
+}
+
+std::string textOf(const std::vector<Attribute>& attributes, const std::string& name) {
+  const Attribute* attribute = findAttribute(attributes, name);
+  return attribute == nullptr ? std::string() : firstText(attribute->value);
+}
 
 }  // namespace quillon::netcdf

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <quillon/memory/Facets.h>
+
 #include <string>
 #include <vector>
 
@@ -14,13 +16,16 @@ std::string textAttribute(const Source& source, int group, int variable, const c
 /// Whether there is such an attribute.
 bool hasAttribute(int group, int variable, const char* name);
 
-/// The numbers of an attribute; empty when there is no such attribute, or when it holds no numbers
-/// or some that `Number`, which is float or double, cannot hold.
-template <class Number>
-std::vector<Number> numericAttribute(const Source& source, int group, int variable,
-                                     const char* name);
+/// All attributes of a variable or, with NC_GLOBAL, a group, in the file's order. Those of an
+/// enumeration are its integers; those of types that are neither numbers nor text are left out.
+std::vector<memory::Attribute> attributesOf(const Source& source, int group, int variable);
 
-extern template std::vector<float> numericAttribute(const Source&, int, int, const char*);
-extern template std::vector<double> numericAttribute(const Source&, int, int, const char*);
+/// The attribute called `name`; null when there is none.
+const memory::Attribute* findAttribute(const std::vector<memory::Attribute>& attributes,
+                                       const std::string& name);
+
+/// The text of the attribute `name`, the first one of several; empty when there is none or it holds
+/// no text.
+std::string textOf(const std::vector<memory::Attribute>& attributes, const std::string& name);
 
 }  // namespace quillon::netcdf

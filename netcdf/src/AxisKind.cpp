@@ -1,11 +1,9 @@
 #include "AxisKind.h"
 
-#include <netcdf.h>
 #include <quillon/memory/Axis.h>
 
 #include <algorithm>
 #include <array>
-#include <optional>
 #include <utility>
 
 #include "Attributes.h"
@@ -15,11 +13,6 @@ namespace {
 
 using object_model::AxisType;
 
-struct Coordinate {
-  int group;
-  int variable;
-};
-
 std::string lowerCase(std::string text) {
   // Not std::tolower, which follows the caller's locale.
   std::transform(text.begin(), text.end(), text.begin(), [](char c) {
@@ -28,25 +21,7 @@ std::string lowerCase(std::string text) {
   return text;
 }
 
-bool spansOnly(int group, int variable, int dimension) {
-  int rank = 0;
-  int spanned = -1;
-  return nc_inq_varndims(group, variable, &rank) == NC_NOERR && rank == 1 &&
-         nc_inq_vardimid(group, variable, &spanned) == NC_NOERR && spanned == dimension;
-}
-
-std::optional<Coordinate> findCoordinate(int group, int dimension, const std::string& name) {
-  int variable = -1;
-  do {
-    if (nc_inq_varid(group, name.c_str(), &variable) == NC_NOERR &&
-        spansOnly(group, variable, dimension)) {
-      return Coordinate{group, variable};
-    }
-  } while (nc_inq_grp_parent(group, &group) == NC_NOERR);
-  return std::nullopt;
-}
-
-std::optional<AxisType> kindByAttributes(const Source& source, const Coordinate& coordinate) {
+std::optional<AxisType> kindByAttributes(const Source& source, const VariableId& coordinate) {
   const auto text = [&](const char* attribute) {
     return textAttribute(source, coordinate.group, coordinate.variable, attribute);
   };
@@ -80,8 +55,9 @@ AxisType kindByName(const std::string& name) {
 
 }  // namespace
 
-AxisType axisKindOf(const Source& source, int group, int dimension, const std::string& name) {
-  if (const std::optional<Coordinate> coordinate = findCoordinate(group, dimension, name)) {
+AxisType axisKindOf(const Source& source, const std::optional<VariableId>& coordinate,
+                    const std::string& name) {
+  if (coordinate) {
     if (const std::optional<AxisType> kind = kindByAttributes(source, *coordinate)) {
       return *kind;
     }

@@ -2,15 +2,16 @@
 
 #include <object_model/AxisInfo.h>
 
+#include <optional>
 #include <string>
 
-#include "Source.h"
+#include "CoordinateVariable.h"
 
 namespace quillon::netcdf {
 
-/// What the points along a dimension stand for, by its coordinate variable's attributes and else by
-/// its name. The coordinate variable is looked for from `group` up to the root.
-object_model::AxisType axisKindOf(const Source& source, int group, int dimension,
+/// What the points along a dimension called `name` stand for, by its coordinate variable's
+/// attributes and else by its name.
+object_model::AxisType axisKindOf(const Source& source, const std::optional<VariableId>& coordinate,
                                   const std::string& name);
 
 }  // namespace quillon::netcdf

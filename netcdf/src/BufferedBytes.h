@@ -4,7 +4,7 @@
 
 namespace quillon::netcdf {
 
-/// Reads short stretches of an open file, which are near each other.
+/// Reads stretches of an open file. Short ones that are near each other are read together.
 class BufferedBytes {
  public:
   /// The descriptor stays the caller's.
@@ -15,6 +15,7 @@ class BufferedBytes {
 
  private:
   bool fill(unsigned long position);
+  unsigned long readAt(unsigned long position, char* destination, unsigned long count) const;
 
   int m_descriptor;
   std::array<char, 8192> m_buffer{};

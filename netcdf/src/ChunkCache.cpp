@@ -1,10 +1,12 @@
 #include "ChunkCache.h"
 
 #include <netcdf.h>
+#include <quillon/memory/Bounded.h>
 
 #include <algorithm>
+#include <array>
+#include <vector>
 
-#include "Bounded.h"
 #include "Variable.h"
 
 namespace quillon::netcdf {
@@ -16,8 +18,26 @@ struct Settings {
   float preemption = 0;
 };
 
+/// Whether the variable is called as a dimension without being its coordinates. The library keeps
+/// it under another name in the file, but opens it by its own when it is to keep other chunks, and
+/// so has the dimension in its place from then on.
+bool isCalledAsADimension(const Variable& variable) {
+  std::array<char, NC_MAX_NAME + 1> name{};
+  int dimension = -1;
+  if (nc_inq_varname(variable.group, variable.id, name.data()) != NC_NOERR ||
+      nc_inq_dimid(variable.group, name.data(), &dimension) != NC_NOERR) {
+    return false;
+  }
+  std::vector<int> dimensions(variable.chunks.size());
+  return nc_inq_vardimid(variable.group, variable.id, dimensions.data()) != NC_NOERR ||
+         dimensions.empty() || dimensions.front() != dimension;
+}
+
 // Should the library refuse, it keeps more or less than is best, which does no other harm.
 void apply(const Variable& variable, const Settings& wanted) {
+  if (isCalledAsADimension(variable)) {
+    return;
+  }
   nc_set_var_chunk_cache(variable.group, variable.id, wanted.bytes, wanted.slots,
                          wanted.preemption);
 }
@@ -38,12 +58,18 @@ bool endsAtTheEnd(const Variable& variable, const unsigned long* start,
   return true;
 }
 
-bool isOfWholeChunks(const Variable& variable, const unsigned long* start,
-                     const unsigned long* extent) {
+/// Where in the file the block ends whose indices end before `end`.
+unsigned long endOf(const Variable& variable, std::size_t k, unsigned long end) {
+  return variable.storedIndex(k, end - 1) + 1;
+}
+
+/// Whether no chunk of the block is met by another block of the same walk through the array.
+bool meetsWholeChunks(const Variable& variable, const unsigned long* start,
+                      const unsigned long* extent) {
   for (std::size_t k = 0; k < variable.shape.size(); ++k) {
-    const unsigned long end = start[k] + extent[k];
-    if (start[k] % variable.chunks[k] != 0 ||
-        (end % variable.chunks[k] != 0 && end != variable.shape[k])) {
+    const unsigned long end = endOf(variable, k, start[k] + extent[k]);
+    if ((start[k] != 0 && variable.storedIndex(k, start[k]) % variable.chunks[k] != 0) ||
+        (end % variable.chunks[k] != 0 && start[k] + extent[k] != variable.shape[k])) {
       return false;
     }
   }
@@ -56,8 +82,9 @@ unsigned long bytesTouched(const Variable& variable, const unsigned long* start,
   unsigned long bytes = variable.valueBytes;
   for (std::size_t k = 0; k < variable.shape.size(); ++k) {
     const unsigned long chunk = variable.chunks[k];
-    const unsigned long chunks = (start[k] + extent[k] - 1) / chunk - start[k] / chunk + 1;
-    bytes = boundedProduct(bytes, boundedProduct(chunks, chunk));
+    const unsigned long last = endOf(variable, k, start[k] + extent[k]) - 1;
+    const unsigned long chunks = last / chunk - variable.storedIndex(k, start[k]) / chunk + 1;
+    bytes = memory::boundedProduct(bytes, memory::boundedProduct(chunks, chunk));
   }
   return bytes;
 }
@@ -70,7 +97,7 @@ void ChunkCache::prepare(const Variable& variable, const unsigned long* start,
     return;
   }
   const std::size_t kept = bytesKept(variable);
-  m_isReadInPart = m_isReadInPart || !isOfWholeChunks(variable, start, extent);
+  m_isReadInPart = m_isReadInPart || !meetsWholeChunks(variable, start, extent);
   if (!m_isReadInPart) {
     if (kept > 0) {
       apply(variable, {});

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <netcdf.h>
+#include <quillon/memory/Bounded.h>
 
 #include <array>
 #include <stdexcept>
 #include <string>
 
-#include "Bounded.h"
 #include "BufferedBytes.h"
 
 namespace quillon::netcdf {
@@ -18,7 +18,7 @@ class Damage : public std::runtime_error {
 };
 
 /// How much room values of so many bytes take.
-inline unsigned long padded(unsigned long bytes) { return boundedSum(bytes, 3) / 4 * 4; }
+inline unsigned long padded(unsigned long bytes) { return memory::boundedSum(bytes, 3) / 4 * 4; }
 
 /// Reads the header's big-endian fields in order and never past the end of the file.
 class Fields {

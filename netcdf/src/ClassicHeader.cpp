@@ -1,11 +1,12 @@
 #include "ClassicHeader.h"
 
+#include <quillon/memory/Bounded.h>
+
 #include <array>
 #include <cstdint>
 #include <utility>
 #include <vector>
 
-#include "Bounded.h"
 #include "BufferedBytes.h"
 #include "ClassicFields.h"
 
@@ -25,13 +26,6 @@ char classicVersion(BufferedBytes& file) {
                          (version == 1 || version == 2 || version == 5);
   return isClassic ? version : '\0';
 }
-
-struct ClassicVariable {
-  std::string name;
-  bool hasRecords = false;
-  unsigned long bytes = 0;  // of all values, or of one record's
-  unsigned long begin = 0;
-};
 
 void skipAttributes(Fields& fields) {
   const unsigned long attributes = fields.taggedCount(12, 12);
@@ -62,8 +56,9 @@ ClassicVariable readVariable(Fields& fields, const std::vector<unsigned long>& d
     if (dimension >= dimensions.size()) {
       throw Damage("variable '" + variable.name + "' has a dimension that does not exist");
     }
+    variable.extents.push_back(dimensions[dimension]);
     if (dimensions[dimension] != RECORD_DIMENSION) {
-      variable.bytes = boundedProduct(variable.bytes, dimensions[dimension]);
+      variable.bytes = memory::boundedProduct(variable.bytes, dimensions[dimension]);
     } else if (k == 0) {
       variable.hasRecords = true;
     } else {
@@ -71,7 +66,8 @@ ClassicVariable readVariable(Fields& fields, const std::vector<unsigned long>& d
     }
   }
   skipAttributes(fields);
-  variable.bytes = boundedProduct(variable.bytes, fields.valueBytes());
+  variable.valueBytes = fields.valueBytes();
+  variable.bytes = memory::boundedProduct(variable.bytes, variable.valueBytes);
   fields.size();  // the size of the values once more, which need not be right
   variable.begin = fields.offset();
   return variable;
@@ -95,7 +91,7 @@ unsigned long recordBytes(const std::vector<ClassicVariable>& variables) {
   unsigned long last = 0;
   for (const ClassicVariable& variable : variables) {
     if (variable.hasRecords) {
-      sum = boundedSum(sum, padded(variable.bytes));
+      sum = memory::boundedSum(sum, padded(variable.bytes));
       last = variable.bytes;
       ++count;
     }
@@ -103,9 +99,18 @@ unsigned long recordBytes(const std::vector<ClassicVariable>& variables) {
   return count == 1 ? last : sum;
 }
 
+void setRecords(std::vector<ClassicVariable>& variables, unsigned long records) {
+  const unsigned long distance = recordBytes(variables);
+  for (ClassicVariable& variable : variables) {
+    if (variable.hasRecords) {
+      variable.extents[0] = records;
+      variable.recordStep = distance;
+    }
+  }
+}
+
 void requireValues(const std::vector<ClassicVariable>& variables, unsigned long records,
                    unsigned long headerBytes, unsigned long fileBytes) {
-  const unsigned long distance = recordBytes(variables);
   for (const ClassicVariable& variable : variables) {
     if (variable.hasRecords && records == 0) {
       continue;
@@ -113,8 +118,10 @@ void requireValues(const std::vector<ClassicVariable>& variables, unsigned long 
     if (variable.begin < headerBytes) {
       throw Damage("the values of variable '" + variable.name + "' begin within the header");
     }
-    const unsigned long before = variable.hasRecords ? boundedProduct(records - 1, distance) : 0;
-    const unsigned long end = boundedSum(variable.begin, boundedSum(before, variable.bytes));
+    const unsigned long before =
+        variable.hasRecords ? memory::boundedProduct(records - 1, variable.recordStep) : 0;
+    const unsigned long end =
+        memory::boundedSum(variable.begin, memory::boundedSum(before, variable.bytes));
     if (end > fileBytes) {
       throw Damage("it is cut short or damaged: the values of variable '" + variable.name +
                    "' should end at byte " + std::to_string(end) + " and the file has " +
@@ -123,16 +130,18 @@ void requireValues(const std::vector<ClassicVariable>& variables, unsigned long 
   }
 }
 
-void requireSound(Fields& fields, unsigned long fileBytes) {
+std::vector<ClassicVariable> readSound(Fields& fields, unsigned long fileBytes) {
   const unsigned long unknown = fields.version() == 5 ? UINT64_MAX : UINT32_MAX;
   const unsigned long records = fields.size();
   const std::vector<unsigned long> dimensions = readDimensions(fields);
   skipAttributes(fields);
-  const std::vector<ClassicVariable> variables = readVariables(fields, dimensions);
+  std::vector<ClassicVariable> variables = readVariables(fields, dimensions);
   if (records == unknown) {
     throw Damage("it does not say how many records it has: its writer did not finish");
   }
+  setRecords(variables, records);
   requireValues(variables, records, fields.position(), fileBytes);
+  return variables;
 }
 
 }  // namespace
@@ -142,7 +151,8 @@ bool isClassicFile(int descriptor) {
   return classicVersion(file) != 0;
 }
 
-std::string findClassicDamage(int descriptor, unsigned long fileBytes) {
+std::string findClassicDamage(int descriptor, unsigned long fileBytes,
+                              std::vector<ClassicVariable>* variables) {
   BufferedBytes file(descriptor);
   const char version = classicVersion(file);
   if (version == 0) {
@@ -150,7 +160,10 @@ std::string findClassicDamage(int descriptor, unsigned long fileBytes) {
   }
   try {
     Fields fields(file, MAGIC_BYTES, fileBytes, version);
-    requireSound(fields, fileBytes);
+    std::vector<ClassicVariable> sound = readSound(fields, fileBytes);
+    if (variables != nullptr) {
+      *variables = std::move(sound);
+    }
   } catch (const Damage& damage) {
     return damage.what();
   }

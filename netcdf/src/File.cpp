@@ -1,4 +1,5 @@
 #include <netcdf.h>
+#include <quillon/memory/Wording.h>
 #include <quillon/netcdf/File.h>
 #include <quillon/netcdf/LibraryLock.h>
 
@@ -6,10 +7,14 @@
 #include <memory>
 #include <mutex>
 #include <new>
+#include <set>
 #include <stdexcept>
 #include <utility>
 
+#include "Facts.h"
 #include "GroupReader.h"
+#include "HiddenObjects.h"
+#include "Ranges.h"
 #include "Source.h"
 
 namespace quillon::netcdf {
@@ -54,16 +59,27 @@ const memory::Dictionary& findGroup(const std::string& file, const memory::Dicti
   return *group;
 }
 
-/// As the reader does it, but a group that claims more than memory holds is an error of its file.
-memory::Dictionary readGroup(GroupReader reader, int id, const std::string& name,
-                             const std::string& path) {
+/// What `read` gives, but a group that claims more than memory holds is an error of its file.
+template <class Read>
+auto withinMemory(const Source& source, const std::string& path, const Read& read) {
   try {
-    return reader.read(id, name, path);
+    return read();
   } catch (const std::bad_alloc&) {
-    reader.source().fail("there is no memory for what group '" + path + "' claims to have");
+    source.fail("there is no memory for what group '" + path + "' claims to have");
   } catch (const std::length_error&) {
-    reader.source().fail("there is no memory for what group '" + path + "' claims to have");
+    source.fail("there is no memory for what group '" + path + "' claims to have");
   }
+}
+
+/// A group's path with one slash before each part and at its end.
+std::string fullPath(const std::string& path) {
+  std::string full = "/";
+  std::size_t position = 0;
+  for (std::string part = nextPart(path, position); !part.empty();
+       part = nextPart(path, position)) {
+    full += part + "/";
+  }
+  return full;
 }
 
 }  // namespace
@@ -72,7 +88,10 @@ File::File(const std::string& path, const OpenOptions& options)
     : m_path(path), m_source(std::make_shared<const Source>(path, options)), m_root("/") {
   // Where this fails, the file is closed when the lock is free again.
   const std::lock_guard<std::mutex> guard(libraryLock());
-  m_root = readGroup({m_source, m_skipped}, m_source->id(), "/", "/");
+  const auto maker = std::make_shared<const ArrayMaker>(m_source, RangeOf());
+  m_root = withinMemory(
+      *m_source, "/", [&] { return GroupReader(maker, m_skipped).read(m_source->id(), "/", "/"); });
+  listHidden(*m_source, m_skipped, m_hiddenAttributes);
 }
 
 memory::Dictionary& File::root() { return m_root; }
@@ -86,24 +105,68 @@ const memory::Dictionary& File::group(const std::string& path) const {
   return findGroup(m_path, m_root, path);
 }
 
-memory::Dictionary File::corner(const std::string& path,
-                                const std::map<std::string, unsigned long>& extents) const {
-  const std::string name = group(path).getName();
-  const std::lock_guard<std::mutex> guard(libraryLock());
+int File::groupId(const std::string& path) const {
   int id = m_source->id();
-  std::string fullPath = "/";
   std::size_t position = 0;
   for (std::string part = nextPart(path, position); !part.empty();
        part = nextPart(path, position)) {
-    fullPath += part;
-    m_source->require(nc_inq_grp_ncid(id, part.c_str(), &id), "group '" + fullPath + "'");
-    fullPath += "/";
+    m_source->require(nc_inq_grp_ncid(id, part.c_str(), &id), "group '" + path + "'");
   }
+  return id;
+}
+
+memory::Dictionary File::read(
+    const std::string& path,
+    const std::function<Range(const std::string&, unsigned long)>& rangeOf) const {
+  const std::string name = group(path).getName();
+  const auto maker = std::make_shared<const ArrayMaker>(m_source, rangeOf);
   std::vector<Skipped> skipped;  // known already
-  return readGroup({m_source, skipped, extents}, id, name, fullPath);
+  const std::lock_guard<std::mutex> guard(libraryLock());
+  return withinMemory(*m_source, path, [&] {
+    return GroupReader(maker, skipped).read(groupId(path), name, fullPath(path));
+  });
+}
+
+memory::Dictionary File::select(const std::string& path,
+                                const std::map<std::string, Range>& ranges) const {
+  // The arrays keep what is asked here: they meet the dimensions of coordinates later.
+  const auto met = std::make_shared<std::set<std::string>>();
+  memory::Dictionary selected =
+      read(path, [ranges, met](const std::string& name, unsigned long size) {
+        const auto range = ranges.find(name);
+        if (range == ranges.end()) {
+          return Range{0, static_cast<long>(size), 1};
+        }
+        requireWithin(range->second, name, size);
+        met->insert(name);
+        return range->second;
+      });
+  for (const auto& [name, range] : ranges) {
+    if (met->count(name) == 0) {
+      throw std::invalid_argument("Group " + memory::inQuotes(selected.getName()) +
+                                  " has no axis " + memory::inQuotes(name));
+    }
+  }
+  return selected;
+}
+
+memory::Dictionary File::corner(const std::string& path,
+                                const std::map<std::string, unsigned long>& extents) const {
+  return read(path, [extents](const std::string& name, unsigned long size) {
+    const auto extent = extents.find(name);
+    const unsigned long count = extent == extents.end() ? size : std::min(extent->second, size);
+    return Range{0, static_cast<long>(count), 1};
+  });
+}
+
+GroupFacts File::facts(const std::string& path) const {
+  group(path);  // which says what there is instead
+  const std::lock_guard<std::mutex> guard(libraryLock());
+  return factsOf(*m_source, groupId(path), fullPath(path), m_skipped);
 }
 
 std::string File::title() const { return m_root.getDescription(); }
 const std::vector<Skipped>& File::skipped() const { return m_skipped; }
+const std::vector<Skipped>& File::hiddenAttributes() const { return m_hiddenAttributes; }
 
 }  // namespace quillon::netcdf

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
@@ -59,14 +60,18 @@ struct stat factsOf(int descriptor, const std::string& path) {
   return facts;
 }
 
-void requireSound(int descriptor, unsigned long bytes, const std::string& path) {
+/// @return the variables of a classic file.
+std::vector<ClassicVariable> requireSound(int descriptor, unsigned long bytes,
+                                          const std::string& path) {
   if (bytes == 0) {
     failReading(path, "it is empty");
   }
-  const std::string damage = findClassicDamage(descriptor, bytes);
+  std::vector<ClassicVariable> variables;
+  const std::string damage = findClassicDamage(descriptor, bytes, &variables);
   if (!damage.empty()) {
     failReading(path, damage);
   }
+  return variables;
 }
 
 }  // namespace
@@ -77,7 +82,7 @@ CheckedFile::CheckedFile(std::string path)
     const struct stat facts = factsOf(m_descriptor, m_path);
     m_bytes = static_cast<unsigned long>(facts.st_size);
     m_identity = {facts.st_dev, facts.st_ino};
-    requireSound(m_descriptor, m_bytes, m_path);
+    m_classicVariables = requireSound(m_descriptor, m_bytes, m_path);
     m_isClassic = isClassicFile(m_descriptor);
   } catch (...) {
     close(m_descriptor);
@@ -90,7 +95,18 @@ CheckedFile::~CheckedFile() { close(m_descriptor); }
 const std::string& CheckedFile::path() const { return m_path; }
 unsigned long CheckedFile::bytes() const { return m_bytes; }
 const FileIdentity& CheckedFile::identity() const { return m_identity; }
+std::string CheckedFile::firstBytes(std::size_t count) const {
+  std::string bytes(count, '\0');
+  const ssize_t read = pread(m_descriptor, bytes.data(), count, 0);
+  bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(read, 0)));
+  return bytes;
+}
+
 bool CheckedFile::isClassic() const { return m_isClassic; }
+const std::vector<ClassicVariable>& CheckedFile::classicVariables() const {
+  return m_classicVariables;
+}
+int CheckedFile::descriptor() const { return m_descriptor; }
 
 void CheckedFile::requireUncut() const {
   const auto bytes = static_cast<unsigned long>(factsOf(m_descriptor, m_path).st_size);

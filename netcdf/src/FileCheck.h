@@ -3,6 +3,9 @@
 #include <sys/types.h>
 
 #include <string>
+#include <vector>
+
+#include "ClassicHeader.h"
 
 namespace quillon::netcdf {
 
@@ -32,8 +35,18 @@ class CheckedFile {
 
   const FileIdentity& identity() const;
 
+  /// Its first bytes, at most `count`; empty where they cannot be read.
+  std::string firstBytes(std::size_t count) const;
+
   /// Whether it is of one of the classic formats; otherwise it is for libhdf5.
   bool isClassic() const;
+
+  /// The variables of a classic file, as its header was when it was checked.
+  const std::vector<ClassicVariable>& classicVariables() const;
+
+  /// The open file, which stays this object's. What is read through it is where the file's header
+  /// says only as long as requireUncut() passes afterwards.
+  int descriptor() const;
 
   /// Refuses a file that has become shorter: the libraries below read zeros past its end.
   /// @throws Error
@@ -45,6 +58,7 @@ class CheckedFile {
   FileIdentity m_identity;
   unsigned long m_bytes = 0;
   bool m_isClassic = false;
+  std::vector<ClassicVariable> m_classicVariables;
 };
 
 /// @throws Error naming the file; `what` says what is wrong.

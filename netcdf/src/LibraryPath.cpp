@@ -18,9 +18,16 @@ std::string withSingleSlashes(const std::string& path) {
 
 }  // namespace
 
+std::string faultOfPath(const std::string& path) {
+  return path.find('\\') == std::string::npos
+             ? std::string()
+             : "its path has a backslash, which the netCDF library takes for a slash";
+}
+
 std::string libraryPath(const std::string& path) {
-  if (path.find('\\') != std::string::npos) {
-    failReading(path, "its path has a backslash, which the netCDF library takes for a slash");
+  const std::string fault = faultOfPath(path);
+  if (!fault.empty()) {
+    failReading(path, fault);
   }
   const std::string single = withSingleSlashes(path);
   return single.front() == '/' ? single : "./" + single;

@@ -1,148 +1,78 @@
 #include "NumericArray.h"
 
 #include <netcdf.h>
-#include <object_model/BulkValues.h>
-#include <quillon/memory/ElementTypes.h>
 
 #include <algorithm>
-#include <functional>
-#include <limits>
-#include <numeric>
 #include <type_traits>
-#include <utility>
-
-#include "Attributes.h"
-#include "Window.h"
 
 namespace quillon::netcdf {
 namespace {
 
 using memory::ArrayBase;
 using memory::Axis;
-using memory::ElementOf;
-using memory::ElementTraits;
-using memory::StoredTraits;
-using object_model::Tuple;
 
-template <class Stored>
-std::vector<Stored> missingValuesOf(const Variable& variable) {
-  const Source& source = *variable.source;
-  auto missing = numericAttribute<Stored>(source, variable.group, variable.id, "_FillValue");
-  if (missing.empty()) {
-    missing.push_back(std::is_same_v<Stored, float> ? static_cast<Stored>(NC_FILL_FLOAT)
-                                                    : static_cast<Stored>(NC_FILL_DOUBLE));
-  }
-  const auto more = numericAttribute<Stored>(source, variable.group, variable.id, "missing_value");
-  missing.insert(missing.end(), more.begin(), more.end());
-  return missing;
-}
-
-/// `Stored` is the values' type in the file: the window holds them as they are, and each is widened
-/// when it is asked for.
-unsigned long product(const unsigned long* factors, std::size_t count) {
-  return std::accumulate(factors, factors + count, 1UL, std::multiplies<>());
-}
-
-/// `Stored` is the values' type in the file: the window holds them as they are, and each is widened
-/// when it is asked for.
-template <class Stored>
-class NumericArray final : public ArrayBase, public object_model::BulkValues {
+/// Numbers that stand for times.
+template <class Value>
+class TimeNumbers final : public NumericArray<Value>, public memory::HasTimes {
  public:
-  NumericArray(Variable variable, const std::string& name, std::vector<Axis> axes,
-               const std::string& description)
-      : ArrayBase(name, ElementTraits<ElementOf<Stored>>::TYPE, std::move(axes), description),
-        m_variable(std::move(variable)),
-        m_window(m_variable.windows(0, sizeof(Stored))) {
-    if constexpr (std::is_floating_point_v<Stored>) {
-      if (m_variable.source->options().missingAsNaN) {
-        m_missing = missingValuesOf<Stored>(m_variable);
-      }
+  template <class... Rest>
+  explicit TimeNumbers(const Encoding& encoding, Rest&&... rest)
+      : NumericArray<Value>(encoding, std::forward<Rest>(rest)...), m_units(*encoding.times) {
+    if constexpr (std::is_integral_v<Value>) {
+      m_missing = missingValuesOf<memory::ElementOf<Value>>(encoding.missingTimes);
     }
   }
 
-  double getValueAsDouble(const Tuple& index) const override {
-    if constexpr (std::is_same_v<ElementOf<Stored>, double>) {
-      return value(index);
-    } else {
-      return ArrayBase::getValueAsDouble(index);
-    }
-  }
+  memory::Calendar calendar() const override { return m_units.calendar(); }
 
-  unsigned long getValueAsUInt(const Tuple& index) const override {
-    if constexpr (std::is_same_v<ElementOf<Stored>, unsigned long>) {
-      return value(index);
-    } else {
-      return ArrayBase::getValueAsUInt(index);
-    }
-  }
-
-  long getValueAsInt(const Tuple& index) const override {
-    if constexpr (std::is_same_v<ElementOf<Stored>, long>) {
-      return value(index);
-    } else {
-      return ArrayBase::getValueAsInt(index);
-    }
-  }
-
-  object_model::StoredType storedType() const override { return StoredTraits<Stored>::TYPE; }
-
-  void readValues(const unsigned long* start, const unsigned long* extent,
-                  void* destination) const override {
-    m_variable.reportRead(read(start, extent, static_cast<Stored*>(destination)));
-  }
-
-  const unsigned long* chunkExtents() const override {
-    return m_variable.chunks.empty() ? nullptr : m_variable.chunks.data();
+  void readTimes(const unsigned long* start, const unsigned long* extent,
+                 long* destination) const override {
+    std::vector<Value> numbers;
+    this->m_variable.makeRoom(numbers, this->m_variable.countOf(extent));
+    this->readValues(start, extent, numbers.data());
+    std::transform(numbers.begin(), numbers.end(), destination,
+                   [this](Value number) { return timeOf(number); });
   }
 
  private:
-  Stored value(const Tuple& index) const {
-    return m_window.at(
-        offsetOf(index),
-        [this](const memory::Block& block, std::vector<Stored>& values) {
-          m_variable.makeRoom(values, block.count);
-          return read(block.start.data(), block.extent.data(), values.data());
-        },
-        [this](unsigned long bytes) { m_variable.reportRead(bytes); });
+  using Element = memory::ElementOf<Value>;
+
+  long timeOf(Element number) const {
+    const bool isMissing = std::find(m_missing.begin(), m_missing.end(), number) != m_missing.end();
+    return isMissing ? memory::MISSING_TIME : m_units.timeOf(number);
   }
 
-  /// @return how many bytes the values take in the file.
-  unsigned long read(const unsigned long* start, const unsigned long* extent,
-                     Stored* values) const {
-    m_variable.read(start, extent, values);
-    const unsigned long count = product(extent, m_variable.shape.size());
-    if (!m_missing.empty()) {
-      std::replace_if(
-          values, values + count,
-          [this](Stored stored) {
-            return std::find(m_missing.begin(), m_missing.end(), stored) != m_missing.end();
-          },
-          std::numeric_limits<Stored>::quiet_NaN());
-    }
-    return count * sizeof(Stored);
-  }
-
-  Variable m_variable;
-  std::vector<Stored> m_missing;  // what reads as NaN
-  mutable Window<Stored> m_window;
+  memory::TimeUnits m_units;
+  std::vector<Element> m_missing;  // none of fractions, which are NaN then
 };
 
-template <class Stored>
-std::unique_ptr<ArrayBase> make(Variable variable, const std::string& name, std::vector<Axis> axes,
+template <class Value>
+std::unique_ptr<ArrayBase> make(const Encoding& encoding, Variable variable,
+                                const std::string& name, std::vector<Axis> axes,
                                 const std::string& description) {
-  return std::make_unique<NumericArray<Stored>>(std::move(variable), name, std::move(axes),
-                                                description);
+  Decode<Value> decode;
+  if constexpr (std::is_floating_point_v<Value>) {
+    decode = decoderOf<Value>(encoding);
+  }
+  // Values of one type may be masked where they are; a packed one is needed until it is unpacked.
+  const bool isInPlace = !decode || encoding.stored == encoding.result;
+  if (encoding.times) {
+    return std::make_unique<TimeNumbers<Value>>(encoding, std::move(variable), std::move(decode),
+                                                isInPlace, name, std::move(axes), description);
+  }
+  return std::make_unique<NumericArray<Value>>(encoding, std::move(variable), std::move(decode),
+                                               isInPlace, name, std::move(axes), description);
 }
 
 }  // namespace
 
-std::unique_ptr<ArrayBase> makeNumericArray(int netcdfType, Variable variable,
+std::unique_ptr<ArrayBase> makeNumericArray(const Encoding& encoding, Variable variable,
                                             const std::string& name, std::vector<Axis> axes,
                                             const std::string& description) {
-  const auto makeAs = [&](auto stored) {
-    return make<decltype(stored)>(std::move(variable), name, std::move(axes), description);
+  const auto makeAs = [&](auto value) {
+    return make<decltype(value)>(encoding, std::move(variable), name, std::move(axes), description);
   };
-  switch (netcdfType) {
+  switch (encoding.result) {
     case NC_BYTE:
       return makeAs(static_cast<signed char>(0));
     case NC_UBYTE:

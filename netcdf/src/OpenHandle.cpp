@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "FileCheck.h"
+#include "Hdf5Structure.h"
 #include "LibraryPath.h"
 
 namespace quillon::netcdf {
@@ -17,6 +18,7 @@ namespace {
 struct Shared {
   FileIdentity file;
   int id = -1;
+  hid_t hdf5 = H5I_INVALID_HID;
   unsigned long users = 0;
 };
 
@@ -27,6 +29,52 @@ std::vector<Shared>& sharedFiles() {
   return files;
 }
 
+/// The files that are open in libhdf5.
+std::vector<hid_t> openHdf5Files() {
+  const auto all = static_cast<hid_t>(H5F_OBJ_ALL);
+  const ssize_t count = H5Fget_obj_count(all, H5F_OBJ_FILE);
+  if (count <= 0) {
+    return {};
+  }
+  std::vector<hid_t> ids(static_cast<std::size_t>(count));
+  const ssize_t listed = H5Fget_obj_ids(all, H5F_OBJ_FILE, ids.size(), ids.data());
+  ids.resize(static_cast<std::size_t>(std::max<ssize_t>(listed, 0)));
+  return ids;
+}
+
+std::string nameOf(hid_t file) {
+  const ssize_t length = H5Fget_name(file, nullptr, 0);
+  std::string name(static_cast<std::size_t>(std::max<ssize_t>(length, 0)), '\0');
+  H5Fget_name(file, name.data(), name.size() + 1);
+  return name;
+}
+
+/// The file that was not open `before`: the one of that name, should other threads have opened
+/// files of their own meanwhile.
+hid_t findOpened(const std::vector<hid_t>& before, const std::string& path) {
+  std::vector<hid_t> opened = openHdf5Files();
+  opened.erase(std::remove_if(opened.begin(), opened.end(),
+                              [&before](hid_t id) {
+                                return std::find(before.begin(), before.end(), id) != before.end();
+                              }),
+               opened.end());
+  const auto named =
+      std::find_if(opened.begin(), opened.end(), [&path](hid_t id) { return nameOf(id) == path; });
+  return named != opened.end() ? *named : opened.size() == 1 ? opened.front() : H5I_INVALID_HID;
+}
+
+[[noreturn]] void failAsSound(const CheckedFile& file, const std::string& obstacle) {
+  failReading(file.path(), "it is a sound HDF5 file, but cannot be read as netCDF: " + obstacle);
+}
+
+/// Says what it is that libnetcdf refuses the file for, unless that is damaged.
+void requireDamage(const CheckedFile& file, const std::string& path, const std::string& refusal) {
+  const Hdf5Verdict verdict = judgeHdf5(path);
+  if (verdict.isSound) {
+    failAsSound(file, verdict.obstacle.empty() ? refusal : verdict.obstacle);
+  }
+}
+
 int openByLibrary(const CheckedFile& file, const std::string& path) {
   int id = -1;
   const int status = nc_open(path.c_str(), NC_NOWRITE, &id);
@@ -34,24 +82,47 @@ int openByLibrary(const CheckedFile& file, const std::string& path) {
     failReading(file.path(), "it is not a netCDF file");
   }
   if (status != NC_NOERR) {
+    if (!file.isClassic()) {
+      requireDamage(file, path, nc_strerror(status));
+    }
     failReading(file.path(), std::string("it cannot be opened, or is damaged or cut short (") +
                                  nc_strerror(status) + ")");
   }
   return id;
 }
 
-int openShared(const CheckedFile& file, const std::string& path) {
+/// Whether the file says near its start that libnetcdf wrote it.
+bool isByLibnetcdf(const CheckedFile& file) {
+  constexpr std::size_t NEAR = 65536;
+  const std::string start = file.firstBytes(NEAR);
+  const std::size_t mark = start.find("_NCProperties");
+  return mark != std::string::npos && start.find(",netcdf=", mark) != std::string::npos;
+}
+
+/// A look at the whole structure is for files of other programs: it takes half as long as opening a
+/// small one.
+void requireNoTrap(const CheckedFile& file, const std::string& path) {
+  const std::string trap = isByLibnetcdf(file) ? std::string() : findTrap(path);
+  if (!trap.empty()) {
+    failAsSound(file, trap);
+  }
+}
+
+const Shared& openShared(const CheckedFile& file, const std::string& path) {
   std::vector<Shared>& files = sharedFiles();
   const auto open = std::find_if(files.begin(), files.end(), [&](const Shared& shared) {
     return shared.file == file.identity();
   });
   if (open != files.end()) {
     ++open->users;
-    return open->id;
+    return *open;
   }
+  requireNoTrap(file, path);
   files.reserve(files.size() + 1);  // what is open then has its place without fail
-  files.push_back({file.identity(), openByLibrary(file, path), 1});
-  return files.back().id;
+  const std::vector<hid_t> before = openHdf5Files();
+  files.push_back({file.identity(), openByLibrary(file, path), H5I_INVALID_HID, 1});
+  files.back().hdf5 = findOpened(before, path);
+  return files.back();
 }
 
 }  // namespace
@@ -59,7 +130,13 @@ int openShared(const CheckedFile& file, const std::string& path) {
 OpenHandle::OpenHandle(const CheckedFile& file) {
   const std::string path = libraryPath(file.path());
   const std::lock_guard<std::mutex> guard(libraryLock());
-  m_id = file.isClassic() ? openByLibrary(file, path) : openShared(file, path);
+  if (file.isClassic()) {
+    m_id = openByLibrary(file, path);
+    return;
+  }
+  const Shared& shared = openShared(file, path);
+  m_id = shared.id;
+  m_hdf5 = shared.hdf5;
 }
 
 // What the library says on closing a file that was only read does not matter.

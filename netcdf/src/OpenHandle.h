@@ -1,5 +1,7 @@
 #pragma once
 
+#include <hdf5.h>
+
 #include <string>
 
 namespace quillon::netcdf {
@@ -25,8 +27,13 @@ class OpenHandle {
   /// The root group's id.
   int id() const { return m_id; }
 
+  /// The file as libnetcdf has it open in libhdf5, so that what both read of it goes through one
+  /// handle; invalid for a classic file. What is opened through it is to be closed before this is.
+  hid_t hdf5() const { return m_hdf5; }
+
  private:
   int m_id = -1;
+  hid_t m_hdf5 = H5I_INVALID_HID;
 };
 
 }  // namespace quillon::netcdf

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "FileCheck.h"
+#include "Hdf5File.h"
 #include "OpenHandle.h"
 
 namespace quillon::netcdf {
@@ -20,10 +21,15 @@ class Source {
 
   /// The root group's id.
   int id() const;
+  /// The file in libhdf5; invalid for a classic one.
+  hid_t hdf5() const;
   const OpenOptions& options() const;
 
   /// The file itself, as the system has it.
   const CheckedFile& file() const;
+
+  /// The same in libhdf5 where its bytes may be read past the libraries; else not open.
+  const Hdf5File& plainFile() const;
 
   /// @throws Error naming the file; `what` says what is wrong.
   [[noreturn]] void fail(const std::string& what) const;
@@ -35,6 +41,7 @@ class Source {
   CheckedFile m_file;
   OpenOptions m_options;
   OpenHandle m_handle;
+  Hdf5File m_plainFile;  // behind the handle, which is closed after it
 };
 
 }  // namespace quillon::netcdf

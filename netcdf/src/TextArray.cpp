@@ -1,13 +1,12 @@
 #include "TextArray.h"
 
-#include <netcdf.h>
-#include <quillon/netcdf/LibraryLock.h>
+#include <quillon/memory/Bounded.h>
 
-#include <mutex>
+#include <algorithm>
 #include <utility>
 
-#include "Bounded.h"
-#include "Padding.h"
+#include "Attributes.h"
+#include "Hdf5Texts.h"
 
 namespace quillon::netcdf {
 namespace {
@@ -17,66 +16,69 @@ constexpr std::size_t STRING_BYTES = 128;  // a string's length is not known bef
 // A text is read in one piece: one that is as long as this for each byte of its file is damaged.
 constexpr unsigned long MOST_TEXT_BYTES_PER_FILE_BYTE = 1UL << 10U;
 
-/// The strings that the library made, freed with it.
-class LibraryStrings {
- public:
-  LibraryStrings() = default;
-  LibraryStrings(const LibraryStrings&) = delete;
-  LibraryStrings& operator=(const LibraryStrings&) = delete;
-  ~LibraryStrings() {
-    const std::lock_guard<std::mutex> guard(libraryLock());
-    nc_free_string(m_texts.size(), m_texts.data());
-  }
-
-  std::vector<char*>& texts() { return m_texts; }
-  std::string at(std::size_t k) const { return m_texts[k] == nullptr ? "" : m_texts[k]; }
-
- private:
-  std::vector<char*> m_texts;
-};
-
 std::size_t textLength(TextArray::Storage storage, const Variable& variable) {
-  const bool isText = storage == TextArray::Storage::Characters;
-  return !isText || variable.shape.empty() ? 1 : variable.shape.front();
+  switch (storage) {
+    case TextArray::Storage::Strings:
+      return 1;
+    case TextArray::Storage::FixedTexts:
+      return variable.valueBytes;
+    default:
+      return variable.shape.empty() ? 1 : variable.shape.front();
+  }
 }
 
-// A text of characters is held twice while it is read.
+// A text whose length is known is held twice while it is read.
 std::size_t textBytes(TextArray::Storage storage, std::size_t length) {
   return storage == TextArray::Storage::Strings
              ? STRING_BYTES
-             : boundedSum(sizeof(std::string), boundedProduct(2, length));
+             : memory::boundedSum(sizeof(std::string), memory::boundedProduct(2, length));
+}
+
+/// How many dimensions of the variable are none of the array's.
+std::size_t innerDimensions(TextArray::Storage storage, const Variable& variable) {
+  return storage == TextArray::Storage::Characters && !variable.shape.empty() ? 1 : 0;
+}
+
+std::string fillOf(const Variable& variable) {
+  return variable.source->options().decode
+             ? textAttribute(*variable.source, variable.group, variable.id, "_FillValue")
+             : std::string();
+}
+
+void cutFilling(std::string& text, char fill) {
+  while (!text.empty() && (text.back() == '\0' || text.back() == fill)) {
+    text.pop_back();
+  }
 }
 
 }  // namespace
 
 TextArray::TextArray(Storage storage, Variable variable, const std::string& name,
                      std::vector<memory::Axis> axes, const std::string& description)
-    : ArrayBase(name, object_model::ElementType::String, std::move(axes), description),
+    : FileArray(object_model::ElementType::String, std::move(variable), name, std::move(axes),
+                description),
       m_storage(storage),
-      m_variable(std::move(variable)),
+      m_fill(fillOf(m_variable)),
       m_length(textLength(storage, m_variable)),
-      m_window(m_variable.windows(m_variable.shape.size() - size().size(),
-                                  textBytes(storage, m_length))) {}
+      m_window(
+          m_variable.windows(innerDimensions(storage, m_variable), textBytes(storage, m_length))) {}
 
 std::string TextArray::getValueAsString(const object_model::Tuple& index) const {
   return m_window.at(
       offsetOf(index),
       [this](const memory::Block& block, std::vector<std::string>& texts) {
         m_variable.makeRoom(texts, block.count);
-        return m_storage == Storage::Strings ? readStrings(block, texts.data())
-                                             : readCharacters(block, texts.data());
+        return m_storage == Storage::Characters ? readCharacters(block, texts.data())
+                                                : readTexts(block, texts.data());
       },
       [this](unsigned long bytes) { m_variable.reportRead(bytes); });
 }
 
-unsigned long TextArray::readStrings(const memory::Block& block, std::string* texts) const {
-  LibraryStrings strings;
-  m_variable.makeRoom(strings.texts(), block.count);
-  m_variable.read(block.start.data(), block.extent.data(), strings.texts().data());
-  unsigned long bytes = 0;
-  for (unsigned long k = 0; k < block.count; ++k) {
-    texts[k] = strings.at(k);
-    bytes += texts[k].size();
+unsigned long TextArray::readTexts(const memory::Block& block, std::string* texts) const {
+  requirePlausibleLength();
+  const unsigned long bytes = readHdf5Texts(m_variable, block, texts);
+  if (!m_fill.empty()) {
+    std::replace(texts, texts + block.count, m_fill, std::string());
   }
   return bytes;
 }
@@ -84,7 +86,7 @@ unsigned long TextArray::readStrings(const memory::Block& block, std::string* te
 unsigned long TextArray::readCharacters(const memory::Block& block, std::string* texts) const {
   requirePlausibleLength();
   std::vector<char> characters;
-  m_variable.makeRoom(characters, boundedProduct(block.count, m_length));
+  m_variable.makeRoom(characters, memory::boundedProduct(block.count, m_length));
   if (!characters.empty()) {
     memory::Block stored = block;
     if (!m_variable.shape.empty()) {
@@ -93,16 +95,17 @@ unsigned long TextArray::readCharacters(const memory::Block& block, std::string*
     }
     m_variable.read(stored.start.data(), stored.extent.data(), characters.data());
   }
+  const char fill = m_fill.empty() ? '\0' : m_fill.front();
   for (unsigned long k = 0; k < block.count; ++k) {
     texts[k].assign(characters.data() + k * m_length, m_length);
-    cutPadding(texts[k]);
+    cutFilling(texts[k], fill);
   }
   return characters.size();
 }
 
 void TextArray::requirePlausibleLength() const {
   const unsigned long fileBytes = m_variable.source->file().bytes();
-  if (m_length > boundedProduct(fileBytes, MOST_TEXT_BYTES_PER_FILE_BYTE)) {
+  if (m_length > memory::boundedProduct(fileBytes, MOST_TEXT_BYTES_PER_FILE_BYTE)) {
     m_variable.source->fail(m_variable.subject() + " claims texts of " + std::to_string(m_length) +
                             " characters, which a file of " + std::to_string(fileBytes) +
                             " bytes cannot hold");

@@ -1,17 +1,20 @@
 #pragma once
 
-#include <quillon/memory/ArrayBase.h>
-
-#include "Variable.h"
+#include "FileArray.h"
 #include "Window.h"
 
 namespace quillon::netcdf {
 
-/// An array over a variable of texts: strings, or characters whose last dimension is the texts'
-/// length.
-class TextArray final : public memory::ArrayBase {
+/// An array over a variable of texts: strings, texts of a fixed length, or characters whose last
+/// dimension is the texts' length. NULs are cut off the end of a text of characters. Where values
+/// are decoded, so are characters that are `_FillValue`, and any text that is `_FillValue` as a
+/// whole is empty, for it is missing.
+class TextArray final : public FileArray {
  public:
-  enum class Storage { Strings, Characters };
+  enum class Storage { Strings, FixedTexts, Characters };
+
+  /// `variable.valueBytes` is the length of texts of a fixed length. To be made under
+  /// libraryLock().
 
   TextArray(Storage storage, Variable variable, const std::string& name,
             std::vector<memory::Axis> axes, const std::string& description);
@@ -20,13 +23,13 @@ class TextArray final : public memory::ArrayBase {
 
  private:
   /// Both return how many bytes the texts take in the file.
-  unsigned long readStrings(const memory::Block& block, std::string* texts) const;
+  unsigned long readTexts(const memory::Block& block, std::string* texts) const;
   unsigned long readCharacters(const memory::Block& block, std::string* texts) const;
   void requirePlausibleLength() const;
 
   Storage m_storage;
-  Variable m_variable;
-  std::size_t m_length;  // of a text of characters
+  std::string m_fill;    // `_FillValue`; empty where it stands for nothing
+  std::size_t m_length;  // of a text of characters or of a fixed length
   mutable Window<std::string> m_window;
 };
 

@@ -10,8 +10,11 @@
 
 #include "ChunkCache.h"
 #include "Source.h"
+#include "StoredValues.h"
 
 namespace quillon::netcdf {
+
+class ArrayMaker;
 
 /// A variable of an open file. Its dimensions stand in the array's order, the fastest first.
 ///
@@ -20,11 +23,31 @@ struct Variable {
   std::shared_ptr<const Source> source;
   int group = -1;
   int id = -1;
-  std::string path;                    ///< in the file, such as "/climate/SST"
-  std::size_t valueBytes = 0;          ///< of one value in the file
-  std::vector<unsigned long> shape;    ///< as far as it is read
-  std::vector<unsigned long> chunks;   ///< the extents of a chunk; empty when stored in one piece
+  std::string path;                   ///< in the file, such as "/climate/SST"
+  std::size_t valueBytes = 0;         ///< of one value in the file
+  std::vector<unsigned long> shape;   ///< as far as it is read
+  std::vector<unsigned long> chunks;  ///< the extents of a chunk; empty when stored in one piece
+  std::vector<Range> ranges = {};     ///< which indices of each dimension; empty for all
+  std::vector<int> dimensions = {};   ///< the library's numbers for them
+  std::shared_ptr<const ArrayMaker> maker =
+      nullptr;                         ///< who knows the coordinates; null for one of these
   mutable ChunkCache chunkCache = {};  ///< under libraryLock()
+  LazyStoredValues stored = {};        ///< what is read without libnetcdf
+
+  /// Where the file has the array's index `index` of the dimension `k`.
+  unsigned long storedIndex(std::size_t k, unsigned long index) const;
+
+  /// Where the file has a position of the array.
+  std::vector<unsigned long> storedStart(const unsigned long* start) const;
+
+  /// How many values a block of these extents has.
+  unsigned long countOf(const unsigned long* extent) const;
+
+  /// Whether the values of neighbouring indices are neighbours in the file, along each dimension.
+  bool isWithoutSteps() const;
+
+  /// The chunks as the array's indices meet them; empty where none of their ends can be told.
+  std::vector<unsigned long> blocks() const;
 
   /// How the variable's subject appears in error messages.
   std::string subject() const;
@@ -33,9 +56,15 @@ struct Variable {
   /// `bytes` in memory.
   memory::BlockLayout windows(std::size_t first, std::size_t bytes) const;
 
-  /// Reads a block of values as they are stored. @throws Error
+  /// Reads a block of values as they are stored; everything that comes of a variable's values
+  /// comes through here. @throws Error
   /// @param start, extent one number for each dimension.
   void read(const unsigned long* start, const unsigned long* extent, void* values) const;
+
+  /// Whether another variable is known to have the same values as stored in a block, since its file
+  /// has the same bytes for them. False where it is not known. @throws Error
+  bool holdsSameBytes(const Variable& other, const unsigned long* start,
+                      const unsigned long* extent) const;
 
   /// Tells the caller of this library that values came. Not to be called under a lock.
   void reportRead(unsigned long bytes) const;

@@ -43,14 +43,9 @@ __all__ = [
 ]
 
 if hasattr(_core, "open_file"):
-    from quillon._files import File, open
+    from quillon._files import File, open, save
 
-    __all__ += ["File", "open"]
-
-if hasattr(_core, "save_file"):
-    from quillon._files import save
-
-    __all__ += ["save"]
+    __all__ += ["File", "open", "save"]
 
 __version__: str = _core.version
 

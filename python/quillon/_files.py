@@ -255,7 +255,3 @@ def open(
     file = File(_core.open_file(name, decode), name, group, decode)
     file._enter_group(group)
     return file
-
-
-if not hasattr(_core, "save_file"):  # a reader alone
-    del save

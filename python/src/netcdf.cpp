@@ -3,18 +3,11 @@
 #include <pybind11/stl.h>
 #include <quillon/memory/Entries.h>
 #include <quillon/memory/Time.h>
+#include <quillon/memory/TimeUnits.h>
 #include <quillon/memory/TypedArray.h>
 #include <quillon/memory/Values.h>
 #include <quillon/netcdf/File.h>
-
-#if __has_include(<quillon/netcdf/Write.h>)
 #include <quillon/netcdf/Write.h>
-#define QUILLON_PYTHON_WRITES 1
-#endif
-#if __has_include(<quillon/netcdf/VariableFacts.h>)
-#include <quillon/memory/TimeUnits.h>
-#define QUILLON_PYTHON_DECODES 1
-#endif
 
 #include <algorithm>
 #include <cstdlib>
@@ -104,7 +97,6 @@ bool fits(long time, memory::Calendar calendar) {
           (calendar == memory::Calendar::ProlepticGregorian || time >= GREGORIAN));
 }
 
-#if QUILLON_PYTHON_DECODES
 /// Where numbers begin that are nanoseconds, in microseconds since 1970; nothing for other numbers.
 std::optional<long> originOfNanoseconds(const Array& array, memory::Calendar calendar) {
   const auto units = memory::TimeUnits::parse(array.getUnit(), calendar);
@@ -114,14 +106,12 @@ std::optional<long> originOfNanoseconds(const Array& array, memory::Calendar cal
   }
   return units->timeOf(0L);
 }
-#endif
 
 /// Makes nanoseconds of the times of an array, which are in microseconds. Those that are stored as
 /// nanoseconds stay exact.
 void refine(const Array& array, memory::Calendar calendar, const std::vector<unsigned long>& start,
             const std::vector<unsigned long>& extent, std::vector<long>& times) {
   std::vector<long> exact;
-#if QUILLON_PYTHON_DECODES
   const std::optional<long> origin = originOfNanoseconds(array, calendar);
   if (origin) {
     exact.resize(times.size());
@@ -130,7 +120,6 @@ void refine(const Array& array, memory::Calendar calendar, const std::vector<uns
   for (long& number : exact) {
     number += *origin * 1000;
   }
-#endif
   for (std::size_t k = 0; k < times.size(); ++k) {
     if (times[k] != memory::MISSING_TIME) {
       times[k] = exact.empty() ? times[k] * 1000 : exact[k];
@@ -264,11 +253,7 @@ class FileEntries {
 
 netcdf::OpenOptions optionsOf(bool decode) {
   netcdf::OpenOptions options;
-#if QUILLON_PYTHON_DECODES
   options.decode = decode;
-#else
-  options.missingAsNaN = decode;
-#endif
   return options;
 }
 
@@ -295,7 +280,6 @@ FileHandle open(const std::string& path, bool decode) {
   return handle;
 }
 
-#if QUILLON_PYTHON_WRITES
 void save(const SharedDictionary& dictionary, const std::string& path, int deflate) {
   const py::gil_scoped_release released;
   const OthersOut others;
@@ -303,7 +287,6 @@ void save(const SharedDictionary& dictionary, const std::string& path, int defla
   options.deflate = deflate;
   netcdf::write(dictionary, path, options);
 }
-#endif
 
 }  // namespace
 
@@ -317,9 +300,7 @@ void bindNetcdf(py::module_& module) {
         handle.file->close();
       });
   module.def("open_file", &open);
-#if QUILLON_PYTHON_WRITES
   module.def("save_file", &save);
-#endif
 }
 
 }  // namespace quillon::python

@@ -7,8 +7,6 @@ import numpy as np
 import pytest
 import quillon
 
-if not hasattr(quillon, "save"):
-    pytest.skip("a reader without a writer", allow_module_level=True)
 netCDF4 = pytest.importorskip("netCDF4")
 xarray = pytest.importorskip("xarray")
 

@@ -5,29 +5,12 @@
 #include <quillon/tables/Error.h>
 
 #include <algorithm>
-#include <functional>
-#include <iterator>
 
 namespace quillon::tables {
 
 using memory::inQuotes;
-using memory::isCoordinate;
-using memory::repeatedAxis;
-
-namespace {
 
 using object_model::ElementType;
-
-/// Leaves out what is not `good`, unless nothing is.
-template <class Predicate>
-void prefer(Candidates& candidates, Predicate good) {
-  if (std::any_of(candidates.begin(), candidates.end(), good)) {
-    candidates.erase(std::remove_if(candidates.begin(), candidates.end(), std::not_fn(good)),
-                     candidates.end());
-  }
-}
-
-}  // namespace
 
 bool contains(const Names& names, const std::string& name) {
   return std::find(names.begin(), names.end(), name) != names.end();
@@ -68,28 +51,6 @@ std::string misfit(const Candidate& candidate, const Names& index) {
   return axes > MOST_AXES
              ? "its further axes and the index are " + std::to_string(axes) + " axes, more than 3"
              : "";
-}
-
-Names commonAxes(const Candidates& candidates) {
-  Candidates deciding;
-  std::copy_if(candidates.begin(), candidates.end(), std::back_inserter(deciding),
-               [](const Candidate& candidate) { return repeatedAxis(candidate.axes).empty(); });
-  prefer(deciding, [](const Candidate& candidate) {
-    return std::all_of(candidate.axes.begin(), candidate.axes.end(),
-                       [](const AxisFacts& axis) { return axis.size != 0; });
-  });
-  prefer(deciding, [](const Candidate& candidate) { return !isCoordinate(*candidate.array); });
-  Names common;
-  if (!deciding.empty()) {
-    for (const AxisFacts& axis : deciding.front().axes) {
-      if (std::all_of(deciding.begin(), deciding.end(), [&axis](const Candidate& candidate) {
-            return countOf(axis.name, candidate.axes) > 0;
-          })) {
-        common.push_back(axis.name);
-      }
-    }
-  }
-  return common;
 }
 
 unsigned long commonSize(const std::string& axisName, const Candidates& candidates) {

@@ -33,11 +33,6 @@ std::string misfit(const object_model::Array& array);
 /// Why no table with this index can hold the array; empty when one can.
 std::string misfit(const Candidate& candidate, const Names& index);
 
-/// The axes that all arrays share, in their order. Empty arrays and coordinates have no say unless
-/// there is nothing else; arrays that have an axis twice have none, as an index could not serve
-/// them.
-Names commonAxes(const Candidates& candidates);
-
 /// How many points the axis has, 0 where no array has it.
 /// @throws Error that names two arrays and their sizes when they do not agree.
 unsigned long commonSize(const std::string& axisName, const Candidates& candidates);

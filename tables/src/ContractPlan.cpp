@@ -1,13 +1,17 @@
 #include <object_model/Array.h>
+#include <quillon/memory/Bounded.h>
 #include <quillon/memory/Paths.h>
 #include <quillon/memory/Wording.h>
 #include <quillon/tables/ContractPlan.h>
 #include <quillon/tables/Error.h>
 
 #include <algorithm>
+#include <iterator>
 
 #include "Candidates.h"
-#include "Saturating.h"
+#include "FewColumns.h"
+#include "PlannedAxes.h"
+#include "Variables.h"
 
 namespace quillon::tables {
 
@@ -34,16 +38,19 @@ class Planner {
   }
 
   ContractPlan plan() {
-    m_plan.index = m_request.index ? givenIndex() : commonAxes(m_candidates);
+    m_plan.index = m_request.index ? givenIndex() : defaultIndex();
     leaveOut([this](const Candidate& candidate) { return misfit(candidate, m_plan.index); });
     requireIndexIsLeft();
     for (const std::string& axis : m_plan.index) {
       m_plan.sizes.push_back(commonSize(axis, m_candidates));
-      m_plan.rows = times(m_plan.rows, m_plan.sizes.back());
+      m_plan.rows = memory::boundedProduct(m_plan.rows, m_plan.sizes.back());
     }
     m_plan.columns = m_plan.index.size();
     for (const Candidate& candidate : m_candidates) {
       addColumns(candidate);
+    }
+    if (!m_request.allColumns) {
+      requireFew(m_plan.columns, m_widest, m_ofWidest);
     }
     for (const Unreadable& entry : m_passedOver) {
       m_plan.notes.push_back(inQuotes(entry.name) + " is not in the table: " + entry.reason);
@@ -52,41 +59,23 @@ class Planner {
   }
 
  private:
-  bool isChosen(const std::string& name) const {
-    return !m_request.variables || contains(*m_request.variables, name);
-  }
-
   void collect(const std::vector<Unreadable>& skipped) {
+    Request request;
+    request.source = m_request.source;
+    request.variables = m_request.variables;
+    request.exclude = m_request.exclude;
+    request.unreadable = skipped;
+    const ChosenNames chosen(m_group, request);
     for (int i = 0; static_cast<unsigned long>(i) < m_group.getNumOfData(); ++i) {
       const std::string name = m_group.getDataName(i);
       const object_model::Array* array = m_group.data(name)->asArray();
-      if (array != nullptr) {
-        m_existing.push_back(name);
-      }
-      if (array != nullptr && isChosen(name)) {
+      if (array != nullptr && chosen.contains(name)) {
         m_candidates.push_back({array, name, axesOf(*array)});
       }
     }
-    for (const Unreadable& entry : skipped) {
-      m_existing.push_back(entry.name);
-      if (isChosen(entry.name)) {
-        m_passedOver.push_back(entry);
-      }
-    }
-    requireExisting();
+    std::copy_if(skipped.begin(), skipped.end(), std::back_inserter(m_passedOver),
+                 [&chosen](const Unreadable& entry) { return chosen.contains(entry.name); });
     leaveOut([](const Candidate& candidate) { return misfit(*candidate.array); });
-  }
-
-  void requireExisting() const {
-    if (!m_request.variables) {
-      return;
-    }
-    for (const std::string& name : *m_request.variables) {
-      if (!contains(m_existing, name)) {
-        throw Error(m_request.source + " has no variable " + inQuotes(name) +
-                    (m_existing.empty() ? " and no other" : "; it has " + listed(m_existing)));
-      }
-    }
   }
 
   template <class Misfit>
@@ -117,6 +106,14 @@ class Planner {
       reasons += (reasons.empty() ? "" : ", ") + inQuotes(entry.name) + " (" + entry.reason + ")";
     }
     throw Error(m_request.source + " has no variables that the table could hold: " + reasons);
+  }
+
+  Names defaultIndex() const {
+    std::vector<Variable> variables;
+    for (const Candidate& candidate : m_candidates) {
+      variables.push_back({candidate.array, candidate.name, candidate.axes, false});
+    }
+    return PlannedAxes(m_group, variables, {}).defaultIndex(variables);
   }
 
   Names givenIndex() const {
@@ -161,8 +158,9 @@ class Planner {
     unsigned long values = 1;
     unsigned long columns = 1;
     for (const AxisFacts& axis : candidate.axes) {
-      values = times(values, axis.size);
-      columns = contains(m_plan.index, axis.name) ? columns : times(columns, axis.size);
+      values = memory::boundedProduct(values, axis.size);
+      columns =
+          contains(m_plan.index, axis.name) ? columns : memory::boundedProduct(columns, axis.size);
     }
     if (candidate.axes.size() == 1 && columns > 1) {
       // The export never spreads a one-dimensional array.
@@ -173,8 +171,12 @@ class Planner {
       noteUnseen(candidate.axes[0].name);
     }
     m_plan.variables.push_back(candidate.name);
-    m_plan.values = plus(m_plan.values, values);
-    m_plan.columns = plus(m_plan.columns, columns);
+    m_plan.values = memory::boundedSum(m_plan.values, values);
+    m_plan.columns = memory::boundedSum(m_plan.columns, columns);
+    if (columns > m_ofWidest) {
+      m_widest = candidate.name;
+      m_ofWidest = columns;
+    }
   }
 
   /// Other arrays may have the axis as well, and all of its coordinates in their columns.
@@ -190,9 +192,10 @@ class Planner {
 
   const object_model::Dictionary& m_group;
   const ContractRequest& m_request;
-  Names m_existing;
   Candidates m_candidates;
   std::vector<Unreadable> m_passedOver;
+  std::string m_widest;
+  unsigned long m_ofWidest = 0;
   ContractPlan m_plan;
 };
 

@@ -43,9 +43,22 @@ const Array* arrayIn(const Data* container, const std::string& name) {
   return entry == nullptr ? nullptr : entry->asArray();
 }
 
+/// Whether an array of another name than the axis stands among the variables: it labels the axis,
+/// as names of stations do, but is a column of its own.
+bool isLabel(const Dictionary& dictionary, const Array& coordinates, const std::string& axis) {
+  const std::string name = coordinates.getName();
+  for (const Data* container = &dictionary; container != nullptr; container = container->parent()) {
+    if (name != axis && arrayIn(container, name) != nullptr) {
+      return true;
+    }
+  }
+  return false;
+}
+
 /// What the array knows of its first dimension called `axis`.
-std::optional<ArraySource> ownCoordinates(const Array& array, const std::string& name,
-                                          const std::string& axis, unsigned long size) {
+std::optional<ArraySource> ownCoordinates(const Dictionary& dictionary, const Array& array,
+                                          const std::string& name, const std::string& axis,
+                                          unsigned long size) {
   const auto* known = dynamic_cast<const memory::HasCoordinates*>(&array);
   if (known == nullptr) {
     return {};
@@ -54,7 +67,7 @@ std::optional<ArraySource> ownCoordinates(const Array& array, const std::string&
   for (unsigned long k = 0; k < axes.size(); ++k) {
     if (axes[k].name == axis && axes[k].size == size) {
       const std::shared_ptr<const Array> found = known->coordinates(k);
-      if (found != nullptr && areCoordinates(*found, size)) {
+      if (found != nullptr && areCoordinates(*found, size) && !isLabel(dictionary, *found, axis)) {
         return ArraySource{name, 0, k};
       }
     }
@@ -132,7 +145,7 @@ std::optional<ArraySource> findCoordinates(const Dictionary& dictionary, const s
     const std::string name = dictionary.getDataName(i);
     const Array* array = dictionary.data(i)->asArray();
     if (array != nullptr) {
-      if (std::optional<ArraySource> found = ownCoordinates(*array, name, axis, size)) {
+      if (std::optional<ArraySource> found = ownCoordinates(dictionary, *array, name, axis, size)) {
         return found;
       }
     }

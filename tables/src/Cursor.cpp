@@ -70,6 +70,9 @@ bool Cursor::next() {
   for (unsigned long k = 0; m_rows > 0 && k < m_cells.size(); ++k) {
     m_cells[k]->read(m_table, k, m_first, m_rows);
   }
+  if (m_rows > 0 && m_table.m_tell) {
+    m_table.m_tell(m_rows);
+  }
   return m_rows > 0;
 }
 

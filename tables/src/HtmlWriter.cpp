@@ -1,5 +1,5 @@
+#include <quillon/memory/HtmlText.h>
 #include <quillon/memory/Wording.h>
-#include <quillon/tables/Html.h>
 #include <quillon/tables/Writers.h>
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 namespace quillon::tables {
 namespace {
 
-void appendLiteral(std::string_view text, Buffer& buffer) { buffer.append(inHtml(text)); }
+void appendLiteral(std::string_view text, Buffer& buffer) { buffer.append(memory::inHtml(text)); }
 
 void openCell(const Column& column, std::string_view element, Buffer& buffer) {
   buffer.append('<');
@@ -58,23 +58,11 @@ void appendTable(const Table& table, const Output& output, const Shown& shown, B
   buffer.append("  </tbody>\n</table>\n");
 }
 
-constexpr std::string_view BEFORE_TITLE = R"(<!DOCTYPE html>
-<html lang="en">
-<head>
-<meta charset="utf-8">
-<meta name="viewport" content="width=device-width, initial-scale=1">
-<title>)";
-
-constexpr std::string_view BEFORE_CAPTION = R"(</title>
-<style>
-  :root { color-scheme: light dark; --ink: #1d232b; --paper: #fff; --faint: #56606b;
-          --head: #dfe6ee; --rule: #7d8b99; --line: #e3e7ec; --stripe: #f4f6f9; }
+constexpr std::string_view STYLE = R"(
+  :root { --head: #dfe6ee; --rule: #7d8b99; --line: #e3e7ec; --stripe: #f4f6f9; }
   @media (prefers-color-scheme: dark) {
-    :root { --ink: #e2e6ea; --paper: #15191e; --faint: #9aa5b1; --head: #2a323c;
-            --rule: #5c6875; --line: #262d35; --stripe: #1b2026; }
+    :root { --head: #2a323c; --rule: #5c6875; --line: #262d35; --stripe: #1b2026; }
   }
-  body { margin: 0; padding: 1.5rem; color: var(--ink); background: var(--paper);
-         font: 0.9375rem/1.4 system-ui, "DejaVu Sans", sans-serif; }
   figure { margin: 0; width: max-content; }
   figcaption { position: sticky; left: 1.5rem; width: calc(100vw - 4rem);
                margin-bottom: 1rem; overflow-wrap: anywhere; }
@@ -87,11 +75,7 @@ constexpr std::string_view BEFORE_CAPTION = R"(</title>
   thead tr:last-child th { border-bottom: 2px solid var(--rule); }
   td { border-bottom: 1px solid var(--line); }
   tbody tr:nth-child(odd) { background: var(--stripe); }
-</style>
-</head>
-<body>
-<figure>
-<figcaption><strong>)";
+)";
 
 /// "10 of 16800 rows", "85 rows".
 std::string rowsInWords(const Table& table, unsigned long maxRows) {
@@ -109,9 +93,8 @@ void writeHtml(const Table& table, const Output& output, const Shown& shown) {
 
 void writeHtmlPage(const Table& table, const Page& page, const Output& output, const Shown& shown) {
   Buffer buffer;
-  buffer.append(BEFORE_TITLE);
-  appendLiteral(page.title, buffer);
-  buffer.append(BEFORE_CAPTION);
+  buffer.append(memory::pageStart(page.title, STYLE));
+  buffer.append("<figure>\n<figcaption><strong>");
   appendLiteral(page.title, buffer);
   buffer.append("</strong> <span>");
   appendLiteral(page.subtitle, buffer);

@@ -1,3 +1,4 @@
+#include <quillon/memory/Bounded.h>
 #include <quillon/memory/Wording.h>
 #include <quillon/tables/Error.h>
 #include <quillon/tables/Plan.h>
@@ -6,8 +7,8 @@
 #include <set>
 #include <utility>
 
+#include "FewColumns.h"
 #include "PlannedAxes.h"
-#include "Saturating.h"
 #include "Variables.h"
 
 namespace quillon::tables {
@@ -29,7 +30,7 @@ class Planner {
         m_request.index ? m_axes.checked(*m_request.index) : m_axes.defaultIndex(m_variables.fit);
     for (const std::string& name : m_index) {
       m_plan.axes.push_back({name, m_axes.of(name).chosen.count});
-      m_plan.rows = times(m_plan.rows, m_plan.axes.back().size);
+      m_plan.rows = memory::boundedProduct(m_plan.rows, m_plan.axes.back().size);
     }
     requireRows();
     choose();
@@ -60,7 +61,7 @@ class Planner {
   }
 
   void requireRows() const {
-    if (m_plan.rows == MOST) {
+    if (m_plan.rows == memory::LARGEST_SIZE) {
       throw Error("The table would have more rows than can be counted; choose another index");
     }
   }
@@ -121,7 +122,9 @@ class Planner {
   unsigned long columnsOf(const Variable& variable) const {
     unsigned long columns = 1;
     for (const memory::AxisFacts& axis : variable.axes) {
-      columns = isSpread(axis.name) ? times(columns, m_axes.of(axis.name).chosen.count) : columns;
+      columns = isSpread(axis.name)
+                    ? memory::boundedProduct(columns, m_axes.of(axis.name).chosen.count)
+                    : columns;
     }
     return columns;
   }
@@ -130,17 +133,13 @@ class Planner {
     unsigned long columns = m_index.size() + m_axes.singles().size();
     const Variable* widest = nullptr;
     for (const Variable* variable : m_columns) {
-      columns = plus(columns, columnsOf(*variable));
+      columns = memory::boundedSum(columns, columnsOf(*variable));
       widest = widest == nullptr || columnsOf(*variable) > columnsOf(*widest) ? variable : widest;
     }
-    if (columns <= MOST_COLUMNS || m_request.allColumns) {
-      return;
+    if (!m_request.allColumns) {
+      requireFew(columns, widest == nullptr ? "" : widest->name,
+                 widest == nullptr ? 0 : columnsOf(*widest));
     }
-    throw Error("The table would have " + std::to_string(columns) + " columns, more than " +
-                std::to_string(MOST_COLUMNS) + ", " + std::to_string(columnsOf(*widest)) +
-                " of them of " + inQuotes(widest->name) +
-                "; take fewer variables, more axes into the index or a part of an axis, or ask "
-                "for all columns");
   }
 
   bool isTaken(const std::string& name) const {

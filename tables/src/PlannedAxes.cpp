@@ -1,13 +1,13 @@
 #include "PlannedAxes.h"
 
+#include <quillon/memory/Bounded.h>
+#include <quillon/memory/Nearest.h>
 #include <quillon/memory/Wording.h>
 #include <quillon/tables/Error.h>
 
 #include <algorithm>
 #include <set>
 #include <utility>
-
-#include "Saturating.h"
 
 namespace quillon::tables {
 namespace {
@@ -68,7 +68,7 @@ const PlannedAxis& PlannedAxes::require(const std::string& name) const {
   const auto found = m_axes.find(name);
   if (found == m_axes.end()) {
     throw Error("No variable for the table has an axis " + inQuotes(name) +
-                (m_names.empty() ? " or any other" : offer(name, m_names)));
+                (m_names.empty() ? " or any other" : memory::offerOf(name, m_names)));
   }
   return found->second;
 }
@@ -76,7 +76,7 @@ const PlannedAxis& PlannedAxes::require(const std::string& name) const {
 unsigned long PlannedAxes::valuesOf(const Variable& variable) const {
   unsigned long values = 1;
   for (const memory::AxisFacts& axis : variable.axes) {
-    values = times(values, of(axis.name).chosen.count);
+    values = memory::boundedProduct(values, of(axis.name).chosen.count);
   }
   return values;
 }

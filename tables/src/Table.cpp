@@ -145,6 +145,12 @@ unsigned long Table::runFrom(unsigned long row) const {
   return block.first + block.count - row;
 }
 
+Table Table::reporting(std::function<void(unsigned long rows)> tell) const {
+  Table result = *this;
+  result.m_tell = std::move(tell);
+  return result;
+}
+
 memory::TimeForm Table::timeForm(unsigned long column) const {
   require(column, 0, 0);
   if (m_state->columns[column].type != ColumnType::Time) {

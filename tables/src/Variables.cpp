@@ -1,9 +1,8 @@
 #include "Variables.h"
 
 #include <object_model/Array.h>
-#include <quillon/memory/Nearest.h>
+#include <quillon/memory/NameChoice.h>
 #include <quillon/memory/Paths.h>
-#include <quillon/memory/Pattern.h>
 #include <quillon/memory/Wording.h>
 #include <quillon/tables/Error.h>
 
@@ -20,7 +19,7 @@ namespace {
 using memory::inQuotes;
 using Names = std::vector<std::string>;
 
-/// The names that stand in a dictionary and the paths of what they name.
+/// The variables of a dictionary that can be asked for.
 class Existing {
  public:
   Existing(const object_model::Dictionary& dictionary, const Request& request)
@@ -37,19 +36,13 @@ class Existing {
 
   /// What the patterns stand for. @throws Error for one that stands for nothing.
   std::set<std::string> find(const Names& patterns) const {
+    if (const std::optional<std::string> unmatched = m_choice.unmatched(patterns)) {
+      throw Error(m_request.source + " has no variable " + inQuotes(*unmatched) +
+                  m_choice.offerFor(*unmatched));
+    }
     std::set<std::string> result;
-    for (const std::string& pattern : patterns) {
-      const bool isPath = pattern.find('/') != std::string::npos;
-      const std::vector<std::size_t> found =
-          isPath ? findPath(pattern) : memory::Pattern(pattern).find(m_names);
-      if (found.empty()) {
-        throw Error(
-            m_request.source + " has no variable " + inQuotes(pattern) +
-            (m_names.empty() ? " and no other" : offer(pattern, isPath ? m_paths : m_names)));
-      }
-      for (const std::size_t position : found) {
-        result.insert(m_names[position]);
-      }
+    for (const std::size_t position : m_choice.find(patterns)) {
+      result.insert(m_names[position]);
     }
     return result;
   }
@@ -57,55 +50,46 @@ class Existing {
  private:
   void add(const object_model::Dictionary& dictionary, const std::string& name) {
     m_names.push_back(name);
-    m_paths.push_back(memory::pathOf(dictionary, name));
-  }
-
-  std::vector<std::size_t> findPath(const std::string& pattern) const {
-    const std::string whole = pattern[0] == '/' ? pattern : "/" + pattern;
-    return memory::Pattern(whole, memory::Slash::Passes).find(m_paths);
+    m_choice.add(name, memory::pathOf(dictionary, name));
   }
 
   const Request& m_request;
   Names m_names;
-  Names m_paths;
+  memory::NameChoice m_choice;
 };
 
 }  // namespace
 
-std::string offer(const std::string& name, const Names& names) {
-  const Names nearest = memory::nearestNames(name, names);
-  std::string text;
-  for (std::size_t k = 0; k < nearest.size(); ++k) {
-    const char* joint = k + 1 == nearest.size() ? " or " : ", ";
-    text += (k == 0 ? "; did you mean " : joint) + inQuotes(nearest[k]);
-  }
-  return text.empty() ? text : text + "?";
+ChosenNames::ChosenNames(const object_model::Dictionary& dictionary, const Request& request)
+    : m_areAll(!request.variables) {
+  const Existing existing(dictionary, request);
+  m_named = existing.find(request.variables.value_or(Names()));
+  m_excluded = existing.find(request.exclude);
+}
+
+bool ChosenNames::contains(const std::string& name) const {
+  return (m_areAll || isNamed(name)) && m_excluded.count(name) == 0;
 }
 
 Variables chosenVariables(const object_model::Dictionary& dictionary, const Request& request) {
-  const Existing existing(dictionary, request);
-  const std::set<std::string> named = existing.find(request.variables.value_or(Names()));
-  const std::set<std::string> excluded = existing.find(request.exclude);
-  const auto isChosen = [&](const std::string& name) {
-    return (!request.variables || named.count(name) != 0) && excluded.count(name) == 0;
-  };
+  const ChosenNames chosen(dictionary, request);
   Variables variables;
   for (int i = 0; static_cast<unsigned long>(i) < dictionary.getNumOfData(); ++i) {
     const std::string name = dictionary.getDataName(i);
     const object_model::Array* array = dictionary.data(i)->asArray();
-    if (array == nullptr || !isChosen(name)) {
+    if (array == nullptr || !chosen.contains(name)) {
       continue;
     }
     const std::string misfit = misfitOf(*array);
     if (misfit.empty()) {
-      variables.fit.push_back({array, name, memory::axesOf(*array), named.count(name) != 0});
+      variables.fit.push_back({array, name, memory::axesOf(*array), chosen.isNamed(name)});
     } else {
       variables.left.push_back({name, misfit});
     }
   }
   std::copy_if(request.unreadable.begin(), request.unreadable.end(),
                std::back_inserter(variables.left),
-               [&](const Unreadable& entry) { return isChosen(entry.name); });
+               [&](const Unreadable& entry) { return chosen.contains(entry.name); });
   requireSome(variables, dictionary, request.source);
   requireOneSize(variables.fit);
   return variables;

@@ -4,6 +4,7 @@
 #include <quillon/memory/Axes.h>
 #include <quillon/tables/Request.h>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,22 @@ struct Variables {
   std::vector<Unreadable> left;  ///< with the reason
 };
 
+/// The names that a request's patterns stand for.
+class ChosenNames {
+ public:
+  /// @throws Error for a pattern that stands for nothing; it offers the nearest names.
+  ChosenNames(const object_model::Dictionary& dictionary, const Request& request);
+
+  bool contains(const std::string& name) const;
+  /// Whether the request's variables name it.
+  bool isNamed(const std::string& name) const { return m_named.count(name) != 0; }
+
+ private:
+  bool m_areAll;
+  std::set<std::string> m_named;
+  std::set<std::string> m_excluded;
+};
+
 /// The request's variables of the dictionary, in its order.
 /// @throws Error for a pattern that matches nothing and where none is left.
 Variables chosenVariables(const object_model::Dictionary& dictionary, const Request& request);
@@ -33,8 +50,5 @@ void requireOneSize(const std::vector<Variable>& variables);
 /// @throws Error that says why, unless there are variables.
 void requireSome(const Variables& variables, const object_model::Dictionary& dictionary,
                  const std::string& source);
-
-/// "; did you mean 'a', 'b' or 'c'?", of the names that are nearest; empty without names.
-std::string offer(const std::string& name, const std::vector<std::string>& names);
 
 }  // namespace quillon::tables

@@ -1,10 +1,8 @@
 #include <gmock/gmock.h>
-#include <object_model/IO.h>
-#include <quillon/netcdf/File.h>
-#include <tabra/MemoryDataFrame.h>
 
-#include <algorithm>
 #include <sstream>
+#include <string>
+#include <vector>
 
 #include "Browser.h"
 #include "tools/RunTool.h"
@@ -24,86 +22,50 @@ std::string pageOf(std::vector<std::string> arguments) {
   return contentOf(scratch.path("page.html"));
 }
 
-template <class T>
-std::string cellText(const tabra::DataFrameView& frame, unsigned long column, unsigned long row) {
-  T value = 0;
-  frame.read(column, row, 1, &value);
-  std::ostringstream text;
-  text << value;
-  return text.str();
-}
-
-std::string cellText(const tabra::DataFrameView& frame, unsigned long column, unsigned long row) {
-  switch (frame.columnDataType(column).id()) {
-    case tabra::DataTypeId::UInt64:
-      return cellText<unsigned long>(frame, column, row);
-    case tabra::DataTypeId::Int64:
-      return cellText<long>(frame, column, row);
-    default:
-      return cellText<double>(frame, column, row);
-  }
-}
-
-/// The table behind a page: its names, and its first rows with a row of dots for the rest.
-struct Table {
-  Cells names;
+/// The cells of the lines of a Markdown table, names and rows.
+std::vector<Cells> markdownOf(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), "table");
+  arguments.insert(arguments.end(), {"--format", "markdown"});
+  std::istringstream lines(runTool(arguments).out);
   std::vector<Cells> rows;
-};
-
-Table tableOf(const std::string& path, const std::vector<std::string>& index,
-              unsigned long maxRows) {
-  netcdf::OpenOptions options;
-  options.missingAsNaN = true;
-  netcdf::File file(path, options);
-  tabra::MemoryDataFrame frame;
-  object_model::exportToDataFrame(file.root(), &frame, index);
-  const auto [columns, rows] = frame.shape();
-  Table table;
-  for (unsigned long column = 0; column < columns; ++column) {
-    table.names.push_back(frame.columnName(column));
-  }
-  for (unsigned long row = 0; row < std::min(rows, maxRows); ++row) {
-    Cells& cells = table.rows.emplace_back();
-    for (unsigned long column = 0; column < columns; ++column) {
-      cells.push_back(cellText(frame, column, row));
+  for (std::string line; std::getline(lines, line);) {
+    Cells& cells = rows.emplace_back();
+    for (std::size_t start = 2; start < line.size();) {
+      const std::size_t end = line.find(" |", start);
+      cells.push_back(line.substr(start, end - start));
+      start = end + 3;
     }
   }
-  if (maxRows < rows) {
-    table.rows.emplace_back(columns, "...");
-  }
-  return table;
+  rows.erase(rows.begin() + 1);  // the line between names and rows
+  return rows;
 }
 
 struct PageCase {
   const char* name;
   const char* file;
-  std::vector<std::string> index;
+  const char* index;
   unsigned long maxRows;
-  unsigned long visibleRows;
   const char* title;
   const char* details;
 };
 
 void PrintTo(const PageCase& c, std::ostream* stream) { *stream << c.name; }
 
-std::string pageOf(const PageCase& page) {
-  std::string index;
-  for (const std::string& axis : page.index) {
-    index += (index.empty() ? "" : ",") + axis;
-  }
-  return pageOf({page.file, "--index", index, "--max-rows", std::to_string(page.maxRows)});
+std::vector<std::string> argumentsOf(const PageCase& page) {
+  return {page.file, "--index", page.index, "--max-rows", std::to_string(page.maxRows)};
 }
 
 class PageTest : public ::testing::TestWithParam<PageCase> {};
 
 TEST_P(PageTest, BrowserShowsTheTable) {
   const PageCase& page = GetParam();
-  const Table expected =
-      tableOf(QUILLON_SOURCE_DIR "/" + std::string(page.file), page.index, page.maxRows);
-  const SeenPage seen = openPage(pageOf(page));
-  EXPECT_THAT(seen.head, ElementsAre(expected.names));
-  EXPECT_EQ(seen.body, expected.rows);
-  EXPECT_EQ(seen.body.size(), page.visibleRows);
+  std::vector<Cells> expected = markdownOf(argumentsOf(page));
+  const SeenPage seen = openPage(pageOf(argumentsOf(page)));
+  ASSERT_EQ(seen.head.size(), 2);  // names and units
+  EXPECT_EQ(seen.head[0], expected.front());
+  expected.erase(expected.begin());
+  EXPECT_EQ(seen.body, expected);
+  EXPECT_EQ(seen.body.size(), page.maxRows);
   EXPECT_EQ(seen.title, page.title);
   EXPECT_EQ(seen.caption, std::string(page.title) + "\n" + page.details);
 }
@@ -111,32 +73,24 @@ TEST_P(PageTest, BrowserShowsTheTable) {
 // For people to look at: build/PRESET/tests/browser/*.png.
 TEST_P(PageTest, ScreenshotIsKept) {
   const PageCase& page = GetParam();
-  const std::string picture = photograph(pageOf(page), std::string(page.name) + ".png");
+  const std::string picture =
+      photograph(pageOf(argumentsOf(page)), std::string(page.name) + ".png");
   EXPECT_THAT(contentOf(picture).substr(0, 8), "\x89PNG\r\n\x1a\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Measurements, PageTest,
-    ::testing::Values(PageCase{"Climate",
-                               "data/north_atlantic_climate.nc",
-                               {"TIME", "COADSY", "COADSX"},
-                               10,
-                               11,
-                               "north_atlantic_climate.nc",
-                               "Group / · first 10 of 16800 rows"},
-                      PageCase{"Nuclei",
-                               "data/nuclei_measurements.nc",
-                               {"label"},
-                               85,
-                               85,
+    ::testing::Values(PageCase{"Climate", "data/north_atlantic_climate.nc", "TIME,COADSY,COADSX",
+                               10, "north_atlantic_climate.nc", "Group / · 10 of 16800 rows"},
+                      PageCase{"Nuclei", "data/nuclei_measurements.nc", "label", 85,
                                "Nuclei measured in an immunohistochemistry micrograph of colon "
                                "tissue, one label each",
                                "Group / · 85 rows"}),
     [](const auto& c) { return c.param.name; });
 
 /// A page in which nothing from the file became markup has these elements only.
-const Cells ELEMENTS = {"body",  "figcaption", "figure", "head", "html",  "meta",  "span", "strong",
-                        "style", "table",      "tbody",  "th",   "thead", "title", "tr"};
+const Cells ELEMENTS = {"body",  "figcaption", "figure", "head", "html", "meta",  "span",  "strong",
+                        "style", "table",      "tbody",  "td",   "th",   "thead", "title", "tr"};
 
 TEST(HostilePageTest, NamesAndTitleOfTheFileRunNothing) {
   const Scratch scratch;
@@ -155,10 +109,61 @@ TEST(HostilePageTest, NamesAndTitleOfTheFileRunNothing) {
   EXPECT_EQ(seen.title, title);
   EXPECT_EQ(seen.caption, title + "\nGroup / · 2 rows");
   EXPECT_THAT(seen.head,
-              ElementsAre(Cells{"Index [a<img src=x onerror=document.title='owned'>]",
+              ElementsAre(Cells{"a<img src=x onerror=document.title='owned'>",
                                 "b<script>document.title='owned'", "c\" onload=\"&lt;"}));
   EXPECT_THAT(seen.body, ElementsAre(Cells{"0", "1", "3"}, Cells{"1", "2", "4"}));
   EXPECT_EQ(seen.elements, ELEMENTS);
+}
+
+/// The page that the tool makes of the differences of two files.
+std::string differencesOf(const std::vector<std::string>& files) {
+  const Scratch scratch;
+  std::vector<std::string> arguments = {"diff", "--format", "html", "-o",
+                                        scratch.path("page.html")};
+  arguments.insert(arguments.end(), files.begin(), files.end());
+  EXPECT_EQ(runTool(arguments), (Outcome{1, "", ""}));
+  return contentOf(scratch.path("page.html"));
+}
+
+TEST(DifferencesPageTest, EachEntryHasItsPictureAndAScreenshotIsKept) {
+  std::string page =
+      differencesOf({"data/north_atlantic_climate.nc", "data/north_atlantic_climate_4_digits.nc"});
+  for (std::size_t k = page.find("<details>"); k != std::string::npos;
+       k = page.find("<details>", k + 1)) {
+    page.replace(k, 9, "<details open>");
+  }
+  const SeenPage seen = openPage(page);
+  EXPECT_EQ(seen.title,
+            "data/north_atlantic_climate.nc and data/north_atlantic_climate_4_digits.nc");
+  const std::string caption =
+      "The largest delta in each of 40 × 35 cells: COADSX (40) from left to right, COADSY (35) "
+      "downwards.\n up to ";
+  std::size_t captions = 0;
+  for (std::size_t k = seen.caption.find(caption); k != std::string::npos;
+       k = seen.caption.find(caption, k + 1)) {
+    ++captions;
+  }
+  EXPECT_EQ(captions, 4) << seen.caption;
+  EXPECT_THAT(seen.elements, Contains("use"));
+  EXPECT_THAT(seen.elements, ::testing::Not(Contains("script")));
+  EXPECT_THAT(contentOf(photograph(page, "Differences.png")).substr(0, 8), "\x89PNG\r\n\x1a\n");
+}
+
+TEST(DifferencesPageTest, NamesAndTextsOfTheFilesRunNothing) {
+  const Scratch scratch;
+  const std::string hostile = R"(
+    dimensions: x\<img\ src\=y\ onerror\=document.title\=\'owned\'\> = 2 ; y = 2 ;
+    variables: int b\<script\>document.title\=\'owned\'(y, x\<img\ src\=y\ onerror\=document.title\=\'owned\'\>) ;
+      b\<script\>document.title\=\'owned\':units = ")";
+  const std::string first =
+      scratch.file("<img src=x onerror=owned()>.nc", hostile + R"(<script>owned()</script>" ;)");
+  const std::string second = scratch.file(
+      "b.nc", hostile + R"(m" ; data: b\<script\>document.title\=\'owned\' = 1, 2, 3, 4 ;)");
+  const SeenPage seen = openPage(differencesOf({first, second}));
+  EXPECT_EQ(seen.title, first + " and " + second);
+  for (const char* element : {"img", "script"}) {
+    EXPECT_THAT(seen.elements, ::testing::Not(Contains(element)));
+  }
 }
 
 // What the test above relies on: the browser does run what stands in a page unescaped, and it

@@ -51,6 +51,19 @@ TEST(LinesTest, FirstDifferencesAreListedBelowWhereNothingHasADelta) {
                           "  at x=0: 'a' and 'A'", "  at x=1: 'b' and 'B'"));
 }
 
+TEST(LinesTest, ColorsSetPathsAndValuesApart) {
+  Options options;
+  options.largest = 1;
+  const Report report = compare(row<double>("a", {1}), row<double>("a", {1.5}), options);
+  EXPECT_THAT(lines(report, {20, 1, true}),
+              ElementsAre("\x1b[1m/\x1b[0m: 1 of 1 values differ; the largest delta is 0.5 at x=0: "
+                          "\x1b[31m1\x1b[0m and \x1b[32m1.5\x1b[0m",
+                          "  0.5 at x=0: \x1b[31m1\x1b[0m and \x1b[32m1.5\x1b[0m"));
+  EXPECT_THAT(lines(compare(row<double>("a", {1}), row<double>("a", {1, 2})), {20, 0, true}),
+              ElementsAre("\x1b[1m/\x1b[0m: the shapes differ: \x1b[31m(1)\x1b[0m and "
+                          "\x1b[32m(2)\x1b[0m"));
+}
+
 TEST(LinesTest, LongListEndsWithHowManyMoreThereAre) {
   Dictionary many("a");
   for (int k = 0; k < 22; ++k) {

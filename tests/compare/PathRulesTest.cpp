@@ -42,6 +42,22 @@ TEST(PathRulesTest, ToleranceHoldsForThePathsThatMatch) {
   EXPECT_THAT(differing(tolerating({{"/g/*", {1, 0}}})), ElementsAre("/a", "/a[1]", "/a1"));
 }
 
+TEST(PathRulesTest, PathsBeginWithTheRoot) {
+  Options options = tolerating({{"/cells/li/a", {1, 0}}, {"/a1", {1, 0}}, {"li/g/*", {1, 0}}});
+  options.root = "/cells/li";
+  EXPECT_THAT(differing(options),
+              ElementsAre("/cells/li/a[1]", "/cells/li/a1", "/cells/li/g/a", "/cells/li/g/b"));
+  options =
+      tolerating({{"/cells/li/a[1]", {1, 0}}});  // the very path, not a pattern of /cells/li/a1
+  options.root = "/cells/li";
+  EXPECT_THAT(differing(options),
+              ElementsAre("/cells/li/a", "/cells/li/a1", "/cells/li/g/a", "/cells/li/g/b"));
+  options = {};
+  options.root = "/cells";
+  EXPECT_EQ(compare(row<double>("a", {1}), row<double>("a", {2}), options).rows.at(0).path,
+            "/cells");
+}
+
 TEST(PathRulesTest, StarCrossesSlashes) {
   EXPECT_THAT(differing(tolerating({{"*a", {1, 0}}})), ElementsAre("/a[1]", "/a1", "/g/b"));
 }

@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
+#include <quillon/memory/Facets.h>
 #include <quillon/memory/TimeArray.h>
 #include <rapidcheck/gtest.h>
+
+#include <set>
 
 #include "Oracle.h"
 
@@ -316,6 +319,90 @@ RC_GTEST_PROP(ValuesComparisonProperty, NumbersOfDifferentTypesAgreeWithTheOracl
   checkAgainstOracle<float, unsigned long>();
   checkAgainstOracle<long, std::complex<double>>();
   checkAgainstOracle<std::complex<float>, float>();
+}
+
+/// A row of numbers that are the same as any other array's but for the blocks from some positions
+/// on, of which nothing is known.
+class BytesArray final : public memory::ArrayBase,
+                         public object_model::BulkValues,
+                         public memory::HasStoredBytes {
+ public:
+  BytesArray(unsigned long size, double value, std::set<unsigned long> unknown = {})
+      : ArrayBase("a", object_model::ElementType::Double, {memory::Axis("x", size)}),
+        m_value(value),
+        m_unknown(std::move(unknown)) {}
+
+  object_model::StoredType storedType() const override { return object_model::StoredType::Float64; }
+  void readValues(const unsigned long* start, const unsigned long* extent,
+                  void* destination) const override {
+    reads.push_back(start[0]);
+    std::fill_n(static_cast<double*>(destination), extent[0], m_value);
+  }
+  const unsigned long* chunkExtents() const override { return &m_chunk; }
+  bool holdsSameBytes(const object_model::Array& other, const unsigned long* start,
+                      const unsigned long* /*extent*/) const override {
+    asked.push_back(start[0]);
+    if (dynamic_cast<const BytesArray*>(&other) == nullptr) {
+      throw std::runtime_error("cut");
+    }
+    return m_unknown.count(start[0]) == 0;
+  }
+
+  mutable std::vector<unsigned long> reads;
+  mutable std::vector<unsigned long> asked;
+
+ private:
+  double m_value;
+  std::set<unsigned long> m_unknown;
+  unsigned long m_chunk = 1UL << 18U;
+};
+
+constexpr unsigned long BLOCK = 1UL << 20U;  // values of the blocks in which chunks are fetched
+
+TEST(ValuesComparisonTest, WhatIsStoredInTheSameBytesIsNotRead) {
+  const BytesArray first(2 * BLOCK + 1, 1);
+  const BytesArray second(2 * BLOCK + 1, 2);
+  unsigned long progress = 0;
+  Options options;
+  options.progress = [&](unsigned long values) { progress += values; };
+  const Report report = compare(first, second, options);
+  EXPECT_TRUE(report.same);
+  EXPECT_EQ(report.values, 2 * BLOCK + 1);
+  EXPECT_EQ(progress, 2 * BLOCK + 1);
+  EXPECT_THAT(first.asked, ElementsAre(0, BLOCK, 2 * BLOCK));
+  EXPECT_THAT(first.reads, ElementsAre());
+  EXPECT_THAT(second.reads, ElementsAre());
+}
+
+TEST(ValuesComparisonTest, BlockWhoseBytesAreNotKnownToBeTheSameIsRead) {
+  const BytesArray first(2 * BLOCK + 1, 1, {2 * BLOCK});
+  const BytesArray second(2 * BLOCK + 1, 2);
+  const Report report = compare(first, second, within(5));
+  EXPECT_TRUE(report.same);
+  EXPECT_THAT(second.reads, ElementsAre(2 * BLOCK));
+  const Report exact = compare(first, second);
+  ASSERT_EQ(exact.rows.size(), 1);
+  EXPECT_EQ(exact.rows[0].count, 1);
+  EXPECT_EQ(exact.rows[0].largest[0].at.at(0).index, 2 * BLOCK);
+  EXPECT_EQ(exact.values, 2 * BLOCK + 1);
+}
+
+TEST(ValuesComparisonTest, BytesTellNothingWhereNanDiffersFromItself) {
+  const BytesArray nan(4, NOT_A_NUMBER);
+  Options options;
+  options.nanEqual = false;
+  const Report report = compare(nan, nan, options);
+  ASSERT_EQ(report.rows.size(), 1);
+  EXPECT_EQ(report.rows[0].count, 4);
+  EXPECT_THAT(nan.asked, ElementsAre());
+}
+
+TEST(ValuesComparisonTest, ArrayThatFailsToCompareBytesIsNotCompared) {
+  const BytesArray first(4, 1);
+  const Report report = compare(first, row<double>("a", {1, 1, 1, 1}));
+  EXPECT_FALSE(report.same);
+  ASSERT_EQ(report.notCompared.size(), 1);
+  EXPECT_EQ(report.notCompared[0].reason, "cut");
 }
 
 }  // namespace

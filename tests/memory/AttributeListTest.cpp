@@ -46,6 +46,15 @@ TEST(AttributeListTest, ANewValueStaysInThePlaceOfTheOld) {
   EXPECT_EQ(inWords(dictionary), "a=3\nb=2\n");
 }
 
+TEST(AttributeListTest, AllAreReplacedAtOnce) {
+  Dictionary dictionary("d");
+  dictionary.setAttribute("a", "1");
+  dictionary.setAttributes({{"b", "2"}, {"c", "3"}});
+  EXPECT_EQ(inWords(dictionary), "b=2\nc=3\n");
+  dictionary.setAttributes({});
+  EXPECT_THAT(dictionary.attributes(), IsEmpty());
+}
+
 TEST(AttributeListTest, RemovingSaysWhetherThereWasOne) {
   Dictionary dictionary("d");
   EXPECT_FALSE(dictionary.removeAttribute("a"));

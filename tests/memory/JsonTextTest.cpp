@@ -16,6 +16,13 @@ TEST(JsonTextTest, QuotesBackslashesAndControlCharactersAreEscaped) {
   EXPECT_EQ(jsonText(std::string("\0\x1f\x7f", 3)), R"("\u0000\u001f\u007f")");
 }
 
+TEST(JsonTextTest, InvisibleCharactersAreEscaped) {
+  EXPECT_EQ(jsonText("a\xE2\x80\xAE"
+                     "b\xC2\x9B"),
+            R"("a\u202eb\u009b")");
+  EXPECT_EQ(jsonText("\xF3\xA0\x80\x81"), R"("\udb40\udc01")");
+}
+
 TEST(JsonTextTest, BytesThatAreNoUtf8BecomeTheReplacementCharacter) {
   EXPECT_EQ(jsonText("a\xFF\xC3"), R"("a\ufffd\ufffd")");
   EXPECT_EQ(jsonText("\xED\xA0\x80"), R"("\ufffd\ufffd\ufffd")");

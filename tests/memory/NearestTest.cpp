@@ -36,5 +36,12 @@ TEST(NearestTest, LongNamesEndSoon) {
   EXPECT_THAT(nearestNames(longOne, {longOne, "y"}, 1), ElementsAre(longOne));
 }
 
+TEST(OfferTest, NamesTheNearestThree) {
+  EXPECT_EQ(offerOf("a", {}), "");
+  EXPECT_EQ(offerOf("sts", {"sst"}), "; did you mean 'sst'?");
+  EXPECT_EQ(offerOf("sts", {"wind", "sst"}), "; did you mean 'sst' or 'wind'?");
+  EXPECT_EQ(offerOf("b", {"dddd", "bb", "b\n", "bbb"}), "; did you mean 'bb', 'b\\n' or 'bbb'?");
+}
+
 }  // namespace
 }  // namespace quillon::memory

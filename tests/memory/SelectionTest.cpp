@@ -42,6 +42,26 @@ TEST_F(SelectionTest, NameGivenTwiceIsOneEntry) {
   EXPECT_EQ(Selection(m_group, {"A", "A"}).getNumOfData(), 1);
 }
 
+TEST_F(SelectionTest, PathsChooseFromDictionariesWithin) {
+  Dictionary inner("li");
+  inner.add(IntArray("P", {Axis("x", 1)}, {1}));
+  inner.add(IntArray("Q", {Axis("x", 1)}, {2}));
+  m_group.add(std::move(inner));
+  m_group.add(Dictionary("otsu"));
+  object_model::Data* const whole = m_group.data("li");
+  Selection selection(m_group, {"li/Q", "A", "otsu/"});
+  EXPECT_EQ(selection.getNumOfData(), 3);
+  const object_model::Dictionary* part = selection.data("li")->asDictionary();
+  ASSERT_NE(part, nullptr);
+  EXPECT_EQ(part->getNumOfData(), 1);
+  EXPECT_EQ(part->data(0), whole->asDictionary()->data("Q"));
+  EXPECT_EQ(part->parent(), &m_group);
+  EXPECT_EQ(selection.data("otsu")->asDictionary()->getNumOfData(), 0);
+  EXPECT_EQ(Selection(m_group, {"li/Q", "li"}).data("li"), whole);
+  EXPECT_THROW(Selection(m_group, {"li/R"}), std::out_of_range);
+  EXPECT_THROW(Selection(m_group, {"A/Q"}), std::out_of_range);
+}
+
 TEST_F(SelectionTest, NoNamesGiveNoEntries) { EXPECT_EQ(Selection(m_group, {}).getNumOfData(), 0); }
 
 TEST_F(SelectionTest, NameThatTheGroupLacksThrows) {

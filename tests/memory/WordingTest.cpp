@@ -21,14 +21,29 @@ TEST_P(EscapedTest, KeepsTextAndDisarmsTheRest) {
 INSTANTIATE_TEST_SUITE_P(Rules, EscapedTest,
                          ::testing::ValuesIn(std::vector<EscapeCase>{
                              {"EmptyStaysEmpty", "", ""},
-                             {"PrintableAsciiPasses", " az~\\'\"", " az~\\'\""},
+                             {"PrintableAsciiPasses", " az~'\"", " az~'\""},
+                             {"BackslashIsNoEscape", "\\x1b", "\\\\x1b"},
                              {"LineBreaksAndTabsHaveNames", "a\nb\rc\td", "a\\nb\\rc\\td"},
                              {"TerminalSequenceIsDisarmed", "\x1b[31m", "\\x1b[31m"},
                              {"NulIsShown", std::string("a\0b", 3), "a\\x00b"},
                              {"DeleteIsShown", "\x7f", "\\x7f"},
                              {"TwoByteCharactersPass", "µm °C", "µm °C"},
                              {"FirstPrintableBeyondControls", "\xC2\xA0", "\xC2\xA0"},
-                             {"EightBitControlsAreShown", "\xC2\x9B", "\\xc2\\x9b"},
+                             {"EightBitControlsAreShown", "\xC2\x9B", "\\u009b"},
+                             {"FirstAndLastEightBitControl", "\xC2\x80\xC2\x9F", "\\u0080\\u009f"},
+                             {"WritingDirectionIsShown",
+                              "a\xE2\x80\xAE"
+                              "b",
+                              "a\\u202eb"},
+                             {"CharacterBeforeTheDirectionsPasses", "\xE2\x80\xA7", "\xE2\x80\xA7"},
+                             {"CharacterOfNoWidthIsShown", "a\xE2\x80\x8B", "a\\u200b"},
+                             {"ByteOrderMarkIsShown",
+                              "\xEF\xBB\xBF"
+                              "a",
+                              "\\ufeffa"},
+                             {"TagIsShown", "\xF3\xA0\x80\x81", "\\U000e0001"},
+                             {"CombiningCharacterPasses", "e\xCC\x81", "e\xCC\x81"},
+                             {"VariationSelectorPasses", "\xEF\xB8\x8F", "\xEF\xB8\x8F"},
                              {"ThreeByteCharactersPass", "€", "€"},
                              {"FourByteCharactersPass", "😀", "😀"},
                              {"LastCodePointPasses", "\xF4\x8F\xBF\xBF", "\xF4\x8F\xBF\xBF"},
@@ -43,8 +58,11 @@ INSTANTIATE_TEST_SUITE_P(Rules, EscapedTest,
                          }),
                          [](const auto& c) { return c.param.rule; });
 
-TEST(EscapedTest, EscapingTwiceChangesNothing) {
-  EXPECT_EQ(escaped(escaped("\x1b\n\xFF µ")), escaped("\x1b\n\xFF µ"));
+TEST(DisarmedTest, KeepsTheEscapesOfQuotations) {
+  const std::string sentence = "Cannot read " + inQuotes("\\\x1b\n\xFF µ");
+  EXPECT_EQ(sentence, "Cannot read '\\\\\\x1b\\n\\xff µ'");
+  EXPECT_EQ(disarmed(sentence), sentence);
+  EXPECT_EQ(disarmed("\x1b\xE2\x80\xAE"), "\\x1b\\u202e");
 }
 
 TEST(InQuotesTest, QuotesEscapedText) { EXPECT_EQ(inQuotes("a\nb"), "'a\\nb'"); }

@@ -96,5 +96,21 @@ TEST_F(ChunkCacheTest, ButNotForMoreThanAWindow) {
   EXPECT_EQ(keptAfterReading({0, 0}, {8, 1}), 20U);
 }
 
+TEST(ChunkCacheOfHiddenVariablesTest, VariableCalledAsAnotherDimensionIsRead) {
+  const Scratch scratch;
+  const std::string path = scratch.path("a.nc");
+  {
+    const Writer writer(path, NC_NETCDF4);
+    const int x = writer.dimension("x", 2);
+    const int y = writer.dimension("y", NC_UNLIMITED);
+    writer.variable("a", NC_INT, {x, y});
+    const int hidden = writer.variable("y", NC_INT, {x});
+    const std::size_t chunk = 1;
+    must(nc_def_var_chunking(writer.root(), hidden, NC_CHUNKED, &chunk));
+    writer.put<int>(hidden, {2}, {5, 6});
+  }
+  EXPECT_EQ(valuesOf(arrayAt(File(path), "y")), (std::vector<std::string>{"5", "6"}));
+}
+
 }  // namespace
 }  // namespace quillon::netcdf

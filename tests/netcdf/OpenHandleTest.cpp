@@ -1,6 +1,7 @@
 #include <filesystem>
 
 #include "FileCheck.h"
+#include "Hdf5Files.h"
 #include "OpenHandle.h"
 #include "TestFiles.h"
 
@@ -25,6 +26,12 @@ class OpenHandleTest : public testing::Test {
     return path;
   }
 
+  static std::string nameOf(hid_t file) {
+    std::string name(1000, '\0');
+    name.resize(static_cast<std::size_t>(H5Fget_name(file, name.data(), name.size())));
+    return name;
+  }
+
   Scratch m_scratch;
 };
 
@@ -45,6 +52,52 @@ TEST_F(OpenHandleTest, NetCdf4FileIsOpenOnceUnderAllItsNames) {
   const CheckedFile linked(m_scratch.path("b.nc"));
   const OpenHandle first(named);
   EXPECT_EQ(OpenHandle(linked).id(), first.id());
+}
+
+TEST_F(OpenHandleTest, KnowsTheFileThatLibnetcdfHasOpenInLibhdf5) {
+  const std::string path = file("a.nc", NC_NETCDF4);
+  const CheckedFile a(path);
+  const CheckedFile b(file("b.nc", NC_NETCDF4));
+  const Hdf5Object stranger(H5Fopen(path.c_str(), H5F_ACC_RDONLY, H5P_DEFAULT), H5Fclose);
+  const OpenHandle first(a);
+  const OpenHandle second(b);
+  EXPECT_EQ(nameOf(first.hdf5()), path);
+  EXPECT_NE(first.hdf5(), stranger.id());
+  EXPECT_EQ(OpenHandle(a).hdf5(), first.hdf5());
+  EXPECT_EQ(nameOf(second.hdf5()), m_scratch.path("b.nc"));
+}
+
+TEST_F(OpenHandleTest, ClassicFileIsNotOpenInLibhdf5) {
+  const CheckedFile a(file("a.nc", 0));
+  EXPECT_LT(OpenHandle(a).hdf5(), 0);
+}
+
+TEST_F(OpenHandleTest, NothingOfLibhdf5StaysOpen) {
+  const std::string netcdf = file("a.nc", NC_NETCDF4);
+  const std::string other = m_scratch.path("b.h5");
+  {
+    const Hdf5Writer writer(other);
+    writer.group("g");
+    writer.dataset("g/fixed", textType(5).id(), {2});
+    writer.dataset("g/strings", textType(H5T_VARIABLE).id(), {2});
+    writer.dataset("hidden", H5T_STD_B8LE);
+    writer.attribute("g", "hidden", H5T_STD_B8LE);
+  }
+  const auto all = static_cast<hid_t>(H5F_OBJ_ALL);
+  for (const std::string& path : {netcdf, other}) {
+    const ssize_t before = H5Fget_obj_count(all, H5F_OBJ_ALL);
+    contentOf(File(path).root());
+    EXPECT_EQ(H5Fget_obj_count(all, H5F_OBJ_ALL), before) << path;
+  }
+}
+
+// As OpenHandle has it for strings, but through the handle that libnetcdf made.
+TEST_F(OpenHandleTest, TextsOutliveAHandleOfSomebodyElse) {
+  const std::string path = file("a.nc", NC_NETCDF4);
+  Hdf5Object stranger(H5Fopen(path.c_str(), H5F_ACC_RDONLY, H5P_DEFAULT), H5Fclose);
+  const File own(path);
+  stranger = Hdf5Object();
+  EXPECT_EQ(valuesOf(arrayAt(own, "strings")), (std::vector<std::string>{"one", "two"}));
 }
 
 TEST_F(OpenHandleTest, OtherFilesHaveHandlesOfTheirOwn) {

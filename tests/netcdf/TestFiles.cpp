@@ -34,6 +34,8 @@ std::string valueAt(const memory::ArrayBase& array, const object_model::Tuple& i
       return std::to_string(array.getValueAsInt(index));
     case object_model::ElementType::UInt:
       return std::to_string(array.getValueAsUInt(index));
+    case object_model::ElementType::Boolean:
+      return array.getValueAsBoolean(index) ? "true" : "false";
     case object_model::ElementType::Double: {
       std::ostringstream text;
       text.precision(17);
@@ -62,16 +64,6 @@ void must(int status) {
     throw std::runtime_error(nc_strerror(status));
   }
 }
-
-Scratch::Scratch() : m_directory(std::filesystem::temp_directory_path() / "quillon-XXXXXX") {
-  if (mkdtemp(m_directory.data()) == nullptr) {
-    throw std::runtime_error("cannot make " + m_directory);
-  }
-}
-
-Scratch::~Scratch() { std::filesystem::remove_all(m_directory); }
-
-std::string Scratch::path(const std::string& name) const { return m_directory + "/" + name; }
 
 Writer::Writer(const std::string& path, int mode) {
   must(nc_create(path.c_str(), NC_CLOBBER | mode, &m_id));
@@ -118,6 +110,14 @@ void Writer::text(int variable, const std::string& attribute, const std::string&
 void Writer::text(int variable, const std::string& attribute, const std::string& value,
                   int group) const {
   must(nc_put_att_text(group, variable, attribute.c_str(), value.size(), value.data()));
+}
+
+void writeCdl(const std::string& path, const std::string& cdl) {
+  const std::string source = path + ".cdl";
+  writeBytes(source, "netcdf a {\n" + cdl + "\n}\n");
+  if (std::system(("ncgen -4 -o '" + path + "' '" + source + "'").c_str()) != 0) {
+    throw std::runtime_error("ncgen refuses:\n" + cdl);
+  }
 }
 
 std::string readBytes(const std::string& path) {

@@ -12,24 +12,14 @@
 #include <string>
 #include <vector>
 
+#include "support/ScratchDirectory.h"
+
 namespace quillon::netcdf {
 
 /// Fails the test that runs with the library's own words unless `status` is success.
 void must(int status);
 
-/// A directory that lasts as long as the object.
-class Scratch {
- public:
-  Scratch();
-  Scratch(const Scratch&) = delete;
-  Scratch& operator=(const Scratch&) = delete;
-  ~Scratch();
-
-  std::string path(const std::string& name) const;
-
- private:
-  std::string m_directory;
-};
+using Scratch = test::ScratchDirectory;
 
 /// Writes a netCDF file through the C library and closes it when it goes.
 class Writer {
@@ -69,6 +59,9 @@ class Writer {
  private:
   int m_id = -1;
 };
+
+/// Makes a netCDF-4 file of what `dimensions:` and the rest of a CDL text say, by ncgen.
+void writeCdl(const std::string& path, const std::string& cdl);
 
 std::string readBytes(const std::string& path);
 void writeBytes(const std::string& path, const std::string& bytes);

@@ -50,6 +50,71 @@ TEST_F(TextArrayTest, LastDimensionOfCharactersIsTheLengthOfTheTexts) {
   }
 }
 
+TEST_F(TextArrayTest, FillCharactersAreCutOffTheEndOfATextAndLeaveNothingOfAMissingOne) {
+  for (const int mode : {0, NC_NETCDF4}) {
+    {
+      const Writer writer(m_path, mode);
+      const int x = writer.dimension("x", 5);
+      const int v = writer.variable("v", NC_CHAR, {x, writer.dimension("length", 3)});
+      writer.text(v, "_FillValue", "-");
+      writer.put(v, {5, 3}, characters(std::string("ab---a----ba-\0", 15)));
+    }
+    EXPECT_THAT(valuesOf(arrayAt(File(m_path), "v")), ElementsAre("ab", "--a", "", "-ba", ""));
+  }
+}
+
+TEST_F(TextArrayTest, FillValuesStandForThemselvesWhereNothingIsDecoded) {
+  {
+    const Writer writer(m_path, NC_NETCDF4);
+    const int x = writer.dimension("x", 2);
+    const int v = writer.variable("v", NC_CHAR, {x, writer.dimension("length", 3)});
+    writer.text(v, "_FillValue", "-");
+    const int s = writer.variable("s", NC_STRING, {x});
+    const char* fill = "n/a";
+    must(nc_put_att_string(writer.root(), s, "_FillValue", 1, &fill));
+    writer.put(v, {2, 3}, characters(std::string("a--b\0\0", 6)));
+    writer.put<const char*>(s, {2}, {"n/a", "b"});
+  }
+  OpenOptions options;
+  options.decode = false;
+  const File file(m_path, options);
+  EXPECT_THAT(valuesOf(arrayAt(file, "v")), ElementsAre("a--", "b"));
+  EXPECT_THAT(valuesOf(arrayAt(file, "s")), ElementsAre("n/a", "b"));
+}
+
+TEST_F(TextArrayTest, FillCharacterThatIsNulCutsNothingElse) {
+  {
+    const Writer writer(m_path, 0);
+    const int v = writer.variable("v", NC_CHAR, {writer.dimension("length", 3)});
+    writer.text(v, "_FillValue", std::string(1, '\0'));
+    writer.put(v, {3}, characters(std::string("a \0", 3)));
+  }
+  EXPECT_THAT(valuesOf(arrayAt(File(m_path), "v")), ElementsAre("a "));
+}
+
+TEST_F(TextArrayTest, SingleCharacterThatIsTheFillCharacterIsMissing) {
+  {
+    const Writer writer(m_path, 0);
+    const int v = writer.variable("v", NC_CHAR, {});
+    writer.text(v, "_FillValue", "q");
+    writer.put<char>(v, {}, {'q'});
+  }
+  EXPECT_THAT(valuesOf(arrayAt(File(m_path), "v")), ElementsAre(""));
+}
+
+TEST_F(TextArrayTest, StringThatIsTheFillValueIsMissing) {
+  {
+    const Writer writer(m_path, NC_NETCDF4);
+    const int time = writer.dimension("time", NC_UNLIMITED);
+    const int v = writer.variable("v", NC_STRING, {time});
+    const char* fill = "n/a";
+    must(nc_put_att_string(writer.root(), v, "_FillValue", 1, &fill));
+    writer.put<const char*>(v, {3}, {"n/a", "n/a or not", ""});
+    writer.put<int>(writer.variable("n", NC_INT, {time}), {5}, {1, 2, 3, 4, 5});
+  }
+  EXPECT_THAT(valuesOf(arrayAt(File(m_path), "v")), ElementsAre("", "n/a or not", "", "", ""));
+}
+
 TEST_F(TextArrayTest, OneDimensionOfCharactersIsOneText) {
   {
     const Writer writer(m_path, 0);

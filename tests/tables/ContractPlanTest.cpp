@@ -48,7 +48,7 @@ class ContractPlanTest : public ::testing::Test {
 
   ContractPlan plan(const std::optional<Names>& variables = {},
                     const std::optional<Names>& index = {}) {
-    return contractPlan(m_group, m_skipped, {"'a.nc'", variables, index});
+    return contractPlan(m_group, m_skipped, {"'a.nc'", variables, {}, index, false});
   }
 
   std::string failure(const std::optional<Names>& variables = {},
@@ -80,23 +80,37 @@ TEST_F(ContractPlanTest, ChosenVariablesStandInTheGroupsOrder) {
   EXPECT_THAT(plan(Names{"C", "A", "C"}).variables, ElementsAre("A", "C"));
 }
 
-TEST_F(ContractPlanTest, DefaultIndexIsTheCommonAxesInTheOrderOfTheArrays) {
+TEST_F(ContractPlanTest, DefaultIndexIsThatOfTheArrayWithTheMostValues) {
+  add("bounds", "b2 t5");
   add("A", "x3 y2 t5");
   add("B", "x3 t5");
+  EXPECT_THAT(plan().index, ElementsAre("x", "y", "t"));
+  EXPECT_THAT(plan(Names{"bounds", "B"}).index, ElementsAre("x", "t"));
+}
+
+TEST_F(ContractPlanTest, ShortAxesWithoutCoordinatesAreNotInTheDefaultIndex) {
+  add("x", "x3");
+  add("A", "x3 y16 t17");
   EXPECT_THAT(plan().index, ElementsAre("x", "t"));
 }
 
-TEST_F(ContractPlanTest, CoordinatesDoNotDecideTheDefaultIndex) {
-  add("x", "x3");
-  add("A", "x3 y2");
-  add("y", "y2");
-  EXPECT_THAT(plan().index, ElementsAre("x", "y"));
+TEST_F(ContractPlanTest, PatternsChooseAndExclude) {
+  add("area", "x3");
+  add("axis", "x3");
+  add("b", "x3");
+  EXPECT_THAT(plan(Names{"a*"}).variables, ElementsAre("area", "axis"));
+  const ContractPlan rest = contractPlan(m_group, {}, {"'a.nc'", {}, {"a*"}, {}, false});
+  EXPECT_THAT(rest.variables, ElementsAre("b"));
 }
 
-TEST_F(ContractPlanTest, CoordinatesAloneDecideTheDefaultIndex) {
-  add("x", "x3");
-  add("A", "x3 y2");
-  EXPECT_THAT(plan(Names{"x"}).index, ElementsAre("x"));
+TEST_F(ContractPlanTest, MoreThanAHundredColumnsHaveToBeAskedFor) {
+  add("A", "x3 y99");
+  EXPECT_EQ(plan({}, Names{"x"}).columns, 100);
+  add("B", "x3");
+  EXPECT_EQ(failure({}, Names{"x"}),
+            "The table would have 101 columns, more than 100, 99 of them of 'A'; take fewer "
+            "variables, more axes into the index or a part of an axis, or ask for all columns");
+  EXPECT_EQ(contractPlan(m_group, {}, {"'a.nc'", {}, {}, Names{"x"}, true}).columns, 101);
 }
 
 TEST_F(ContractPlanTest, EmptyArraysDoNotDecideTheDefaultIndex) {
@@ -109,8 +123,8 @@ TEST_F(ContractPlanTest, EmptyArraysDoNotDecideTheDefaultIndex) {
 
 TEST_F(ContractPlanTest, EmptyArraysAloneMakeATableWithoutRows) {
   add("E", "x3 e0");
-  EXPECT_THAT(plan().index, ElementsAre("x", "e"));
-  EXPECT_EQ(plan().rows, 0);
+  EXPECT_THAT(plan({}, Names{"x", "e"}).index, ElementsAre("x", "e"));
+  EXPECT_EQ(plan({}, Names{"x", "e"}).rows, 0);
 }
 
 TEST_F(ContractPlanTest, ArraysWithAnAxisTwiceDoNotDecideTheDefaultIndex) {
@@ -128,12 +142,11 @@ TEST_F(ContractPlanTest, ArrayWithAnAxisTwiceIsSpreadWithoutIndex) {
   EXPECT_EQ(plan().columns, 9);
 }
 
-TEST_F(ContractPlanTest, WithoutCommonAxisThereIsNoIndex) {
+TEST_F(ContractPlanTest, AnEmptyIndexSpreadsAllAxes) {
   add("A", "x3 z1");
   add("B", "y2 w2");
-  EXPECT_THAT(plan().index, IsEmpty());
-  EXPECT_EQ(plan().rows, 1);
-  EXPECT_EQ(plan().columns, 7);
+  EXPECT_EQ(plan({}, Names{}).rows, 1);
+  EXPECT_EQ(plan({}, Names{}).columns, 7);
 }
 
 TEST_F(ContractPlanTest, IndexKeepsTheOrderInWhichItIsGiven) {
@@ -241,15 +254,17 @@ TEST_F(ContractPlanTest, GroupsWithinTheGroupAreNoPartOfTheTable) {
   add("A", "x3");
   m_group.add(Dictionary("inner"));
   EXPECT_THAT(plan().variables, ElementsAre("A"));
-  EXPECT_EQ(failure(Names{"inner"}), "'a.nc' has no variable 'inner'; it has A");
+  EXPECT_EQ(failure(Names{"inner"}), "'a.nc' has no variable 'inner'; did you mean 'A'?");
 }
 
 TEST_F(ContractPlanTest, UnknownVariableSaysWhichThereAre) {
   add("A", "x3");
   add("text", "x3", object_model::ElementType::String);
   m_skipped = {{"outline", "compound type 'point'"}};
-  EXPECT_EQ(failure(Names{"A", "Q"}), "'a.nc' has no variable 'Q'; it has A, text, outline");
-  EXPECT_EQ(failure(Names{"a"}), "'a.nc' has no variable 'a'; it has A, text, outline");
+  EXPECT_EQ(failure(Names{"A", "Q"}),
+            "'a.nc' has no variable 'Q'; did you mean 'A', 'text' or 'outline'?");
+  EXPECT_EQ(failure(Names{"a"}),
+            "'a.nc' has no variable 'a'; did you mean 'A', 'text' or 'outline'?");
 }
 
 TEST_F(ContractPlanTest, UnknownVariableOfAnEmptyGroupIsAnError) {
@@ -332,7 +347,7 @@ TEST(ContractSizeTest, MemoryIsNeededForAllCellsAndForTheRowsPrinted) {
 
 TEST_F(ContractPlanTest, NamesInSentencesAreEscaped) {
   add("\x1b", "x3");
-  EXPECT_EQ(failure(Names{"\n"}), "'a.nc' has no variable '\\n'; it has \\x1b");
+  EXPECT_EQ(failure(Names{"\n"}), "'a.nc' has no variable '\\n'; did you mean '\\x1b'?");
 }
 
 }  // namespace

@@ -35,7 +35,7 @@ TEST(MarkdownTest, TextsAreShownLiterally) {
             "| 0 | a\\|b |\n"
             "| 1 | \\*a\\* \\`b\\` |\n"
             "| 2 | \\<i>\\&amp; |\n"
-            "| 3 | C:\\\\a\\\\nb |\n");
+            "| 3 | C:\\\\\\\\a\\\\nb |\n");
 }
 
 TEST(MarkdownTest, TenRowsAreShownUnlessMoreAreAskedFor) {

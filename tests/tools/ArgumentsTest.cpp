@@ -23,8 +23,41 @@ TEST(SplitNamesTest, CommasSeparateNames) {
   EXPECT_THAT(splitNames("--index", "TIME,COADSY,TIME"), ElementsAre("TIME", "COADSY", "TIME"));
 }
 
-TEST(SplitNamesTest, BlanksBelongToNames) {
-  EXPECT_THAT(splitNames("--index", "a b, c"), ElementsAre("a b", " c"));
+TEST(SplitNamesTest, BlanksAroundNamesAreTrimmed) {
+  EXPECT_THAT(splitNames("--index", " a b,\tc "), ElementsAre("a b", "c"));
+}
+
+TEST(SplitPatternsTest, BackslashesQuoteCommas) {
+  EXPECT_THAT(splitPatterns("--variables", "a\\,b , c*"), ElementsAre("a\\,b", "c*"));
+  EXPECT_THAT([] { splitPatterns("--variables", "a, ,c"); },
+              failsWith("--variables takes names separated by commas, and 'a, ,c' holds an empty "
+                        "one"));
+}
+
+TEST(InLinesTest, LinesLeaveRoomForTheNames) {
+  EXPECT_EQ(inLines(""), "");
+  EXPECT_EQ(inLines(std::string(54, 'a') + " b"), std::string(54, 'a') + "\nb");
+  EXPECT_EQ(inLines(std::string(52, 'a') + " b c"), std::string(52, 'a') + " b\nc");
+}
+
+TEST(ParseCountTest, BothEndsAreAllowed) {
+  EXPECT_EQ(parseCount("--precision", "1", 1, 17), 1);
+  EXPECT_EQ(parseCount("--precision", "17", 1, 17), 17);
+  for (const char* text : {"0", "18", "", "-1", "x", "1.5", "18446744073709551616"}) {
+    EXPECT_THAT(
+        [text] { parseCount("--precision", text, 1, 17); },
+        failsWith(("--precision takes a whole number from 1 to 17, not '" + std::string(text) + "'")
+                      .c_str()));
+  }
+}
+
+TEST(RequireKnownTest, OffersTheNearest) {
+  EXPECT_NO_THROW(requireKnown("--format", "json", {"text", "json"}));
+  EXPECT_THAT(
+      [] {
+        requireKnown("--format", "jsno", {"text", "json"});
+      },
+      failsWith("--format takes one of text, json, not 'jsno'; did you mean 'json'?"));
 }
 
 class EmptyNameTest : public ::testing::TestWithParam<const char*> {};
@@ -35,7 +68,8 @@ TEST_P(EmptyNameTest, IsRefused) {
   EXPECT_THAT([] { splitNames("--index", GetParam()); }, failsWith(sentence.c_str()));
 }
 
-INSTANTIATE_TEST_SUITE_P(Lists, EmptyNameTest, ::testing::Values("", ",", "A,", ",A", "A,,B"));
+INSTANTIATE_TEST_SUITE_P(Lists, EmptyNameTest,
+                         ::testing::Values("", ",", "A,", ",A", "A,,B", "A, "));
 
 TEST(ParseRowsTest, WholeNumbersOf64BitsAreRead) {
   EXPECT_EQ(parseRows("0"), 0);

@@ -44,8 +44,9 @@ TEST(ClimateCellsTest, EveryCellIsWhatNcdumpPrints) {
   ASSERT_EQ(values["SST"].size(), TIMES * LINES * COLUMNS);
   ASSERT_EQ(values["TIME"].size(), TIMES);
 
-  const Outcome outcome = runTool({"table", "data/north_atlantic_climate.nc", "--index",
-                                   "TIME,COADSY,COADSX", "--max-rows", "0"});
+  const Outcome outcome =
+      runTool({"table", "data/north_atlantic_climate.nc", "--index", "TIME,COADSY,COADSX",
+               "--max-rows", "0", "--format", "contract"});
   ASSERT_EQ(outcome.status, 0);
   EXPECT_EQ(outcome.err, "");
   std::istringstream lines(outcome.out);

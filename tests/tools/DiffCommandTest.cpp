@@ -113,9 +113,11 @@ TEST_F(DiffFilesTest, GroupThatOneFileLacksIsTrouble) {
 
 TEST_F(DiffFilesTest, VariableThatNeitherHasIsTrouble) {
   EXPECT_EQ(diffOf("variables: int a ;", "variables: int b ;", {"--variables", "a,c,d"}),
-            failed("Neither 'a.nc' nor 'b.nc' has a variable called c, d; there are a, b"));
-  EXPECT_EQ(diffOf(nested("2"), nested("2"), {"--variables", "b", "--group", "a"}),
-            failed("Neither 'a.nc' nor 'b.nc' has a variable 'b' in the group 'a'; there are m"));
+            failed("Neither 'a.nc' nor 'b.nc' has a variable 'c'; did you mean 'a' or 'b'?"));
+  EXPECT_EQ(
+      diffOf(nested("2"), nested("2"), {"--variables", "b", "--group", "a"}),
+      failed("In the group 'a' neither 'a.nc' nor 'b.nc' has a variable 'b'; did you mean 'm', "
+             "'n' or 'y'?"));
   EXPECT_EQ(diffOf("group: g { }", "group: g { }", {"--variables", "g"}),
             failed("Neither 'a.nc' nor 'b.nc' has a variable 'g'; there are none"));
 }
@@ -151,13 +153,107 @@ TEST_F(DiffFilesTest, ValuesMissingInBothAreTheSame) {
   EXPECT_EQ(diffOf(head + "_, 2 ; } }", head + "_, 2 ; } }"), same());
 }
 
-TEST_F(DiffFilesTest, FillValuesAreComparedAsTheyAreStored) {
+TEST_F(DiffFilesTest, FillValuesAreMissingUnlessValuesAreRaw) {
   const std::string head =
       "dimensions: x = 2 ; variables: float v(x) ; v:_FillValue = -1e34f ; data: v = ";
   EXPECT_EQ(diffOf(head + "_, 2 ;", head + "_, 2 ;"), same());
   EXPECT_EQ(diffOf(head + "_, 2 ;", head + "4, 2 ;"),
+            different("/v: 1 of 2 values differ, 1 missing in one file alone; the first is at x=0: "
+                      "nan and 4\n"));
+  EXPECT_EQ(diffOf(head + "_, 2 ;", head + "4, 2 ;", {"--raw"}),
             different("/v: 1 of 2 values differ; the largest delta is 1e+34 at x=0: -1e+34 and "
                       "4\n"));
+  EXPECT_EQ(diffOf(head + "_, 2 ;", head + "_, 2 ;", {"--nan-differs"}).status, 1);
+  EXPECT_EQ(diffOf(head + "_, 2 ;", head + "_, 2 ;", {"--contract"}).status, 1);
+  EXPECT_EQ(diffOf(head + "_, 2 ;", head + "_, 2 ;", {"--contract", "--raw"}), same());
+}
+
+TEST_F(DiffFilesTest, VariablesAreChosenByPatternsWhereverTheyStand) {
+  const std::string first = nested("2");
+  const std::string second = nested("5");
+  const std::string line = "/a/b/n: 1 of 3 values differ; the largest delta is 3 at x=1: 2 and 5\n";
+  EXPECT_EQ(diffOf(first, second, {"--variables", " n , y"}), different(line));
+  EXPECT_EQ(diffOf(first, second, {"--variables", "/a/*"}), different(line));
+  EXPECT_EQ(diffOf(first, second, {"--variables", "*", "--exclude", "n"}), same());
+  EXPECT_EQ(diffOf(first, second, {"--exclude", "a/b/*"}), same());
+  EXPECT_EQ(diffOf(first, second, {"--exclude", "n*,z"}),
+            failed("Neither 'a.nc' nor 'b.nc' has a variable 'z'; did you mean 'm', 'n' or 'y'?"));
+  EXPECT_EQ(diffOf(first, second, {"--contract", "--exclude", "n"}), same());
+}
+
+TEST_F(DiffFilesTest, TolerancesOfPathsGoBeforeTheCommonOneAndTheLastHolds) {
+  const std::string first = nested("2");
+  const std::string second = nested("5");
+  EXPECT_EQ(diffOf(first, second, {"--tolerance", "*/n=3"}), same());
+  EXPECT_EQ(diffOf(first, second, {"--tolerance", "a/b/n=0,0.6"}), same());
+  EXPECT_EQ(diffOf(first, second, {"--tolerance", "*=3", "--tolerance", "/a/b/n=2"}).status, 1);
+  EXPECT_EQ(diffOf(first, second, {"--tolerance", "/a/b/n=2", "--tolerance", "*=3"}), same());
+  EXPECT_EQ(diffOf(first, second, {"--absolute", "9", "--tolerance", "*=0"}).status, 1);
+  EXPECT_EQ(diffOf(first, second, {"--group", "a", "--tolerance", "/a/b/n=3"}), same());
+  EXPECT_EQ(
+      diffOf(first, second, {"--tolerance", "n=x"}),
+      failed("'n=x' is no tolerance; write PATTERN=A,R or PATTERN=A, with numbers of at least "
+             "0"));
+}
+
+TEST_F(DiffFilesTest, TheLargestDeltasAreListedBelow) {
+  EXPECT_EQ(diffOf(ROW + "1, 2, 3 ;", ROW + "2, 4, 3 ;", {"--largest", "5"}),
+            different("/v: 2 of 3 values differ; the largest delta is 2 at x=1: 2 and 4\n"
+                      "  2 at x=1: 2 and 4\n"
+                      "  1 at x=0: 1 and 2\n"));
+  EXPECT_EQ(diffOf(ROW + "1, 2, 3 ;", ROW + "2, 4, 3 ;", {"--largest", "x"}),
+            failed("--largest takes a whole number from 0 to 1000000, not 'x'"));
+}
+
+TEST_F(DiffFilesTest, JsonHasTheFiguresAndSaysWhenThereAreNone) {
+  EXPECT_EQ(
+      diffOf(ROW + "1, 2, 3 ;", ROW + "1, 4, 3 ;", {"--format", "json", "--absolute", "1"}),
+      different(R"({"first": "a.nc", "second": "b.nc", "same": false, "values": 3, )"
+                R"("rule": {"absolute": 1, "relative": 0, "nan_equal": true}, "differences": )"
+                R"([{"path": "/v", "reason": "values", "size": 3, "count": 1, "missing": 0, )"
+                R"("largest": [{"at": {"x": 1}, "coordinates": {}, "first": 2, "second": 4, )"
+                R"("delta": 2}], "largest_relative": 0.5, "mean": 2}], "not_compared": []})"
+                "\n"));
+  EXPECT_EQ(diffOf(ROW + "1, 2, 3 ;", ROW + "1, 2, 3 ;", {"--format", "json", "--nan-differs"}),
+            (Outcome{0,
+                     R"({"first": "a.nc", "second": "b.nc", "same": true, "values": 3, )"
+                     R"("rule": {"absolute": 0, "relative": 0, "nan_equal": false}, )"
+                     R"("differences": [], "not_compared": []})"
+                     "\n",
+                     ""}));
+}
+
+TEST_F(DiffFilesTest, HtmlIsAPage) {
+  const Outcome outcome =
+      diffOf(ROW + "1, 2, 3 ;", ROW + "1, 4, 3 ;", {"--format", "html", "-o", "page.html"});
+  EXPECT_EQ(outcome, different(""));
+  const std::string page = contentOf(m_scratch.path("page.html"));
+  EXPECT_EQ(page.substr(0, 15), "<!DOCTYPE html>");
+  EXPECT_NE(page.find("<b>a.nc</b> and <b>b.nc</b> · 3 values compared"), std::string::npos);
+}
+
+TEST_F(DiffFilesTest, QuietAndBriefGoBeforeTheFormat) {
+  const std::string first = ROW + "1, 2, 3 ;";
+  const std::string second = ROW + "1, 4, 3 ;";
+  EXPECT_EQ(diffOf(first, second, {"-q", "--format", "json"}), different(""));
+  EXPECT_EQ(diffOf(first, second, {"--brief", "--format", "html"}),
+            different("/v: 1 of 3 values differ; the largest delta is 2 at x=1: 2 and 4\n"));
+  EXPECT_EQ(diffOf(first, first, {"--brief", "--format", "html"}), same());
+}
+
+TEST_F(DiffFilesTest, ContractTakesNoOtherRule) {
+  for (const std::vector<std::string>& option :
+       std::vector<std::vector<std::string>>{{"--tolerance", "v=1"},
+                                             {"--nan-differs"},
+                                             {"--attributes"},
+                                             {"--largest", "2"},
+                                             {"--format", "json"}}) {
+    std::vector<std::string> options = {"--contract"};
+    options.insert(options.end(), option.begin(), option.end());
+    EXPECT_EQ(diffOf(ROW + "1, 2, 3 ;", ROW + "1, 2, 3 ;", options),
+              failed("--contract has the library's own rule and sentence; --tolerance, "
+                     "--nan-differs, --attributes, --largest and --format do not go with it"));
+  }
 }
 
 const std::string CELSIUS =
@@ -354,9 +450,10 @@ TEST(DiffCommandTest, ContractPrintsTheLibrarysSentence) {
   EXPECT_EQ(diff({CLIMATE, ROUNDED, "--contract", "--quiet"}), different(""));
   EXPECT_EQ(diff({CLIMATE, ROUNDED, "--contract", "--absolute", "0.00001", "--variables", "AIRT"}),
             different(sentence + " The absolute delta is greater than 0.000010\n"));
-  EXPECT_EQ(diff({CLIMATE, ROUNDED, "--contract", "--absolute", "0.5"}), same());
-  EXPECT_EQ(diff({CLIMATE, ROUNDED, "--contract", "--relative", "0.001", "--variables", "SLP"}),
-            same());
+  EXPECT_EQ(diff({CLIMATE, ROUNDED, "--contract", "--raw", "--absolute", "0.5"}), same());
+  EXPECT_EQ(
+      diff({CLIMATE, ROUNDED, "--contract", "--raw", "--relative", "0.001", "--variables", "SLP"}),
+      same());
 }
 
 TEST_F(DiffFilesTest, ContractHoldsNegativeReferencesTheSame) {

@@ -46,7 +46,7 @@ std::string joined(const std::string& text, const std::string& line) {
 
 /// The indented entries of a help text: "  HEAD   TEXT", and more of the text at its column.
 Entries entriesOfHelp(const std::string& help) {
-  const std::size_t column = 24;
+  const std::size_t column = 26;
   Entries entries;
   std::istringstream lines(help);
   for (std::string line; std::getline(lines, line);) {

@@ -3,11 +3,10 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <spawn.h>
-#include <stdlib.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -22,21 +21,6 @@ void PrintTo(const Outcome& outcome, std::ostream* stream) {
   *stream << "status " << outcome.status << "\nout:\n" << outcome.out << "err:\n" << outcome.err;
 }
 
-Scratch::Scratch() {
-  std::string pattern = ::testing::TempDir() + "quillon-tools-XXXXXX";
-  if (::mkdtemp(pattern.data()) == nullptr) {
-    throw std::runtime_error("no scratch directory");
-  }
-  m_path = pattern;
-}
-
-Scratch::~Scratch() {
-  std::error_code ignored;
-  std::filesystem::remove_all(m_path, ignored);
-}
-
-std::string Scratch::path(const std::string& name) const { return (m_path / name).string(); }
-
 std::string Scratch::file(const std::string& name, const std::string& cdl) const {
   const std::string source = path(name + ".cdl");
   writeContent(source, "netcdf x {\n" + cdl + "\n}\n");
@@ -46,15 +30,6 @@ std::string Scratch::file(const std::string& name, const std::string& cdl) const
   }
   std::filesystem::remove(source);
   return path(name);
-}
-
-std::vector<std::string> Scratch::entries() const {
-  std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(m_path)) {
-    names.push_back(entry.path().filename().string());
-  }
-  std::sort(names.begin(), names.end());
-  return names;
 }
 
 Outcome runProgram(const std::vector<std::string>& command, const std::string& output) {

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <filesystem>
 #include <ostream>
 #include <string>
 #include <vector>
+
+#include "support/ScratchDirectory.h"
 
 namespace quillon::tools::test {
 
@@ -18,23 +19,10 @@ bool operator==(const Outcome& first, const Outcome& second);
 void PrintTo(const Outcome& outcome, std::ostream* stream);
 
 /// A directory of its own for one test, removed with all that is in it.
-class Scratch {
+class Scratch : public quillon::test::ScratchDirectory {
  public:
-  Scratch();
-  ~Scratch();
-  Scratch(const Scratch&) = delete;
-  Scratch& operator=(const Scratch&) = delete;
-
-  std::string path(const std::string& name = {}) const;
-
   /// Makes the netCDF-4 file `name` from its text form (what stands inside `netcdf x { }`).
   std::string file(const std::string& name, const std::string& cdl) const;
-
-  /// The names of all files in the directory, sorted.
-  std::vector<std::string> entries() const;
-
- private:
-  std::filesystem::path m_path;
 };
 
 /// Runs a program in the project's root. Its standard output goes to `output` where that is given.

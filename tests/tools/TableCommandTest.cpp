@@ -3,7 +3,6 @@
 #include <object_model/IO.h>
 #include <quillon/memory/Selection.h>
 #include <quillon/netcdf/File.h>
-#include <quillon/tables/ContractPage.h>
 #include <quillon/tables/ContractPlan.h>
 #include <tabra/MemoryDataFrame.h>
 
@@ -17,73 +16,182 @@
 namespace quillon::tools::test {
 namespace {
 
-using tables::documentOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
+Outcome table(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), "table");
+  return runTool(arguments);
+}
+
+Outcome printed(const std::string& text) { return {0, text, ""}; }
+
+const char* const CLIMATE = "data/north_atlantic_climate.nc";
+const char* const NUCLEI = "data/nuclei_measurements.nc";
+const char* const CELLS = "data/observations.nc";
+
 TEST(TableCommandTest, ClimateByTimeLatitudeAndLongitude) {
-  EXPECT_EQ(runTool({"table", "data/north_atlantic_climate.nc", "--index", "TIME,COADSY,COADSX",
-                     "--max-rows", "3"}),
-            (Outcome{0,
-                     "Index [TIME]   Index [COADSY]  Index [COADSX]  AIRT           COADSX         "
-                     "COADSY         SLP            SST            TIME           WSPD\n"
-                     "0              0               0               25.8192        281            "
-                     "1              1010.52        26.2958        366            4.96406\n"
-                     "1              0               0               25.8061        281            "
-                     "1              1010.05        26.8736        1096.49        3.79334\n"
-                     "2              0               0               26.3247        281            "
-                     "1              1010           26.6447        1826.97        2.85871\n"
-                     "...\n",
-                     ""}));
-}
-
-TEST(TableCommandTest, DefaultIndexIsTheCommonAxesAndMissingValuesAreNan) {
-  EXPECT_EQ(runTool({"table", "data/north_atlantic_climate.nc", "--variables", "SST,TIME",
-                     "--max-rows", "2"}),
-            (Outcome{0,
-                     "Index [COADSX]  Index [COADSY]  Index [TIME]   SST            TIME\n"
-                     "0               0               0              26.2958        366\n"
-                     "1               0               0              nan            366\n"
-                     "...\n",
-                     ""}));
-}
-
-TEST(TableCommandTest, TenRowsUnlessToldOtherwise) {
   EXPECT_EQ(
-      runTool(
-          {"table", "data/nuclei_measurements.nc", "--variables", "centroid,area,euler_number"}),
-      (Outcome{0,
-               "Index [label]  area           euler_number   centroid[point=0]  centroid[point=1]\n"
-               "0              111            1              15.3964            128.847\n"
-               "1              152            1              17.0855            318.763\n"
-               "2              556            1              32.5558            443.885\n"
-               "3              1303           1              36.363             101.896\n"
-               "4              542            1              27.1974            363.609\n"
-               "5              454            1              33.8282            410.729\n"
-               "6              175            1              36.9029            316.514\n"
-               "7              339            1              48.5044            483.67\n"
-               "8              240            1              50.0042            379.062\n"
-               "9              288            1              53.5069            187.618\n"
-               "...\n",
-               ""}));
+      table({CLIMATE, "-i", "TIME,COADSY,COADSX", "-n", "3"}),
+      printed(
+          "TIME                        COADSY        COADSX     AIRT      SLP      SST     WSPD\n"
+          "                     degrees_north  degrees_east    DEG C       MB    Deg C      M/S\n"
+          "0000-01-16T06:00:00              1           281  25.8192  1010.52  26.2958  4.96406\n"
+          "0000-02-15T16:29:06              1           281  25.8061  1010.05  26.8736  3.79334\n"
+          "0000-03-17T02:58:12              1           281  26.3247     1010  26.6447  2.85871\n"
+          "[16800 rows x 7 columns]\n"));
+}
+
+TEST(TableCommandTest, TheLastDimensionVariesFastestAndMissingValuesAreBlank) {
+  EXPECT_EQ(table({CLIMATE, "--variables", "SST, TIME", "--max-rows", "2"}),
+            printed("      COADSX         COADSY  TIME                     SST\n"
+                    "degrees_east  degrees_north                         Deg C\n"
+                    "         281              1  0000-01-16T06:00:00  26.2958\n"
+                    "         283              1  0000-01-16T06:00:00\n"
+                    "[16800 rows x 4 columns]\n"));
+}
+
+TEST(TableCommandTest, TenRowsWithUnitsAndTheShapeUnlessToldOtherwise) {
+  EXPECT_EQ(table({NUCLEI, "--variables", "cent*,area,euler_number"}),
+            printed("label  area  euler_number  centroid[point=0]  centroid[point=1]\n"
+                    "        px2             1                 px                 px\n"
+                    "    0   111             1            15.3964            128.847\n"
+                    "    1   152             1            17.0855            318.763\n"
+                    "    2   556             1            32.5558            443.885\n"
+                    "    3  1303             1             36.363            101.896\n"
+                    "    4   542             1            27.1974            363.609\n"
+                    "    5   454             1            33.8282            410.729\n"
+                    "    6   175             1            36.9029            316.514\n"
+                    "    7   339             1            48.5044             483.67\n"
+                    "    8   240             1            50.0042            379.062\n"
+                    "    9   288             1            53.5069            187.618\n"
+                    "[85 rows x 5 columns]\n"));
 }
 
 TEST(TableCommandTest, GroupsAreReachedByTheirPath) {
-  const Outcome alone = runTool({"table", "data/nuclei_measurements_li.nc", "--max-rows", "0"});
+  const Outcome alone = table({"data/nuclei_measurements_li.nc", "--max-rows", "0"});
   EXPECT_EQ(alone.status, 0);
   for (const char* path : {"cells/li", "/cells/li", "cells/li/"}) {
-    EXPECT_EQ(runTool({"table", "data/observations.nc", "--group", path, "--max-rows", "0"}),
-              alone);
+    EXPECT_EQ(table({CELLS, "--group", path, "--max-rows", "0"}), alone);
   }
 }
 
-TEST(TableCommandTest, AllRowsHaveNoDots) {
+TEST(TableCommandTest, AllRowsAreThere) {
   for (const char* rows : {"0", "51", "18446744073709551615"}) {
-    const Outcome outcome = runTool(
-        {"table", "data/nuclei_measurements_li.nc", "--variables", "area", "--max-rows", rows});
-    EXPECT_EQ(std::count(outcome.out.begin(), outcome.out.end(), '\n'), 52);
-    EXPECT_EQ(outcome.out.find("..."), std::string::npos);
+    const Outcome outcome =
+        table({"data/nuclei_measurements_li.nc", "--variables", "area", "-n", rows});
+    EXPECT_EQ(std::count(outcome.out.begin(), outcome.out.end(), '\n'), 2 + 51 + 1);
   }
+}
+
+TEST(TableCommandTest, SelectionsByPositionAndByCoordinate) {
+  EXPECT_EQ(table({CLIMATE, "--select", "TIME=@0000-03", "--select", "COADSY=-1", "--select",
+                   "COADSX=@281:285", "--variables", "SST,SLP", "--format", "csv"}),
+            printed("TIME,COADSY,COADSX,SLP,SST\n"
+                    "0000-02-15T16:29:06,69,281,,\n"
+                    "0000-02-15T16:29:06,69,283,,\n"
+                    "0000-02-15T16:29:06,69,285,,\n"));
+}
+
+TEST(TableCommandTest, RangesOfTimesIncludeTheirEnds) {
+  EXPECT_EQ(table({CLIMATE, "--select", "TIME=@0000-02-15:0000-04", "--select", "COADSY=0",
+                   "--select", "COADSX=0", "--variables", "SST,SLP"}),
+            printed("       COADSY        COADSX  TIME                     SLP      SST\n"
+                    "degrees_north  degrees_east                            MB    Deg C\n"
+                    "            1           281  0000-02-15T16:29:06  1010.05  26.8736\n"
+                    "            1           281  0000-03-17T02:58:12     1010  26.6447\n"
+                    "            1           281  0000-04-16T13:27:18  1010.44  26.8827\n"
+                    "[3 rows x 5 columns]\n"));
+}
+
+TEST(TableCommandTest, ValuesAreDecodedUnlessTheyAreRaw) {
+  const Scratch scratch;
+  const std::string path = scratch.file("packed.nc", R"(
+    dimensions: t = 2 ; n = 3 ;
+    variables: int t(t) ; t:units = "days since 2011-08-01" ; short v(t) ; v:scale_factor = 0.5 ;
+      v:add_offset = 1. ; v:_FillValue = -1s ; byte b(t) ; b:dtype = "bool" ; char c(t, n) ;
+      int64 i(t) ; i:_FillValue = -1LL ;
+    data: t = 0, 1 ; v = 3, _ ; b = 1, 0 ; c = "ab", "" ; i = 9007199254740993, -1 ; )");
+  EXPECT_EQ(table({path, "--format", "csv"}), printed("t,v,b,c,i\n"
+                                                      "2011-08-01,2.5,true,ab,9007199254740993\n"
+                                                      "2011-08-02,,false,,-1\n"));
+  EXPECT_EQ(table({path, "--format", "csv", "--raw"}),
+            printed("t,v,b,c,i\n0,3,1,ab,9007199254740993\n1,-1,0,,-1\n"));
+}
+
+TEST(TableCommandTest, ExcludedVariablesAreNotThere) {
+  EXPECT_EQ(table({NUCLEI, "--exclude", "*_*,centroid", "-n", "1"}),
+            printed("label  area  perimeter  eccentricity\n"
+                    "        px2         px             1\n"
+                    "    0   111    41.1127      0.736388\n"
+                    "[85 rows x 4 columns]\n"));
+}
+
+TEST(TableCommandTest, PrecisionHoldsForPeople) {
+  const std::vector<std::string> what = {NUCLEI, "--variables", "perimeter", "-n", "1"};
+  const auto with = [&what](const std::string& format) {
+    std::vector<std::string> arguments = what;
+    arguments.insert(arguments.end(), {"--precision", "3", "--format", format});
+    return table(arguments);
+  };
+  EXPECT_EQ(with("text"), printed("label  perimeter\n"
+                                  "              px\n"
+                                  "    0       41.1\n"
+                                  "[85 rows x 2 columns]\n"));
+  EXPECT_EQ(with("markdown"), printed("| label | perimeter |\n"
+                                      "| ---: | ---: |\n"
+                                      "| 0 | 41.1 |\n"));
+  EXPECT_EQ(with("tsv"), printed("label\tperimeter\n"
+                                 "0\t41.112698372208094\n"));
+  EXPECT_EQ(with("json"), printed("[\n"
+                                  "{\"label\": 0, \"perimeter\": 41.112698372208094}\n"
+                                  "]\n"));
+  EXPECT_EQ(with("jsonl"), printed("{\"label\": 0, \"perimeter\": 41.112698372208094}\n"));
+}
+
+TEST(TableCommandTest, PositionsStandWhereCoordinatesWould) {
+  EXPECT_EQ(table({CLIMATE, "--positions", "--variables", "SST,TIME", "--index", "TIME,COADSX",
+                   "--select", "COADSY=0:1", "-n", "1"}),
+            printed("TIME (position)  COADSX  SST[COADSY=0]  TIME\n"
+                    "                                 Deg C\n"
+                    "              0       0        26.2958  0000-01-16T06:00:00\n"
+                    "[480 rows x 4 columns]\n"));
+}
+
+TEST(TableCommandTest, MoreThanAHundredColumnsHaveToBeAskedFor) {
+  EXPECT_EQ(
+      table({CLIMATE, "--index", "TIME", "--variables", "SST"}),
+      failed("The table would have 1401 columns, more than 100, 1400 of them of 'SST'; take fewer "
+             "variables, more axes into the index or a part of an axis, or ask for all columns "
+             "(--variables, --index, --select, --all-columns)"));
+  const Outcome all = table({CLIMATE, "--index", "TIME", "--variables", "SST", "--all-columns",
+                             "--format", "csv", "-n", "1"});
+  EXPECT_EQ(std::count(all.out.begin(), all.out.end(), '\n'), 2);
+  EXPECT_EQ(all.out.substr(0, 35), "TIME,\"SST[COADSY=1, COADSX=281]\",\"S");
+}
+
+TEST(TableCommandTest, ReaderThatLeavesEarlyEndsTheWorkAtOnce) {
+  const Scratch scratch;
+  const std::string path =
+      scratch.file("long.nc", "dimensions: x = 200000000 ; variables: int v(x) ;");
+  EXPECT_EQ(runShell("$QUILLON table " + path + " --format csv | head -n 2"),
+            printed("x,v\n0,-2147483647\n"));
+}
+
+TEST(TableCommandTest, WhatNobodyWouldSeeIsEscapedAndABackslashIsNoEscape) {
+  const Scratch scratch;
+  const std::string path = scratch.file("odd.nc", R"(
+    dimensions: x = 1 ;
+    variables: int a\\x1b(x) ; a\\x1b:units = "\033[31m" ; int c\,d(x) ; int e(x) ;
+      e:units = ")"
+                                                  "\xE2\x80\xAE"
+                                                  R"(" ;
+    data: a\\x1b = 1 ; c\,d = 2 ; e = 3 ; )");
+  EXPECT_EQ(table({path, "--variables", "a\\\\x1b, c\\,d,e"}),
+            printed("x    a\\\\x1b  c,d       e\n"
+                    "   \\x1b[31m       \\u202e\n"
+                    "0         1    2       3\n"
+                    "[1 row x 4 columns]\n"));
 }
 
 /// All tables of the group with this index, as they are cut from the whole table in memory.
@@ -91,9 +199,9 @@ class WholeTable {
  public:
   WholeTable(const std::string& path, const std::string& group,
              const std::optional<std::vector<std::string>>& index)
-      : m_file(path, missingAsNaN()) {
+      : m_file(path) {
     memory::Dictionary& from = m_file.group(group);
-    const tables::ContractPlan plan = tables::contractPlan(from, {}, {"", {}, index});
+    const tables::ContractPlan plan = tables::contractPlan(from, {}, {"", {}, {}, index, true});
     memory::Selection selection(from, plan.variables);
     m_rows = plan.rows;
     object_model::exportToDataFrame(selection, m_frame.get(), plan.index);
@@ -108,12 +216,6 @@ class WholeTable {
   }
 
  private:
-  static netcdf::OpenOptions missingAsNaN() {
-    netcdf::OpenOptions options;
-    options.missingAsNaN = true;
-    return options;
-  }
-
   netcdf::File m_file;
   unsigned long m_rows = 0;
   std::shared_ptr<tabra::MemoryDataFrame> m_frame = std::make_shared<tabra::MemoryDataFrame>();
@@ -160,10 +262,10 @@ TEST_P(CutTableTest, ShowsTheFirstRowsOfTheWholeTable) {
     arguments.emplace_back("--max-rows");
     for (const unsigned long maxRows : {1UL, 40UL, rows - 1, rows}) {
       std::vector<std::string> cut = arguments;
-      cut.push_back(std::to_string(maxRows));
+      cut.insert(cut.end(), {std::to_string(maxRows), "--format", "contract", "--all-columns"});
       EXPECT_EQ(runTool(cut).out, whole.text(maxRows)) << joined(index) << " " << maxRows;
     }
-    arguments.insert(arguments.end(), {"11", "--html"});
+    arguments.insert(arguments.end(), {"11", "--format", "contract-html", "--all-columns"});
     EXPECT_EQ(runTool(arguments).out, whole.html(11)) << joined(index);
   }
 }
@@ -199,7 +301,7 @@ class OddFileTest : public ::testing::Test {
 
 TEST_F(OddFileTest, WhatATableCannotHoldIsReported) {
   EXPECT_EQ(
-      runTool({"table", m_path, "--index", "x"}),
+      table({m_path, "--index", "x", "--format", "contract"}),
       (Outcome{
           0,
           "Index [x]      x              y              A[y=0]         A[y=1]         far[y=0, "
@@ -220,18 +322,19 @@ TEST_F(OddFileTest, WhatATableCannotHoldIsReported) {
 
 TEST_F(OddFileTest, VariableThatTheIndexLeavesNoRoomForIsReported) {
   EXPECT_EQ(
-      runTool({"table", m_path, "--variables", "x,A,empty", "--index", "none,x,y"}),
+      table({m_path, "--variables", "x,A,empty", "--index", "none,x,y", "--format", "contract"}),
       (Outcome{0,
                "Index [none]   Index [x]      Index [y]      x              A              empty\n",
                ""}));
   EXPECT_EQ(
-      runTool({"table", m_path, "--variables", "x,y,empty,far", "--index", "none,x,y"}).err,
+      table({m_path, "--variables", "x,y,empty,far", "--index", "none,x,y", "--format", "contract"})
+          .err,
       "quillon: 'far' is not in the table: its further axes and the index are 4 axes, more than "
       "3\n");
 }
 
 TEST_F(OddFileTest, NamedVariablesThatATableCannotHoldAreAFailureWhenNothingIsLeft) {
-  EXPECT_EQ(runTool({"table", m_path, "--variables", "s,p"}),
+  EXPECT_EQ(table({m_path, "--variables", "s,p", "--format", "contract"}),
             failed("'" + m_path +
                    "' has no variables that the table could hold: 'p' (compound type 'point'), 's' "
                    "(it holds text)"));
@@ -240,7 +343,7 @@ TEST_F(OddFileTest, NamedVariablesThatATableCannotHoldAreAFailureWhenNothingIsLe
 TEST_F(OddFileTest, AxisOfTwoSizesIsAFailure) {
   EXPECT_EQ(runTool({"table", m_path, "--group", "inner"}),
             failed("The axis 'x' has different sizes: 2 in 'P', 3 in 'Q'"));
-  EXPECT_EQ(runTool({"table", m_path, "--group", "inner", "--variables", "Q,R"}),
+  EXPECT_EQ(table({m_path, "--group", "inner", "--variables", "Q,R", "--format", "contract"}),
             (Outcome{0,
                      "Index [x]      Q              R\n"
                      "0              3              6\n"
@@ -259,7 +362,7 @@ TEST(TableCommandTest, TableThatMemoryCannotHoldIsAFailure) {
   const std::string path = scratch.file(
       "long.nc", "dimensions: x = 4000000 ; y = 4000000 ; variables: byte A(x) ; byte B(y) ;");
   EXPECT_EQ(
-      runTool({"table", path, "--index", "x,y"}),
+      table({path, "--index", "x,y", "--format", "contract"}),
       failed("The table would have 16000000000000 rows and 4 columns, which is more than fits "
              "in memory; choose fewer --variables or another --index"));
 }
@@ -280,33 +383,55 @@ TEST_P(TableFailureTest, PrintsOneSentenceAndNoTable) {
   EXPECT_EQ(runTool(arguments), failed(GetParam().sentence));
 }
 
-const char* const CLIMATE = "data/north_atlantic_climate.nc";
-const char* const CELLS = "data/observations.nc";
-
 INSTANTIATE_TEST_SUITE_P(
     Mistakes, TableFailureTest,
     ::testing::ValuesIn(std::vector<FailureCase>{
         {"MissingFile", {"none.nc"}, "Cannot read 'none.nc': there is no such file"},
         {"UnknownVariable",
          {CLIMATE, "--variables", "SST,sst"},
-         "'data/north_atlantic_climate.nc' has no variable 'sst'; it has AIRT, COADSX, COADSY, "
-         "SLP, "
-         "SST, TIME, WSPD"},
+         "'data/north_atlantic_climate.nc' has no variable 'sst'; did you mean 'SST', 'SLP' or "
+         "'AIRT'?"},
         {"UnknownVariableOfAGroup",
          {CELLS, "--group", "cells/li", "--variables", "Q"},
-         "Group 'cells/li' of 'data/observations.nc' has no variable 'Q'; it has area, perimeter, "
-         "eccentricity, euler_number, mean_intensity, centroid, bounding_box"},
+         "Group 'cells/li' of 'data/observations.nc' has no variable 'Q'; did you mean 'area', "
+         "'centroid' or 'perimeter'?"},
         {"UnknownGroup",
          {CELLS, "--group", "cell"},
-         "'data/observations.nc' has no group 'cell'; it has climate, cells, cells/otsu, cells/li"},
+         "'data/observations.nc' has no group 'cell'; did you mean 'cells', 'cells/li' or "
+         "'climate'?"},
         {"GroupOfGroups",
          {CELLS},
          "'data/observations.nc' has no variables of its own; below it are the groups climate, "
          "cells, cells/otsu, cells/li"},
         {"UnknownIndex",
          {CLIMATE, "--index", "TIME,time"},
+         "No variable for the table has an axis 'time'; did you mean 'TIME', 'COADSX' or "
+         "'COADSY'?"},
+        {"UnknownIndexOfTheContract",
+         {CLIMATE, "--index", "TIME,time", "--format", "contract"},
          "No variable for the table has an axis 'time'; the axes are COADSX, COADSY, TIME"},
-        {"IndexTwice", {CLIMATE, "--index", "TIME,TIME"}, "--index names the axis 'TIME' twice"},
+        {"UnknownFormat",
+         {CLIMATE, "--format", "cvs"},
+         "--format takes one of text, markdown, html, csv, tsv, json, jsonl, contract, "
+         "contract-html, not 'cvs'; did you mean 'csv'?"},
+        {"NoPrecision",
+         {CLIMATE, "--precision", "0"},
+         "--precision takes a whole number from 1 to 17, not '0'"},
+        {"PrecisionBeyondDoubles",
+         {CLIMATE, "--precision", "18"},
+         "--precision takes a whole number from 1 to 17, not '18'"},
+        {"SelectionOfNothing",
+         {CLIMATE, "--select", "TIME"},
+         "'TIME' selects nothing; write AXIS=3, AXIS=0:3 (positions, end excluded), AXIS=@500 or "
+         "AXIS=@FIRST:LAST (coordinates, end included)"},
+        {"SelectionWithTheContract",
+         {CLIMATE, "--select", "TIME=0", "--format", "contract"},
+         "--select does not go with --format contract, the library's own export of whole arrays"},
+        {"ExcludedPatternOfNothing",
+         {CLIMATE, "--exclude", "sst*"},
+         "'data/north_atlantic_climate.nc' has no variable 'sst*'; did you mean 'SST', 'SLP' or "
+         "'WSPD'?"},
+        {"IndexTwice", {CLIMATE, "--index", "TIME,TIME"}, "The index names the axis 'TIME' twice"},
         {"EmptyIndex",
          {CLIMATE, "--index", ""},
          "--index takes names separated by commas, and '' holds an empty one"},
@@ -343,45 +468,41 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(TableCommandTest, OutputFileHoldsWhatWouldBePrinted) {
   const Scratch scratch;
-  const std::string table = runTool({"table", CLIMATE}).out;
+  const std::string text = table({CLIMATE}).out;
   EXPECT_EQ(runTool({"table", CLIMATE, "--output", scratch.path("table")}), (Outcome{0, "", ""}));
-  EXPECT_EQ(contentOf(scratch.path("table")), table);
+  EXPECT_EQ(contentOf(scratch.path("table")), text);
   EXPECT_THAT(scratch.entries(), ElementsAre("table"));
 }
 
-const char* const NUCLEI_HTML =
-    "<table>\n"
-    "    <thead>\n"
-    "        <tr>\n"
-    "<th>Index [label]</th><th>area</th>        </tr>\n"
-    "    </thead>\n"
-    "    <tbody>\n"
-    "        <tr>\n"
-    "            <tr><th>0</th><th>111</th>            </tr>\n"
-    "            <tr><th>1</th><th>152</th>            </tr>\n"
-    "<th>...</th><th>...</th>        </tr>\n"
-    "    </tbody>\n"
-    "</table>\n";
-
-std::vector<std::string> htmlOfNuclei(const std::vector<std::string>& more) {
-  std::vector<std::string> arguments = {
-      "table", "data/nuclei_measurements.nc", "--html", "--variables", "area", "--max-rows", "2"};
-  arguments.insert(arguments.end(), more.begin(), more.end());
-  return arguments;
-}
-
 TEST(TableCommandTest, HtmlIsPrintedAsAFragment) {
-  EXPECT_EQ(runTool(htmlOfNuclei({})), (Outcome{0, NUCLEI_HTML, ""}));
+  const std::string html =
+      "<table>\n"
+      "  <thead>\n"
+      "    <tr><th style=\"text-align: right\">label</th><th style=\"text-align: "
+      "right\">area</th></tr>\n"
+      "    <tr><th style=\"text-align: right\"></th><th style=\"text-align: right\">px2</th></tr>\n"
+      "  </thead>\n"
+      "  <tbody>\n"
+      "    <tr><td style=\"text-align: right\">0</td><td style=\"text-align: "
+      "right\">111</td></tr>\n"
+      "    <tr><td style=\"text-align: right\">1</td><td style=\"text-align: "
+      "right\">152</td></tr>\n"
+      "  </tbody>\n"
+      "</table>\n";
+  EXPECT_EQ(table({NUCLEI, "--html", "--variables", "area", "-n", "2"}), printed(html));
+  EXPECT_EQ(table({NUCLEI, "--format", "html", "--variables", "area", "-n", "2"}), printed(html));
 }
 
-TEST(TableCommandTest, HtmlOutputIsAPageWithTheFilesTitleAroundTheFragment) {
+TEST(TableCommandTest, HtmlOutputIsAPageWithTheFilesTitle) {
   const Scratch scratch;
-  EXPECT_EQ(runTool(htmlOfNuclei({"--output", scratch.path("page.html")})), (Outcome{0, "", ""}));
   EXPECT_EQ(
-      contentOf(scratch.path("page.html")),
-      documentOf({"Nuclei measured in an immunohistochemistry micrograph of colon tissue, one "
-                  "label each",
-                  "/", "first 2 of 85 rows", NUCLEI_HTML}));
+      table({NUCLEI, "--html", "--variables", "area", "-n", "2", "-o", scratch.path("page.html")}),
+      printed(""));
+  const std::string page = contentOf(scratch.path("page.html"));
+  EXPECT_THAT(page, HasSubstr("<strong>Nuclei measured in an immunohistochemistry micrograph of "
+                              "colon tissue, one label each</strong> <span>Group / · 2 of 85 "
+                              "rows</span>"));
+  EXPECT_THAT(page, HasSubstr(table({NUCLEI, "--html", "--variables", "area", "-n", "2"}).out));
   EXPECT_THAT(scratch.entries(), ElementsAre("page.html"));
 }
 
@@ -391,21 +512,20 @@ TEST(TableCommandTest, HtmlPageNamesTheGroupAndAFileWithoutTitle) {
     const std::string path = scratch.file("a&b.nc", std::string(title) + R"(
       group: g { group: h\<i\> { dimensions: x\<y = 1 ; variables: int a\&b(x\<y) ; data: a\&b = 7 ; } })");
     const std::string page = scratch.path("page.html");
-    EXPECT_EQ(runTool({"table", path, "--group", "g/h<i>/", "--html", "--output", page}),
-              (Outcome{0, "", ""}));
-    EXPECT_EQ(contentOf(page), documentOf({"a&b.nc", "/g/h<i>", "1 row",
-                                           "<table>\n"
-                                           "    <thead>\n"
-                                           "        <tr>\n"
-                                           "<th>Index [x&lt;y]</th><th>a&amp;b</th>        </tr>\n"
-                                           "    </thead>\n"
-                                           "    <tbody>\n"
-                                           "        <tr>\n"
-                                           "            <tr><th>0</th><th>7</th>            </tr>\n"
-                                           "        </tr>\n"
-                                           "    </tbody>\n"
-                                           "</table>\n"}));
+    EXPECT_EQ(table({path, "--group", "g/h<i>/", "--html", "--output", page}), printed(""));
+    EXPECT_THAT(contentOf(page), HasSubstr("<title>a&amp;b.nc</title>"));
+    EXPECT_THAT(contentOf(page), HasSubstr("<span>Group /g/h&lt;i&gt; · 1 row</span>"));
+    EXPECT_THAT(contentOf(page), HasSubstr(">x&lt;y</th>"));
   }
+}
+
+TEST(TableCommandTest, ContractHtmlIsTheSameInAFile) {
+  const Scratch scratch;
+  const std::vector<std::string> what = {NUCLEI, "--format", "contract-html", "-n", "2"};
+  std::vector<std::string> intoFile = what;
+  intoFile.insert(intoFile.end(), {"-o", scratch.path("table.html")});
+  EXPECT_EQ(table(intoFile), printed(""));
+  EXPECT_EQ(contentOf(scratch.path("table.html")), table(what).out);
 }
 
 TEST(TableCommandTest, FailureKeepsTheOutputFile) {

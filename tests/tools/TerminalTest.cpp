@@ -44,6 +44,100 @@ std::string onTerminal(std::vector<std::string> arguments) {
   return shown;
 }
 
+/// Runs a shell command, in which $QUILLON is the tool, at a terminal of so many columns.
+std::string atTerminal(const std::string& command, int columns) {
+  const winsize size = {24, static_cast<unsigned short>(columns), 0, 0};
+  int terminal = -1;
+  const pid_t process = ::forkpty(&terminal, nullptr, nullptr, &size);
+  if (process == 0) {
+    ::setenv("QUILLON", QUILLON_TOOL, 1);
+    ::setenv("TERM", "xterm", 1);
+    ::unsetenv("NO_COLOR");
+    ::execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
+    ::_exit(127);
+  }
+  std::string shown;
+  char buffer[256];
+  for (ssize_t count = 0; (count = ::read(terminal, buffer, sizeof buffer)) > 0;) {
+    shown.append(buffer, static_cast<std::size_t>(count));
+  }
+  ::close(terminal);
+  ::waitpid(process, nullptr, 0);
+  for (std::size_t end = shown.find('\r'); end != std::string::npos; end = shown.find('\r', end)) {
+    shown.erase(end, 1);
+  }
+  return shown;
+}
+
+const std::string NUCLEI = QUILLON_SOURCE_DIR "/data/nuclei_measurements.nc ";
+
+TEST(TerminalWidthTest, ColumnsThatDoNotFitAreDots) {
+  const std::string command =
+      "$QUILLON table " + NUCLEI + "--variables area,perimeter,centroid,euler_number -n 1";
+  EXPECT_EQ(atTerminal(command, 40),
+            "label  area  ...  centroid[point=1]\n"
+            "        px2  ...                 px\n"
+            "    0   111  ...            128.847\n"
+            "[85 rows x 6 columns]\n");
+  EXPECT_EQ(atTerminal(command, 80),
+            "label  area  perimeter  euler_number  centroid[point=0]  centroid[point=1]\n"
+            "        px2         px             1                 px                 px\n"
+            "    0   111    41.1127             1            15.3964            128.847\n"
+            "[85 rows x 6 columns]\n");
+  EXPECT_EQ(atTerminal(command, 200), atTerminal(command, 80));
+  EXPECT_EQ(atTerminal("stty cols 0; COLUMNS=40 " + command, 80), atTerminal(command, 40));
+}
+
+TEST(TerminalWidthTest, APipeHasNoWidth) {
+  const std::string command = "$QUILLON table " + NUCLEI + "-n 1";
+  EXPECT_EQ(atTerminal(command + " | cat", 40), runShell(command).out);
+  EXPECT_EQ(atTerminal(command + " --output /dev/stdout", 40), atTerminal(command, 40));
+}
+
+TEST(TerminalWidthTest, WideAndCombiningNamesStayAligned) {
+  const Scratch scratch;
+  const std::string path = scratch.file(
+      "names.nc",
+      "dimensions: x = 2 ; variables: int 面積(x) ; int q\xCC\x81t(x) ; string 名前(x) ; "
+      "data: 面積 = 1, 2 ; q\xCC\x81t = 3, 4 ; 名前 = \"東京\", \"a\" ;");
+  for (const int columns : {40, 80, 200}) {
+    EXPECT_EQ(atTerminal("$QUILLON table " + path, columns),
+              "x  面積  q\xCC\x81t  名前\n"
+              "0     1   3  東京\n"
+              "1     2   4  a\n"
+              "[2 rows x 4 columns]\n");
+  }
+}
+
+TEST(TerminalColorTest, DifferencesHaveColorsAtATerminalAlone) {
+  const Scratch scratch;
+  scratch.file("a.nc", "variables: int v ; data: v = 1 ;");
+  scratch.file("b.nc", "variables: int v ; data: v = 2 ;");
+  const std::string start = "cd " + scratch.path() + "; ";
+  const std::string plain = "/v: 1 of 1 values differ; the largest delta is 1: 1 and 2\n";
+  const std::string colored =
+      "\x1b[1m/v\x1b[0m: 1 of 1 values differ; the largest delta is 1: \x1b[31m1\x1b[0m and "
+      "\x1b[32m2\x1b[0m\n";
+  EXPECT_EQ(atTerminal(start + "$QUILLON diff a.nc b.nc", 80), colored);
+  EXPECT_EQ(atTerminal(start + "NO_COLOR= $QUILLON diff a.nc b.nc", 80), colored);
+  EXPECT_EQ(atTerminal(start + "NO_COLOR=1 $QUILLON diff a.nc b.nc", 80), plain);
+  EXPECT_EQ(atTerminal(start + "TERM=dumb $QUILLON diff a.nc b.nc", 80), plain);
+  EXPECT_EQ(atTerminal(start + "$QUILLON diff a.nc b.nc | cat", 80), plain);
+  EXPECT_EQ(atTerminal(start + "$QUILLON diff a.nc b.nc -o out; cat out", 80), plain);
+}
+
+TEST(TerminalEscapeTest, TheContractsTextIsEscapedAtATerminalAlone) {
+  const Scratch scratch;
+  const std::string path = scratch.file("a.nc",
+                                        "dimensions: x = 1 ; variables: int a\xE2\x80\xAE"
+                                        "b(x) ; data: a\xE2\x80\xAE"
+                                        "b = 1 ;");
+  const std::string command = "$QUILLON table " + path + " --format contract";
+  EXPECT_THAT(atTerminal(command, 80), HasSubstr("a\\u202eb"));
+  EXPECT_THAT(runShell(command).out, HasSubstr("a\xE2\x80\xAE"
+                                               "b"));
+}
+
 class TerminalTest : public ::testing::Test {
  protected:
   /// Compares very many texts, which the file has no room for, as none was ever written.

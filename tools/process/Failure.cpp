@@ -7,8 +7,12 @@
 namespace quillon::tools {
 
 int reportTrouble(const std::string& sentence) {
-  std::cerr << "quillon: " + memory::escaped(sentence) + "\n";
+  reportNote(sentence);
   return EXIT_TROUBLE;
+}
+
+void reportNote(const std::string& sentence) {
+  std::cerr << "quillon: " + memory::disarmed(sentence) + "\n";
 }
 
 }  // namespace quillon::tools

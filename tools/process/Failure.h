@@ -18,4 +18,7 @@ inline constexpr int EXIT_TROUBLE = 2;
 /// Says on standard error what went wrong. @return EXIT_TROUBLE.
 int reportTrouble(const std::string& sentence);
 
+/// Says on standard error what else there is to know.
+void reportNote(const std::string& sentence);
+
 }  // namespace quillon::tools

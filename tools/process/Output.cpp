@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <quillon/memory/OutputTarget.h>
 #include <quillon/memory/Wording.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -12,12 +13,13 @@
 #include <system_error>
 
 #include "Failure.h"
-#include "OutputTarget.h"
 #include "WorkNotes.h"
 
 namespace quillon::tools {
 
 using memory::inQuotes;
+using memory::OutputTarget;
+using memory::TemporaryFile;
 
 namespace {
 
@@ -41,14 +43,6 @@ int writeAll(int descriptor, std::string_view text) {
     }
   }
   return 0;
-}
-
-/// Why the file that has this status cannot be replaced by another; 0 when it can.
-int errorOfReplacing(const std::string& path, const struct stat& status) {
-  if (S_ISDIR(status.st_mode)) {
-    return EISDIR;
-  }
-  return ::access(path.c_str(), W_OK) == 0 ? 0 : errno;
 }
 
 }  // namespace
@@ -78,7 +72,7 @@ Output::~Output() {
 }
 
 void Output::openFile(const std::string& path) {
-  const OutputTarget target = outputTargetOf(path);
+  const OutputTarget target = memory::outputTargetOf(path);
   m_descriptor = target.descriptor;
   if (target.descriptor >= 0) {
     return;
@@ -86,7 +80,7 @@ void Output::openFile(const std::string& path) {
   struct stat status = {};
   const bool exists = ::stat(path.c_str(), &status) == 0;
   check(exists || errno == ENOENT ? 0 : errno);
-  check(exists ? errorOfReplacing(path, status) : 0);
+  check(exists ? memory::errorOfReplacing(path, status) : 0);
   if (exists && !S_ISREG(status.st_mode)) {
     m_device = ::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
     check(m_device < 0 ? errno : 0);
@@ -94,7 +88,7 @@ void Output::openFile(const std::string& path) {
     return;
   }
   check(target.error.value());
-  m_temporary = std::make_unique<TemporaryFile>(target.file);
+  m_temporary = std::make_unique<TemporaryFile>(target.file, noteTemporaryFile);
   check(m_temporary->error());
   m_descriptor = m_temporary->descriptor();
   check(exists && ::fchmod(m_descriptor, status.st_mode & 0777U) != 0 ? errno : 0);

@@ -1,11 +1,11 @@
 #pragma once
 
+#include <quillon/memory/TemporaryFile.h>
+
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "TemporaryFile.h"
 
 namespace quillon::tools {
 
@@ -33,6 +33,9 @@ class Output {
   /// Appends all of `piece`.
   void write(std::string_view piece);
 
+  /// Where pieces go, for whoever asks whether that is a terminal.
+  int descriptor() const { return m_descriptor; }
+
   /// Whether there is anybody left to read what is written.
   bool isWanted() const { return m_isWanted; }
 
@@ -43,10 +46,10 @@ class Output {
   void openFile(const std::string& path);
   void check(int error) const;
 
-  std::string m_name;                          ///< as sentences call it
-  int m_descriptor = -1;                       ///< where pieces go
-  int m_device = -1;                           ///< that descriptor, where it is to be closed
-  std::unique_ptr<TemporaryFile> m_temporary;  ///< or what it belongs to
+  std::string m_name;     ///< as sentences call it
+  int m_descriptor = -1;  ///< where pieces go
+  int m_device = -1;      ///< that descriptor, where it is to be closed
+  std::unique_ptr<memory::TemporaryFile> m_temporary;  ///< or what it belongs to
   bool m_isWanted = true;
 };
 

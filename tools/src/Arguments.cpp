@@ -1,10 +1,13 @@
 #include "Arguments.h"
 
+#include <quillon/memory/NameChoice.h>
+#include <quillon/memory/Nearest.h>
 #include <quillon/memory/Wording.h>
 
 #include <algorithm>
 #include <charconv>
 #include <limits>
+#include <sstream>
 
 #include "Failure.h"
 
@@ -12,32 +15,90 @@ namespace quillon::tools {
 
 using memory::inQuotes;
 
+namespace {
+
+/// How many places descriptions have beside the names of options.
+constexpr std::size_t LONGEST_LINE = 54;
+
+const std::vector<std::string>& requireNoneEmpty(const std::string& option, const std::string& list,
+                                                 const std::vector<std::string>& names) {
+  if (std::find(names.begin(), names.end(), "") != names.end()) {
+    throw Failure(option + " takes names separated by commas, and " + inQuotes(list) +
+                  " holds an empty one");
+  }
+  return names;
+}
+
+std::string trimmed(const std::string& text) {
+  const std::size_t first = text.find_first_not_of(" \t");
+  return first == std::string::npos ? ""
+                                    : text.substr(first, text.find_last_not_of(" \t") + 1 - first);
+}
+
+std::optional<unsigned long> readCount(const std::string& text) {
+  unsigned long count = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, count);
+  return error == std::errc() && stop == end ? std::optional(count) : std::nullopt;
+}
+
+}  // namespace
+
 std::string Source::inWords() const {
   const bool isRoot = group.find_first_not_of('/') == std::string::npos;
   return isRoot ? inQuotes(file) : "Group " + inQuotes(group) + " of " + inQuotes(file);
+}
+
+std::string inLines(const std::string& description) {
+  std::istringstream words(description);
+  std::string text;
+  std::size_t length = 0;
+  for (std::string word; words >> word;) {
+    const bool isNext = length == 0 || length + 1 + word.size() > LONGEST_LINE;
+    text += (text.empty() ? "" : isNext ? "\n" : " ") + word;
+    length = isNext ? word.size() : length + 1 + word.size();
+  }
+  return text;
 }
 
 void addSource(CLI::App& command, Source& source) {
   command.add_option("FILE", source.file, "The netCDF file to read")->required()->option_text(" ");
   command
       .add_option("--group", source.group,
-                  "A group of the file, such as cells/otsu (default: the root)")
+                  inLines("A group of the file, such as cells/otsu (default: the root)"))
       ->type_name("PATH");
+}
+
+void addPatterns(CLI::App& command, std::optional<std::string>& variables,
+                 std::optional<std::string>& exclude) {
+  command
+      .add_option("--variables", variables,
+                  inLines("Only these variables (default: all): names or shell patterns of names, "
+                          "of paths where they hold a /"))
+      ->type_name("A,B*");
+  command.add_option("--exclude", exclude, inLines("Leave these variables out"))->type_name("C*");
+}
+
+CLI::Option* addList(CLI::App& command, const std::string& name, std::vector<std::string>& values,
+                     const std::string& description) {
+  return command.add_option(name, values, inLines(description))
+      ->expected(1, CLI::detail::expected_max_vector_size)
+      ->allow_extra_args(false)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
 std::vector<std::string> splitNames(const std::string& option, const std::string& list) {
   std::vector<std::string> names;
-  std::size_t start = 0;
-  while (start <= list.size()) {
+  for (std::size_t start = 0; start <= list.size();) {
     const std::size_t comma = std::min(list.find(',', start), list.size());
-    names.push_back(list.substr(start, comma - start));
-    if (names.back().empty()) {
-      throw Failure(option + " takes names separated by commas, and " + inQuotes(list) +
-                    " holds an empty one");
-    }
+    names.push_back(trimmed(list.substr(start, comma - start)));
     start = comma + 1;
   }
-  return names;
+  return requireNoneEmpty(option, list, names);
+}
+
+std::vector<std::string> splitPatterns(const std::string& option, const std::string& list) {
+  return requireNoneEmpty(option, list, memory::splitPatterns(list));
 }
 
 double parseTolerance(const std::string& option, const std::string& text) {
@@ -52,15 +113,32 @@ double parseTolerance(const std::string& option, const std::string& text) {
 }
 
 unsigned long parseRows(const std::string& text) {
-  unsigned long rows = 0;
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, rows);
-  if (error != std::errc() || stop != end) {
+  const std::optional<unsigned long> rows = readCount(text);
+  if (!rows) {
     throw Failure("--max-rows takes a whole number from 0 (all rows) to " +
                   std::to_string(std::numeric_limits<unsigned long>::max()) + ", not " +
                   inQuotes(text));
   }
-  return rows;
+  return *rows;
+}
+
+unsigned long parseCount(const std::string& option, const std::string& text, unsigned long first,
+                         unsigned long last) {
+  const std::optional<unsigned long> count = readCount(text);
+  if (!count || *count < first || *count > last) {
+    throw Failure(option + " takes a whole number from " + std::to_string(first) + " to " +
+                  std::to_string(last) + ", not " + inQuotes(text));
+  }
+  return *count;
+}
+
+void requireKnown(const std::string& option, const std::string& value,
+                  const std::vector<std::string>& known) {
+  if (std::find(known.begin(), known.end(), value) == known.end()) {
+    throw Failure(option + " takes one of " + memory::listed(known) + ", not " + inQuotes(value) +
+                  "; did you mean " + inQuotes(memory::nearestNames(value, known, 1).front()) +
+                  "?");
+  }
 }
 
 }  // namespace quillon::tools

@@ -2,6 +2,7 @@
 #include <quillon/compare/Compare.h>
 #include <quillon/compare/Text.h>
 #include <quillon/memory/Wording.h>
+#include <quillon/netcdf/Decoded.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -16,12 +17,12 @@
 #include "Failure.h"
 #include "Output.h"
 #include "Progress.h"
+#include "Terminal.h"
 #include "Verb.h"
 #include "WorkNotes.h"
 
 namespace quillon::tools {
 
-using memory::escaped;
 using memory::listed;
 
 namespace {
@@ -31,15 +32,29 @@ using compare::Report;
 using object_model::helper::ComparisonType;
 
 constexpr int DIFFERENT = 1;
+constexpr unsigned long MOST_LARGEST = 1000000;
+/// So many of the largest deltas a page lists unless it is told otherwise.
+constexpr unsigned long FEW_LARGEST = 10;
+
+const std::vector<std::string> FORMATS = {"text", "json", "html"};
 
 struct Options {
   std::string first;
   std::string second;
   std::string group;
   std::optional<std::string> variables;
+  std::optional<std::string> exclude;
   std::optional<std::string> absolute;
   std::optional<std::string> relative;
+  std::vector<std::string> tolerances;
+  std::optional<std::string> ignoredAttributes;
+  std::optional<std::string> largest;
+  std::optional<std::string> output;
+  std::string format = "text";
+  bool nanDiffers = false;
+  bool attributes = false;
   bool contract = false;
+  bool raw = false;
   bool all = false;
   bool quiet = false;
   bool brief = false;
@@ -53,40 +68,66 @@ compare::Tolerance toleranceOf(const Options& options) {
   return {toleranceOf("--absolute", options.absolute), toleranceOf("--relative", options.relative)};
 }
 
+unsigned long largestOf(const Options& options) {
+  return options.largest ? parseCount("--largest", *options.largest, 0, MOST_LARGEST) : 0;
+}
+
+/// How the report is made.
+compare::Options howToCompare(const Options& options) {
+  compare::Options how;
+  how.tolerance = toleranceOf(options);
+  for (const std::string& tolerance : options.tolerances) {
+    how.tolerances.push_back(compare::parsePathTolerance(tolerance));
+  }
+  how.nanEqual = !options.nanDiffers;
+  how.attributes = options.attributes;
+  how.ignoredAttributes = compare::RECORD_ATTRIBUTES;
+  if (options.ignoredAttributes) {
+    const auto names = splitNames("--ignore-attributes", *options.ignoredAttributes);
+    how.ignoredAttributes.insert(how.ignoredAttributes.end(), names.begin(), names.end());
+  }
+  how.pictures = options.format == "html";
+  how.isDecoded = netcdf::isDecoded;
+  how.largest = options.largest ? std::max(largestOf(options), 1UL)
+                : how.pictures  ? FEW_LARGEST
+                                : 1;
+  return how;
+}
+
 /// What a comparison found, for whoever called the tool.
 struct Findings {
   bool isDifferent = false;
-  std::string text;                      ///< in lines
+  std::string text;                      ///< what is printed
   std::vector<NotCompared> notCompared;  ///< in the order of the walk
 };
 
-/// The report names places below the group that was compared; this names them in the file.
-void placeBelow(const std::string& group, Report& report) {
-  if (group == "/") {
-    return;
-  }
-  const auto place = [&group](auto& row) { row.path = row.path == "/" ? group : group + row.path; };
-  std::for_each(report.rows.begin(), report.rows.end(), place);
-  std::for_each(report.notCompared.begin(), report.notCompared.end(), place);
-}
-
-std::string textOf(const Report& report, const Options& options) {
-  if (report.same) {
-    return {};
-  }
+std::string linesOf(const Report& report, const Options& options, int descriptor) {
   compare::LineOptions shown;
   shown.most = options.all ? compare::ALL_LINES : shown.most;
-  return (options.brief ? message(report) : text(report, shown)) + "\n";
+  shown.largest = largestOf(options);
+  shown.isColored = takesColors(descriptor);
+  return report.same ? std::string() : text(report, shown) + "\n";
 }
 
-Findings compareAll(const DiffInput& first, const DiffInput& second, const Options& options) {
+std::string textOf(const Report& report, const Options& options, int descriptor) {
+  if (options.brief) {
+    return report.same ? std::string() : message(report) + "\n";
+  }
+  if (options.format == "json") {
+    return toJson(report, options.first, options.second) + "\n";
+  }
+  return options.format == "html" ? toHtml(report, options.first, options.second)
+                                  : linesOf(report, options, descriptor);
+}
+
+Findings compareAll(const DiffInput& first, const DiffInput& second, const Options& options,
+                    int descriptor) {
+  compare::Options how = howToCompare(options);
+  how.root = first.pathOfGroup();
   Progress progress(std::cerr, ::isatty(STDERR_FILENO) == 1, first.values());
-  compare::Options how;
-  how.tolerance = toleranceOf(options);
   how.progress = [&progress](unsigned long values) { progress.advance(values); };
-  Report report = compare::compare(first.part(), second.part(), how);
-  placeBelow(first.pathOfGroup(), report);
-  return {!report.rows.empty(), textOf(report, options), report.notCompared};
+  const Report report = compare::compare(first.part(), second.part(), how);
+  return {!report.rows.empty(), textOf(report, options, descriptor), report.notCompared};
 }
 
 /// What the reader made no array of on either side, each path once.
@@ -104,9 +145,10 @@ std::vector<NotCompared> skippedOf(const DiffInput& first, const DiffInput& seco
   return skipped;
 }
 
-/// The library's own comparison, which knows one tolerance and ends at the first difference.
-Findings compareByContract(const DiffInput& first, const DiffInput& second,
-                           const Options& options) {
+/// The library's own comparison, which knows one tolerance and ends at the first difference. Its
+/// sentence is printed to the byte, but for what a terminal would obey.
+Findings compareByContract(const DiffInput& first, const DiffInput& second, const Options& options,
+                           int descriptor) {
   const ComparisonType type = options.absolute   ? ComparisonType::Absolute
                               : options.relative ? ComparisonType::Relative
                                                  : ComparisonType::Exact;
@@ -114,7 +156,10 @@ Findings compareByContract(const DiffInput& first, const DiffInput& second,
   std::string sentence;
   const bool same = object_model::helper::areSameDictionaries(
       first.part(), second.part(), type, tolerance.absolute + tolerance.relative, &sentence);
-  return {!same, same ? std::string() : escaped(sentence) + "\n", skippedOf(first, second)};
+  if (::isatty(descriptor) == 1) {
+    sentence = memory::escaped(sentence);
+  }
+  return {!same, same ? std::string() : sentence + "\n", skippedOf(first, second)};
 }
 
 int statusOf(const Findings& findings) {
@@ -131,61 +176,116 @@ int statusOf(const Findings& findings) {
   return reportTrouble("Not compared: " + listed(entries));
 }
 
-int run(const Options& options) {
-  toleranceOf(options);  // before the files are opened
+/// Finds what is wrong with the options before any file is opened.
+void check(const Options& options) {
+  howToCompare(options);
+  requireKnown("--format", options.format, FORMATS);
   if (options.contract && options.absolute && options.relative) {
     throw Failure("--contract takes one of --absolute and --relative, not both");
   }
-  DiffInput first({options.first, options.group});
-  DiffInput second({options.second, options.group});
-  noteReading({options.first, options.second});
-  std::vector<std::string> names;
-  if (options.variables) {
-    names = splitNames("--variables", *options.variables);
-    requireVariables(first, second, names);
+  const bool isOwnRule = !options.tolerances.empty() || options.nanDiffers || options.attributes ||
+                         options.largest || options.format != "text";
+  if (options.contract && isOwnRule) {
+    throw Failure(
+        "--contract has the library's own rule and sentence; --tolerance, --nan-differs, "
+        "--attributes, --largest and --format do not go with it");
   }
+  for (const std::string& input : {options.first, options.second}) {
+    if (options.output) {
+      requireOtherFile(*options.output, input);
+    }
+  }
+}
+
+/// Leaves of both sides what the options ask for.
+void choose(DiffInput& first, DiffInput& second, const Options& options) {
   for (DiffInput* input : {&first, &second}) {
     if (!options.contract) {
       input->addSkipped();
     }
-    if (options.variables) {
-      input->select(names);
-    }
   }
-  const Findings findings = options.contract ? compareByContract(first, second, options)
-                                             : compareAll(first, second, options);
-  if (!options.quiet) {
-    writeOutput(findings.text);
+  if (!options.variables && !options.exclude) {
+    return;
+  }
+  compare::Choice choice;
+  if (options.variables) {
+    choice.variables = splitPatterns("--variables", *options.variables);
+  }
+  if (options.exclude) {
+    choice.exclude = splitPatterns("--exclude", *options.exclude);
+  }
+  chooseIn(first, second, choice);
+}
+
+int run(const Options& options) {
+  check(options);
+  DiffInput first({options.first, options.group}, readingOptions(options.raw));
+  DiffInput second({options.second, options.group}, readingOptions(options.raw));
+  noteReading({options.first, options.second});
+  choose(first, second, options);
+  Output output(options.output);
+  const Findings findings = options.contract
+                                ? compareByContract(first, second, options, output.descriptor())
+                                : compareAll(first, second, options, output.descriptor());
+  if (!options.quiet || options.output) {
+    output.write(findings.text);
+    output.commit();
   }
   return statusOf(findings);
 }
 
-void addOptions(CLI::App& command, Options& options) {
+void addFiles(CLI::App& command, Options& options) {
   command.add_option("FIRST", options.first, "A netCDF file")->required()->option_text(" ");
   command.add_option("SECOND", options.second, "The netCDF file to compare it with")
       ->required()
       ->option_text(" ");
   command
+      .add_option("--group", options.group,
+                  inLines("A group of both files, such as cells/otsu (default: the root)"))
+      ->type_name("PATH");
+  addPatterns(command, options.variables, options.exclude);
+}
+
+void addRule(CLI::App& command, Options& options) {
+  command
       .add_option("--absolute", options.absolute, "Numbers may differ by A (default: by nothing)")
       ->type_name("A");
   command
       .add_option("--relative", options.relative,
-                  "Numbers may differ by R times the number in SECOND; with --absolute by A more")
+                  inLines("Numbers may differ by R times the number in SECOND; with --absolute by "
+                          "A more"))
       ->type_name("R");
+  addList(command, "--tolerance", options.tolerances,
+          "For variables whose path matches the shell pattern, A and R instead; the last one that "
+          "matches holds")
+      ->type_name("P=A,R");
+  command.add_flag("--nan-differs", options.nanDiffers,
+                   inLines("Missing values differ from each other, too"));
+  command.add_flag("--attributes", options.attributes,
+                   inLines("Compare attributes, too, but those that say how a file came about, and "
+                           "the sizes of numbers"));
   command
-      .add_option("--group", options.group,
-                  "A group of both files, such as cells/otsu (default: the root)")
-      ->type_name("PATH");
-  command
-      .add_option("--variables", options.variables,
-                  "Only these variables of the group (default: everything in it)")
+      .add_option("--ignore-attributes", options.ignoredAttributes,
+                  "Leave these attributes out, too")
       ->type_name("A,B");
-  command.add_flag("--all", options.all, "Print all lines (default: at most 20)");
+  command.add_flag("--raw", options.raw, "Values as they are stored, not decoded");
   command.add_flag("--contract", options.contract,
-                   "Print the sentence of areSameDictionaries and take its verdict");
-  CLI::Option* quiet = command.add_flag("--quiet", options.quiet, "Print nothing");
+                   inLines("Print the sentence of areSameDictionaries and take its verdict"));
+}
+
+void addPrinting(CLI::App& command, Options& options) {
+  command.add_flag("--all", options.all, "Print all lines (default: at most 20)");
+  command
+      .add_option("--largest", options.largest,
+                  inLines("List the N largest deltas of each variable, with coordinates"))
+      ->type_name("N");
+  CLI::Option* quiet = command.add_flag("-q,--quiet", options.quiet, "Print nothing");
   command.add_flag("--brief", options.brief, "Print one sentence about the first difference")
       ->excludes(quiet);
+  command.add_option("--format", options.format, "text (default), json or html, a page to look at")
+      ->type_name("F");
+  command.add_option("-o,--output", options.output, "Write to this file, whole or not at all")
+      ->type_name("FILE");
 }
 
 }  // namespace
@@ -194,21 +294,23 @@ Verb addDiff(CLI::App& application) {
   CLI::App* command =
       application.add_subcommand("diff", "Compare the arrays of two files, value by value");
   command->footer(
-      "The exit status is 0 for the same, 1 for a difference and 2 for trouble, such as a "
-      "variable\n"
-      "that could not be compared where nothing else differs. Nothing is printed for the same; "
-      "else\n"
-      "a line for each reason for which an entry differs, with the largest delta of its values.\n"
-      "Compared are the names and kinds of all entries, names and sizes of dimensions, element\n"
-      "types, units and values as they are stored. a in FIRST and b in SECOND are the same where\n"
-      "a = b or |a-b| <= A + R |b|, or where both are NaN. Integers are not rounded, texts have to "
-      "be\n"
-      "equal, attributes are not compared.\n"
-      "With --contract the rules are those of the library's areSameDictionaries, which knows one\n"
-      "tolerance, divides the delta by b with its sign, and holds NaN different from everything.");
+      "The exit status is 0 for the same, 1 for a difference and 2 for trouble, such as\n"
+      "a variable that could not be compared where nothing else differs. Nothing is\n"
+      "printed for the same; else a line for each reason for which an entry differs,\n"
+      "with the largest delta of its values.\n"
+      "Compared are the names and kinds of all entries, names and sizes of dimensions,\n"
+      "element types, units and values. a in FIRST and b in SECOND are the same where\n"
+      "a = b or |a-b| <= A + R |b|, or where both are missing. Integers are not\n"
+      "rounded, texts have to be equal. Attributes that say how a file came about are\n"
+      "history, date_created, creation_date, uuid, tracking_id, NCO and CDO.\n"
+      "With --contract the rules are those of the library's areSameDictionaries, which\n"
+      "knows one tolerance, divides the delta by b with its sign, and holds NaN\n"
+      "different from everything.");
   const auto options = std::make_shared<Options>();
-  addOptions(*command, *options);
-  return {command, [options] { return run(*options); }};
+  addFiles(*command, *options);
+  addRule(*command, *options);
+  addPrinting(*command, *options);
+  return {command, [options] { return run(*options); }, {{"--format", FORMATS}}};
 }
 
 }  // namespace quillon::tools

@@ -5,17 +5,14 @@
 #include <quillon/memory/Paths.h>
 #include <quillon/memory/Wording.h>
 
-#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
-#include "Failure.h"
 #include "Opening.h"
 
 namespace quillon::tools {
 
 using memory::inQuotes;
-using memory::listed;
 using memory::pathOf;
 
 namespace {
@@ -23,8 +20,7 @@ namespace {
 /// Numbers are read past the windows; those of texts must fit in memory side by side.
 constexpr std::size_t WINDOW_BYTES = std::size_t{1} << 20U;
 
-netcdf::OpenOptions reading() {
-  netcdf::OpenOptions options;
+netcdf::OpenOptions inSmallWindows(netcdf::OpenOptions options) {
   options.windowBytes = WINDOW_BYTES;
   return options;
 }
@@ -42,21 +38,6 @@ class UnreadableArray final : public memory::ArrayBase {
   std::string m_reason;
 };
 
-bool contains(const std::vector<std::string>& names, const std::string& name) {
-  return std::find(names.begin(), names.end(), name) != names.end();
-}
-
-/// The variables that either has, each once.
-std::vector<std::string> unionOf(const DiffInput& first, const DiffInput& second) {
-  std::vector<std::string> names = first.variables();
-  for (const std::string& name : second.variables()) {
-    if (!contains(names, name)) {
-      names.push_back(name);
-    }
-  }
-  return names;
-}
-
 unsigned long valuesIn(const object_model::Data& data) {
   unsigned long values = 0;
   if (const object_model::Dictionary* group = data.asDictionary()) {
@@ -71,32 +52,28 @@ unsigned long valuesIn(const object_model::Data& data) {
 
 }  // namespace
 
-DiffInput::DiffInput(const Source& source)
+DiffInput::DiffInput(const Source& source, netcdf::OpenOptions reading)
     : m_source(source),
-      m_file(openFile(source.file, reading())),
+      m_file(openFile(source.file, inSmallWindows(std::move(reading)))),
       m_group(groupOf(m_file, m_source)) {}
 
 std::string DiffInput::pathOfGroup() const { return pathOf(m_group); }
 
-std::vector<std::string> DiffInput::variables() const {
-  std::vector<std::string> names;
-  for (const auto& [name, entry] : memory::entriesOf(m_group)) {
-    if (!entry->isDictionary()) {
-      names.push_back(name);
+std::vector<std::string> DiffInput::unreadable() const {
+  const std::string start = pathOf(m_group, {});
+  std::vector<std::string> paths;
+  for (const netcdf::Skipped& variable : m_file.skipped()) {
+    if (variable.path.rfind(start, 0) == 0) {
+      paths.push_back(variable.path.substr(start.size()));
     }
   }
-  for (const PassedOver& variable : skippedIn(m_group, m_file.skipped())) {
-    names.push_back(variable.name);
-  }
-  return names;
+  return paths;
 }
 
-void DiffInput::select(const std::vector<std::string>& names) {
-  std::vector<std::string> present;
-  std::copy_if(names.begin(), names.end(), std::back_inserter(present),
-               [this](const std::string& name) { return m_group.contains(name); });
-  m_selection = std::make_unique<memory::Selection>(m_group, present);
-  m_names = names;
+void DiffInput::select(const std::vector<std::string>& parts,
+                       const std::set<std::string>& variables) {
+  m_selection = std::make_unique<memory::Selection>(m_group, parts);
+  m_chosen = variables;
 }
 
 const object_model::Dictionary& DiffInput::part() const {
@@ -113,7 +90,7 @@ std::vector<netcdf::Skipped> DiffInput::skipped() const {
   std::vector<netcdf::Skipped> result;
   for (const netcdf::Skipped& variable : m_file.skipped()) {
     if (variable.path.rfind(start, 0) == 0 &&
-        (!m_selection || contains(m_names, variable.path.substr(start.size())))) {
+        (!m_selection || m_chosen.count(variable.path.substr(start.size())) != 0)) {
       result.push_back(variable);
     }
   }
@@ -128,21 +105,19 @@ void DiffInput::addSkipped() {
   }
 }
 
-void requireVariables(const DiffInput& first, const DiffInput& second,
-                      const std::vector<std::string>& names) {
-  const std::vector<std::string> known = unionOf(first, second);
-  std::vector<std::string> unknown;
-  std::copy_if(names.begin(), names.end(), std::back_inserter(unknown),
-               [&known](const std::string& name) { return !contains(known, name); });
-  if (unknown.empty()) {
-    return;
-  }
+void chooseIn(DiffInput& first, DiffInput& second, compare::Choice choice) {
   const std::string& group = first.source().group;
-  throw Failure("Neither " + inQuotes(first.source().file) + " nor " +
-                inQuotes(second.source().file) + " has a variable " +
-                (unknown.size() == 1 ? inQuotes(unknown.front()) : "called " + listed(unknown)) +
-                (group.empty() ? std::string() : " in the group " + inQuotes(group)) +
-                (known.empty() ? "; there are none" : "; there are " + listed(known)));
+  const std::string files =
+      "either " + inQuotes(first.source().file) + " nor " + inQuotes(second.source().file);
+  choice.sides = group.empty() ? "N" + files : "In the group " + inQuotes(group) + " n" + files;
+  choice.root = first.pathOfGroup();
+  choice.unreadable = first.unreadable();
+  for (const std::string& path : second.unreadable()) {
+    choice.unreadable.push_back(path);
+  }
+  const compare::Chosen chosen = compare::choose(first.part(), second.part(), choice);
+  first.select(chosen.first, chosen.paths);
+  second.select(chosen.second, chosen.paths);
 }
 
 }  // namespace quillon::tools

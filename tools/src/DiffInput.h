@@ -1,13 +1,16 @@
 #pragma once
 
+#include <quillon/compare/Choice.h>
 #include <quillon/memory/Selection.h>
 #include <quillon/netcdf/File.h>
 
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "Arguments.h"
+#include "Opening.h"
 
 namespace quillon::tools {
 
@@ -15,18 +18,19 @@ namespace quillon::tools {
 class DiffInput {
  public:
   /// @throws Failure for a group that is not in the file; what opening the file throws.
-  explicit DiffInput(const Source& source);
+  DiffInput(const Source& source, netcdf::OpenOptions reading);
 
   const Source& source() const { return m_source; }
 
   /// Where the group stands in the file, such as "/cells/otsu".
   std::string pathOfGroup() const;
 
-  /// The names of the group's variables, those that cannot be read among them.
-  std::vector<std::string> variables() const;
+  /// Where its variables stand that the reader could not make arrays of, below the group.
+  std::vector<std::string> unreadable() const;
 
-  /// Leaves only the variables with these names, as far as there are any.
-  void select(const std::vector<std::string>& names);
+  /// Leaves only what stands at these paths below the group.
+  /// @param variables the same paths of all variables that are left, unreadable ones among them.
+  void select(const std::vector<std::string>& parts, const std::set<std::string>& variables);
 
   /// What is compared.
   const object_model::Dictionary& part() const;
@@ -46,11 +50,11 @@ class DiffInput {
   netcdf::File m_file;
   memory::Dictionary& m_group;
   std::unique_ptr<memory::Selection> m_selection;
-  std::vector<std::string> m_names;  // of the selection
+  std::set<std::string> m_chosen;  // the paths of the selection's variables
 };
 
-/// @throws Failure that names those of `names` that are a variable on neither side.
-void requireVariables(const DiffInput& first, const DiffInput& second,
-                      const std::vector<std::string>& names);
+/// Leaves of both sides what `choice` asks for; its other fields are filled here.
+/// @throws std::invalid_argument as compare::choose() does.
+void chooseIn(DiffInput& first, DiffInput& second, compare::Choice choice);
 
 }  // namespace quillon::tools

@@ -1,7 +1,9 @@
-#include <quillon/memory/Outline.h>
 #include <quillon/netcdf/File.h>
+#include <quillon/netcdf/Outline.h>
 
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "Arguments.h"
 #include "Opening.h"
@@ -12,16 +14,27 @@ namespace quillon::tools {
 
 namespace {
 
-int run(const Source& source) {
-  netcdf::File file = openFile(source.file);
-  const auto skipped = [&file](const object_model::Dictionary& group) {
-    std::vector<std::string> lines;
-    for (const PassedOver& variable : skippedIn(group, file.skipped())) {
-      lines.push_back(variable.name + "  left out: " + variable.reason);
-    }
-    return lines;
-  };
-  writeOutput(memory::describe(groupOf(file, source), skipped));
+const std::vector<std::string> FORMATS = {"text", "json", "html"};
+
+struct Options {
+  Source source;
+  std::string format = "text";
+  bool attributes = false;
+};
+
+std::string outlineOf(const std::vector<netcdf::GroupFacts>& groups, const Options& options) {
+  if (options.format == "json") {
+    return outlineJson(groups, options.source.file) + "\n";
+  }
+  return options.format == "html" ? outlineHtml(groups, options.source.file)
+                                  : outlineText(groups, options.attributes);
+}
+
+int run(const Options& options) {
+  requireKnown("--format", options.format, FORMATS);
+  netcdf::File file = openFile(options.source.file, {});
+  groupOf(file, options.source);  // for its sentence where there is none
+  writeOutput(outlineOf(factsBelow(file, options.source.group), options));
   return 0;
 }
 
@@ -29,15 +42,20 @@ int run(const Source& source) {
 
 Verb addInfo(CLI::App& application) {
   CLI::App* command =
-      application.add_subcommand("info", "List groups and arrays with types, axes and units");
+      application.add_subcommand("info", "List groups and variables and what is known of them");
   command->footer(
-      "For each group its path, for each array its name, element type, axes with their sizes (the\n"
-      "fastest first, with the axis's kind where it is known), unit and description. No values "
-      "are\n"
-      "read.");
-  const auto source = std::make_shared<Source>();
-  addSource(*command, *source);
-  return {command, [source] { return run(*source); }};
+      "For each group its path and title, for each variable its name, the type in which\n"
+      "it is stored, dimensions with sizes (the slowest first), unit and description;\n"
+      "where there are any, packing, fill value, chunks and compression. What cannot be\n"
+      "read is listed with the reason. No values are read. json and html have all\n"
+      "attributes.");
+  const auto options = std::make_shared<Options>();
+  addSource(*command, options->source);
+  command->add_flag("--attributes", options->attributes, "List all attributes, too");
+  command
+      ->add_option("--format", options->format, "text (default), json or html, a page to look at")
+      ->type_name("F");
+  return {command, [options] { return run(*options); }, {{"--format", FORMATS}}};
 }
 
 }  // namespace quillon::tools

@@ -1,5 +1,6 @@
 #include "Opening.h"
 
+#include <quillon/memory/Nearest.h>
 #include <quillon/memory/Paths.h>
 #include <quillon/memory/Wording.h>
 
@@ -11,12 +12,17 @@
 namespace quillon::tools {
 
 using memory::inQuotes;
-using memory::listed;
 
 netcdf::File openFile(const std::string& path, netcdf::OpenOptions options) {
   noteReading({path});
   options.onRead = [](unsigned long /*bytes*/) { noteProgress(); };
   return netcdf::File(path, options);
+}
+
+netcdf::OpenOptions readingOptions(bool raw) {
+  netcdf::OpenOptions options;
+  options.decode = !raw;
+  return options;
 }
 
 memory::Dictionary& groupOf(netcdf::File& file, const Source& source) {
@@ -26,7 +32,7 @@ memory::Dictionary& groupOf(netcdf::File& file, const Source& source) {
     const std::vector<std::string> paths = memory::groupsBelow(file.root());
     const std::string start = inQuotes(source.file) + " has no group " + inQuotes(source.group);
     throw Failure(paths.empty() ? start + ", only the root group"
-                                : start + "; it has " + listed(paths));
+                                : start + memory::offerOf(source.group, paths));
   }
 }
 

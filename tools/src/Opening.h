@@ -14,7 +14,11 @@ namespace quillon::tools {
 /// @throws netcdf::Error as the constructor of the file does.
 netcdf::File openFile(const std::string& path, netcdf::OpenOptions options = {});
 
-/// The group in the open file. @throws Failure that lists the file's groups when there is none.
+/// How verbs read: decoded, or with `raw` values as they are stored.
+netcdf::OpenOptions readingOptions(bool raw);
+
+/// The group in the open file. @throws Failure that offers the nearest of the file's groups when
+/// there is none.
 memory::Dictionary& groupOf(netcdf::File& file, const Source& source);
 
 /// A variable that is left out of what is shown.

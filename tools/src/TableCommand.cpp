@@ -1,16 +1,12 @@
-#include <object_model/IO.h>
 #include <quillon/memory/Paths.h>
-#include <quillon/memory/Selection.h>
 #include <quillon/memory/Wording.h>
 #include <quillon/netcdf/File.h>
-#include <quillon/tables/ContractPage.h>
-#include <quillon/tables/ContractPlan.h>
-#include <quillon/tables/Html.h>
+#include <quillon/tables/Error.h>
+#include <quillon/tables/Formats.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <iostream>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -18,63 +14,64 @@
 #include <vector>
 
 #include "Arguments.h"
+#include "ContractTable.h"
 #include "Failure.h"
-#include "Memory.h"
 #include "Opening.h"
 #include "Output.h"
 #include "Progress.h"
-#include "TableFrame.h"
+#include "Terminal.h"
 #include "Verb.h"
-#include "WorkNotes.h"
 
 namespace quillon::tools {
 
-using memory::counted;
-using memory::escaped;
-using memory::pathOf;
-using memory::Selection;
-using tables::contractPlan;
-using tables::ContractPlan;
-using tables::ContractRequest;
-
 namespace {
+
+const char* const CONTRACT = "contract";
+const char* const CONTRACT_HTML = "contract-html";
 
 struct Options {
   Source source;
   std::optional<std::string> variables;
+  std::optional<std::string> exclude;
   std::optional<std::string> index;
+  std::vector<std::string> selections;
+  std::string format = "text";
+  std::optional<std::string> maxRows;
   std::optional<std::string> output;
-  std::string maxRows = "10";
+  std::string precision = "6";
   bool html = false;
+  bool positions = false;
+  bool allColumns = false;
+  bool raw = false;
+
+  bool isContract() const { return format == CONTRACT || format == CONTRACT_HTML; }
 };
 
-std::optional<std::vector<std::string>> namesOf(const std::string& option,
-                                                const std::optional<std::string>& list) {
-  return list ? std::optional(splitNames(option, *list)) : std::nullopt;
+std::vector<std::string> formats() {
+  std::vector<std::string> names = tables::formatNames();
+  names.insert(names.end(), {CONTRACT, CONTRACT_HTML});
+  return names;
 }
 
-/// Fails before the table is built where it cannot fit: running out of memory ends the process
-/// without a word on systems that promise more than they have.
-void requireMemory(const ContractPlan& plan, unsigned long maxRows) {
-  if (bytesNeeded(plan, maxRows) > static_cast<double>(physicalMemory())) {
-    throw Failure("The table would have " + counted(plan.rows, "row") + " and " +
-                  counted(plan.columns, "column") + ", which is more than fits in memory; choose " +
-                  "fewer --variables or another --index");
+std::optional<std::vector<std::string>> patternsOf(const std::string& option,
+                                                   const std::optional<std::string>& list) {
+  return list ? std::optional(splitPatterns(option, *list)) : std::nullopt;
+}
+
+tables::Request requestOf(const Options& options) {
+  tables::Request request;
+  request.source = options.source.inWords();
+  request.variables = patternsOf("--variables", options.variables);
+  request.exclude = patternsOf("--exclude", options.exclude).value_or(std::vector<std::string>());
+  if (options.index) {
+    request.index = splitNames("--index", *options.index);
   }
-}
-
-/// @param work how many cells there are to fill.
-std::string render(memory::Dictionary& group, const ContractPlan& plan, unsigned long work,
-                   unsigned long maxRows, bool html) {
-  Selection selection(group, plan.variables);
-  Progress progress(std::cerr, ::isatty(STDERR_FILENO) == 1, work);
-  const auto frame =
-      std::make_shared<TableFrame>(html ? tables::inHtml : escaped,
-                                   [&progress](unsigned long cells) { progress.advance(cells); });
-  object_model::exportToDataFrame(selection, frame.get(), plan.index);
-  noteReading({});  // what follows takes its time, but cannot fail to end
-  return html ? object_model::exportDataFrameToHtml(frame, maxRows)
-              : object_model::exportDataFrameToString(frame, maxRows);
+  for (const std::string& selection : options.selections) {
+    request.selections.push_back(tables::parseSelection(selection));
+  }
+  request.positions = options.positions;
+  request.allColumns = options.allColumns;
+  return request;
 }
 
 std::string titleOf(const netcdf::File& file, const std::string& path) {
@@ -83,40 +80,123 @@ std::string titleOf(const netcdf::File& file, const std::string& path) {
   return isBlank ? std::filesystem::path(path).filename().string() : title;
 }
 
-std::string rowsShown(unsigned long rows, unsigned long maxRows) {
-  const std::string all = counted(rows, "row");
-  return maxRows == 0 || rows <= maxRows ? all : "first " + std::to_string(maxRows) + " of " + all;
+/// Ends the writing: nobody reads what comes.
+struct Unwanted {};
+
+void write(const tables::Table& table, const Options& options, tables::Writing writing) {
+  const tables::Format format = *tables::formatOf(options.format);
+  Output output(options.output);
+  writing.width = widthOf(output.descriptor());
+  Progress progress(std::cerr, ::isatty(STDERR_FILENO) == 1 && ::isatty(output.descriptor()) != 1,
+                    rowsRead(table, format, writing));
+  const auto tell = [&progress](unsigned long rows) { progress.advance(rows); };
+  const auto take = [&output](std::string_view piece) {
+    output.write(piece);
+    if (!output.isWanted()) {
+      throw Unwanted();
+    }
+  };
+  try {
+    tables::write(table.reporting(tell), format, take, writing);
+  } catch (const Unwanted&) {
+    return;
+  }
+  output.commit();
 }
 
-int run(const Options& options) {
-  const unsigned long maxRows = parseRows(options.maxRows);
-  const ContractRequest request = {options.source.inWords(),
-                                   namesOf("--variables", options.variables),
-                                   namesOf("--index", options.index)};
+int showTable(const Options& options, tables::Request request, tables::Writing writing) {
+  netcdf::File file = openFile(options.source.file, readingOptions(options.raw));
+  const memory::Dictionary& group = groupOf(file, options.source);
+  request.unreadable = skippedIn(group, file.skipped());
+  const tables::Table table(group, tables::plan(group, request));
+  if (options.format == "html" && options.output) {
+    writing.page =
+        tables::Page{titleOf(file, options.source.file), "Group " + memory::pathOf(group)};
+  }
+  for (const std::string& note : table.notes()) {
+    reportNote(note);
+  }
+  write(table, options, writing);
+  return 0;
+}
+
+int showContractTable(const Options& options, const tables::Request& request,
+                      const tables::Writing& writing) {
+  if (!request.selections.empty()) {
+    throw Failure("--select does not go with --format " + options.format +
+                  ", the library's own export of whole arrays");
+  }
+  ContractTable wanted;
+  wanted.source = options.source;
+  wanted.request = {request.source, request.variables, request.exclude, request.index,
+                    request.allColumns};
+  wanted.maxRows = writing.maxRows.value_or(tables::Shown().maxRows);
+  wanted.isHtml = options.format == CONTRACT_HTML;
+  wanted.isRaw = options.raw;
+  wanted.output = options.output;
+  return show(wanted);
+}
+
+int run(Options options) {
+  if (options.html) {
+    options.format = "html";
+  }
+  requireKnown("--format", options.format, formats());
+  tables::Writing writing;
+  if (options.maxRows) {
+    writing.maxRows = parseRows(*options.maxRows);
+  }
+  writing.digits = static_cast<int>(parseCount("--precision", options.precision, 1, 17));
+  const tables::Request request = requestOf(options);
   if (options.output) {
     requireOtherFile(*options.output, options.source.file);
   }
-  netcdf::OpenOptions reading;
-  reading.missingAsNaN = true;
-  // The rows follow the index, not the order in the file, and hopping between windows would read
-  // the file once for each cell. What is exported is in memory as a whole anyway.
-  reading.windowBytes = physicalMemory();
-  netcdf::File file = openFile(options.source.file, reading);
-  const memory::Dictionary& group = groupOf(file, options.source);
-  const ContractPlan plan = contractPlan(group, skippedIn(group, file.skipped()), request);
-  requireMemory(plan, maxRows);
-  const std::map<std::string, unsigned long> extents = extentsOf(plan, maxRows);
-  memory::Dictionary shown = file.corner(options.source.group, extents);
-  std::string text = render(shown, plan, cellsOf(plan, extents), maxRows, options.html);
-  if (options.html && options.output) {
-    text = tables::documentOf(
-        {titleOf(file, options.source.file), pathOf(group), rowsShown(plan.rows, maxRows), text});
+  try {
+    return options.isContract() ? showContractTable(options, request, writing)
+                                : showTable(options, request, writing);
+  } catch (const tables::TooManyColumns& error) {
+    throw Failure(std::string(error.what()) + " (--variables, --index, --select, --all-columns)");
   }
-  for (const std::string& note : plan.notes) {
-    std::cerr << "quillon: " + escaped(note) + "\n";
-  }
-  writeOutput(text, options.output);
-  return 0;
+}
+
+void addOptions(CLI::App& command, Options& options) {
+  addSource(command, options.source);
+  addPatterns(command, options.variables, options.exclude);
+  command
+      .add_option("-i,--index", options.index,
+                  inLines("Dimensions that become rows, the first varying fastest; the others are "
+                          "spread over columns (default: see below)"))
+      ->type_name("X,Y");
+  addList(command, "--select", options.selections,
+          "A part of a dimension: A=3, A=0:3 (positions, end excluded), A=@500 (the nearest "
+          "coordinate), A=@2011-08-01:2011-08-31 (coordinates, end included); may be given for "
+          "several dimensions")
+      ->type_name("A=R");
+  command
+      .add_option("--format", options.format,
+                  inLines("text (default), markdown, html, csv, tsv, json, jsonl, contract or "
+                          "contract-html"))
+      ->type_name("F");
+  command.add_flag("--html", options.html, "The same as --format html");
+  command
+      .add_option("-n,--max-rows", options.maxRows,
+                  inLines("Rows to print, 0 for all (default: all in csv, tsv, json and jsonl, "
+                          "else 10)"))
+      ->type_name("N");
+  command
+      .add_option("-o,--output", options.output,
+                  inLines("Write the table to this file, whole or not at all; html is a whole page "
+                          "then"))
+      ->type_name("FILE");
+  command.add_flag("--positions", options.positions,
+                   inLines("Positions where coordinates would stand; coordinate variables are "
+                           "columns"));
+  command
+      .add_option("--precision", options.precision,
+                  inLines("Significant digits in text, markdown and html (default: 6)"))
+      ->type_name("N");
+  command.add_flag("--all-columns", options.allColumns, "Print more than 100 columns, too");
+  command.add_flag("--raw", options.raw, "Values as they are stored, not decoded");
 }
 
 }  // namespace
@@ -125,35 +205,19 @@ Verb addTable(CLI::App& application) {
   CLI::App* command =
       application.add_subcommand("table", "Print the variables of a group as a table");
   command->footer(
-      "The table has an index column for each index axis and a row for each of their coordinates,\n"
-      "the first axis varying fastest. Variables without an index axis are repeated along it; "
-      "their\n"
-      "other axes are spread over columns.\n"
-      "Unless --index is given, the index is the axes that the variables have in common, the\n"
-      "file's last dimension first; coordinate variables (one-dimensional, called as their axis) "
-      "do\n"
-      "not count. Without a common axis there is no index.\n"
-      "Left out, with a line on standard error: text, other types that are no numbers, variables "
-      "of\n"
-      "0 or more than 3 dimensions, and those whose other axes and the index are more than 3 "
-      "axes.\n"
-      "Groups within the group are not part of its table.\n"
-      "Missing floating-point values print as nan. Names are case-sensitive.\n"
-      "With --html, names have their markup characters escaped: a browser shows them as they are.");
+      "Without --index the rows are the dimensions of the variable with the most\n"
+      "values, the last one varying fastest; dimensions of at most 16 positions\n"
+      "without a coordinate variable are spread over columns instead. Variables that\n"
+      "have none of these dimensions are left out, with a line on standard error.\n"
+      "Index columns hold coordinates, or positions where there are none. Groups\n"
+      "within the group are not part of its table.\n"
+      "Missing values are blank, an empty field or null. csv, tsv, json and jsonl have\n"
+      "the shortest numbers that read back. contract and contract-html are what\n"
+      "exportToDataFrame with exportDataFrameToString and exportDataFrameToHtml give,\n"
+      "to the byte: with positions, and with nothing escaped unless at a terminal.");
   const auto options = std::make_shared<Options>();
-  addSource(*command, options->source);
-  command->add_option("--variables", options->variables, "Only these variables (default: all)")
-      ->type_name("A,B");
-  command->add_option("--index", options->index, "At most 3 axes for the rows (default: see below)")
-      ->type_name("X,Y");
-  command->add_option("--max-rows", options->maxRows, "Rows to print; 0 prints all (default: 10)")
-      ->type_name("N");
-  command->add_flag("--html", options->html,
-                    "Print an HTML <table>; with --output, write a whole page around it");
-  command
-      ->add_option("--output", options->output, "Write the table to this file, whole or not at all")
-      ->type_name("FILE");
-  return {command, [options] { return run(*options); }};
+  addOptions(*command, *options);
+  return {command, [options] { return run(*options); }, {{"--format", formats()}}};
 }
 
 }  // namespace quillon::tools

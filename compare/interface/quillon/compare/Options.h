@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace object_model {
@@ -26,6 +27,12 @@ struct PathTolerance {
   Tolerance tolerance;  ///< for the values of these arrays
 };
 
+/// Reads "PATTERN=A,R", the absolute and the relative tolerance, or "PATTERN=A". Of several `=` the
+/// last one counts.
+/// @throws std::invalid_argument for any other text, and for numbers that are negative or NaN; both
+///   are named.
+PathTolerance parsePathTolerance(std::string_view text);
+
 /// The attributes that say how a file came about rather than what is in it.
 extern const std::vector<std::string> RECORD_ATTRIBUTES;
 
@@ -35,6 +42,9 @@ extern const std::vector<std::string> RECORD_ATTRIBUTES;
 /// a pattern may leave out: `cells/*` matches `/cells/area`. A pattern that is the very path of an
 /// entry stands for that one alone.
 struct Options {
+  /// Where the two objects stand in what they are part of, such as "/cells/otsu"; paths of patterns
+  /// and of the report begin with it.
+  std::string root = "/";
   /// For all arrays that none of `tolerances` matches.
   Tolerance tolerance;
   /// The last one whose pattern matches holds.
@@ -51,6 +61,8 @@ struct Options {
   std::vector<std::string> ignore;
   /// How many of an array's largest deltas are listed.
   unsigned long largest = 1;
+  /// Whether the differences of values come with a picture of where they are.
+  bool pictures = false;
   /// Called now and then with how many more values were compared. What it throws ends the
   /// comparison and passes through.
   std::function<void(unsigned long values)> progress;

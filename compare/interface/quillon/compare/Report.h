@@ -3,7 +3,9 @@
 #pragma once
 
 #include <quillon/compare/Figures.h>
+#include <quillon/compare/Picture.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -54,6 +56,8 @@ struct Difference {
   /// unit, ... as text; nothing where it has none.
   Value first;
   Value second;  ///< the same of the second side
+  /// Where the values that differ are; for arrays of two dimensions or more, if it was asked for.
+  std::optional<Picture> picture = {};
 };
 
 /// An entry, or an attribute, that could not be compared.

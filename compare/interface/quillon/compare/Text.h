@@ -21,6 +21,8 @@ struct LineOptions {
   /// How many of the largest deltas to list below each line of values, as far as the report has
   /// them, in lines that begin with two blanks.
   unsigned long largest = 0;
+  /// Whether paths and values stand in colours, by the escape sequences of terminals.
+  bool isColored = false;
 };
 
 /// A line for each difference, then one for each entry that was not compared; none for the same.
@@ -37,5 +39,12 @@ std::string message(const Report& report);
 /// @param report what the comparison found.
 /// @param first, second what the two objects are called, such as the names of their files.
 std::string toJson(const Report& report, const std::string& first, const std::string& second);
+
+/// The report as an HTML document to look at, for bright and dark screens, without a script: a row
+/// for each entry that differs, which unfolds to its figures, its largest deltas and, where the
+/// report has it, the picture of where they are.
+/// @param report what the comparison found.
+/// @param first, second what the two objects are called, such as the names of their files.
+std::string toHtml(const Report& report, const std::string& first, const std::string& second);
 
 }  // namespace quillon::compare

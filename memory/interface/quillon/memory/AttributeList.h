@@ -23,6 +23,9 @@ class AttributeList : public HasAttributes {
   /// another one comes last. Out of memory, nothing is changed.
   void setAttribute(std::string name, AttributeValue value);
 
+  /// Has these attributes in place of all that it had. Their names differ.
+  void setAttributes(std::vector<Attribute> attributes);
+
   /// Takes the attribute away. Returns whether there was one called `name`.
   bool removeAttribute(const std::string& name);
 

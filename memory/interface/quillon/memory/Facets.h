@@ -1,7 +1,8 @@
 /// @file
 /// What an array or dictionary may offer besides what the contract has a place for: attributes,
-/// coordinates along its axes, times, missing integers. Each is an optional interface, to be found
-/// by `dynamic_cast` and to be derived from beside `Array` or `Dictionary`.
+/// coordinates along its axes, times, missing integers, the bytes that it stores. Each is an
+/// optional interface, to be found by `dynamic_cast` and to be derived from beside `Array` or
+/// `Dictionary`.
 ///
 /// Ownership: what is returned belongs to the caller, or is shared with it. Threads: const
 /// operations may run concurrently where the object's may.
@@ -125,6 +126,32 @@ class HasMissing {
   HasMissing& operator=(const HasMissing&) = default;
   HasMissing& operator=(HasMissing&&) = default;
   virtual ~HasMissing() = default;
+  /// @endcond
+};
+
+/// An array that can tell, without reading its values, that another one has the same: both take
+/// them from the same stored bytes.
+class HasStoredBytes {
+ public:
+  /// Whether both arrays are known to give the same values for a block of positions, bit by bit, as
+  /// what they keep for it is the same in bytes, type, byte order, packing and decoding. False
+  /// where it is not so and where it is not known: then the values are to be read.
+  /// @param other an array of the same shape, of any class.
+  /// @param start, extent as for `object_model::BulkValues::readValues`. Blocks of whole chunks
+  ///   (`object_model::BulkValues::chunkExtents`) are answered fastest.
+  /// @throws whatever `readValues` throws where values cannot be had.
+  virtual bool holdsSameBytes(const object_model::Array& other, const unsigned long* start,
+                              const unsigned long* extent) const = 0;
+
+ protected:
+  // Made, copied and moved as part of an array only.
+  /// @cond
+  HasStoredBytes() = default;
+  HasStoredBytes(const HasStoredBytes&) = default;
+  HasStoredBytes(HasStoredBytes&&) = default;
+  HasStoredBytes& operator=(const HasStoredBytes&) = default;
+  HasStoredBytes& operator=(HasStoredBytes&&) = default;
+  ~HasStoredBytes() = default;
   /// @endcond
 };
 

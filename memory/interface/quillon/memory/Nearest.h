@@ -14,4 +14,8 @@ namespace quillon::memory {
 std::vector<std::string> nearestNames(std::string_view name, const std::vector<std::string>& names,
                                       std::size_t most = 3);
 
+/// "; did you mean 'a', 'b' or 'c'?", of the three names that are nearest, as an error's sentence
+/// ends with it; empty without names.
+std::string offerOf(std::string_view name, const std::vector<std::string>& names);
+
 }  // namespace quillon::memory

@@ -24,4 +24,9 @@ Character firstCharacter(std::string_view text);
 /// No locale plays a part.
 int widthOf(char32_t point);
 
+/// Whether a character beyond ASCII shows nothing of its own but may change how the text around it
+/// looks: the controls of U+0080 to U+009F, those of the writing direction, joiners and spaces of
+/// no width, line separators and tags. Variation selectors and what combines are none of these.
+bool isInvisible(char32_t point);
+
 }  // namespace quillon::memory

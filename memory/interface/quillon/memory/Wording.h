@@ -7,9 +7,14 @@
 
 namespace quillon::memory {
 
-/// `text` without anything that a terminal would obey: control characters and bytes that are no
-/// UTF-8 appear as escapes such as `\n` and `\x1b`. All other UTF-8 passes.
+/// `text` without anything that a terminal would obey or keep from sight: control characters and
+/// bytes that are no UTF-8 appear as escapes such as `\n` and `\x1b`, invisible characters (see
+/// isInvisible()) as `\u202e`, and a backslash as two. All other UTF-8 passes.
 std::string escaped(std::string_view text);
+
+/// A sentence of this system's own, whose quotations are escaped already: as escaped(), but for
+/// backslashes, which pass. Whatever else got into it is harmless then.
+std::string disarmed(std::string_view sentence);
 
 /// `text` escaped and in single quotes.
 std::string inQuotes(std::string_view text);

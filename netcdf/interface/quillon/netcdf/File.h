@@ -3,6 +3,7 @@
 #pragma once
 
 #include <quillon/memory/Dictionary.h>
+#include <quillon/netcdf/VariableFacts.h>
 
 #include <cstddef>
 #include <functional>
@@ -25,9 +26,11 @@ class Source;
 
 /// How a file is read.
 struct OpenOptions {
-  /// Whether missing values of `Double` arrays read as NaN: those equal to `_FillValue`, to one of
-  /// `missing_value` or, for a variable without `_FillValue`, to netCDF's default fill value.
-  /// Otherwise they read as they are stored.
+  /// Whether values are decoded after the CF conventions, as `File` describes; otherwise they are
+  /// read as they are stored, enumerations as integers.
+  bool decode = true;
+
+  /// Without `decode`: whether missing values of variables of fractions nevertheless read as NaN.
   bool missingAsNaN = false;
 
   /// How many bytes of one variable's values are held in memory at a time.
@@ -40,7 +43,14 @@ struct OpenOptions {
   std::function<void(unsigned long bytes)> onRead;
 };
 
-/// A variable that the object model cannot hold.
+/// Some of the indices of a dimension: `first`, `first + step`, and so on, `count` of them.
+struct Range {
+  long first = 0;  ///< the first index, from 0
+  long count = 0;  ///< how many indices; none are allowed
+  long step = 1;   ///< from one index to the next, at least 1
+};
+
+/// A variable or an attribute that cannot be read.
 struct Skipped {
   std::string path;    ///< where it stands in the file, such as "/cells/otsu/outline"
   std::string reason;  ///< why it was left out, such as "compound type 'point'"
@@ -58,12 +68,38 @@ struct Skipped {
 /// has no dimensions and one value.
 ///
 /// Elements: signed integers are `Int`, unsigned ones `UInt`, both exact to the last digit; `float`
-/// and `double` are `Double`; strings are `String`, and so is text of characters, whose last
-/// dimension is the text's length and no axis (NULs at its end are cut). An enumeration is read as
-/// its integers. Other types are left out, see skipped(). Packed values (`scale_factor`,
-/// `add_offset`) are left as they are stored.
+/// and `double` are `Double`; strings are `String`, and so are texts of a fixed length and text of
+/// characters, whose last dimension is the text's length and no axis. What fills a text up to its
+/// length (NULs, and blanks where HDF5 says so) is cut. Other types are left out, see skipped().
 ///
-/// Descriptors: `long_name` is the description, `units` both the unit and the physical unit.
+/// Decoding (unless OpenOptions::decode is off):
+///   - `_Unsigned` makes stored integers of up to 32 bits count without a sign, or with one.
+///   - `scale_factor` and `add_offset` are applied, in double. Values equal to `_FillValue`, to one
+///     of `missing_value` or, of a `float` or `double` variable without `_FillValue`, to netCDF's
+///     default fill value are missing: NaN. Either makes the array `Double`, of stored type `float`
+///     where the variable is `float` or of at most 16 bits and no packing is wider than `float`,
+///     else of `double`. Integers with neither, and those of 64 bits without packing, stay exact
+///     and as they are stored. `valid_min`, `valid_max` and `valid_range` are not applied.
+///   - Numbers with units "... since ..." (weeks to nanoseconds) and the calendar `standard`,
+///     `gregorian`, `proleptic_gregorian`, `noleap`, `365_day`, `360_day`, `julian`, `none` or no
+///     calendar at all are `memory::HasTimes` as well; as an `Array` they stay the numbers. Bounds
+///     (`bounds`, `climatology`) without units have those of their coordinate variable. Months,
+///     years and other calendars stay numbers.
+///   - A `byte` variable with the attribute `dtype` "bool" is `Boolean`, and so is HDF5's
+///     enumeration of FALSE and TRUE that has a name. Another enumeration is a `String` of its
+///     values' names, or the number where a value has none.
+///   - Characters that are `_FillValue` are cut off the end of a text. A text that is `_FillValue`
+///     as a whole is missing and reads as the empty text.
+///
+/// Descriptors: `long_name` is the description, `units` both the unit and the physical unit. All
+/// other attributes, but those that decoding has used up, are the array's
+/// (`memory::HasAttributes`); those of a group but its title are the dictionary's. Attributes of
+/// types that are neither numbers nor text are left out.
+///
+/// Coordinates (`memory::HasCoordinates`): those of a dimension are its coordinate variable, read
+/// like any other, or else the first variable along it alone that the array's attribute
+/// `coordinates` names. They are found when they are asked for, and shared by the arrays of a file.
+///
 /// Dimension names are axis names. An axis is of the kind
 ///   - `Time` when its coordinate variable has units "... since ...", the standard name "time" or
 ///     the axis "T";
@@ -81,7 +117,11 @@ struct Skipped {
 /// whatever the file's size; hopping between windows reads them again and again. A text that is
 /// longer than a window is read by itself, and a string counts as 128 bytes, whatever its length.
 /// Arrays of numbers are `object_model::BulkValues` as well, in the type that the values have in
-/// the file: blocks of them are read past the window, which stays as it is.
+/// the file: blocks of them are read past the window, which stays as it is. Values that stand in
+/// the file as they are, and blocks of whole chunks under the filters shuffle, deflate and
+/// fletcher32, are read by this library itself; chunks are unpacked by several threads, none of
+/// which outlives the read. Everything else, and what does not look right, is left to libnetcdf.
+/// Such arrays are `memory::HasStoredBytes` as well.
 ///
 /// Names: the file that is opened is the one at `path`, whatever the path looks like to the
 /// libraries below; one with a backslash, which they take for a slash, is refused.
@@ -130,27 +170,51 @@ class File {
   /// @copydoc group
   const memory::Dictionary& group(const std::string& path) const;
 
-  /// The group at `path` with all that is in it, but along the dimensions that are named in
-  /// `extents` only so many of the first coordinates, as far as there are more: what else the file
-  /// holds is neither read nor held in memory. Texts of characters keep their length.
+  /// The group at `path` with all that is in it, but along the axes named in `ranges` only the
+  /// indices that these say: what else the file holds is neither read nor held in memory. The
+  /// arrays' coordinates are cut alike. Texts of characters keep their length.
   ///
   /// Ownership: the dictionary is the caller's; its arrays keep the file open.
+  /// @throws Error as group() does.
+  /// @throws std::invalid_argument for a range that is not in an axis of its name, and for a name
+  ///   that no axis below the group has; the sentence names the axis.
+  memory::Dictionary select(const std::string& path,
+                            const std::map<std::string, Range>& ranges) const;
+
+  /// As select(), with only so many of the first indices along the axes named in `extents`, as far
+  /// as there are more. Names that no axis has do not matter.
   /// @throws Error as group() does.
   memory::Dictionary corner(const std::string& path,
                             const std::map<std::string, unsigned long>& extents) const;
 
+  /// What the file says about the group at `path` and each of its own variables.
+  /// @throws Error as group() does, and where the file cannot be read.
+  GroupFacts facts(const std::string& path) const;
+
   /// The file's attribute `title`; empty when it has none.
   std::string title() const;
 
-  /// The variables of types that the object model cannot hold (compound, variable-length and opaque
-  /// ones), in the file's order.
+  /// The variables that cannot be read, in the file's order: those of types that the object model
+  /// cannot hold (compound, variable-length and opaque ones), those that claim more values than can
+  /// be counted and those that went through a filter that is not there. Then come those that
+  /// libnetcdf hides, such as references, bit fields and types without a name.
   const std::vector<Skipped>& skipped() const;
 
+  /// The attributes that libnetcdf hides, for they are of types that it does not know. Their paths
+  /// are "/cells/area@outline" for one of a variable, "/cells/@outline" for one of a group.
+  const std::vector<Skipped>& hiddenAttributes() const;
+
  private:
+  int groupId(const std::string& path) const;
+  memory::Dictionary read(
+      const std::string& path,
+      const std::function<Range(const std::string& name, unsigned long size)>& rangeOf) const;
+
   std::string m_path;
   std::shared_ptr<const Source> m_source;
   memory::Dictionary m_root;
   std::vector<Skipped> m_skipped;
+  std::vector<Skipped> m_hiddenAttributes;
 };
 
 }  // namespace quillon::netcdf

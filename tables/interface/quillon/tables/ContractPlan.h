@@ -15,8 +15,12 @@ namespace quillon::tables {
 /// What is asked of a table of exportToDataFrame().
 struct ContractRequest {
   std::string source;                                 ///< the group, as sentences start with it
-  std::optional<std::vector<std::string>> variables;  ///< all unless given
-  std::optional<std::vector<std::string>> index;      ///< the common axes unless given
+  std::optional<std::vector<std::string>> variables;  ///< patterns, as those of Request; or all
+  std::vector<std::string> exclude;                   ///< patterns of what is left out of these
+  /// Unless given as for Request: the axes of the array with the most values, less those that have
+  /// no coordinates and at most 16 points.
+  std::optional<std::vector<std::string>> index;
+  bool allColumns = false;  ///< whether there may be more than MOST_COLUMNS columns
 };
 
 /// Which arrays of a group go into a table, along which axes, and what its readers must be told.
@@ -38,7 +42,8 @@ struct ContractPlan {
 /// @param group borrowed for the call.
 /// @param skipped variables of the group that the reader could not make arrays of.
 /// @param request what is asked for.
-/// @throws Error for names that are not there or given twice, for an axis with several sizes and
+/// @throws TooManyColumns where there are, and Error for names that are not there or given twice,
+/// for an axis with several sizes and
 ///   when nothing is left for the table.
 ContractPlan contractPlan(const object_model::Dictionary& group,
                           const std::vector<Unreadable>& skipped, const ContractRequest& request);

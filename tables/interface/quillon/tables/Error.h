@@ -12,4 +12,10 @@ class Error : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// A table of more columns than `MOST_COLUMNS` that nobody asked for with all of them.
+class TooManyColumns : public Error {
+ public:
+  using Error::Error;
+};
+
 }  // namespace quillon::tables

@@ -65,11 +65,12 @@ struct Plan {
 /// and spread over columns along the axes that are not in the index. These columns are called
 /// `intensity[time=3, channel=DAPI]`: the last dimension first, by coordinate, or by position where
 /// the axis has no coordinates, one is missing or one occurs twice. Index columns are called after
-/// their axis and hold coordinates: those that an array of the dictionary knows (HasCoordinates),
-/// else the one-dimensional array called as its axis in the dictionary or the nearest enclosing
-/// one; positions, as the dictionary counts them, where there are none. A coordinate array is no
-/// column of its own beside these. A column of positions is called `NAME (position)` where an array
-/// has its name.
+/// their axis and hold coordinates: those that an array of the dictionary knows (HasCoordinates;
+/// but not where they are another array's values, such as the names of stations, which are a column
+/// of their own), else the one-dimensional array called as its axis in the dictionary or the
+/// nearest enclosing one; positions, as the dictionary counts them, where there are none. A
+/// coordinate array is no column of its own beside these. A column of positions is called `NAME
+/// (position)` where an array has its name.
 /// @param dictionary borrowed for the call.
 /// @param request what is asked for.
 /// @throws Error for names that match nothing (it offers the nearest ones), an axis of two sizes, a

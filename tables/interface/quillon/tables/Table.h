@@ -8,6 +8,7 @@
 #include <quillon/tables/Plan.h>
 #include <tabra/DataFrameView.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -91,6 +92,10 @@ class Table {
   /// At least 1 and of limited memory for all columns together, unless `row` is the end: then 0.
   unsigned long runFrom(unsigned long row) const;
 
+  /// The same table, for whose runs `tell` is called with how many rows were read by each step of a
+  /// `Cursor`, and so by each writer. What it throws passes through.
+  Table reporting(std::function<void(unsigned long rows)> tell) const;
+
   /// How the times of a column are best written: all in the form that its array needs, whichever
   /// part of it the table has. Reads all of them. @throws std::invalid_argument for other columns.
   memory::TimeForm timeForm(unsigned long column) const;
@@ -99,7 +104,10 @@ class Table {
   struct State;
   void require(unsigned long column, unsigned long firstRow, unsigned long count) const;
 
+  friend class Cursor;
+
   std::shared_ptr<const State> m_state;
+  std::function<void(unsigned long)> m_tell;
 };
 
 /// Calls `visit(memory::TypeTag<T>())` with the C++ type of the column's cells.

@@ -1,0 +1,111 @@
+#include <gmock/gmock.h>
+#include <quillon/compare/Choice.h>
+#include <quillon/memory/Selection.h>
+
+#include "Support.h"
+
+namespace quillon::compare {
+namespace {
+
+using memory::Dictionary;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::UnorderedElementsAre;
+using Names = std::vector<std::string>;
+
+class ChoiceTest : public ::testing::Test {
+ protected:
+  ChoiceTest() {
+    m_first.add(row<double>("area", {1}));
+    m_first.add(dictionary("li", row<double>("area", {1}), row<double>("radius", {1})));
+    m_second.add(row<double>("axis", {1}));
+    m_second.add(dictionary("li", row<double>("radius", {1})));
+    m_second.add(Dictionary("empty"));
+  }
+
+  Chosen chosen(const Choice& choice) const { return choose(m_first, m_second, choice); }
+
+  std::string error(const Choice& choice) const {
+    try {
+      choose(m_first, m_second, choice);
+    } catch (const std::invalid_argument& error) {
+      return error.what();
+    }
+    return "no error";
+  }
+
+  static Choice variables(const Names& names) {
+    Choice choice;
+    choice.variables = names;
+    return choice;
+  }
+
+  Dictionary m_first{"first"};
+  Dictionary m_second{"second"};
+};
+
+TEST_F(ChoiceTest, EverythingUnlessAskedForLess) {
+  const Chosen all = chosen({});
+  EXPECT_THAT(all.paths, UnorderedElementsAre("area", "axis", "li/area", "li/radius"));
+  EXPECT_THAT(all.first, UnorderedElementsAre("area", "li/area", "li/radius", "li/"));
+  EXPECT_THAT(all.second, UnorderedElementsAre("axis", "li/", "li/radius", "li/", "empty/"));
+}
+
+TEST_F(ChoiceTest, ANameIsChosenWhereverItStands) {
+  const Chosen areas = chosen(variables({"area"}));
+  EXPECT_THAT(areas.first, UnorderedElementsAre("area", "li/area"));
+  EXPECT_THAT(areas.second, ElementsAre("li/"));
+}
+
+TEST_F(ChoiceTest, PathsAndPatterns) {
+  EXPECT_THAT(chosen(variables({"/area"})).paths, ElementsAre("area"));
+  EXPECT_THAT(chosen(variables({"li/*"})).paths, ElementsAre("li/area", "li/radius"));
+  EXPECT_THAT(chosen(variables({"a*"})).paths, ElementsAre("area", "axis", "li/area"));
+}
+
+TEST_F(ChoiceTest, WhatIsExcludedIsNotChosen) {
+  Choice choice = variables({"a*"});
+  choice.exclude = {"/area", "axis"};
+  EXPECT_THAT(chosen(choice).paths, ElementsAre("li/area"));
+  choice.exclude = {"*"};
+  EXPECT_THAT(chosen(choice).paths, IsEmpty());
+  EXPECT_THAT(chosen(choice).first, IsEmpty());
+}
+
+TEST_F(ChoiceTest, WhatIsUnreadableCanBeNamed) {
+  Choice choice = variables({"shape"});
+  choice.unreadable = {"li/shape"};
+  EXPECT_THAT(chosen(choice).paths, ElementsAre("li/shape"));
+  EXPECT_THAT(chosen(choice).first, ElementsAre("li/"));
+}
+
+TEST_F(ChoiceTest, PathsBeginWithTheRoot) {
+  Choice choice = variables({"/cells/li/area"});
+  choice.root = "/cells";
+  EXPECT_THAT(chosen(choice).paths, ElementsAre("li/area"));
+}
+
+TEST_F(ChoiceTest, APatternThatStandsForNothingIsAnErrorWithAnOffer) {
+  EXPECT_EQ(error(variables({"area", "raidus"})),
+            "Neither side has a variable 'raidus'; did you mean 'radius', 'axis' or 'area'?");
+  EXPECT_EQ(error(variables({"/lo/area"})),
+            "Neither side has a variable '/lo/area'; did you mean '/li/area', '/area' or '/li/radius'?");
+  Choice choice;
+  choice.exclude = {"x*"};
+  choice.sides = "Neither a nor b";
+  EXPECT_EQ(error(choice),
+            "Neither a nor b has a variable 'x*'; did you mean 'axis', 'area' or 'radius'?");
+  const Dictionary none("none");
+  EXPECT_THROW(choose(none, none, choice), std::invalid_argument);
+}
+
+TEST_F(ChoiceTest, SelectionsTakeThePaths) {
+  const Chosen areas = chosen(variables({"area", "radius"}));
+  const memory::Selection first(m_first, areas.first);
+  const memory::Selection second(m_second, areas.second);
+  EXPECT_THAT(linesOf(first, second),
+              ElementsAre("/area: only in the first", "/li/area: only in the first"));
+}
+
+}  // namespace
+}  // namespace quillon::compare

@@ -1,0 +1,79 @@
+#include <gtest/gtest.h>
+#include <quillon/memory/OutputTarget.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "support/ScratchDirectory.h"
+
+namespace quillon::memory {
+namespace {
+
+namespace fs = std::filesystem;
+using Scratch = test::ScratchDirectory;
+
+class OutputTargetTest : public ::testing::Test {
+ protected:
+  fs::path directory() const { return fs::canonical(m_scratch.path()); }
+  std::string link(const std::string& name, const std::string& to) const {
+    fs::create_symlink(to, m_scratch.path(name));
+    return m_scratch.path(name);
+  }
+
+  Scratch m_scratch;
+};
+
+TEST_F(OutputTargetTest, NamesOfDescriptorsAreDescriptors) {
+  EXPECT_EQ(outputTargetOf("/dev/stdout").descriptor, 1);
+  EXPECT_EQ(outputTargetOf("/dev/stderr").descriptor, 2);
+  EXPECT_EQ(outputTargetOf("/dev/fd/17").descriptor, 17);
+  EXPECT_EQ(outputTargetOf("/proc/self/fd/3").descriptor, 3);
+  EXPECT_EQ(outputTargetOf("/proc/" + std::to_string(::getpid()) + "/fd/1").descriptor, 1);
+  EXPECT_EQ(outputTargetOf(link("link", "/dev/stdout")).descriptor, 1);
+}
+
+TEST_F(OutputTargetTest, OtherNamesAreNone) {
+  for (const std::string path : {"/dev/null", "/proc/self/fd/x", "/proc/self/fd/-1", "1"}) {
+    EXPECT_EQ(outputTargetOf(path).descriptor, -1) << path;
+  }
+}
+
+TEST_F(OutputTargetTest, FileIsItself) {
+  const OutputTarget target = outputTargetOf(m_scratch.path("new"));
+  EXPECT_EQ(target.file, directory() / "new");
+  EXPECT_FALSE(target.error);
+}
+
+TEST_F(OutputTargetTest, LinksAreFollowedToWhatIsNotThere) {
+  fs::create_directory(m_scratch.path("inner"));
+  link("inner/second", "../new");
+  EXPECT_EQ(outputTargetOf(link("first", "inner/second")).file, directory() / "new");
+}
+
+TEST_F(OutputTargetTest, LinkIntoAMissingDirectoryLeadsNowhere) {
+  EXPECT_EQ(outputTargetOf(link("first", "none/new")).error, std::errc::no_such_file_or_directory);
+}
+
+TEST_F(OutputTargetTest, LinksInACircleLeadNowhere) {
+  link("first", "second");
+  EXPECT_EQ(outputTargetOf(link("second", "first")).error,
+            std::errc::too_many_symbolic_link_levels);
+}
+
+TEST_F(OutputTargetTest, DirectoriesCannotBeReplaced) {
+  const auto errorFor = [](const std::string& path) {
+    struct stat status = {};
+    ::stat(path.c_str(), &status);
+    return errorOfReplacing(path, status);
+  };
+  std::ofstream(m_scratch.path("file")) << "text";
+  EXPECT_EQ(errorFor(m_scratch.path()), EISDIR);
+  EXPECT_EQ(errorFor(m_scratch.path("file")), 0);
+  EXPECT_EQ(errorFor("/dev/null"), 0);
+}
+
+}  // namespace
+}  // namespace quillon::memory

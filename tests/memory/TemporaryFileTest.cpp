@@ -1,0 +1,100 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <quillon/memory/TemporaryFile.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "support/ScratchDirectory.h"
+
+namespace quillon::memory {
+namespace {
+
+using Scratch = test::ScratchDirectory;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
+
+void write(const TemporaryFile& file, const std::string& text) {
+  ASSERT_EQ(::write(file.descriptor(), text.data(), text.size()),
+            static_cast<ssize_t>(text.size()));
+}
+
+std::string contentOf(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+class TemporaryFileTest : public ::testing::Test {
+ protected:
+  TemporaryFile::OnName remember() {
+    return [this](const std::string& path) { m_paths.push_back(path); };
+  }
+
+  Scratch m_scratch;
+  std::vector<std::string> m_paths;  // that it has told
+};
+
+TEST_F(TemporaryFileTest, LeavesNothingUnlessItIsMoved) {
+  {
+    const TemporaryFile file(m_scratch.path("new"));
+    write(file, "text");
+  }
+  EXPECT_THAT(m_scratch.entries(), IsEmpty());
+}
+
+TEST_F(TemporaryFileTest, IsThereAloneWhenItIsMoved) {
+  TemporaryFile file(m_scratch.path("new"), remember());
+  write(file, "text");
+  EXPECT_EQ(file.moveToTarget(), 0);
+  EXPECT_THAT(m_scratch.entries(), ElementsAre("new"));
+  EXPECT_EQ(contentOf(m_scratch.path("new")), "text");
+  EXPECT_EQ(file.path(), "");
+  EXPECT_THAT(m_paths, ElementsAre(StartsWith(m_scratch.path(".quillon-")), ""));
+}
+
+TEST_F(TemporaryFileTest, MayHaveANameFromTheStart) {
+  {
+    const TemporaryFile file(m_scratch.path("new"), remember(), TemporaryFile::Naming::AtOnce);
+    EXPECT_THAT(file.path(), StartsWith(m_scratch.path(".quillon-")));
+    write(file, "text");
+    EXPECT_EQ(contentOf(file.path()), "text");
+  }
+  EXPECT_THAT(m_scratch.entries(), IsEmpty());
+  ASSERT_EQ(m_paths.size(), 2U);
+  EXPECT_EQ(m_paths.back(), "");
+}
+
+TEST_F(TemporaryFileTest, WithANameIsMovedAsWell) {
+  TemporaryFile file(m_scratch.path("new"), {}, TemporaryFile::Naming::AtOnce);
+  write(file, "text");
+  EXPECT_EQ(file.moveToTarget(), 0);
+  EXPECT_THAT(m_scratch.entries(), ElementsAre("new"));
+  EXPECT_EQ(contentOf(m_scratch.path("new")), "text");
+}
+
+TEST_F(TemporaryFileTest, WhatCannotBeMovedLeavesNothing) {
+  {
+    TemporaryFile file(m_scratch.path("new"));
+    std::filesystem::create_directory(m_scratch.path("new"));
+    EXPECT_EQ(file.moveToTarget(), EISDIR);
+  }
+  EXPECT_THAT(m_scratch.entries(), ElementsAre("new"));
+}
+
+TEST_F(TemporaryFileTest, WithoutADirectoryIsAnError) {
+  for (const auto naming : {TemporaryFile::Naming::WhenMoved, TemporaryFile::Naming::AtOnce}) {
+    const TemporaryFile file(m_scratch.path("none/new"), remember(), naming);
+    EXPECT_EQ(file.error(), ENOENT);
+    EXPECT_EQ(file.descriptor(), -1);
+    EXPECT_EQ(m_paths.back(), "");
+  }
+}
+
+}  // namespace
+}  // namespace quillon::memory

@@ -1,0 +1,79 @@
+#include "Filters.h"
+#include "Hdf5Files.h"
+#include "TestFiles.h"
+
+namespace quillon::netcdf {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr H5Z_filter_t STRANGE = 32'099;
+
+std::size_t leaveAsItIs(unsigned int /*flags*/, std::size_t /*parameters*/,
+                        const unsigned int* /*values*/, std::size_t bytes, std::size_t* /*room*/,
+                        void** /*buffer*/) {
+  return bytes;
+}
+
+/// A filter that is there as long as the object is.
+class StrangeFilter {
+ public:
+  explicit StrangeFilter(const char* name) {
+    const H5Z_class2_t filter{H5Z_CLASS_T_VERS, STRANGE, 1, 1, name, nullptr, nullptr, leaveAsItIs};
+    mustHdf5(H5Zregister(&filter));
+  }
+  StrangeFilter(const StrangeFilter&) = delete;
+  StrangeFilter& operator=(const StrangeFilter&) = delete;
+  ~StrangeFilter() { H5Zunregister(STRANGE); }
+};
+
+class FiltersTest : public testing::Test {
+ protected:
+  /// @param name what the file calls the filter.
+  void write(const char* name) const {
+    const StrangeFilter filter(name);
+    const Hdf5Writer writer(m_path);
+    const Hdf5Object v = writer.dataset("v", H5T_NATIVE_INT, {2}, [](hid_t creation) {
+      const hsize_t chunk = 2;
+      mustHdf5(H5Pset_chunk(creation, 1, &chunk));
+      mustHdf5(H5Pset_shuffle(creation));
+      mustHdf5(H5Pset_filter(creation, STRANGE, 0, 0, nullptr));
+    });
+    const std::vector<int> values{1, 2};
+    writeAll(v, H5T_NATIVE_INT, values.data());
+    writeAll(writer.dataset("kept", H5T_NATIVE_INT, {2}), H5T_NATIVE_INT, values.data());
+  }
+
+  std::string skipped() const {
+    std::string text;
+    const File file(m_path);
+    for (const Skipped& variable : file.skipped()) {
+      text += variable.path + ": " + variable.reason + "\n";
+    }
+    return text;
+  }
+
+  Scratch m_scratch;
+  std::string m_path = m_scratch.path("a.h5");
+};
+
+TEST_F(FiltersTest, VariableWhoseFilterIsNotThereIsSkippedAndEndsNothingElse) {
+  write("strange codec");
+  EXPECT_EQ(skipped(), "/v: filter 32099 'strange codec', which is not there\n");
+  EXPECT_THAT(valuesOf(arrayAt(File(m_path), "kept")), ElementsAre("1", "2"));
+}
+
+TEST_F(FiltersTest, FilterWithoutANameIsNamedByItsNumber) {
+  write("");
+  EXPECT_EQ(skipped(), "/v: filter 32099, which is not there\n");
+}
+
+TEST_F(FiltersTest, FilterThatIsThereIsUsed) {
+  write("strange codec");
+  const StrangeFilter filter("strange codec");
+  EXPECT_EQ(skipped(), "");
+  EXPECT_THAT(valuesOf(arrayAt(File(m_path), "v")), ElementsAre("1", "2"));
+}
+
+}  // namespace
+}  // namespace quillon::netcdf

@@ -1,0 +1,160 @@
+#include <ostream>
+
+#include "Hdf5Files.h"
+#include "Hdf5Structure.h"
+#include "TestFiles.h"
+
+namespace quillon::netcdf {
+namespace {
+
+void linkHard(const Hdf5Writer& writer, const std::string& from, const std::string& to) {
+  mustHdf5(H5Lcreate_hard(writer.file(), from.c_str(), writer.file(), to.c_str(), H5P_DEFAULT,
+                          H5P_DEFAULT));
+}
+
+void linkSoft(const Hdf5Writer& writer, const std::string& from, const std::string& to) {
+  mustHdf5(H5Lcreate_soft(from.c_str(), writer.file(), to.c_str(), H5P_DEFAULT, H5P_DEFAULT));
+}
+
+void commit(const Hdf5Writer& writer, const std::string& path, hid_t type) {
+  writer.commit(path, Hdf5Object(H5Tcopy(type), H5Tclose).id());
+}
+
+struct Refused {
+  const char* name;
+  void (*write)(const Hdf5Writer& writer);
+  std::string why;
+};
+
+void PrintTo(const Refused& refused, std::ostream* out) { *out << refused.name; }
+
+class SoundFile : public testing::TestWithParam<Refused> {
+ protected:
+  Scratch m_scratch;
+  std::string m_path = m_scratch.path("a.h5");
+};
+
+TEST_P(SoundFile, ThatLibnetcdfCannotReadIsNotCalledDamaged) {
+  {
+    const Hdf5Writer writer(m_path);
+    writer.dataset("n", H5T_NATIVE_INT);
+    GetParam().write(writer);
+  }
+  EXPECT_EQ(errorOf([&] { const File file(m_path); }),
+            "Cannot read '" + m_path +
+                "': it is a sound HDF5 file, but cannot be read as netCDF: " + GetParam().why);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Obstacles, SoundFile,
+    testing::Values(
+        Refused{"GroupInItself",
+                [](const Hdf5Writer& writer) {
+                  writer.group("g");
+                  linkHard(writer, "g", "g/same");
+                },
+                "the group '/g/same' is one of those that it stands in"},
+        Refused{"GroupInItsChild",
+                [](const Hdf5Writer& writer) {
+                  writer.group("g");
+                  writer.group("g/inner");
+                  linkHard(writer, "/", "g/inner/up");
+                },
+                "the group '/g/inner/up' is one of those that it stands in"},
+        Refused{"SoftLinkToTheGroupAbove",
+                [](const Hdf5Writer& writer) {
+                  writer.group("g");
+                  linkSoft(writer, "/", "g/up");
+                },
+                "the group '/g/up' is one of those that it stands in"},
+        Refused{"GroupsThatMultiply",
+                [](const Hdf5Writer& writer) {
+                  std::string path = "g";
+                  for (int k = 0; k < 30; ++k) {
+                    writer.group(path);
+                    linkHard(writer, path, path + "twin");
+                    path += "/g";
+                  }
+                },
+                "links make more than 1000000 groups of its 31"},
+        Refused{
+            "LongName",
+            [](const Hdf5Writer& writer) { writer.dataset(std::string(256, 'q'), H5T_NATIVE_INT); },
+            "the name of '/" + std::string(256, 'q') + "' is longer than 255 bytes"},
+        Refused{"LinkToNowhere",
+                [](const Hdf5Writer& writer) { linkSoft(writer, "/nowhere", "s"); },
+                "the link '/s' leads nowhere"},
+        Refused{"LinkToAFileThatIsNotThere",
+                [](const Hdf5Writer& writer) {
+                  writer.group("g");
+                  mustHdf5(H5Lcreate_external("none.h5", "/n", writer.file(), "g/s", H5P_DEFAULT,
+                                              H5P_DEFAULT));
+                },
+                "the link '/g/s' leads nowhere"},
+        Refused{"NamedNumber", [](const Hdf5Writer& writer) { commit(writer, "T", H5T_STD_I32LE); },
+                "libnetcdf does not know named types such as '/T' (integer type of 4 bytes)"},
+        Refused{"NamedReference",
+                [](const Hdf5Writer& writer) { commit(writer, "T", H5T_STD_REF_OBJ); },
+                "libnetcdf does not know named types such as '/T' (reference type)"},
+        Refused{"Time", [](const Hdf5Writer& writer) { writer.dataset("t", H5T_UNIX_D32LE); },
+                "libnetcdf does not know the type of '/t' (time type)"}),
+    [](const auto& given) { return given.param.name; });
+
+class Hdf5StructureTest : public testing::Test {
+ protected:
+  Scratch m_scratch;
+  std::string m_path = m_scratch.path("a.h5");
+};
+
+TEST_F(Hdf5StructureTest, GroupThatIsLinkedTwiceIsReadTwice) {
+  {
+    const Hdf5Writer writer(m_path);
+    writer.group("g");
+    writer.dataset("g/n", H5T_NATIVE_INT);
+    linkHard(writer, "g", "hard");
+    linkSoft(writer, "/g", "soft");
+    linkSoft(writer, "/g/n", "m");
+  }
+  const std::vector<std::string> zero{"0"};
+  EXPECT_EQ(contentOf(File(m_path).root()),
+            (std::map<std::string, std::vector<std::string>>{
+                {"/g/n", zero}, {"/hard/n", zero}, {"/m", zero}, {"/soft/n", zero}}));
+}
+
+TEST_F(Hdf5StructureTest, LongestNameIsRead) {
+  const std::string name(255, 'q');
+  {
+    const Hdf5Writer writer(m_path);
+    writer.dataset(name, H5T_NATIVE_INT);
+  }
+  EXPECT_EQ(File(m_path).root().getDataName(0), name);
+}
+
+TEST_F(Hdf5StructureTest, DamagedFileIsNotCalledSound) {
+  {
+    const Hdf5Writer writer(m_path);
+    writer.dataset("n", H5T_NATIVE_INT);
+    linkSoft(writer, "/nowhere", "s");
+  }
+  const std::string bytes = readBytes(m_path);
+  writeBytes(m_path, bytes.substr(0, bytes.size() - 1));
+  EXPECT_EQ(errorOf([&] { const File file(m_path); }),
+            "Cannot read '" + m_path +
+                "': it cannot be opened, or is damaged or cut short (NetCDF: HDF error)");
+}
+
+TEST_F(Hdf5StructureTest, ThreeThousandNestedGroupsAreFollowed) {
+  {
+    const Hdf5Writer writer(m_path);
+    Hdf5Object group(mustHdf5(H5Gopen2(writer.file(), "/", H5P_DEFAULT)), H5Gclose);
+    for (int k = 0; k < 3000; ++k) {
+      group = Hdf5Object(
+          mustHdf5(H5Gcreate2(group.id(), "g", H5P_DEFAULT, H5P_DEFAULT, H5P_DEFAULT)), H5Gclose);
+    }
+  }
+  EXPECT_EQ(findTrap(m_path), "");
+  EXPECT_TRUE(judgeHdf5(m_path).isSound);
+}
+
+}  // namespace
+}  // namespace quillon::netcdf

@@ -1,0 +1,163 @@
+#include <quillon/memory/Values.h>
+#include <rapidcheck.h>
+
+#include <numeric>
+#include <stdexcept>
+
+#include "TestFiles.h"
+
+namespace quillon::netcdf {
+namespace {
+
+using testing::ElementsAre;
+using Ranges = std::map<std::string, Range>;
+
+/// A grid whose values are their offsets, with coordinates, in a classic file and in one of
+/// chunks.
+class SelectTest : public testing::TestWithParam<int> {
+ protected:
+  SelectTest() {
+    const Writer writer(m_path, GetParam());
+    const int z = writer.dimension("z", 6);
+    const int y = writer.dimension("y", 5);
+    const int x = writer.dimension("x", 7);
+    const int length = writer.dimension("length", 2);
+    const int grid = writer.variable("grid", NC_SHORT, {z, y, x});
+    const int level = writer.variable("z", NC_DOUBLE, {z});
+    const int names = writer.variable("names", NC_CHAR, {y, length});
+    if (GetParam() == NC_NETCDF4) {
+      const std::size_t chunks[] = {2, 3, 4};
+      must(nc_def_var_chunking(writer.root(), grid, NC_CHUNKED, chunks));
+    }
+    std::vector<short> values(6 * 5 * 7);
+    std::iota(values.begin(), values.end(), static_cast<short>(0));
+    writer.put<short>(grid, {6, 5, 7}, values);
+    writer.put<double>(level, {6}, {0, 10, 20, 30, 40, 50});
+    writer.put<char>(names, {5, 2}, {'a', 'a', 'b', 'b', 'c', 'c', 'd', 'd', 'e', 'e'});
+  }
+
+  std::vector<std::string> gridOf(const Ranges& ranges) const {
+    const memory::Dictionary part = File(m_path).select("/", ranges);
+    return valuesOf(part.at<memory::ArrayBase>("grid"));
+  }
+
+  std::string refusalOf(const Ranges& ranges) const {
+    try {
+      File(m_path).select("/", ranges);
+    } catch (const std::invalid_argument& error) {
+      return error.what();
+    }
+    return {};
+  }
+
+  Scratch m_scratch;
+  std::string m_path = m_scratch.path("a.nc");
+};
+
+INSTANTIATE_TEST_SUITE_P(Formats, SelectTest, testing::Values(0, NC_64BIT_DATA, NC_NETCDF4),
+                         [](const auto& c) { return "Mode" + std::to_string(c.param); });
+
+TEST_P(SelectTest, ReadsTheIndicesThatAreNamed) {
+  EXPECT_THAT(gridOf({{"z", {1, 2, 3}}, {"y", {2, 1, 1}}, {"x", {1, 3, 2}}}),
+              ElementsAre("50", "52", "54", "155", "157", "159"));
+}
+
+TEST_P(SelectTest, WholeWhereNothingIsNamed) { EXPECT_EQ(gridOf({}).size(), 210U); }
+
+TEST_P(SelectTest, NoIndicesAreAllowed) {
+  EXPECT_TRUE(gridOf({{"z", {0, 0, 1}}}).empty());
+  EXPECT_TRUE(gridOf({{"z", {6, 0, 1}}}).empty());
+}
+
+TEST_P(SelectTest, CoordinatesAndTextsAreCutAlike) {
+  const memory::Dictionary part =
+      File(m_path).select("", {{"z", {1, 2, 4}}, {"y", {3, 2, 1}}, {"x", {0, 1, 1}}});
+  const auto& grid = part.at<memory::ArrayBase>("grid");
+  EXPECT_THAT(shapeOf(grid), ElementsAre(1, 2, 2));
+  const auto levels = std::dynamic_pointer_cast<const memory::ArrayBase>(grid.coordinates(2));
+  ASSERT_NE(levels, nullptr);
+  EXPECT_THAT(valuesOf(*levels), ElementsAre("10", "50"));
+  EXPECT_THAT(valuesOf(part.at<memory::ArrayBase>("names")), ElementsAre("dd", "ee"));
+}
+
+TEST_P(SelectTest, ReadsNothingElse) {
+  std::vector<unsigned long> reads;
+  const File file(m_path, countingReads(1000, reads));
+  const memory::Dictionary part = file.select("/", {{"z", {5, 1, 1}}, {"x", {0, 2, 6}}});
+  EXPECT_THAT(valuesOf(part.at<memory::ArrayBase>("grid")),
+              ElementsAre("175", "181", "182", "188", "189", "195", "196", "202", "203", "209"));
+  EXPECT_THAT(reads, ElementsAre(20));
+}
+
+TEST_P(SelectTest, RefusesWhatTheAxisDoesNotHave) {
+  EXPECT_EQ(refusalOf({{"x", {-1, 1, 1}}}),
+            "Axis 'x' has no negative indices or counts (first -1, count 1, step 1)");
+  EXPECT_EQ(refusalOf({{"x", {0, -1, 1}}}),
+            "Axis 'x' has no negative indices or counts (first 0, count -1, step 1)");
+  EXPECT_EQ(refusalOf({{"x", {0, 1, 0}}}),
+            "Axis 'x' is read forwards, in steps of at least 1 (first 0, count 1, step 0)");
+  EXPECT_EQ(refusalOf({{"x", {0, 8, 1}}}),
+            "Axis 'x' has 7 points, fewer than asked for (first 0, count 8, step 1)");
+  EXPECT_EQ(refusalOf({{"x", {7, 1, 1}}}),
+            "Axis 'x' has 7 points, fewer than asked for (first 7, count 1, step 1)");
+  EXPECT_EQ(refusalOf({{"x", {0, 2, 7}}}),
+            "Axis 'x' has 7 points, fewer than asked for (first 0, count 2, step 7)");
+  EXPECT_EQ(refusalOf({{"x", {1, 0x7FFFFFFFFFFFFFFF, 0x7FFFFFFFFFFFFFFF}}}),
+            "Axis 'x' has 7 points, fewer than asked for (first 1, count 9223372036854775807, step "
+            "9223372036854775807)");
+  EXPECT_EQ(refusalOf({{"time", {0, 1, 1}}}), "Group '/' has no axis 'time'");
+  EXPECT_EQ(refusalOf({{"x", {0, 1, 1}}}), "");
+}
+
+TEST_P(SelectTest, OfAMissingGroupIsAnError) {
+  EXPECT_EQ(errorOf([&] { File(m_path).select("none", {}); }),
+            "Cannot read '" + m_path + "': there is no group 'none'; '/' has no groups");
+}
+
+/// Any part in blocks of any size, beside picking from the whole.
+TEST_P(SelectTest, AnyPartInAnyBlocksIsThatOfTheWhole) {
+  EXPECT_TRUE(rc::check([this] {
+    Ranges ranges;
+    for (const auto& [name, size] : {std::pair("x", 7L), std::pair("y", 5L), std::pair("z", 6L)}) {
+      const long first = *rc::gen::inRange(0L, size);
+      const long step = *rc::gen::inRange(1L, 4L);
+      ranges[name] = {first, *rc::gen::inRange(1L, (size - 1 - first) / step + 2), step};
+    }
+    std::vector<long> expected;
+    const auto at = [&ranges](const char* name, long k) {
+      return ranges[name].first + k * ranges[name].step;
+    };
+    for (long z = 0; z < ranges["z"].count; ++z) {
+      for (long y = 0; y < ranges["y"].count; ++y) {
+        for (long x = 0; x < ranges["x"].count; ++x) {
+          expected.push_back((at("z", z) * 5 + at("y", y)) * 7 + at("x", x));
+        }
+      }
+    }
+    const memory::Dictionary part = File(m_path).select("/", ranges);
+    const auto& grid = part.at<memory::ArrayBase>("grid");
+    const memory::BlockLayout layout(grid, *rc::gen::inRange(1UL, 60UL));
+    std::vector<long> values(layout.size());
+    for (unsigned long offset = 0; offset < layout.size();) {
+      const memory::Block block = layout.blockAt(offset);
+      memory::copyValues(grid, block, values.data() + offset);
+      offset += block.count;
+    }
+    RC_ASSERT(values == expected);
+  }));
+}
+
+TEST_P(SelectTest, OutlivesTheFileAndFindsCoordinatesThen) {
+  std::unique_ptr<memory::Dictionary> part;
+  {
+    const Ranges ranges = {{"z", {2, 1, 1}}};
+    part = std::make_unique<memory::Dictionary>(File(m_path).select("/", ranges));
+  }
+  const auto levels = std::dynamic_pointer_cast<const memory::ArrayBase>(
+      part->at<memory::ArrayBase>("grid").coordinates(2));
+  part.reset();
+  EXPECT_THAT(valuesOf(*levels), ElementsAre("20"));
+}
+
+}  // namespace
+}  // namespace quillon::netcdf

@@ -1,0 +1,152 @@
+// What arrays of files tell of their stored bytes, and what they make of files that change.
+
+#include <hdf5.h>
+#include <object_model/BulkValues.h>
+#include <quillon/memory/Facets.h>
+
+#include <filesystem>
+
+#include "StoredFiles.h"
+
+namespace quillon::netcdf {
+namespace {
+
+constexpr std::size_t VALUES = 20000;
+
+class StoredBytesTest : public testing::TestWithParam<int> {
+ protected:
+  /// A file with a variable of VALUES doubles, the last of which is `last`.
+  std::string file(const std::string& name, double last, double fill = -1) const {
+    const std::string path = m_scratch.path(name);
+    std::vector<double> values(VALUES);
+    std::iota(values.begin(), values.end(), 0);
+    values.back() = last;
+    const Writer writer(path, GetParam());
+    const int x = writer.dimension("x", VALUES);
+    const int v = GetParam() == NC_NETCDF4
+                      ? define(writer, "v", {x}, {NC_DOUBLE, NC_ENDIAN_NATIVE, {4000}, 1, true})
+                      : writer.variable("v", NC_DOUBLE, {x});
+    must(nc_put_att_double(writer.root(), v, "_FillValue", NC_DOUBLE, 1, &fill));
+    writer.put<double>(v, {VALUES}, values);
+    return path;
+  }
+
+  static bool holdSame(const File& first, const File& second) {
+    const auto* const bytes = dynamic_cast<const memory::HasStoredBytes*>(&arrayAt(first, "v"));
+    const unsigned long start = 0;
+    const unsigned long extent = VALUES;
+    return bytes != nullptr && bytes->holdsSameBytes(arrayAt(second, "v"), &start, &extent);
+  }
+
+  static std::vector<double> valuesOf(const File& file) {
+    std::vector<double> values(VALUES);
+    const unsigned long start = 0;
+    const unsigned long extent = VALUES;
+    memory::copyValues(arrayAt(file, "v"), &start, &extent, values.data());
+    return values;
+  }
+
+  Scratch m_scratch;
+};
+
+TEST_P(StoredBytesTest, EqualFilesHoldTheSame) {
+  EXPECT_TRUE(holdSame(File(file("a.nc", 1)), File(file("b.nc", 1))));
+  EXPECT_FALSE(holdSame(File(file("a.nc", 1)), File(file("b.nc", 2))));
+}
+
+TEST_P(StoredBytesTest, ValuesAreReadAsTheyWereWritten) {
+  std::vector<unsigned long> reads;
+  const File file(this->file("a.nc", -5), countingReads(1000, reads));
+  std::vector<double> expected(VALUES);
+  std::iota(expected.begin(), expected.end(), 0);
+  expected.back() = -5;
+  EXPECT_EQ(valuesOf(file), expected);
+  EXPECT_EQ(reads, std::vector<unsigned long>{VALUES * sizeof(double)});
+}
+
+TEST_P(StoredBytesTest, SameBytesAreOtherValuesWhereOthersAreMissing) {
+  OpenOptions options;
+  options.missingAsNaN = true;
+  const File first(file("a.nc", 1, -1), options);
+  const File second(file("b.nc", 1, 7), options);
+  EXPECT_FALSE(holdSame(first, second));
+  EXPECT_TRUE(holdSame(first, File(file("c.nc", 1, -1), options)));
+  EXPECT_TRUE(holdSame(File(m_scratch.path("a.nc")), File(m_scratch.path("b.nc"))));
+}
+
+TEST_P(StoredBytesTest, FileThatWasCutWhileItWasOpenIsAnError) {
+  const File first(file("a.nc", 1));
+  const File second(file("b.nc", 1));
+  EXPECT_TRUE(holdSame(first, second));
+  const auto bytes = std::filesystem::file_size(m_scratch.path("b.nc"));
+  std::filesystem::resize_file(m_scratch.path("b.nc"), bytes / 2);
+  const std::string message = "it was cut from " + std::to_string(bytes) + " to " +
+                              std::to_string(bytes / 2) + " bytes while it was open";
+  EXPECT_THAT(errorOf([&] { holdSame(first, second); }), testing::HasSubstr(message));
+  EXPECT_THAT(errorOf([&] { holdSame(second, first); }), testing::HasSubstr(message));
+  EXPECT_THAT(errorOf([&] { valuesOf(second); }), testing::HasSubstr(message));
+  EXPECT_EQ(valuesOf(first)[0], 0);
+}
+
+TEST_P(StoredBytesTest, FileThatWasWrittenOverIsNotTheSame) {
+  const File first(file("a.nc", 1));
+  const File second(file("b.nc", 1));
+  const std::string bytes = readBytes(m_scratch.path("b.nc"));
+  std::string changed = bytes;
+  for (std::size_t k = changed.size() - 100; k < changed.size(); ++k) {
+    changed[k] = static_cast<char>(~changed[k]);
+  }
+  writeBytes(m_scratch.path("b.nc"), changed);
+  EXPECT_FALSE(holdSame(first, second));
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, StoredBytesTest,
+                         testing::Values(NC_NETCDF4, 0, NC_64BIT_OFFSET, NC_64BIT_DATA),
+                         [](const auto& c) { return "Mode" + std::to_string(c.param); });
+
+std::size_t copyAsItIs(unsigned /*flags*/, std::size_t /*count*/, const unsigned* /*values*/,
+                       std::size_t bytes, std::size_t* /*room*/, void** /*buffer*/) {
+  return bytes;
+}
+
+/// A file whose values are stored with a filter that is known to this process only for so long.
+void writeWithOwnFilter(const std::string& path) {
+  constexpr H5Z_filter_t OWN = 511;
+  const H5Z_class2_t filter{H5Z_CLASS_T_VERS, OWN, 1, 1, "own", nullptr, nullptr, copyAsItIs};
+  ASSERT_GE(H5Zregister(&filter), 0);
+  const hid_t file = H5Fcreate(path.c_str(), H5F_ACC_TRUNC, H5P_DEFAULT, H5P_DEFAULT);
+  const hsize_t size = VALUES;
+  const hid_t space = H5Screate_simple(1, &size, nullptr);
+  const hid_t properties = H5Pcreate(H5P_DATASET_CREATE);
+  H5Pset_chunk(properties, 1, &size);
+  H5Pset_filter(properties, OWN, H5Z_FLAG_MANDATORY, 0, nullptr);
+  const hid_t data =
+      H5Dcreate2(file, "v", H5T_IEEE_F64LE, space, H5P_DEFAULT, properties, H5P_DEFAULT);
+  const std::vector<double> values(VALUES, 1);
+  EXPECT_GE(H5Dwrite(data, H5T_NATIVE_DOUBLE, H5S_ALL, H5S_ALL, H5P_DEFAULT, values.data()), 0);
+  H5Dclose(data);
+  H5Pclose(properties);
+  H5Sclose(space);
+  H5Fclose(file);
+  H5Zunregister(OWN);
+}
+
+TEST(StoredBytesFilterTest, EqualBytesUnderAFilterThatIsNotThereAreNotKnownToBeTheSame) {
+  const Scratch scratch;
+  writeWithOwnFilter(scratch.path("a.nc"));
+  writeWithOwnFilter(scratch.path("b.nc"));
+  ASSERT_EQ(readBytes(scratch.path("a.nc")).size(), readBytes(scratch.path("b.nc")).size());
+  const File first(scratch.path("a.nc"));
+  const File second(scratch.path("b.nc"));
+  const auto& array = arrayAt(first, "v");
+  const auto& bytes = dynamic_cast<const memory::HasStoredBytes&>(array);
+  const unsigned long start = 0;
+  const unsigned long extent = VALUES;
+  EXPECT_FALSE(bytes.holdsSameBytes(arrayAt(second, "v"), &start, &extent));
+  std::vector<double> values(VALUES);
+  EXPECT_THAT(errorOf([&] { memory::copyValues(array, &start, &extent, values.data()); }),
+              testing::HasSubstr("variable '/v' cannot be read"));
+}
+
+}  // namespace
+}  // namespace quillon::netcdf
