@@ -1,10 +1,9 @@
 // Tables and their writers.
 
 #include <pybind11/stl.h>
-#include <quillon/tables/Html.h>
+#include <quillon/memory/HtmlText.h>
 #include <quillon/tables/Writers.h>
 
-#include <fstream>
 #include <variant>
 
 #include "Arrow.h"
@@ -146,7 +145,7 @@ void bindTables(py::module_& module) {
       .def("arrow_schema", &arrowSchema)
       .def("arrow_stream", &arrowStream);
   module.def("make_table", &makeTable);
-  module.def("in_html", [](const std::string& text) { return tables::inHtml(text); });
+  module.def("in_html", [](const std::string& text) { return memory::inHtml(text); });
 }
 
 }  // namespace quillon::python
