@@ -250,7 +250,7 @@ py::capsule capsuleOf(std::unique_ptr<T> content, const char* name) {
     }
     delete left;
   });
-  content.release();
+  static_cast<void>(content.release());  // the capsule's from now on
   return capsule;
 }
 

@@ -23,7 +23,7 @@ py::object valueOf(const std::vector<std::string>& texts) {
 
 template <class T>
 py::object valueOf(const std::vector<T>& numbers) {
-  const py::array_t<T> array(static_cast<py::ssize_t>(numbers.size()), numbers.data());
+  py::array_t<T> array(static_cast<py::ssize_t>(numbers.size()), numbers.data());
   if (numbers.size() != 1) {
     return array;
   }

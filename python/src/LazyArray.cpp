@@ -46,7 +46,7 @@ class Reader {
       return known;
     }
     const unsigned long first = row - row % m_rows;
-    const Window window = fetch(first, std::min(m_rows, m_shape[0] - first));
+    Window window = fetch(first, std::min(m_rows, m_shape[0] - first));
     // The one before is let go of without the lock, as that may take the GIL.
     const std::lock_guard<std::mutex> guard(m_lock);
     std::swap(m_window, known);

@@ -26,6 +26,8 @@ void acquire() {
   hold().lock = passingOn([] { return keep(locks().attr("acquire")()); });
 }
 
+// What fails here beyond a Python exception, such as the interpreter's end, ends the process.
+// NOLINTBEGIN(bugprone-exception-escape)
 void release() noexcept {
   const py::gil_scoped_acquire gil;
   try {
@@ -77,5 +79,6 @@ OthersIn::~OthersIn() {
     hold().depth = m_depth;
   }
 }
+// NOLINTEND(bugprone-exception-escape)
 
 }  // namespace quillon::python

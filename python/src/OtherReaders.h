@@ -9,7 +9,7 @@ class OthersOut {
  public:
   /// Waits for them. @throws Raised where waiting is interrupted.
   OthersOut();
-  ~OthersOut();
+  ~OthersOut();  // NOLINT(bugprone-exception-escape): see the source
   OthersOut(const OthersOut&) = delete;
   OthersOut& operator=(const OthersOut&) = delete;
 };
@@ -20,7 +20,7 @@ class OthersIn {
  public:
   OthersIn();
   /// Waits for them again.
-  ~OthersIn();
+  ~OthersIn();  // NOLINT(bugprone-exception-escape): see the source
   OthersIn(const OthersIn&) = delete;
   OthersIn& operator=(const OthersIn&) = delete;
 

@@ -43,7 +43,7 @@ ArrayHandle ofDictionaries(const std::string& name, const Names& dims, const py:
 
 ArrayHandle lazily(const std::string& name, const Names& dims, const Extents& shape,
                    const py::dtype& dtype, const py::object& read, unsigned long window) {
-  const std::string spelled = dtype.attr("str").cast<std::string>();
+  const auto spelled = dtype.attr("str").cast<std::string>();
   const LazyRequest request{{name, dims, shape}, storedTypeOf(dtype), spelled, keep(read), window};
   ArrayPointer array = lazyArray(request);
   if (dtype.kind() == 'M' || dtype.kind() == 'm') {
