@@ -62,4 +62,22 @@ if(TARGET quillon)
     "The tool quillon lists what is in a netCDF file, prints its variables as
 a table in text or HTML, and compares two files value by value.")
 endif()
+if(TARGET quillon_python)
+  # The module is for the interpreter that it was built for.
+  math(EXPR next "${Python_VERSION_MINOR} + 1")
+  string(JOIN ", " depends
+    "python3 (>= ${Python_VERSION_MAJOR}.${Python_VERSION_MINOR})"
+    "python3 (<< ${Python_VERSION_MAJOR}.${next})"
+    python3-numpy
+    "libquillon-object-model (>= ${PROJECT_VERSION})" "libtabra (>= ${PROJECT_VERSION})")
+  quillon_debian_package(python3-quillon python "${depends}"
+    "measurement results in Python: arrays, comparison, tables, files"
+    "The package quillon views numpy's arrays with units and named dimensions,
+compares them down to the last value, makes tables of them, and opens
+netCDF files.")
+  set(CPACK_DEBIAN_PYTHON3-QUILLON_PACKAGE_RECOMMENDS "python3-pandas, python3-xarray")
+  set(CPACK_DEBIAN_PYTHON3-QUILLON_PACKAGE_CONTROL_EXTRA
+    ${PROJECT_SOURCE_DIR}/cmake/debian/python3-quillon/postinst
+    ${PROJECT_SOURCE_DIR}/cmake/debian/python3-quillon/prerm)
+endif()
 include(CPack)

@@ -17,8 +17,14 @@ plot_growth() {
   gnuplot -c benchmarks/growth.gnuplot "$growth" "$picture"
 }
 
-## bench: time operations beside their floors (options go to Google Benchmark), or --tools beside others
+## bench: time operations beside their floors (options go to Google Benchmark), or --tools, --python beside others
 verb_bench() {
+  if [[ "${1-}" == --python ]]; then
+    need "${BUILD_PACKAGES[@]}" "${PYTHON_PACKAGES[@]}" python3-pandas python3-xarray
+    build release --target quillon_python
+    PYTHONPATH=build/release/python /usr/bin/python3 benchmarks/python_ratios.py
+    return
+  fi
   if [[ "${1-}" == --tools ]]; then
     need "${BUILD_PACKAGES[@]}"
     build release --target quillon

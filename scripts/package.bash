@@ -5,7 +5,7 @@ PACKAGE_PACKAGES=(dpkg-dev file lintian)
 
 ## package: make the Debian packages, into build/package
 verb_package() {
-  need "${BUILD_PACKAGES[@]}" "${PACKAGE_PACKAGES[@]}"
+  need "${BUILD_PACKAGES[@]}" "${PYTHON_PACKAGES[@]}" "${PACKAGE_PACKAGES[@]}"
   build package
   rm -f build/package/*.deb
   say "making the packages"

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <quillon/compare/Options.h>
+#include <quillon/memory/Facets.h>
 
 #include <cmath>
 #include <complex>
@@ -36,6 +37,7 @@ struct Rule {
   double absolute = 0;
   double relative = 0;
   bool nanEqual = true;
+  bool lowestIsMissing = false;  ///< whether the lowest integer of 64 bits stands for none
 
   double limit(double reference) const { return absolute + relative * reference; }
   bool isExact() const { return absolute == 0 && relative == 0; }
@@ -49,6 +51,15 @@ bool isMissing(const T& value) {
     return std::isnan(value);
   } else {
     return false;
+  }
+}
+
+template <class T>
+bool isMissing(const Rule& rule, const T& value) {
+  if constexpr (std::is_same_v<T, long>) {
+    return rule.lowestIsMissing && value == memory::MISSING_TIME;
+  } else {
+    return isMissing(value);
   }
 }
 
@@ -134,6 +145,11 @@ bool areEqual(const T& a, const U& b) {
 template <class T, class U>
 bool areSame(const Rule& rule, const T& a, const U& b) {
   if constexpr (IS_NUMBER<T>) {
+    if constexpr (std::is_same_v<T, long>) {
+      if (isMissing(rule, a) || isMissing(rule, b)) {
+        return rule.nanEqual && areEqual(a, b);
+      }
+    }
     if (areEqual(a, b)) {
       return true;
     }
@@ -183,6 +199,11 @@ bool areAllSame(const Rule& rule, const T* a, const U* b, unsigned long count) {
     if constexpr (std::is_arithmetic_v<T> && FITS_DOUBLE<T>) {
       if (!std::is_integral_v<T> || !rule.isExact()) {
         return areAllWithin(rule, a, b, count);
+      }
+    }
+    if constexpr (std::is_same_v<T, long>) {
+      if (rule.lowestIsMissing && !rule.nanEqual) {
+        return false;  // what is equal may be missing
       }
     }
     return holdsForAll(a, b, count, [](const T& x, const T& y) { return x == y; });

@@ -69,8 +69,10 @@ class Tally {
     ++m_figures.count;
     double delta = std::numeric_limits<double>::quiet_NaN();
     if constexpr (IS_NUMBER<T>) {
-      if (isMissing(a) || isMissing(b)) {
-        m_figures.missing += isMissing(a) != isMissing(b) ? 1U : 0U;
+      const bool lacksFirst = isMissing(m_rule, a);
+      const bool lacksSecond = isMissing(m_rule, b);
+      if (lacksFirst || lacksSecond) {
+        m_figures.missing += lacksFirst != lacksSecond ? 1U : 0U;
       } else {
         delta = static_cast<double>(distanceOf(a, b));
         addDelta(delta, magnitudeOf(b));
@@ -80,7 +82,17 @@ class Tally {
       m_map->add(offset, delta);
     }
     if (mayBeKept(offset, delta)) {
-      keep({offset, delta, valueOf(a, m_firstIsSingle), valueOf(b, m_secondIsSingle)});
+      keep({offset, delta, keptOf(a, m_firstIsSingle), keptOf(b, m_secondIsSingle)});
+    }
+  }
+
+  /// Nothing for an integer that stands for none.
+  template <class V>
+  Value keptOf(const V& value, bool isSingle) const {
+    if constexpr (std::is_same_v<V, long>) {
+      return isMissing(m_rule, value) ? Value() : valueOf(value, isSingle);
+    } else {
+      return valueOf(value, isSingle);
     }
   }
 

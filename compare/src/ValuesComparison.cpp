@@ -157,6 +157,12 @@ Figures figuresOfTexts(const Array& first, const Array& second, const ValueOptio
   return tally.figures();
 }
 
+/// Whether the array's values are integers the lowest of which stands for none.
+bool lowestIsMissing(const Array& array) {
+  return dynamic_cast<const memory::HasMissing*>(&array) != nullptr ||
+         dynamic_cast<const memory::HasTimes*>(&array) != nullptr;
+}
+
 }  // namespace
 
 GridPlace placeInGrid(const std::vector<unsigned long>& start,
@@ -207,8 +213,10 @@ std::vector<BoxDimension> joined(const std::vector<BoxDimension>& dimensions) {
   return result.empty() ? std::vector<BoxDimension>{{1, 0, 0, 1}} : result;
 }
 
-Figures figuresOf(const Array& first, const Array& second, const ValueOptions& options,
+Figures figuresOf(const Array& first, const Array& second, const ValueOptions& asked,
                   const GridPlace& place) {
+  ValueOptions options = asked;
+  options.rule.lowestIsMissing = lowestIsMissing(first) && lowestIsMissing(second);
   if (first.getElementType() == ElementType::String) {
     return figuresOfTexts(first, second, options, place);
   }

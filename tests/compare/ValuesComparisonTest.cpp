@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <quillon/memory/Facets.h>
+#include <quillon/memory/TimeArray.h>
 #include <rapidcheck/gtest.h>
 
 #include <set>
@@ -59,6 +60,26 @@ TEST(ValuesComparisonTest, MissingValuesAreTheSameUnlessTheyDiffer) {
   ASSERT_EQ(report.rows.size(), 1);
   EXPECT_EQ(report.rows[0].count, 1);
   EXPECT_EQ(report.rows[0].missing, 0);
+}
+
+TEST(ValuesComparisonTest, MissingTimesAreNoNumbers) {
+  const memory::TimeArray first("t", {{"x", 4}},
+                                {5, memory::MISSING_TIME, memory::MISSING_TIME, 7});
+  const memory::TimeArray second("t", {{"x", 4}}, {5, memory::MISSING_TIME, 6, 9});
+  Options options = within(INFINITE);
+  Report report = compare(first, second, options);
+  ASSERT_EQ(report.rows.size(), 1);
+  EXPECT_EQ(report.rows[0].count, 1);
+  EXPECT_EQ(report.rows[0].missing, 1);
+  EXPECT_EQ(
+      text(report),
+      "/: 1 of 4 values differ, 1 missing in one file alone; the first is at x=2: none and 6");
+  options.nanEqual = false;
+  report = compare(first, second, options);
+  EXPECT_EQ(report.rows[0].count, 2);
+  EXPECT_EQ(report.rows[0].missing, 1);
+  EXPECT_EQ(compare(first, second).rows[0].largest.at(0).delta, 2);
+  EXPECT_EQ(differing(memory::MISSING_TIME, memory::MISSING_TIME, options), 0);
 }
 
 TEST(ValuesComparisonTest, IntegersAreToldApartWithoutRounding) {

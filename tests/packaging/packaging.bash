@@ -38,9 +38,10 @@ expect_equal() {
   [[ "$2" == "$3" ]] || fail "$1"$'\nexpected:\n'"$2"$'\nactual:\n'"$3"
 }
 
-# configure SOURCE BUILD [OPTION...]: an unoptimised build, unless an option says otherwise.
+# configure SOURCE BUILD [OPTION...]: an unoptimised build, without the Python package, which takes
+# its time, unless an option says otherwise.
 configure() {
-  "$CMAKE" -S "$1" -B "$2" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_BUILD_TYPE=Debug "${@:3}"
+  "$CMAKE" -S "$1" -B "$2" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_BUILD_TYPE=Debug -DQUILLON_PYTHON=OFF "${@:3}"
 }
 
 # build_and_install SOURCE BUILD PREFIX [OPTION...]
@@ -78,6 +79,16 @@ expect_output() {
   local output
   output="$("$2")" || fail "$2 ended with status $?"
   expect_equal "$2" "$1" "$output"
+}
+
+# run_python_program PYTHON: the README's Python program prints what stands below it.
+run_python_program() {
+  awk '/^```python$/ { kind = "py"; next } /^```text$/ && seen { kind = "txt"; next }
+    /^```/ { if (kind == "txt") { exit } seen = (kind == "py"); kind = ""; next }
+    kind { print > (scratch "/program." kind) }' scratch="$SCRATCH" "$QUILLON_SOURCE/README.md"
+  expect_file "$SCRATCH/program.py"
+  (cd "$QUILLON_SOURCE" && "$1" "$SCRATCH/program.py") >"$SCRATCH/printed" || fail "the program fails"
+  diff -u "$SCRATCH/program.txt" "$SCRATCH/printed"
 }
 
 # joined ITEM...: a CMake list.

@@ -12,7 +12,7 @@ namespace quillon::tables {
 /// Runs a Python program that has `text` under this name, if there is a Python.
 /// @return its exit status; 0 where there is none.
 inline int readByPython(const std::string& text, const std::string& program) {
-  const std::string python = QUILLON_PYTHON;
+  const std::string python = QUILLON_TEST_PYTHON;
   if (!std::filesystem::exists(python)) {
     return 0;
   }

@@ -1,7 +1,8 @@
 /// @file
 /// What an array or dictionary may offer besides what the contract has a place for: attributes,
-/// coordinates along its axes, times, the bytes that it stores. Each is an optional interface, to
-/// be found by `dynamic_cast` and to be derived from beside `Array` or `Dictionary`.
+/// coordinates along its axes, times, missing integers, the bytes that it stores. Each is an
+/// optional interface, to be found by `dynamic_cast` and to be derived from beside `Array` or
+/// `Dictionary`.
 ///
 /// Ownership: what is returned belongs to the caller, or is shared with it. Threads: const
 /// operations may run concurrently where the object's may.
@@ -110,6 +111,21 @@ class HasTimes {
   HasTimes& operator=(const HasTimes&) = default;
   HasTimes& operator=(HasTimes&&) = default;
   ~HasTimes() = default;
+  /// @endcond
+};
+
+/// An array of `Int` values of 64 bits the lowest of which, MISSING_TIME, stands for none, such as
+/// one of durations. An array that has times is one of these where its values are such integers.
+class HasMissing {
+ protected:
+  // Made, copied and moved as part of an array only.
+  /// @cond
+  HasMissing() = default;
+  HasMissing(const HasMissing&) = default;
+  HasMissing(HasMissing&&) = default;
+  HasMissing& operator=(const HasMissing&) = default;
+  HasMissing& operator=(HasMissing&&) = default;
+  virtual ~HasMissing() = default;
   /// @endcond
 };
 

@@ -1,0 +1,222 @@
+"""Tables: columns, parts of axes, writers, and what takes them."""
+
+import gc
+import io
+import json
+
+import numpy as np
+import pandas
+import pytest
+import quillon
+
+TIMES = np.array(["2011-08-01", "2011-08-02T06:00"], "M8[ns]")
+
+
+@pytest.fixture
+def grid():
+    return quillon.Dictionary(
+        {
+            "time": quillon.Array(TIMES, ["time"]),
+            "label": quillon.Array(["a", "b", "c"], ["label"]),
+            "t": quillon.Array(np.arange(6, dtype="f4").reshape(2, 3), ["time", "label"], unit="K"),
+            "n": quillon.Array(np.arange(2, dtype="u1"), ["time"]),
+            "flag": quillon.Array([True, False, True], ["label"]),
+            "lag": quillon.Array(np.array([1, 2], "m8[h]"), ["time"]),
+            "z": quillon.Array(1j),
+        }
+    )
+
+
+def test_has_the_stored_dtypes(grid):
+    table = grid.to_table(["label", "time"])
+    assert table.columns == ["label", "time", "t", "n", "flag", "lag"]
+    assert table.index == ["label", "time"]
+    assert table.shape == (6, 6)
+    assert len(table) == 6
+    assert table.units["t"] == "K"
+    assert "time" not in table.units
+    dtypes = {name: table[name].dtype for name in table.columns}
+    assert dtypes == {"label": "O", "time": "M8[ns]", "t": "f4", "n": "u1", "flag": "?", "lag": "m8[h]"}
+    assert table["label"].tolist() == ["a", "b", "c"] * 2
+    assert table["time"].tolist() == np.repeat(TIMES, 3).tolist()
+    assert table["t"].tolist() == [0, 1, 2, 3, 4, 5]
+    assert any("'z'" in note for note in table.notes)
+
+
+@pytest.mark.parametrize("name", ["ns", "ps", "us", "s", "D"])
+def test_times_keep_their_precision(name):
+    values = np.array([1, -1, "NaT"], f"M8[{name}]")
+    table = quillon.Dictionary({"v": quillon.Array(values, ["x"])}).to_table()
+    np.testing.assert_array_equal(table["v"], values)
+    assert table["v"].dtype == values.dtype
+
+
+def test_columns_outlive_tables_and_tables_what_they_are_made_of(grid):
+    table = grid.to_table(["label", "time"])
+    for name in list(grid):
+        del grid[name]
+    del grid
+    gc.collect()
+    column = table["t"]
+    del table
+    gc.collect()
+    assert column.tolist() == [0, 1, 2, 3, 4, 5]
+
+
+def test_coordinates_come_from_around():
+    outer = quillon.Dictionary({"x": quillon.Array([5.0, 7.0], ["x"]), "g": {"v": quillon.Array([1, 2], ["x"])}})
+    inner = outer["g"]
+    del outer
+    gc.collect()
+    assert inner.to_table()["x"].tolist() == [5.0, 7.0]
+
+
+SELECTIONS = [
+    ({"time": 0}, [0, 1, 2]),
+    ({"time": -1}, [3, 4, 5]),
+    ({"time": np.int64(1)}, [3, 4, 5]),
+    ({"time": slice(0, 1)}, [0, 1, 2]),
+    ({"label": slice(None, None, 2)}, [0, 2, 3, 5]),
+    ({"label": "b"}, [1, 4]),
+    ({"label": slice("b", "c")}, [1, 2, 4, 5]),
+    ({"time": "2011-08-02"}, [3, 4, 5]),
+    ({"time": np.datetime64("2011-08-02T05")}, [3, 4, 5]),
+    ({"time": slice("2011-08-01", "2011-08-01")}, [0, 1, 2]),
+    ({"time": slice(TIMES[0], TIMES[1])}, [0, 1, 2, 3, 4, 5]),
+    ({"time": 1, "label": "c"}, [5]),
+]
+
+
+@pytest.mark.parametrize("select, expected", SELECTIONS, ids=str)
+def test_selects_positions_and_coordinates(grid, select, expected):
+    index = [name for name in ("label", "time") if name not in select or isinstance(select[name], slice)]
+    assert grid.to_table(index, variables=["t"], select=select)["t"].tolist() == expected
+
+
+@pytest.mark.parametrize(
+    "select, error",
+    [
+        ({"time": 2}, quillon.ExportError),
+        ({"time": slice(1, 1)}, quillon.ExportError),
+        ({"time": slice(1, 0, -1)}, quillon.ExportError),
+        ({"label": "d"}, quillon.ExportError),
+        ({"nothing": 0}, quillon.ExportError),
+        ({"label": slice("a", None)}, ValueError),
+        ({"time": object()}, TypeError),
+    ],
+    ids=str,
+)
+def test_refuses_parts_that_are_not_there(grid, select, error):
+    with pytest.raises(error):
+        grid.to_table(["label", "time"], variables=["t"], select=select)
+
+
+def test_refuses_what_matches_nothing(grid):
+    with pytest.raises(quillon.ExportError, match="'tt'"):
+        grid.to_table(variables=["tt"])
+    with pytest.raises(ValueError):
+        grid.to_table(["nothing"])
+    with pytest.raises(KeyError, match="'tt'"):
+        grid.to_table()["tt"]
+
+
+def test_refuses_a_dimension_of_two_sizes():
+    both = quillon.Dictionary({"a": quillon.Array([1], ["x"]), "b": quillon.Array([1, 2], ["x"])})
+    with pytest.raises(quillon.ExportError, match="'x'"):
+        both.to_table(["x"])
+
+
+def test_spreads_the_other_dimensions(grid):
+    table = grid.to_table(["time"], variables=["t"])
+    assert table.columns == ["time", "t[label=a]", "t[label=b]", "t[label=c]"]
+
+
+def test_a_frame_has_the_coordinates_as_its_index(grid):
+    frame = grid.to_pandas(["label", "time"], variables=["t", "n"])
+    assert frame.index.names == ["label", "time"]
+    assert frame.loc[("b", TIMES[1]), "t"] == 4
+    assert frame.dtypes.to_dict() == {"t": "f4", "n": "u1"}
+    assert grid.to_pandas(["label"], variables=["flag"]).index.name == "label"
+
+
+@pytest.mark.parametrize("order", [["z", "y", "x"], ["x", "y", "z"], ["y", "x", "z"]])
+def test_gives_the_frame_that_xarray_gives(order):
+    xarray = pytest.importorskip("xarray")
+    data = xarray.Dataset(
+        {"v": (("x", "y", "z"), np.arange(24.0).reshape(2, 3, 4)), "w": ("y", [1, 2, 3])},
+        {"x": [10, 20], "y": [0.5, 1.5, 2.5], "z": np.arange("2011-08", "2011-12", dtype="M8[M]").astype("M8[ns]")},
+    )
+    expected = data.to_dataframe(dim_order=order[::-1])[["v", "w"]].reorder_levels(order)
+    frame = quillon.from_xarray(data).to_pandas(order)
+    pandas.testing.assert_frame_equal(frame, expected, check_index_type=False)
+
+
+@pytest.mark.parametrize("coordinates", [[1.0, 1.0], [np.nan, 1.0], ["b", "b"]])
+def test_an_index_may_have_coordinates_twice_or_missing(coordinates):
+    table = quillon.Dictionary(
+        {"x": quillon.Array(coordinates, ["x"]), "v": quillon.Array([[1, 2], [3, 4]], ["x", "y"])}
+    ).to_table(["x", "y"])
+    frame = table.to_pandas()
+    level = frame.index.get_level_values("x").tolist()
+    np.testing.assert_array_equal(np.array(level), table["x"])
+    assert frame["v"].tolist() == [1, 3, 2, 4]
+
+
+def test_writes_text(grid):
+    table = grid.to_table(["label", "time"], variables=["t", "flag"])
+    assert table.to_csv().splitlines()[:2] == ["label,time,t,flag", "a,2011-08-01T00:00:00,0,true"]
+    assert json.loads(table.to_json())[5] == {"label": "c", "time": "2011-08-02T06:00:00", "t": 5, "flag": True}
+    assert table.to_string(1).splitlines()[-1] == "[6 rows x 4 columns]"
+    assert len(table.to_string().splitlines()) == 9
+    assert table.to_html().count("<tr>") == 8
+    assert table.to_html(2).count("<tr>") == 4
+    assert str(table) == repr(table) == table.to_string(10).rstrip("\n")
+    with pytest.raises(ValueError):
+        table.to_string(-1)
+
+
+def test_shows_ten_rows():
+    table = quillon.Dictionary({"v": quillon.Array(np.arange(100), ["x"])}).to_table()
+    assert len(str(table).splitlines()) == 12
+    page = table._repr_html_()
+    assert page.count("<tr>") == 11
+    assert "100 rows" in page
+    assert "<td" in page
+
+
+def test_writes_files_whole_or_not_at_all(grid, tmp_path):
+    table = grid.to_table(["label", "time"], variables=["t"])
+    for form in ("csv", "json"):
+        path = tmp_path / f"table.{form}"
+        write = getattr(table, f"to_{form}")
+        assert write(path) is None
+        assert path.read_text() == write()
+        text = io.StringIO()
+        write(text)
+        assert text.getvalue() == write()
+    with pytest.raises(OSError):
+        table.to_csv(tmp_path / "none" / "t.csv")
+
+    def failing(start, stop):
+        raise ZeroDivisionError
+
+    broken = quillon.Dictionary({"v": quillon.Array.lazy(failing, [3])}).to_table()
+    with pytest.raises(ZeroDivisionError):
+        broken.to_csv(tmp_path / "table.csv")
+    assert sorted(p.name for p in tmp_path.iterdir()) == ["table.csv", "table.json"]
+    assert (tmp_path / "table.csv").read_text() == table.to_csv()
+
+
+def test_gives_columns_to_other_frames(grid):
+    table = grid.to_table(["label", "time"], variables=["t", "n"])
+    frame = pandas.api.interchange.from_dataframe(table.to_pandas().__dataframe__())
+    assert frame["t"].tolist() == table["t"].tolist()
+    assert list(table.__dataframe__().column_names()) == ["label", "time", "t", "n"]
+
+
+def test_a_table_without_rows_or_index_is_one():
+    empty = quillon.Dictionary({"v": quillon.Array(np.zeros(0), ["x"])}).to_table()
+    assert empty.shape == (0, 2)
+    assert empty.to_pandas().empty
+    single = quillon.Dictionary({"v": quillon.Array(3.5)}).to_table()
+    assert single.to_pandas()["v"].tolist() == [3.5]

@@ -1,0 +1,139 @@
+"""Objects of xarray and pandas, as ours and back."""
+
+import numpy as np
+import pandas
+import pytest
+import quillon
+from hypothesis import given
+from hypothesis import strategies as st
+
+xarray = pytest.importorskip("xarray")
+
+
+@pytest.fixture
+def dataset():
+    return xarray.Dataset(
+        {
+            "t": (("time", "x"), np.arange(6.0).reshape(2, 3), {"units": "K", "long_name": "Temperature", "k": [1, 2]}),
+            "name": ("x", np.array(["a", "b", "c"], object)),
+            "flag": ((), True),
+        },
+        {
+            "time": np.array(["2011-08-01", "2011-08-02"], "M8[ns]"),
+            "x": ("x", [1, 2, 3], {"units": "m"}),
+            "lat": ("x", [0.5, 1.5, 2.5]),
+            "run": 7,
+        },
+        {"title": "Some", "history": "made"},
+    )
+
+
+def test_a_dataset_comes_back_as_it_was(dataset):
+    ours = quillon.from_xarray(dataset)
+    assert (ours.description, dict(ours.attrs)) == ("Some", {"history": "made"})
+    assert (ours["t"].unit, ours["t"].description) == ("K", "Temperature")
+    assert ours["t"].values is not None
+    xarray.testing.assert_identical(ours.to_xarray(), dataset)
+    xarray.testing.assert_identical(ours.copy().to_xarray(), dataset)
+
+
+def test_a_data_array_comes_back_as_it_was(dataset):
+    for name in dataset.variables:
+        theirs = dataset[name]
+        theirs.coords.pop if False else None
+        xarray.testing.assert_identical(quillon.from_xarray(theirs).to_xarray(), theirs)
+
+
+def test_values_are_not_copied(dataset):
+    assert quillon.from_xarray(dataset)["t"].values is dataset["t"].values
+
+
+def test_data_of_dask_stay_lazy(dataset):
+    dask = pytest.importorskip("dask.array")
+    calls = []
+
+    def block(values):
+        calls.append(values.shape)
+        return values
+
+    lazy = dataset["t"].copy(data=dask.from_array(dataset["t"].values, chunks=(1, 3)).map_blocks(block, dtype="f8"))
+    calls.clear()
+    ours = quillon.from_xarray(lazy)
+    assert calls == []
+    assert quillon.compare(ours, dataset["t"].values).same
+    assert calls
+
+
+def test_says_what_no_dataset_holds():
+    with pytest.raises(ValueError, match="'inner'"):
+        quillon.Dictionary({"inner": {}}).to_xarray()
+    with pytest.raises(quillon.ExportError, match="'x'"):
+        quillon.Dictionary({"a": quillon.Array([1], ["x"]), "b": quillon.Array([1, 2], ["x"])}).to_xarray()
+    with pytest.raises(TypeError):
+        quillon.from_xarray([1])
+
+
+def test_compares_with_what_xarray_has(dataset):
+    assert quillon.compare(dataset, quillon.from_xarray(dataset), attrs=True).same
+    other = dataset.copy(deep=True)
+    other["t"][0, 1] = 9
+    assert quillon.compare(dataset, other).lines() == [
+        "/t: 1 of 6 values differ; the largest delta is 8 at time=0, x=1: 1 and 9"
+    ]
+
+
+def test_compares_coordinates_of_data_arrays(dataset):
+    moved = dataset["t"].assign_coords(x=[1, 2, 4], lat=("x", [0.5, 1.5, 3.5]))
+    assert quillon.compare(dataset["t"], dataset["t"].rename("other")).same
+    assert [row.path for row in quillon.compare(dataset["t"], moved).rows] == ["/x", "/lat"] or [
+        row.path for row in quillon.compare(dataset["t"], moved).rows
+    ]
+
+
+def test_has_an_accessor(dataset):
+    import quillon.xarray  # noqa: F401
+
+    other = dataset.copy(deep=True)
+    other["t"] += 1e-9
+    assert not dataset.quillon.compare(other)
+    assert dataset.quillon.compare(other, atol=1e-6)
+    assert dataset["t"].quillon.compare(other["t"], atol=1e-6)
+    assert dataset.quillon.to_table(["time"], variables=["t"]).shape == (2, 4)
+    assert dataset["t"].quillon.to_table(["x", "time"]).columns[-1] == "t"
+
+
+def test_takes_frames():
+    frame = pandas.DataFrame(
+        {"area": [1.5, 2.5], "n": np.uint8([1, 2]), "name": ["a", None], "day": pandas.to_datetime(["2011-08-01", None])}
+    )
+    ours = quillon.from_pandas(frame, name="cells")
+    assert (ours.name, list(ours)) == ("cells", ["area", "n", "name", "day"])
+    assert ours["area"].dims == ("row",)
+    assert ours["name"].values.tolist() == ["a", ""]
+    assert ours["day"].dtype == "M8[ns]"
+    assert quillon.compare(frame, frame.copy()).same
+    assert quillon.compare(frame["area"], [1.5, 2.0]).rows[0].where == {"row": 1}
+
+
+def test_indices_of_frames_are_coordinates():
+    index = pandas.MultiIndex.from_product([[1, 2], ["a", "b"]], names=["k", None])
+    ours = quillon.from_pandas(pandas.DataFrame({"v": range(4)}, index=index))
+    assert list(ours) == ["k", "level_1", "v"]
+    assert list(quillon.from_pandas(pandas.DataFrame({"v": [1]}, index=[5]))) == ["row", "v"]
+    with pytest.raises(ValueError, match="'v'"):
+        quillon.from_pandas(pandas.DataFrame([[1, 2]], columns=["v", "v"]))
+
+
+@given(st.lists(st.floats(), min_size=1), st.lists(st.integers(-(2**63), 2**63 - 1), min_size=1))
+def test_frames_of_tables_are_those_of_pandas(floats, integers):
+    size = min(len(floats), len(integers))
+    frame = pandas.DataFrame({"f": floats[:size], "i": integers[:size]})
+    again = quillon.from_pandas(frame).to_pandas()
+    pandas.testing.assert_frame_equal(again.reset_index(drop=True), frame)
+
+
+def test_asserts_that_things_are_the_same():
+    quillon.testing.assert_same([1.0], [1.0])
+    with pytest.raises(AssertionError) as error:
+        quillon.testing.assert_same({"a": [1.0]}, {"a": [2.0]})
+    assert str(error.value) == "/a: 1 of 1 values differ; the largest delta is 1 at dim_0=0: 1 and 2"
