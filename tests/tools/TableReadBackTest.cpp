@@ -12,12 +12,12 @@ namespace {
 class TableReadBackTest : public ::testing::Test {
  protected:
   Outcome python(std::vector<std::string> arguments) const {
-    arguments.insert(arguments.begin(), QUILLON_PYTHON);
+    arguments.insert(arguments.begin(), PYTHON3);
     return runProgram(arguments);
   }
 
   bool has(const std::string& module) const {
-    return std::string(QUILLON_PYTHON).front() == '/' &&
+    return std::string(PYTHON3).front() == '/' &&
            python({"-c", "import " + module}).status == 0;
   }
 
