@@ -17,8 +17,6 @@ using memory::Attribute;
 using memory::AttributeValue;
 using Attributes = std::vector<Attribute>;
 
-bool isFloating(int type) { return type == NC_FLOAT || type == NC_DOUBLE; }
-
 bool isNumber(int type) { return type >= NC_BYTE && type <= NC_UINT64 && type != NC_CHAR; }
 
 bool isOf64Bits(int type) { return type == NC_INT64 || type == NC_UINT64; }
@@ -219,9 +217,6 @@ Encoding encodingOf(const StoredForm& form, const Attributes& attributes,
   encoding.result = form.base;
   if (options.decode) {
     decode(form, attributes, encoding);
-  } else if (options.missingAsNaN && isFloating(form.base)) {
-    takeAllMissing(attributes, encoding);
-    encoding.consumed.clear();
   }
   return encoding;
 }

@@ -302,10 +302,7 @@ TEST_F(BulkTest, ValuesAreMissingAsTheOthersAre) {
     writer.put<float>(writer.variable("v", NC_FLOAT, {writer.dimension("x", 2)}), {2},
                       {NC_FILL_FLOAT, 1});
   }
-  OpenOptions options;
-  options.decode = false;
-  options.missingAsNaN = true;
-  const File file(m_path, options);
+  const File file(m_path);
   std::vector<float> values(2);
   memory::copyValues(arrayAt(file, "v"), memory::BlockLayout({2}, 2).blockAt(0), values.data());
   EXPECT_THAT(values, ElementsAre(testing::IsNan(), 1));
@@ -353,7 +350,7 @@ void PrintTo(const MissingCase& c, std::ostream* os) { *os << c.rule; }
 class MissingValueTest : public testing::TestWithParam<MissingCase> {
  protected:
   // `_FillValue` must be of the variable's type; `missing_value` is stored as double throughout.
-  std::vector<std::string> read(bool missingAsNaN) const {
+  std::vector<std::string> read(bool decode) const {
     const std::string path = m_scratch.path("a.nc");
     const MissingCase& c = GetParam();
     {
@@ -367,8 +364,7 @@ class MissingValueTest : public testing::TestWithParam<MissingCase> {
       must(nc_put_var_double(writer.root(), v, c.stored.data()));
     }
     OpenOptions options;
-    options.decode = false;
-    options.missingAsNaN = missingAsNaN;
+    options.decode = decode;
     return valuesOf(arrayAt(File(path, options), "v"));
   }
 
@@ -376,7 +372,7 @@ class MissingValueTest : public testing::TestWithParam<MissingCase> {
   Scratch m_scratch;
 };
 
-TEST_P(MissingValueTest, ReadsAsNaNWhenAsked) { EXPECT_EQ(read(true), GetParam().read); }
+TEST_P(MissingValueTest, ReadsAsNaNWhenDecoded) { EXPECT_EQ(read(true), GetParam().read); }
 
 TEST_P(MissingValueTest, ReadsAsStoredOtherwise) {
   for (const std::string& value : read(false)) {
@@ -421,7 +417,6 @@ INSTANTIATE_TEST_SUITE_P(
          {{"missing_value", {1e300}}},
          {1, 2},
          {"1", "2"}},
-        {"IntegersStayAsTheyAre", NC_INT, {{"_FillValue", {-9}}}, {-9, 1}, {"-9", "1"}},
     }),
     [](const auto& c) { return c.param.rule; });
 

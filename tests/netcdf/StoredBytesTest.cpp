@@ -65,13 +65,34 @@ TEST_P(StoredBytesTest, ValuesAreReadAsTheyWereWritten) {
 }
 
 TEST_P(StoredBytesTest, SameBytesAreOtherValuesWhereOthersAreMissing) {
-  OpenOptions options;
-  options.missingAsNaN = true;
-  const File first(file("a.nc", 1, -1), options);
-  const File second(file("b.nc", 1, 7), options);
+  const File first(file("a.nc", 1, -1));
+  const File second(file("b.nc", 1, 7));
   EXPECT_FALSE(holdSame(first, second));
-  EXPECT_TRUE(holdSame(first, File(file("c.nc", 1, -1), options)));
-  EXPECT_TRUE(holdSame(File(m_scratch.path("a.nc")), File(m_scratch.path("b.nc"))));
+  EXPECT_TRUE(holdSame(first, File(file("c.nc", 1, -1))));
+  OpenOptions options;
+  options.decode = false;
+  EXPECT_TRUE(
+      holdSame(File(m_scratch.path("a.nc"), options), File(m_scratch.path("b.nc"), options)));
+}
+
+TEST_P(StoredBytesTest, SameBytesAreOtherValuesUnderAnotherPacking) {
+  const std::string plain = file("plain.nc", 1);
+  const auto packed = [&](const std::string& name, const char* attribute, double value) {
+    const std::string path = file(name, 1);
+    int id = -1;
+    must(nc_open(path.c_str(), NC_WRITE, &id));
+    nc_redef(id);
+    must(nc_put_att_double(id, 0, attribute, NC_DOUBLE, 1, &value));
+    must(nc_close(id));
+    return path;
+  };
+  for (const char* attribute : {"scale_factor", "add_offset", "missing_value"}) {
+    const File two(packed("two.nc", attribute, 2));
+    EXPECT_FALSE(holdSame(File(plain), two)) << attribute;
+    EXPECT_FALSE(holdSame(two, File(plain))) << attribute;
+    EXPECT_FALSE(holdSame(two, File(packed("three.nc", attribute, 3)))) << attribute;
+    EXPECT_TRUE(holdSame(two, File(packed("same.nc", attribute, 2)))) << attribute;
+  }
 }
 
 TEST_P(StoredBytesTest, FileThatWasCutWhileItWasOpenIsAnError) {
@@ -109,17 +130,28 @@ std::size_t copyAsItIs(unsigned /*flags*/, std::size_t /*count*/, const unsigned
   return bytes;
 }
 
-/// A file whose values are stored with a filter that is known to this process only for so long.
+constexpr H5Z_filter_t OWN_FILTER = 511;
+
+/// Makes the filter known to libhdf5 for as long as it lives.
+class OwnFilter {
+ public:
+  OwnFilter() {
+    const H5Z_class2_t filter{H5Z_CLASS_T_VERS, OWN_FILTER, 1,         1, "own",
+                              nullptr,          nullptr,    copyAsItIs};
+    EXPECT_GE(H5Zregister(&filter), 0);
+  }
+  OwnFilter(const OwnFilter&) = delete;
+  OwnFilter& operator=(const OwnFilter&) = delete;
+  ~OwnFilter() { H5Zunregister(OWN_FILTER); }
+};
+
 void writeWithOwnFilter(const std::string& path) {
-  constexpr H5Z_filter_t OWN = 511;
-  const H5Z_class2_t filter{H5Z_CLASS_T_VERS, OWN, 1, 1, "own", nullptr, nullptr, copyAsItIs};
-  ASSERT_GE(H5Zregister(&filter), 0);
   const hid_t file = H5Fcreate(path.c_str(), H5F_ACC_TRUNC, H5P_DEFAULT, H5P_DEFAULT);
   const hsize_t size = VALUES;
   const hid_t space = H5Screate_simple(1, &size, nullptr);
   const hid_t properties = H5Pcreate(H5P_DATASET_CREATE);
   H5Pset_chunk(properties, 1, &size);
-  H5Pset_filter(properties, OWN, H5Z_FLAG_MANDATORY, 0, nullptr);
+  H5Pset_filter(properties, OWN_FILTER, H5Z_FLAG_MANDATORY, 0, nullptr);
   const hid_t data =
       H5Dcreate2(file, "v", H5T_IEEE_F64LE, space, H5P_DEFAULT, properties, H5P_DEFAULT);
   const std::vector<double> values(VALUES, 1);
@@ -128,14 +160,13 @@ void writeWithOwnFilter(const std::string& path) {
   H5Pclose(properties);
   H5Sclose(space);
   H5Fclose(file);
-  H5Zunregister(OWN);
 }
 
-TEST(StoredBytesFilterTest, EqualBytesUnderAFilterThatIsNotThereAreNotKnownToBeTheSame) {
+TEST(StoredBytesFilterTest, EqualBytesUnderAFilterThatIsNotKnownHereAreNotKnownToBeTheSame) {
   const Scratch scratch;
+  const OwnFilter filter;
   writeWithOwnFilter(scratch.path("a.nc"));
   writeWithOwnFilter(scratch.path("b.nc"));
-  ASSERT_EQ(readBytes(scratch.path("a.nc")).size(), readBytes(scratch.path("b.nc")).size());
   const File first(scratch.path("a.nc"));
   const File second(scratch.path("b.nc"));
   const auto& array = arrayAt(first, "v");
@@ -144,8 +175,8 @@ TEST(StoredBytesFilterTest, EqualBytesUnderAFilterThatIsNotThereAreNotKnownToBeT
   const unsigned long extent = VALUES;
   EXPECT_FALSE(bytes.holdsSameBytes(arrayAt(second, "v"), &start, &extent));
   std::vector<double> values(VALUES);
-  EXPECT_THAT(errorOf([&] { memory::copyValues(array, &start, &extent, values.data()); }),
-              testing::HasSubstr("variable '/v' cannot be read"));
+  memory::copyValues(array, &start, &extent, values.data());
+  EXPECT_EQ(values, std::vector<double>(VALUES, 1));
 }
 
 }  // namespace

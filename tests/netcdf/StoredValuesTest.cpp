@@ -189,9 +189,8 @@ TEST_F(StoredValuesTest, ValuesInAnotherFileAreLeftToLibnetcdf) {
   const auto source = std::make_shared<const Source>(path, OpenOptions());
   const std::lock_guard<std::mutex> guard(libraryLock());
   Variable variable{source, source->id(), -1, "/v", 4, {COLUMNS, ROWS}, {}};
-  if (nc_inq_varid(variable.group, "v", &variable.id) == NC_NOERR) {
-    EXPECT_EQ(findStoredValues(variable), nullptr);
-  }
+  ASSERT_EQ(nc_inq_varid(variable.group, "v", &variable.id), NC_NOERR);
+  EXPECT_EQ(findStoredValues(variable), nullptr);
 }
 
 TEST_F(StoredValuesTest, BytesBeforeTheFormatsOwnAreCounted) {

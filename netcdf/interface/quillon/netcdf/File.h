@@ -30,9 +30,6 @@ struct OpenOptions {
   /// read as they are stored, enumerations as integers.
   bool decode = true;
 
-  /// Without `decode`: whether missing values of variables of fractions nevertheless read as NaN.
-  bool missingAsNaN = false;
-
   /// How many bytes of one variable's values are held in memory at a time.
   std::size_t windowBytes = std::size_t{64} << 20U;
 
