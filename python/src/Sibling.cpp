@@ -2,7 +2,9 @@
 
 #include <quillon/memory/Axes.h>
 #include <quillon/memory/ElementTypes.h>
-#include <quillon/memory/Facets.h>
+#if QUILLON_PYTHON_HAS_NETCDF
+#include <quillon/netcdf/Decoded.h>
+#endif
 
 #include <utility>
 
@@ -19,6 +21,17 @@ std::vector<memory::Axis> copiedAxes(const Array& array) {
     axes.emplace_back(axis.name, axis.size, axis.type);
   }
   return axes;
+}
+
+bool isDecodedArray(const Array& array) {
+  if (const auto* const known = dynamic_cast<const SiblingInBulk*>(&array)) {
+    return known->isDecoded();
+  }
+#if QUILLON_PYTHON_HAS_NETCDF
+  return netcdf::isDecoded(array);
+#else
+  return false;
+#endif
 }
 
 /// Points in time that know it themselves, such as those of a file.
@@ -79,7 +92,8 @@ SiblingInBulk::SiblingInBulk(const std::string& name, ConstArrayPointer original
     : Sibling(name, std::move(original), std::move(gate)),
       m_bulk(*memory::bulkValuesOf(*this->original())),
       m_storedType(m_bulk.storedType()),
-      m_dtype(spelledDtypeOf(*this->original())) {
+      m_dtype(spelledDtypeOf(*this->original())),
+      m_isDecoded(isDecodedArray(*this->original())) {
   if (const unsigned long* const chunks = m_bulk.chunkExtents()) {
     m_chunks.assign(chunks, chunks + size().size());
   }
@@ -118,6 +132,18 @@ void SiblingInBulk::readValues(const unsigned long* start, const unsigned long* 
                                void* destination) const {
   const Passage passage(gate());
   m_bulk.readValues(start, extent, destination);
+}
+
+bool SiblingInBulk::holdsSameBytes(const Array& other, const unsigned long* start,
+                                   const unsigned long* extent) const {
+  const auto* const known = dynamic_cast<const SiblingInBulk*>(&other);
+  if (known == nullptr) {
+    return false;
+  }
+  const Passage first(gate());
+  const Passage second(known->gate());
+  const auto* const bytes = dynamic_cast<const HasStoredBytes*>(original().get());
+  return bytes != nullptr && bytes->holdsSameBytes(*known->original(), start, extent);
 }
 
 const unsigned long* SiblingInBulk::chunkExtents() const {

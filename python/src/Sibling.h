@@ -2,6 +2,7 @@
 
 #include <object_model/BulkValues.h>
 #include <quillon/memory/ArrayBase.h>
+#include <quillon/memory/Facets.h>
 
 #include <memory>
 #include <string>
@@ -72,7 +73,10 @@ class Sibling : public memory::ArrayBase {
 };
 
 /// The same of numbers and truth values, in bulk.
-class SiblingInBulk : public Sibling, public object_model::BulkValues, public HasDtype {
+class SiblingInBulk : public Sibling,
+                      public object_model::BulkValues,
+                      public memory::HasStoredBytes,
+                      public HasDtype {
  public:
   /// `original` must be `BulkValues`.
   SiblingInBulk(const std::string& name, ConstArrayPointer original, std::shared_ptr<Gate> gate);
@@ -89,7 +93,12 @@ class SiblingInBulk : public Sibling, public object_model::BulkValues, public Ha
   void readValues(const unsigned long* start, const unsigned long* extent,
                   void* destination) const override;
   const unsigned long* chunkExtents() const override;
+  /// As the originals, where both arrays are of this class and theirs tell.
+  bool holdsSameBytes(const object_model::Array& other, const unsigned long* start,
+                      const unsigned long* extent) const override;
   std::string dtype() const override { return m_dtype; }
+  /// As `netcdf::isDecoded` of the original.
+  bool isDecoded() const { return m_isDecoded; }
   ArrayPointer copy(const std::string& name) const override;
 
  private:
@@ -98,6 +107,7 @@ class SiblingInBulk : public Sibling, public object_model::BulkValues, public Ha
   object_model::StoredType m_storedType;
   std::vector<unsigned long> m_chunks;
   std::string m_dtype;
+  bool m_isDecoded;
 };
 
 /// An array of the name `name` that shares the values of `original`.

@@ -11,6 +11,7 @@
 #include "Numpy.h"
 #include "Outline.h"
 #include "ReportState.h"
+#include "Sibling.h"
 
 namespace quillon::python {
 namespace {
@@ -31,12 +32,18 @@ void checkSignals(unsigned long /*values*/) {
   });
 }
 
+bool isDecoded(const object_model::Array& array) {
+  const auto* const known = dynamic_cast<const SiblingInBulk*>(&array);
+  return known != nullptr && known->isDecoded();
+}
+
 Options optionsOf(double atol, double rtol, bool equalNan, unsigned long largest) {
   Options options;
   options.tolerance = {atol, rtol};
   options.nanEqual = equalNan;
   options.largest = largest;
   options.progress = &checkSignals;
+  options.isDecoded = &isDecoded;
   return options;
 }
 

@@ -81,3 +81,39 @@ def test_comparing_reads_coordinates(packed):
         v = quillon.Array(file["v"].values + np.float32(1), file["v"].dims, unit="K")
         report = quillon.compare(file["v"], v)
         assert '"time": "2011-08-01T06:00:00"' in report.to_json()
+
+
+def written(path, dtype, values, **attributes):
+    with netCDF4.Dataset(path, "w") as to:
+        to.createDimension("x", len(values))
+        v = to.createVariable("v", dtype, ("x",), zlib=True, chunksizes=(len(values),))
+        v.setncatts(attributes)
+        v.set_auto_maskandscale(False)
+        v[:] = values
+    return quillon.open(path)
+
+
+def test_packed_values_are_compared_as_numbers_of_any_type(tmp_path):
+    packed = written(tmp_path / "packed.nc", "i2", [1, 2, 3], scale_factor=0.5)
+    plain = written(tmp_path / "plain.nc", "f4", [0.5, 1, 1.5])
+    assert quillon.compare(packed, plain, attrs=True).same
+    assert quillon.compare(plain, packed, attrs=True).same
+    other = written(tmp_path / "other.nc", "i2", [1, 2, 3], scale_factor=0.25)
+    report = quillon.compare(packed, other)
+    assert str(report) == "/v: 3 of 3 values differ; the largest delta is 0.75 at x=2: 1.5 and 0.75"
+
+
+def test_equal_chunks_are_not_unpacked(tmp_path):
+    values = np.random.default_rng(1).integers(0, 2**31, 10_000).astype("i4")
+    paths = [tmp_path / "a.nc", tmp_path / "b.nc"]
+    for path in paths:
+        written(path, "i4", values).close()
+        # Hardly packed, they are most of the file; whoever unpacks what is spoilt fails.
+        packed = path.read_bytes()
+        assert len(packed) > values.nbytes // 2
+        middle = len(packed) // 2
+        path.write_bytes(packed[:middle] + bytes(64) + packed[middle + 64 :])
+    first, second = (quillon.open(path) for path in paths)
+    with pytest.raises(quillon.Error):
+        np.asarray(first["v"])
+    assert quillon.compare(first, second).same
