@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
+#include <object_model/ComparisonHelper.h>
+#include <quillon/netcdf/File.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "RunTool.h"
@@ -454,6 +457,37 @@ TEST(DiffCommandTest, ContractPrintsTheLibrarysSentence) {
   EXPECT_EQ(
       diff({CLIMATE, ROUNDED, "--contract", "--raw", "--relative", "0.001", "--variables", "SLP"}),
       same());
+}
+
+TEST(DiffCommandTest, ContractIsTheLibrarysVerdictAndSentence) {
+  using object_model::helper::ComparisonType;
+  const struct {
+    std::vector<std::string> options;
+    ComparisonType type;
+    double tolerance;
+  } rules[] = {{{}, ComparisonType::Exact, 0},
+               {{"--absolute", "0.001"}, ComparisonType::Absolute, 0.001},
+               {{"--absolute", "0.5"}, ComparisonType::Absolute, 0.5},
+               {{"--relative", "0.0001"}, ComparisonType::Relative, 0.0001}};
+  const std::pair<const char*, const char*> pairs[] = {
+      {CLIMATE, ROUNDED},
+      {ROUNDED, CLIMATE},
+      {OBSERVATIONS, OBSERVATIONS},
+      {OBSERVATIONS, CLIMATE},
+      {"data/nuclei_measurements.nc", "data/nuclei_measurements_li.nc"}};
+  for (const auto& [first, second] : pairs) {
+    netcdf::File a(std::string(QUILLON_SOURCE_DIR "/") + first);
+    netcdf::File b(std::string(QUILLON_SOURCE_DIR "/") + second);
+    for (const auto& rule : rules) {
+      std::string sentence;
+      const bool areSame = object_model::helper::areSameDictionaries(a.root(), b.root(), rule.type,
+                                                                     rule.tolerance, &sentence);
+      std::vector<std::string> arguments = {first, second, "--contract"};
+      arguments.insert(arguments.end(), rule.options.begin(), rule.options.end());
+      EXPECT_EQ(diff(arguments), areSame ? same() : different(sentence + "\n"))
+          << first << " and " << second;
+    }
+  }
 }
 
 TEST_F(DiffFilesTest, ContractHoldsNegativeReferencesTheSame) {
