@@ -88,8 +88,9 @@ TEST_F(ChoiceTest, PathsBeginWithTheRoot) {
 TEST_F(ChoiceTest, APatternThatStandsForNothingIsAnErrorWithAnOffer) {
   EXPECT_EQ(error(variables({"area", "raidus"})),
             "Neither side has a variable 'raidus'; did you mean 'radius', 'axis' or 'area'?");
-  EXPECT_EQ(error(variables({"/lo/area"})),
-            "Neither side has a variable '/lo/area'; did you mean '/li/area', '/area' or '/li/radius'?");
+  EXPECT_EQ(
+      error(variables({"/lo/area"})),
+      "Neither side has a variable '/lo/area'; did you mean '/li/area', '/area' or '/li/radius'?");
   Choice choice;
   choice.exclude = {"x*"};
   choice.sides = "Neither a nor b";

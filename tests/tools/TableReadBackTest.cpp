@@ -17,8 +17,7 @@ class TableReadBackTest : public ::testing::Test {
   }
 
   bool has(const std::string& module) const {
-    return std::string(PYTHON3).front() == '/' &&
-           python({"-c", "import " + module}).status == 0;
+    return std::string(PYTHON3).front() == '/' && python({"-c", "import " + module}).status == 0;
   }
 
   void expectAsXarray(const std::string& file, const std::vector<std::string>& dimensions) const {
