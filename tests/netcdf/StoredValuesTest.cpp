@@ -465,7 +465,7 @@ RC_GTEST_FIXTURE_PROP(StoredValuesTest, ReadsNothingElseThanLibnetcdf, ()) {
     const std::string expected = byLibnetcdf(v, first, extent);
     std::string values(expected.size(), 'x');
     const bool isRead = stored->read(first.data(), extent.data(), values.data());
-    RC_CLASSIFY(isRead);
+    RC_CLASSIFY(isRead, "read");
     RC_ASSERT(isRead || (isChunked && !isWritten));
     RC_ASSERT(!isRead || values == expected);
     RC_ASSERT(stored->holdsSame(*stored, first.data(), extent.data()) == isRead);
