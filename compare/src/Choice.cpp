@@ -1,6 +1,7 @@
 #include <quillon/compare/Choice.h>
 #include <quillon/memory/Entries.h>
 #include <quillon/memory/NameChoice.h>
+#include <quillon/memory/Paths.h>
 #include <quillon/memory/Wording.h>
 
 #include <stdexcept>
@@ -57,7 +58,7 @@ memory::NameChoice namesOf(const std::vector<std::string>& paths, const std::str
   const std::string start = root == "/" ? root : root + "/";
   memory::NameChoice names;
   for (const std::string& path : paths) {
-    names.add(path.substr(path.rfind('/') + 1), start + path);
+    names.add(std::string(memory::lastNameOf(path)), start + path);
   }
   return names;
 }

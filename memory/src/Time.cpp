@@ -164,7 +164,9 @@ std::string fractionText(int microsecond) {
     return {};
   }
   std::string digits = padded(microsecond, 6);
-  digits.erase(digits.find_last_not_of('0') + 1);
+  while (digits.back() == '0') {
+    digits.pop_back();
+  }
   return "." + digits;
 }
 

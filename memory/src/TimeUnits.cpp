@@ -139,7 +139,10 @@ std::optional<long> zoneOf(std::string_view text) {
 
 std::string_view trimmed(std::string_view text) {
   skipBlanks(text);
-  return text.substr(0, text.find_last_not_of(BLANKS) + 1);
+  while (!text.empty() && BLANKS.find(text.back()) != std::string_view::npos) {
+    text.remove_suffix(1);
+  }
+  return text;
 }
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }

@@ -1,6 +1,7 @@
 #include "FactTexts.h"
 
 #include <quillon/memory/NumberText.h>
+#include <quillon/memory/Paths.h>
 
 #include <array>
 #include <type_traits>
@@ -64,7 +65,7 @@ std::string inWords(const std::vector<unsigned long>& extents) {
 }  // namespace
 
 std::string nameOf(const VariableFacts& variable) {
-  return variable.path.substr(variable.path.rfind('/') + 1);
+  return std::string(memory::lastNameOf(variable.path));
 }
 
 std::string dimensionsInWords(const VariableFacts& variable) {

@@ -2,6 +2,7 @@
 
 #include <netcdf.h>
 #include <netcdf_filter.h>
+#include <quillon/memory/Paths.h>
 
 #include <algorithm>
 #include <array>
@@ -148,7 +149,7 @@ VariableFacts variableFacts(const Source& source, const std::string& path, int g
 void markSkipped(const std::string& path, const std::vector<Skipped>& skipped,
                  std::vector<VariableFacts>& variables) {
   for (const Skipped& some : skipped) {
-    if (some.path.substr(0, some.path.rfind('/') + 1) != path) {
+    if (some.path != path + std::string(memory::lastNameOf(some.path))) {
       continue;
     }
     auto found =

@@ -1,6 +1,7 @@
 #include "Hdf5.h"
 
 #include <netcdf.h>
+#include <quillon/memory/Paths.h>
 
 #include <exception>
 #include <string_view>
@@ -81,7 +82,7 @@ std::string nameOf(hid_t type) {
   }
   std::string name(static_cast<std::size_t>(length), '\0');
   H5Iget_name(type, name.data(), name.size() + 1);
-  return name.substr(name.rfind('/') + 1);
+  return std::string(memory::lastNameOf(name));
 }
 
 }  // namespace
@@ -101,11 +102,14 @@ std::vector<std::string> attributeNames(hid_t object) {
   return names;
 }
 
-Hdf5Object openDataset(hid_t group, const std::string& name) {
-  const std::size_t begin = name.rfind('/') + 1;
+std::string datasetPath(hid_t group, const std::string& name) {
+  const std::size_t begin = name.size() - memory::lastNameOf(name).size();
   const std::string prefixed = name.substr(0, begin).append(PREFIX).append(name, begin);
-  const bool isPrefixed = H5Lexists(group, prefixed.c_str(), H5P_DEFAULT) > 0;
-  return {H5Dopen2(group, (isPrefixed ? prefixed : name).c_str(), H5P_DEFAULT), H5Dclose};
+  return H5Lexists(group, prefixed.c_str(), H5P_DEFAULT) > 0 ? prefixed : name;
+}
+
+Hdf5Object openDataset(hid_t group, const std::string& name) {
+  return {H5Dopen2(group, datasetPath(group, name).c_str(), H5P_DEFAULT), H5Dclose};
 }
 
 std::string shownName(const std::string& link) {

@@ -69,8 +69,11 @@ bool listLinks(hid_t group, std::vector<Hdf5Link>& links);
 /// The names of the attributes of an open object; none where libhdf5 cannot list them.
 std::vector<std::string> attributeNames(hid_t object);
 
-/// The data set that libnetcdf shows as the variable `name` of an open group: one that is called as
-/// a dimension without being its coordinate has a prefix in the file.
+/// Where the data set stands that libnetcdf shows as the variable `name` of an open group: one that
+/// is called as a dimension without being its coordinate has a prefix in the file.
+std::string datasetPath(hid_t group, const std::string& name);
+
+/// The data set itself.
 Hdf5Object openDataset(hid_t group, const std::string& name);
 
 /// How libnetcdf shows the name of a link: without that prefix, and cut where it is too long.

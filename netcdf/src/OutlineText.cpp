@@ -45,7 +45,9 @@ std::string aligned(const Line& line, const Widths& widths) {
       text += "  " + line.at(k) + std::string(widths.at(k) - memory::displayWidth(line.at(k)), ' ');
     }
   }
-  text.resize(text.find_last_not_of(' ') + 1);
+  while (!text.empty() && text.back() == ' ') {
+    text.pop_back();
+  }
   return text + "\n";
 }
 

@@ -90,17 +90,6 @@ Found findInClassicFile(const Variable& variable, nc_type type) {
   return std::make_shared<StoredRuns>(variable.source, std::move(place));
 }
 
-/// The data set of a variable. libnetcdf hides the beginning of the name of one that is called as a
-/// dimension but is no coordinate variable of it.
-std::string pathOf(const Variable& variable) {
-  const std::size_t name = variable.path.rfind('/') + 1;
-  std::string hidden = variable.path;
-  hidden.insert(name, "_nc4_non_coord_");
-  return H5Lexists(variable.source->plainFile().id(), hidden.c_str(), H5P_DEFAULT) > 0
-             ? hidden
-             : variable.path;
-}
-
 /// The extents of a data set, fastest dimension first. @return false for one of another rank.
 bool readExtents(hid_t data, Numbers& extents, std::size_t rank) {
   const Hdf5Object space(H5Dget_space(data), H5Sclose);
@@ -201,7 +190,7 @@ Found findInHdf5File(const Variable& variable, nc_type type) {
     return nullptr;
   }
   const QuietHdf5 quiet;
-  const std::string path = pathOf(variable);
+  const std::string path = datasetPath(file.id(), variable.path);
   const Hdf5Object data(H5Dopen2(file.id(), path.c_str(), H5P_DEFAULT), H5Dclose);
   if (!data.exists() || !file.holds(data.id())) {
     return nullptr;

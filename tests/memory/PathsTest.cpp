@@ -36,5 +36,13 @@ TEST_F(PathsTest, AnArrayHasAPathToo) {
   EXPECT_EQ(pathOf(IntArray("A", {}, {1})), "/");
 }
 
+TEST(LastNameTest, StandsBehindTheLastSlash) {
+  EXPECT_EQ(lastNameOf("/cells/otsu"), "otsu");
+  EXPECT_EQ(lastNameOf("otsu"), "otsu");
+  EXPECT_EQ(lastNameOf("/cells/"), "");
+  EXPECT_EQ(lastNameOf("/"), "");
+  EXPECT_EQ(lastNameOf(""), "");
+}
+
 }  // namespace
 }  // namespace quillon::memory

@@ -7,6 +7,7 @@
 #include <object_model/Dictionary.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace quillon::memory {
@@ -17,6 +18,10 @@ std::string pathOf(const object_model::Data& object);
 
 /// Where the entry `name` of `group` stands, such as "/cells/otsu/area".
 std::string pathOf(const object_model::Data& group, const std::string& name);
+
+/// What stands behind the last slash of a path, such as "otsu" of "/cells/otsu"; the whole path
+/// where it has none.
+std::string_view lastNameOf(std::string_view path);
 
 /// The paths of all dictionaries below `group`, such as "cells/otsu", each before those below it.
 std::vector<std::string> groupsBelow(const object_model::Dictionary& group);
