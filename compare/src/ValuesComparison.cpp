@@ -213,12 +213,12 @@ std::vector<BoxDimension> joined(const std::vector<BoxDimension>& dimensions) {
   return result.empty() ? std::vector<BoxDimension>{{1, 0, 0, 1}} : result;
 }
 
-Figures figuresOf(const Array& first, const Array& second, const ValueOptions& asked,
+Figures figuresOf(const Array& first, const Array& second, const ValueOptions& options,
                   const GridPlace& place) {
-  ValueOptions options = asked;
-  options.rule.lowestIsMissing = lowestIsMissing(first) && lowestIsMissing(second);
+  ValueOptions complete = options;
+  complete.rule.lowestIsMissing = lowestIsMissing(first) && lowestIsMissing(second);
   if (first.getElementType() == ElementType::String) {
-    return figuresOfTexts(first, second, options, place);
+    return figuresOfTexts(first, second, complete, place);
   }
   Side a(first);
   Side b(second);
@@ -228,10 +228,10 @@ Figures figuresOf(const Array& first, const Array& second, const ValueOptions& a
       using T = typename decltype(firstTag)::Type;
       using U = typename decltype(secondTag)::Type;
       if constexpr (std::is_same_v<T, U>) {
-        figures = figuresAs<T, T>(first, second, a, b, options, place);
+        figures = figuresAs<T, T>(first, second, a, b, complete, place);
       } else if constexpr (IS_NUMBER<T> && IS_NUMBER<U>) {
         figures = figuresAs<memory::ElementOf<T>, memory::ElementOf<U>>(first, second, a, b,
-                                                                        options, place);
+                                                                        complete, place);
       }
     });
   });

@@ -42,6 +42,7 @@ std::vector<std::string> strings(const Place& place) {
   std::vector<char*> texts(place.length, nullptr);
   place.require(nc_get_att_string(place.group, place.variable, place.name, texts.data()));
   std::vector<std::string> copies;
+  copies.reserve(place.length);
   for (const char* text : texts) {
     copies.emplace_back(text == nullptr ? "" : text);
   }

@@ -30,6 +30,7 @@ std::optional<Stored> heldAs(Number number) {
                ? std::optional(static_cast<Stored>(number))
                : std::nullopt;
   } else {
+    // NOLINTNEXTLINE(bugprone-signed-char-misuse): these are numbers, not characters
     const auto held = static_cast<Stored>(number);
     const bool isSame =
         static_cast<Number>(held) == number && (held < Stored{}) == (number < Number{});
