@@ -21,11 +21,11 @@ namespace quillon::netcdf {
 template <class Value>
 class Numbers : public FileArray, public object_model::BulkValues, public memory::HasStoredBytes {
  public:
-  Numbers(const Encoding& encoding, Variable variable, Decode<Value> decode, bool isInPlace,
+  Numbers(Encoding encoding, Variable variable, Decode<Value> decode, bool isInPlace,
           const std::string& name, std::vector<memory::Axis> axes, const std::string& description)
       : FileArray(memory::ElementTraits<memory::ElementOf<Value>>::TYPE, std::move(variable), name,
                   std::move(axes), description),
-        m_encoding(encoding),
+        m_encoding(std::move(encoding)),
         m_decode(std::move(decode)),
         m_isInPlace(isInPlace),
         m_blocks(m_variable.blocks()),
