@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
+#include <cmath>
 #include <type_traits>
 #include <variant>
 
@@ -175,8 +175,10 @@ void decode(const StoredForm& form, const Attributes& attributes, Encoding& enco
   takeTimes(attributes, encoding);
 }
 
-bool areSameBits(double first, double second) {
-  return std::memcmp(&first, &second, sizeof(first)) == 0;
+/// Whether both make the same of all numbers: zeros of both signs do not.
+bool areAlike(double first, double second) {
+  return std::signbit(first) == std::signbit(second) &&
+         (first == second || (std::isnan(first) && std::isnan(second)));
 }
 
 /// Whether both are the same numbers of one type, NaN like any other.
@@ -185,11 +187,11 @@ bool areSameNumbers(const AttributeValue& first, const AttributeValue& second) {
          std::visit(
              [&second](const auto& numbers) {
                using Numbers = std::decay_t<decltype(numbers)>;
-               const Numbers& others = std::get<Numbers>(second);
+               const auto& others = std::get<Numbers>(second);
                if constexpr (std::is_same_v<Numbers, std::vector<float>> ||
                              std::is_same_v<Numbers, std::vector<double>>) {
                  return std::equal(numbers.begin(), numbers.end(), others.begin(), others.end(),
-                                   areSameBits);
+                                   areAlike);
                } else {
                  return numbers == others;
                }
@@ -223,8 +225,8 @@ Encoding encodingOf(const StoredForm& form, const Attributes& attributes,
 
 bool decodeAlike(const Encoding& first, const Encoding& second) {
   return first.stored == second.stored && first.result == second.result &&
-         first.isPacked == second.isPacked && areSameBits(first.scale, second.scale) &&
-         areSameBits(first.offset, second.offset) &&
+         first.isPacked == second.isPacked && areAlike(first.scale, second.scale) &&
+         areAlike(first.offset, second.offset) &&
          std::equal(first.missing.begin(), first.missing.end(), second.missing.begin(),
                     second.missing.end(), areSameNumbers);
 }

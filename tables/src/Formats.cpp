@@ -17,9 +17,9 @@ unsigned long maxRowsOf(Format format, const Writing& writing) {
 }  // namespace
 
 const std::vector<std::string>& formatNames() {
-  static const std::vector<std::string> NAMES = {"text", "markdown", "html", "csv",
+  static const std::vector<std::string> names = {"text", "markdown", "html", "csv",
                                                  "tsv",  "json",     "jsonl"};
-  return NAMES;
+  return names;
 }
 
 std::optional<Format> formatOf(std::string_view name) {
