@@ -54,14 +54,14 @@ class FlagArray final : public FileArray, public object_model::BulkValues {
 
 class NameArray final : public FileArray {
  public:
-  NameArray(std::vector<std::pair<std::string, long>> members, std::unique_ptr<ArrayBase> integers,
-            Variable variable, const std::string& name, std::vector<Axis> axes,
-            const std::string& description)
+  NameArray(const std::vector<std::pair<std::string, long>>& members,
+            std::unique_ptr<ArrayBase> integers, Variable variable, const std::string& name,
+            std::vector<Axis> axes, const std::string& description)
       : FileArray(object_model::ElementType::String, std::move(variable), name, std::move(axes),
                   description),
         m_integers(std::move(integers)) {
-    for (auto& [member, value] : members) {
-      m_names.emplace(value, std::move(member));
+    for (const auto& [member, value] : members) {
+      m_names.emplace(value, member);
     }
   }
 
