@@ -36,7 +36,9 @@ std::vector<double> firstValues(const object_model::Array& array, unsigned long 
 /// A table of the climate file's values, which repeat along the rows, as do the variables along the
 /// columns.
 FramePointer climateFrame(unsigned long rows, unsigned long columns) {
-  const quillon::netcdf::File file(QUILLON_DATA_DIR "/north_atlantic_climate.nc");
+  quillon::netcdf::OpenOptions asStored;  // values that take formatting throughout
+  asStored.decode = false;
+  const quillon::netcdf::File file(QUILLON_DATA_DIR "/north_atlantic_climate.nc", asStored);
   std::vector<std::vector<double>> values;
   for (const char* variable : VARIABLES) {
     values.push_back(firstValues(*file.root().data(variable)->asArray(), rows));

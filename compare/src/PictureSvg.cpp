@@ -60,8 +60,8 @@ std::array<std::string, NO_DELTA + 1> strokesOf(const Picture& picture) {
 }
 
 std::string viewBoxOf(const Picture& picture) {
-  return "viewBox=\"0 0 " + std::to_string(picture.across.cells) + " " +
-         std::to_string(picture.down.cells) + "\" preserveAspectRatio=\"none\"";
+  return R"(viewBox="0 0 )" + std::to_string(picture.across.cells) + " " +
+         std::to_string(picture.down.cells) + R"(" preserveAspectRatio="none")";
 }
 
 std::string pixels(unsigned long cells, unsigned long most) {
@@ -69,20 +69,20 @@ std::string pixels(unsigned long cells, unsigned long most) {
 }
 
 std::string swatch(int level) {
-  return "<svg width=\"12\" height=\"12\" viewBox=\"0 0 1 1\"><path class=\"" + classOf(level) +
-         "\" d=\"M0 .5h1\"/></svg>";
+  return R"(<svg width="12" height="12" viewBox="0 0 1 1"><path class=")" + classOf(level) +
+         R"(" d="M0 .5h1"/></svg>)";
 }
 
 }  // namespace
 
 std::string drawingOf(const Picture& picture, const std::string& id) {
-  std::string text = "<svg " + viewBoxOf(picture) + "><g id=\"" + id +
-                     "\"><rect class=\"d0\" width=\"100%\" height=\"100%\"/>";
+  std::string text = "<svg " + viewBoxOf(picture) + R"(><g id=")" + id +
+                     R"("><rect class="d0" width="100%" height="100%"/>)";
   const auto strokes = strokesOf(picture);
   for (int level = 1; level <= NO_DELTA; ++level) {
     const std::string& path = strokes.at(static_cast<std::size_t>(level));
     if (!path.empty()) {
-      text += "<path class=\"" + classOf(level) + "\" d=\"" + path + "\"/>";
+      text += R"(<path class=")" + classOf(level) + R"(" d=")" + path + R"("/>)";
     }
   }
   return text + "</g></svg>";
@@ -90,9 +90,9 @@ std::string drawingOf(const Picture& picture, const std::string& id) {
 
 std::string drawingAgain(const Picture& picture, const std::string& id) {
   const unsigned long most = std::max(picture.across.cells, picture.down.cells);
-  return "<svg width=\"" + pixels(picture.across.cells, most) + "\" height=\"" +
-         pixels(picture.down.cells, most) + "\" " + viewBoxOf(picture) +
-         " role=\"img\" aria-label=\"where values differ\"><use href=\"#" + id + "\"/></svg>";
+  return R"(<svg width=")" + pixels(picture.across.cells, most) + R"(" height=")" +
+         pixels(picture.down.cells, most) + R"(" )" + viewBoxOf(picture) +
+         R"( role="img" aria-label="where values differ"><use href="#)" + id + R"("/></svg>)";
 }
 
 std::string legendOf(const Picture& picture) {

@@ -102,7 +102,7 @@ std::unique_ptr<ArrayBase> arrayOf(StoredForm form, const Encoding& encoding, Va
     return makeFlagArray(std::move(variable), name, std::move(axes), description);
   }
   if (encoding.hasNames) {
-    return makeNameArray(std::move(form.members), encoding, std::move(variable), name,
+    return makeNameArray(form.members, encoding, std::move(variable), name,
                          std::move(axes), description);
   }
   return makeNumericArray(encoding, std::move(variable), name, std::move(axes), description);

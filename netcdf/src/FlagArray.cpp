@@ -88,14 +88,14 @@ std::unique_ptr<ArrayBase> makeFlagArray(Variable variable, const std::string& n
   return std::make_unique<FlagArray>(std::move(variable), name, std::move(axes), description);
 }
 
-std::unique_ptr<ArrayBase> makeNameArray(std::vector<std::pair<std::string, long>> members,
+std::unique_ptr<ArrayBase> makeNameArray(const std::vector<std::pair<std::string, long>>& members,
                                          const Encoding& encoding, Variable variable,
                                          const std::string& name, std::vector<Axis> axes,
                                          const std::string& description) {
   std::unique_ptr<ArrayBase> integers =
       makeNumericArray(encoding, variable, name, axes, description);
-  return std::make_unique<NameArray>(std::move(members), std::move(integers), std::move(variable),
-                                     name, std::move(axes), description);
+  return std::make_unique<NameArray>(members, std::move(integers), std::move(variable), name,
+                                     std::move(axes), description);
 }
 
 }  // namespace quillon::netcdf
