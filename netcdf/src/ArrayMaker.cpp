@@ -102,8 +102,8 @@ std::unique_ptr<ArrayBase> arrayOf(StoredForm form, const Encoding& encoding, Va
     return makeFlagArray(std::move(variable), name, std::move(axes), description);
   }
   if (encoding.hasNames) {
-    return makeNameArray(form.members, encoding, std::move(variable), name,
-                         std::move(axes), description);
+    return makeNameArray(form.members, encoding, std::move(variable), name, std::move(axes),
+                         description);
   }
   return makeNumericArray(encoding, std::move(variable), name, std::move(axes), description);
 }
