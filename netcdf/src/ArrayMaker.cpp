@@ -83,9 +83,9 @@ void correctForm(const Variable& variable, StoredForm& form) {
   }
 }
 
-std::unique_ptr<ArrayBase> arrayOf(StoredForm form, const Encoding& encoding, Variable variable,
-                                   const std::string& name, std::vector<Axis> axes,
-                                   const std::string& description) {
+std::unique_ptr<ArrayBase> arrayOf(const StoredForm& form, const Encoding& encoding,
+                                   Variable variable, const std::string& name,
+                                   std::vector<Axis> axes, const std::string& description) {
   if (form.base == NC_STRING) {
     return std::make_unique<TextArray>(
         form.isFixedText ? TextArray::Storage::FixedTexts : TextArray::Storage::Strings,
@@ -170,7 +170,7 @@ ArrayMaker::Made ArrayMaker::make(const VariableId& id, const std::string& path,
   addUnitsOfBounds(variable, name.data(), attributes);
   const Encoding encoding = encodingOf(form, attributes, m_source->options());
   const std::string variablePath = variable.path;
-  auto array = arrayOf(std::move(form), encoding, std::move(variable), name.data(), std::move(axes),
+  auto array = arrayOf(form, encoding, std::move(variable), name.data(), std::move(axes),
                        textOf(attributes, "long_name"));
   array->setUnit(textOf(attributes, "units"));
   removeTold(encoding.consumed, attributes);
