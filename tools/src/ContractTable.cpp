@@ -3,7 +3,6 @@
 #include <object_model/IO.h>
 #include <quillon/memory/Selection.h>
 #include <quillon/memory/Wording.h>
-#include <quillon/netcdf/File.h>
 #include <unistd.h>
 
 #include <iostream>
@@ -36,14 +35,6 @@ void requireMemory(const ContractPlan& plan, unsigned long maxRows) {
   }
 }
 
-netcdf::OpenOptions wholeInMemory(bool isRaw) {
-  netcdf::OpenOptions reading = readingOptions(isRaw);
-  // The rows follow the index, not the order in the file, and hopping between windows would read
-  // the file once for each cell. What is exported is in memory as a whole anyway.
-  reading.windowBytes = physicalMemory();
-  return reading;
-}
-
 std::string asItIs(std::string_view text) { return std::string(text); }
 
 /// @param work how many cells there are to fill.
@@ -63,7 +54,8 @@ std::string render(memory::Dictionary& group, const ContractPlan& plan, unsigned
 }  // namespace
 
 int show(const ContractTable& table) {
-  netcdf::File file = openFile(table.source.file, wholeInMemory(table.isRaw));
+  // The rows follow the index, not the order in the file.
+  auto file = openFile(table.source.file, readingWhole(table.isRaw));
   const memory::Dictionary& group = groupOf(file, table.source);
   const ContractPlan plan = contractPlan(group, skippedIn(group, file.skipped()), table.request);
   requireMemory(plan, table.maxRows);

@@ -2,7 +2,6 @@
 #include <quillon/compare/Compare.h>
 #include <quillon/compare/Text.h>
 #include <quillon/memory/Wording.h>
-#include <quillon/netcdf/Decoded.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -87,7 +86,7 @@ compare::Options howToCompare(const Options& options) {
     how.ignoredAttributes.insert(how.ignoredAttributes.end(), names.begin(), names.end());
   }
   how.pictures = options.format == "html";
-  how.isDecoded = netcdf::isDecoded;
+  how.isDecoded = isDecoded;
   how.largest = options.largest ? std::max(largestOf(options), 1UL)
                 : how.pictures  ? FEW_LARGEST
                                 : 1;

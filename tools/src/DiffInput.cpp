@@ -4,6 +4,7 @@
 #include <quillon/memory/Entries.h>
 #include <quillon/memory/Paths.h>
 #include <quillon/memory/Wording.h>
+#include <quillon/netcdf/Decoded.h>
 
 #include <stdexcept>
 #include <utility>
@@ -104,6 +105,8 @@ void DiffInput::addSkipped() {
         .add(std::make_unique<UnreadableArray>(variable.path.substr(slash + 1), variable.reason));
   }
 }
+
+bool isDecoded(const object_model::Array& array) { return netcdf::isDecoded(array); }
 
 void chooseIn(DiffInput& first, DiffInput& second, compare::Choice choice) {
   const std::string& group = first.source().group;

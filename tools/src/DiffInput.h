@@ -53,6 +53,9 @@ class DiffInput {
   std::set<std::string> m_chosen;  // the paths of the selection's variables
 };
 
+/// Whether the array is one of an input and its numbers are made of stored ones of another type.
+bool isDecoded(const object_model::Array& array);
+
 /// Leaves of both sides what `choice` asks for; its other fields are filled here.
 /// @throws std::invalid_argument as compare::choose() does.
 void chooseIn(DiffInput& first, DiffInput& second, compare::Choice choice);

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "Failure.h"
+#include "Memory.h"
 #include "WorkNotes.h"
 
 namespace quillon::tools {
@@ -22,6 +23,12 @@ netcdf::File openFile(const std::string& path, netcdf::OpenOptions options) {
 netcdf::OpenOptions readingOptions(bool raw) {
   netcdf::OpenOptions options;
   options.decode = !raw;
+  return options;
+}
+
+netcdf::OpenOptions readingWhole(bool raw) {
+  netcdf::OpenOptions options = readingOptions(raw);
+  options.windowBytes = physicalMemory();
   return options;
 }
 

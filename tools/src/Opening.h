@@ -17,6 +17,10 @@ netcdf::File openFile(const std::string& path, netcdf::OpenOptions options = {})
 /// How verbs read: decoded, or with `raw` values as they are stored.
 netcdf::OpenOptions readingOptions(bool raw);
 
+/// The same for what is held in memory as a whole, or read in an order that is not the file's:
+/// hopping between windows would read the file once for each value.
+netcdf::OpenOptions readingWhole(bool raw);
+
 /// The group in the open file. @throws Failure that offers the nearest of the file's groups when
 /// there is none.
 memory::Dictionary& groupOf(netcdf::File& file, const Source& source);
