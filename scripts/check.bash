@@ -32,17 +32,32 @@ check_threads() {
   run_tests thread --label-regex '^threads$'
 }
 
-# check_tidy PRESET PATHSPEC...: clang-tidy on these sources, as the preset compiles them.
-# run-clang-tidy takes regular expressions on absolute paths.
-check_tidy() {
-  say "clang-tidy of the preset '$1'"
-  tracked "${@:2}"
+# tidy CHECKS PRESET PATHSPEC...: clang-tidy on these sources, as the preset compiles them, with these
+# checks more or less than .clang-tidy has. run-clang-tidy takes regular expressions on absolute paths.
+tidy() {
+  say "clang-tidy of the preset '$2'"
+  tracked "${@:3}"
   local list patterns
   list="$(printf '%s\n' "${files[@]/#/$PWD/}" | sed 's/[^a-zA-Z0-9_/-]/\\&/g; s/.*/^&$/')"
   mapfile -t patterns <<<"$list"
   # The number of warnings in system headers that are not shown is no news.
-  run-clang-tidy -quiet -p "build/$1" "${patterns[@]}" 2>&1 |
+  run-clang-tidy -quiet "-checks=$1" -p "build/$2" "${patterns[@]}" 2>&1 |
     sed -u '/^[0-9]* warnings\? generated\.$/d'
+}
+
+# The static analyzer takes most of the linter's time, so it has a verb of its own.
+check_tidy() {
+  tidy '-clang-analyzer-*' "$@"
+}
+
+# The tests and the fuzz targets go by names that their frameworks give them.
+LINTED=('*.cpp' ':!tests/' ':!fuzz/' ':!benchmarks/')
+
+## analyze: clang-tidy with the checks of clang's static analyzer, which ./dev check leaves out
+verb_analyze() {
+  need "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${CHECK_PACKAGES[@]}"
+  cmake --preset sanitize >&2
+  tidy '' sanitize "${LINTED[@]}"
 }
 
 ## check: formatting, scripts, documentation, interface, clang-tidy, sanitizers, instruction counts
@@ -56,8 +71,7 @@ verb_check() {
   # One build is both clang++'s opinion and the sanitizers' subject.
   build sanitize
   check_headers sanitize
-  # The tests and the fuzz targets go by names that their frameworks give them.
-  check_tidy sanitize '*.cpp' ':!tests/' ':!fuzz/' ':!benchmarks/'
+  check_tidy sanitize "${LINTED[@]}"
   run_tests sanitize "$@"
   check_threads
   check_instructions
