@@ -93,12 +93,14 @@ bool takePacking(const Attributes& attributes, Encoding& encoding) {
          (!packing.addOffset || isFloatOrAbsent(findAttribute(attributes, "add_offset")));
 }
 
-bool takeMissing(const Attributes& attributes, const char* name, Encoding& encoding) {
+/// Adds the numbers that an attribute names to those that are `missing`.
+bool takeMissing(const Attributes& attributes, const char* name, Encoding& encoding,
+                 std::vector<memory::AttributeValue>& missing) {
   const Attribute* attribute = findAttribute(attributes, name);
   if (attribute == nullptr || isText(*attribute)) {
     return false;
   }
-  encoding.missing.push_back(attribute->value);
+  missing.push_back(attribute->value);
   encoding.consumed.emplace_back(name);
   return true;
 }
@@ -112,10 +114,10 @@ void addDefaultFill(Encoding& encoding) {
 }
 
 void takeAllMissing(const Attributes& attributes, Encoding& encoding) {
-  if (!takeMissing(attributes, "_FillValue", encoding)) {
+  if (!takeMissing(attributes, "_FillValue", encoding, encoding.missing)) {
     addDefaultFill(encoding);
   }
-  takeMissing(attributes, "missing_value", encoding);
+  takeMissing(attributes, "missing_value", encoding, encoding.missing);
 }
 
 /// The type of decoded numbers. Those of a `float` variable stay `float` unless their packing is
@@ -142,11 +144,9 @@ void takeTimes(const Attributes& attributes, Encoding& encoding) {
     return;
   }
   encoding.consumed.emplace_back("calendar");
-  for (const char* name : {"_FillValue", "missing_value"}) {
-    const Attribute* attribute = findAttribute(attributes, name);
-    if (attribute != nullptr && !encoding.changesNumbers()) {
-      encoding.missingTimes.push_back(attribute->value);
-    }
+  if (!encoding.changesNumbers()) {
+    takeMissing(attributes, "_FillValue", encoding, encoding.missingTimes);
+    takeMissing(attributes, "missing_value", encoding, encoding.missingTimes);
   }
 }
 

@@ -73,8 +73,9 @@ TEST_F(ArrayMakerTest, AttributesThatTheArrayTellsByItselfAreLeftOut) {
       "v:valid_min = 0s; v:coordinates = \"lon lat\"; "
       "byte u; u:_Unsigned = \"true\"; u:kept = 1; int64 l; l:_FillValue = 1LL; "
       "int t; t:units = \"days since 2000-01-01\"; t:calendar = \"noleap\"; t:bounds = \"b\"; "
+      "int64 s; s:units = \"seconds since 2000-01-01\"; s:_FillValue = 1LL; s:missing_value = 2LL; "
       "int m; m:units = \"months since 2000-01-01\"; m:calendar = \"noleap\"; "
-      "data: v = 3; u = 1; l = 1; t = 1; m = 1;";
+      "data: v = 3; u = 1; l = 1; t = 1; s = 1; m = 1;";
   const File& file = open(cdl);
   EXPECT_THAT(namesOf(arrayAt(file, "v").attributes()),
               ElementsAre("standard_name", "valid_min", "coordinates"));
@@ -83,6 +84,7 @@ TEST_F(ArrayMakerTest, AttributesThatTheArrayTellsByItselfAreLeftOut) {
   EXPECT_THAT(namesOf(arrayAt(file, "u").attributes()), ElementsAre("kept"));
   EXPECT_THAT(namesOf(arrayAt(file, "l").attributes()), ElementsAre("_FillValue"));
   EXPECT_THAT(namesOf(arrayAt(file, "t").attributes()), ElementsAre("bounds"));
+  EXPECT_THAT(namesOf(arrayAt(file, "s").attributes()), ElementsAre());
   EXPECT_THAT(namesOf(arrayAt(file, "m").attributes()), ElementsAre("calendar"));
   EXPECT_THAT(namesOf(arrayAt(open(cdl, false), "v").attributes()),
               ElementsAre("scale_factor", "add_offset", "_FillValue", "missing_value",
