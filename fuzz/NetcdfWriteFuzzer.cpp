@@ -104,15 +104,11 @@ void addTimes(Input& input, const std::string& name, std::vector<Axis> axes, Dic
 
 void addAnyArray(Input& input, const std::string& name, std::vector<Axis> axes, Dictionary& to) {
   using Add = void (*)(Input&, const std::string&, std::vector<Axis>, Dictionary&);
-  std::vector<Add> kinds = {
-      addArray<double>, addArray<float>,         addArray<short>,         addArray<std::string>,
-      addArray<long>,   addArray<unsigned char>, addArray<unsigned long>, addArray<unsigned short>};
-  if constexpr (netcdf::READER_IS_WHOLE) {
-    kinds.insert(kinds.end(), {addArray<bool>, addTimes});
-  } else {
-    (void)addArray<bool>;
-    (void)addTimes;
-  }
+  const std::vector<Add> kinds = {addArray<double>,        addArray<float>,
+                                  addArray<short>,         addArray<std::string>,
+                                  addArray<long>,          addArray<unsigned char>,
+                                  addArray<unsigned long>, addArray<unsigned short>,
+                                  addArray<bool>,          addTimes};
   kinds[input.below(kinds.size())](input, name, std::move(axes), to);
 }
 

@@ -2,6 +2,7 @@
 #include <rapidcheck/gtest.h>
 
 #include "Support.h"
+#include "support/Properties.h"
 #include "support/Thrown.h"
 
 namespace quillon::compare {
@@ -48,7 +49,7 @@ RC_GTEST_PROP(FiguresProperty, AnySplitMergesInAnyOrderToTheFiguresOfAll, ()) {
   const std::vector<double> a = anyValues();
   const std::vector<double> b = anyValues();
   Options options;
-  options.largest = *rc::gen::inRange<unsigned long>(0, 5);
+  options.largest = ::test::pick<unsigned long>(5);
   std::vector<Figures> parts = {Figures()};
   for (unsigned long first = 0; first < VALUES;) {
     const auto last = *rc::gen::inRange(first, VALUES) + 1;
@@ -71,7 +72,7 @@ RC_GTEST_PROP(FiguresProperty, MergeIsAssociativeAndCommutative, ()) {
   const std::vector<double> b = anyValues();
   const auto part = [&](unsigned long first, unsigned long last) {
     Options options;
-    options.largest = *rc::gen::inRange<unsigned long>(0, 4);
+    options.largest = ::test::pick<unsigned long>(4);
     return figuresOfPart(a, b, first, last, options);
   };
   const Figures x = part(0, 8);

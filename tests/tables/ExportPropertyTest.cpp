@@ -9,6 +9,7 @@
 #include <algorithm>
 
 #include "TestArrays.h"
+#include "support/Properties.h"
 
 namespace quillon::tables {
 namespace {
@@ -22,7 +23,7 @@ const Names AXES = {"x", "y", "z"};
 /// Some of the axes in any order, at least `fewest`.
 std::vector<std::size_t> someAxes(std::size_t fewest) {
   std::vector<std::size_t> axes = {0, 1, 2};
-  for (int k = *rc::gen::inRange(0, 6); k > 0; --k) {
+  for (int k = ::test::pick(6); k > 0; --k) {
     std::next_permutation(axes.begin(), axes.end());
   }
   axes.resize(*rc::gen::inRange<std::size_t>(fewest, 4));
@@ -38,7 +39,7 @@ void addArray(Dictionary& data, const std::string& name, const std::vector<unsig
     axes.emplace_back(AXES[k], sizes[k]);
     count *= sizes[k];
   }
-  switch (*rc::gen::inRange(0, 3)) {
+  switch (::test::pick(3)) {
     case 0:
       data.add(memory::UIntArray(name, axes,
                                  *rc::gen::container<std::vector<unsigned long>>(
@@ -78,7 +79,7 @@ RC_GTEST_PROP(ExportPropertyTest, CellsAreThoseOfTheExportWhereverItFillsAll, ()
   Dictionary data("data");
   // The export has no rows where no array has an axis of the index.
   addArray(data, "v0", sizes, picked.empty() ? std::vector<std::size_t>{0, 1} : picked);
-  for (int k = *rc::gen::inRange(0, 4); k > 0; --k) {
+  for (int k = ::test::pick(4); k > 0; --k) {
     const std::vector<std::size_t> axes = someAxes(1);
     if (isFilled(axes, picked)) {
       addArray(data, "w" + std::to_string(k), sizes, axes);

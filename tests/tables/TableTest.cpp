@@ -10,6 +10,7 @@
 #include <stdexcept>
 
 #include "TestArrays.h"
+#include "support/Properties.h"
 
 namespace quillon::tables {
 namespace {
@@ -228,7 +229,7 @@ RC_GTEST_PROP(TablePropertyTest, AnyRunOfAnyOrderIsWhatStandsAtItsPositions, ())
            order[static_cast<std::size_t>(b[0] - 'a')];
   });
   Dictionary data("data");
-  const auto kind = *rc::gen::inRange(0, 3);
+  const auto kind = ::test::pick(3);
   if (kind == 0) {
     data.add(DoubleArray("v", axes, countedUp<double>(count)));
   } else if (kind == 1) {

@@ -9,14 +9,13 @@
 #include "ObjectModel/ComparisonHelper/Palette.h"
 #include "ObjectModel/ComparisonHelper/PlainComparison.h"
 #include "support/LyingInput.h"
+#include "support/Properties.h"
 
 namespace quillon::test {
 namespace {
 
 using object_model::Array;
-
-/// A number from 0 to count - 1, all equally likely from the first case on.
-int pick(int count) { return *rc::gen::resize(rc::kNominalSize, rc::gen::inRange(0, count)); }
+using ::test::pick;
 
 template <class Stored>
 Stored anyStored() {

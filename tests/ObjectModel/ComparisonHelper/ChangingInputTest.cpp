@@ -4,11 +4,12 @@
 #include <rapidcheck/gtest.h>
 
 #include "support/LyingInput.h"
+#include "support/Properties.h"
 
 namespace object_model::helper {
 namespace {
 
-ComparisonType anyMode() { return static_cast<ComparisonType>(*rc::gen::inRange(0, 4)); }
+ComparisonType anyMode() { return static_cast<ComparisonType>(::test::pick(4)); }
 
 RC_GTEST_PROP(ChangingInput, LeadsNoComparisonOfArraysAstray, ()) {
   ::test::LyingInput input;

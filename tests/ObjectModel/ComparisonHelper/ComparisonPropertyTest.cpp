@@ -3,11 +3,11 @@
 #include <rapidcheck/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "ObjectModel/ComparisonHelper/Palette.h"
 #include "ObjectModel/ComparisonHelper/PlainComparison.h"
 #include "ObjectModel/ComparisonHelper/Samples.h"
+#include "support/Properties.h"
 #include "support/Recording.h"
 
 namespace quillon::test {
@@ -16,14 +16,11 @@ namespace {
 using object_model::Data;
 using ::test::CallLog;
 using ::test::Failure;
+using ::test::pick;
 using ::test::record;
 
-// More cases than by default; what the environment asks for goes first.
-[[maybe_unused]] const bool HAS_PARAMETERS = setenv("RC_PARAMS", "max_success=3000", 0) == 0;
+[[maybe_unused]] const bool HAS_PARAMETERS = ::test::tryCases(3000);
 
-/// A number from 0 to count - 1, all equally likely from the first case on; smaller ones are
-/// simpler.
-int pick(int count) { return *rc::gen::resize(rc::kNominalSize, rc::gen::inRange(0, count)); }
 bool rarely(int oneIn) { return pick(oneIn) == oneIn - 1; }
 
 template <class T>

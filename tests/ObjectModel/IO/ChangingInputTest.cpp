@@ -3,16 +3,14 @@
 #include <rapidcheck.h>
 #include <rapidcheck/gtest.h>
 
-#include <cstdlib>
-
 #include "support/LyingInput.h"
+#include "support/Properties.h"
 #include "support/RenderingTest.h"
 
 namespace object_model {
 namespace {
 
-// More cases than by default; what the environment asks for goes first.
-[[maybe_unused]] const bool HAS_PARAMETERS = setenv("RC_PARAMS", "max_success=1000", 0) == 0;
+[[maybe_unused]] const bool HAS_PARAMETERS = ::test::tryCases(1000);
 
 RC_GTEST_PROP(ChangingInput, LeadsNoExportAstray, ()) {
   test::LyingInput input;

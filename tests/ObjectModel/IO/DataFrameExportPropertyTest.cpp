@@ -6,6 +6,7 @@
 
 #include "ExportOutcome.h"
 #include "PlainExport.h"
+#include "support/Properties.h"
 
 namespace object_model {
 namespace {
@@ -26,19 +27,19 @@ std::vector<T> counting(unsigned long count) {
 void addEntries(Entries& entries) {
   const auto sizes = *rc::gen::container<std::vector<unsigned long>>(
       4, rc::gen::element<unsigned long>(1, 2, 3, 2, 0));
-  const int count = *rc::gen::inRange(0, 5);
+  const int count = ::test::pick(5);
   for (int i = 0; i < count; ++i) {
     const std::string name = "e" + std::to_string(i);
     std::vector<Axis> axes;
     unsigned long elements = 1;
-    const int dimensions = *rc::gen::inRange(0, 5);
+    const int dimensions = ::test::pick(5);
     for (int k = 0; k < dimensions; ++k) {
-      const auto axis = *rc::gen::inRange<std::size_t>(0, 4);
-      const bool disagrees = *rc::gen::inRange(0, 20) == 0;
+      const auto axis = ::test::pick<std::size_t>(4);
+      const bool disagrees = ::test::pick(20) == 0;
       axes.emplace_back(std::string(1, "abcd"[axis]), sizes[axis] + (disagrees ? 1 : 0));
       elements *= axes.back().size();
     }
-    switch (*rc::gen::inRange(0, 24)) {
+    switch (::test::pick(24)) {
       case 0:
         entries.add(Entries(name));
         break;
