@@ -9,11 +9,12 @@ HERE="$QUILLON_SOURCE/tests/packaging"
 : "${QUILLON_CLONE:?}"
 unset CMAKE_PREFIX_PATH LD_LIBRARY_PATH PKG_CONFIG_PATH DESTDIR SOURCE_DATE_EPOCH
 
-# The tests compile the same sources in many folders: where ccache is installed, once for each set of
-# options.
+# The tests build the same sources in many folders: where ccache is installed, they compile each once
+# for each set of options.
 if command -v ccache >/dev/null; then
   export CMAKE_CXX_COMPILER_LAUNCHER=ccache CCACHE_DIR="${CCACHE_DIR:-$QUILLON_BUILD/ccache}"
-  export CCACHE_BASEDIR=/ CCACHE_NOHASHDIR=1
+  # No source is preprocessed only to see whether it is known.
+  export CCACHE_DEPEND=1 CCACHE_NOHASHDIR=1 CCACHE_SLOPPINESS=pch_defines,time_macros
 fi
 
 # In which language standards strangers' programs are compiled. A test may ask for more, and for
@@ -24,6 +25,10 @@ for compiler in g++ clang++; do
   if command -v "$compiler" >/dev/null; then COMPILERS+=("$compiler"); fi
 done
 ((${#COMPILERS[@]} > 0)) || COMPILERS=("$CXX")
+# A compiler under two names is two of them for ccache.
+for compiler in "${COMPILERS[@]}"; do
+  if [[ "$(command -v "$compiler")" -ef "$(command -v "$CXX")" ]]; then export CXX="$compiler"; fi
+done
 
 fail() {
   printf 'FAILED: %s\n' "$*" >&2
@@ -38,10 +43,11 @@ expect_equal() {
   [[ "$2" == "$3" ]] || fail "$1"$'\nexpected:\n'"$2"$'\nactual:\n'"$3"
 }
 
-# configure SOURCE BUILD [OPTION...]: an unoptimised build, without the Python package, which takes
-# its time, unless an option says otherwise.
+# configure SOURCE BUILD [OPTION...]: an unoptimised build without debug information and without the
+# Python package, all of which take their time, unless an option says otherwise.
 configure() {
-  "$CMAKE" -S "$1" -B "$2" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_BUILD_TYPE=Debug -DQUILLON_PYTHON=OFF "${@:3}"
+  "$CMAKE" -S "$1" -B "$2" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O0 \
+    -DQUILLON_PYTHON=OFF "${@:3}"
 }
 
 # build_and_install SOURCE BUILD PREFIX [OPTION...]
@@ -57,6 +63,15 @@ copy_project() {
   # Git distrusts a clone that another user owns; listing files is safe.
   git -c safe.directory="$PWD" ls-files -z | tar --create --null --files-from=- |
     tar --extract --directory="$1"
+}
+
+# fresh_clone: leaves nothing in QUILLON_CLONE but the sources, and beside them what was released. All
+# clone into one place, so that what one test has compiled is there for the next.
+fresh_clone() {
+  mkdir -p "$QUILLON_CLONE/build"
+  find "$QUILLON_CLONE" -mindepth 1 -maxdepth 1 ! -name build ! -name root -exec rm -r {} +
+  find "$QUILLON_CLONE/build" -mindepth 1 -maxdepth 1 ! -name package -exec rm -r {} +
+  copy_project "$QUILLON_CLONE"
 }
 
 # build_as_released CLONE: what the packages are made of, in build/package below it.
