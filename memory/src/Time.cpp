@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <cstdlib>
+#include <limits>
 
 #include "Digits.h"
 
@@ -147,27 +150,24 @@ bool exists(const CivilTime& civil, Calendar calendar) {
          isIn(civil.second, 0, 59) && isIn(civil.microsecond, 0, 999999);
 }
 
-std::string padded(long value, std::size_t digits) {
-  std::string text = std::to_string(value);
-  return std::string(digits - std::min(digits, text.size()), '0') + text;
+/// Appends what stands before a number that is not negative, and the number in so many digits or
+/// more.
+void append(std::string& text, const char* before, long value, std::size_t digits) {
+  std::array<char, std::numeric_limits<long>::digits10 + 1> number{};
+  const char* const end = std::to_chars(number.data(), number.data() + number.size(), value).ptr;
+  const auto count = static_cast<std::size_t>(end - number.data());
+  text.append(before).append(digits - std::min(digits, count), '0').append(number.data(), count);
 }
 
-std::string yearText(long year) {
-  if (year < 0) {
-    return "-" + padded(-year, 4);
-  }
-  return (year > 9999 ? "+" : "") + padded(year, 4);
+void appendYear(std::string& text, long year) {
+  append(text, year < 0 ? "-" : year > 9999 ? "+" : "", std::abs(year), 4);
 }
 
-std::string fractionText(int microsecond) {
-  if (microsecond == 0) {
-    return {};
+void appendFraction(std::string& text, int microsecond) {
+  if (microsecond != 0) {
+    append(text, ".", microsecond, 6);
+    text.resize(text.find_last_not_of('0') + 1);
   }
-  std::string digits = padded(microsecond, 6);
-  while (digits.back() == '0') {
-    digits.pop_back();
-  }
-  return "." + digits;
 }
 
 std::optional<long> takeYear(std::string_view& text) {
@@ -283,13 +283,17 @@ std::string timeText(long time, Calendar calendar, TimeForm form) {
     return {};
   }
   const CivilTime civil = civilTimeOf(time, calendar);
-  std::string date =
-      yearText(civil.year) + "-" + padded(civil.month, 2) + "-" + padded(civil.day, 2);
-  if (form == TimeForm::Date) {
-    return date;
+  std::string text;
+  appendYear(text, civil.year);
+  append(text, "-", civil.month, 2);
+  append(text, "-", civil.day, 2);
+  if (form == TimeForm::DateAndTime) {
+    append(text, "T", civil.hour, 2);
+    append(text, ":", civil.minute, 2);
+    append(text, ":", civil.second, 2);
+    appendFraction(text, civil.microsecond);
   }
-  return date + "T" + padded(civil.hour, 2) + ":" + padded(civil.minute, 2) + ":" +
-         padded(civil.second, 2) + fractionText(civil.microsecond);
+  return text;
 }
 
 std::optional<TimeSpan> parseTime(std::string_view text, Calendar calendar) {

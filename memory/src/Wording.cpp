@@ -41,6 +41,9 @@ std::string escapeOf(char32_t point) {
   return text;
 }
 
+/// Whether a byte is a character that takes one column, and stands for itself but for a backslash.
+bool isPlain(char byte) { return byte >= ' ' && byte <= '~'; }
+
 /// What stands for the character that `text` starts with; the bytes of none are escaped one by one.
 std::string shown(const Character& character, std::string_view text, bool withBackslashes) {
   const bool isControl = character.point < 0x20 || character.point == 0x7F;
@@ -52,6 +55,12 @@ std::string shown(const Character& character, std::string_view text, bool withBa
 }
 
 std::string shown(std::string_view text, bool withBackslashes) {
+  // Nearly all texts are such, and tables have many.
+  if (std::all_of(text.begin(), text.end(), [withBackslashes](char byte) {
+        return isPlain(byte) && !(withBackslashes && byte == '\\');
+      })) {
+    return std::string(text);
+  }
   std::string result;
   result.reserve(text.size());
   while (!text.empty()) {
@@ -87,6 +96,9 @@ std::string counted(unsigned long count, const std::string& noun) {
 }
 
 std::size_t displayWidth(std::string_view text) {
+  if (std::all_of(text.begin(), text.end(), isPlain)) {
+    return text.size();
+  }
   std::size_t width = 0;
   while (!text.empty()) {
     const Character character = firstCharacter(text);

@@ -30,7 +30,7 @@ class Numbers final : public CellsOf<T> {
  public:
   using CellsOf<T>::CellsOf;
 
-  void write(unsigned long row, Buffer& buffer) const override {
+  void write(unsigned long row, Buffer& buffer) override {
     const T value = this->m_cells[row];
     char* const room = buffer.room(memory::LONGEST_NUMBER);
     if constexpr (std::is_floating_point_v<T>) {
@@ -62,9 +62,7 @@ class Texts final : public CellsOf<std::string> {
  public:
   using CellsOf::CellsOf;
 
-  void write(unsigned long row, Buffer& buffer) const override {
-    m_style.text(m_cells[row], buffer);
-  }
+  void write(unsigned long row, Buffer& buffer) override { m_style.text(m_cells[row], buffer); }
 };
 
 class TimeCells final : public CellsOf<long> {
@@ -73,20 +71,26 @@ class TimeCells final : public CellsOf<long> {
             memory::TimeForm form)
       : CellsOf(column, style), m_calendar(calendar), m_form(form) {}
 
-  void write(unsigned long row, Buffer& buffer) const override {
-    const std::string text = memory::timeText(m_cells[row], m_calendar, m_form);
-    if (text.empty()) {
+  void write(unsigned long row, Buffer& buffer) override {
+    // A time often stands in many rows, one after the other.
+    if (m_cells[row] != m_time) {
+      m_time = m_cells[row];
+      m_text = memory::timeText(m_time, m_calendar, m_form);
+    }
+    if (m_text.empty()) {
       buffer.append(m_style.missing);
     } else if (m_style.isJson) {
-      buffer.append("\"" + text + "\"");
+      buffer.append("\"" + m_text + "\"");
     } else {
-      buffer.append(text);
+      buffer.append(m_text);
     }
   }
 
  private:
   memory::Calendar m_calendar;
   memory::TimeForm m_form;
+  long m_time = memory::MISSING_TIME;
+  std::string m_text;
 };
 
 std::unique_ptr<CellWriter> cellWriter(const Table& table, unsigned long column,

@@ -29,7 +29,7 @@ class CellWriter {
   /// Turns to the run that the cursor is at.
   virtual void turnTo(const Cursor& cursor) = 0;
   /// Appends a cell of the run.
-  virtual void write(unsigned long row, Buffer& buffer) const = 0;
+  virtual void write(unsigned long row, Buffer& buffer) = 0;
 };
 
 /// A writer for each column of the table.

@@ -24,7 +24,9 @@ using object_model::Array;
 /// Blocks that are read from arrays which do not lie in memory have at most so many bytes.
 constexpr unsigned long BLOCK_BYTES = 4UL << 20U;
 
-/// How many times, read from first to last of their array, are looked at together.
+/// How many times, read from first to last of their array, are looked at together. The first few
+/// say all of most arrays, and each may stand far from the next in a file.
+constexpr unsigned long FIRST_TIMES = 64;
 constexpr unsigned long TIMES_AT_ONCE = 1UL << 16U;
 
 ColumnType typeOf(const Array& array) {
@@ -262,10 +264,11 @@ class ArraySourceOf final : public ColumnSource {
 
   memory::TimeForm formOf(const memory::HasTimes& times) const {
     memory::TimeForm form = memory::TimeForm::Date;
-    const memory::BlockLayout layout(*m_array, TIMES_AT_ONCE);
+    const memory::BlockLayout first(*m_array, FIRST_TIMES);
+    const memory::BlockLayout further(*m_array, TIMES_AT_ONCE);
     std::vector<long> values;
-    for (unsigned long done = 0; done < layout.size() && form == memory::TimeForm::Date;) {
-      const memory::Block block = layout.blockAt(done);
+    for (unsigned long done = 0; done < first.size() && form == memory::TimeForm::Date;) {
+      const memory::Block block = (done == 0 ? first : further).blockAt(done);
       values.resize(block.count);
       times.readTimes(block.start.data(), block.extent.data(), values.data());
       form = memory::timeFormOf(values.data(), values.size());

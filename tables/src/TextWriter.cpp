@@ -77,10 +77,15 @@ class AlignedText {
   }
 
  private:
-  std::string cell(std::size_t column, unsigned long row) {
+  /// What a cell is shown as, until the next one is asked for. Only texts need to be escaped.
+  std::string_view cell(std::size_t column, unsigned long row) {
     m_cell.clear();
     m_writers[column]->write(row, m_cell);
-    return memory::escaped(m_cell.view());
+    if (m_table.columns()[column].type != ColumnType::Text) {
+      return m_cell.view();
+    }
+    m_text = memory::escaped(m_cell.view());
+    return m_text;
   }
 
   template <class TextOf>
@@ -102,7 +107,7 @@ class AlignedText {
   }
 
   /// Blanks wait for the text behind them, so that no line ends with any.
-  void writeColumn(std::size_t k, const std::string& text) {
+  void writeColumn(std::size_t k, std::string_view text) {
     const std::size_t width = memory::displayWidth(text);
     const std::size_t rest = m_widths[k] - std::min(width, m_widths[k]);
     const bool atTheRight = isNumber(m_table.columns()[k].type);
@@ -124,6 +129,7 @@ class AlignedText {
   ShownColumns m_columns = {0, 0};
   std::size_t m_pending = 0;
   Buffer m_cell;
+  std::string m_text;
   Buffer m_line;
 };
 
