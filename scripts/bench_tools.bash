@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # What the tool costs as a whole process, beside other tools at the same work.
 
-BENCH_TOOLS_PACKAGES=(cdo hdf5-tools netcdf-bin pnetcdf-bin time)
+BENCH_TOOLS_PACKAGES=(cdo hdf5-tools netcdf-bin pnetcdf-bin python3-pandas python3-xarray python3-netcdf4 time)
 
 # How often each command is run; the least of each figure counts, as other load only adds to it.
 BENCH_TOOLS_RUNS=5
@@ -154,6 +154,56 @@ bench_stored() {
   beside 0.5 cdo -s diffn
 }
 
+# make_table_files DIRECTORY: rows.nc, the climate data 232 times longer along TIME; small.nc, as they
+# are, and huge.nc, the same with so many records that it has 20 GB, most of which are a hole in the file;
+# many.nc4 of 10,000 variables.
+make_table_files() {
+  local cdo=(cdo -s --no_history -f nc2) rows="$1/rows.nc" small="$1/small.nc" huge="$1/huge.nc"
+  "${cdo[@]}" -duplicate,232 data/north_atlantic_climate.nc "$rows"
+  "${cdo[@]}" -duplicate,1 data/north_atlantic_climate.nc "$small"
+  local start record count
+  start="$(stat -c %s "$small")"
+  record=$((($(stat -c %s "$rows") - start) / (231 * 12)))
+  count=$((20000000000 / record))
+  cp "$small" "$huge"
+  # The number of records stands behind the format's four bytes.
+  # shellcheck disable=SC2059  # the format is made of the number
+  printf "$(printf '\\x%02x' $((count >> 24)) $((count >> 16 & 255)) $((count >> 8 & 255)) $((count & 255)))" |
+    dd of="$huge" bs=1 seek=4 conv=notrunc status=none
+  truncate -s $((start + (count - 12) * record)) "$huge"
+  awk 'BEGIN {
+    print "netcdf many { dimensions: x = 2 ; variables:"
+    for (k = 0; k < 10000; ++k) printf "float v%d(x) ; v%d:units = \"K\" ;\n", k, k
+    print "}" }' | ncgen -k nc4 -o "$1/many.nc4" -
+}
+
+# table_job TITLE FILE ARGUMENT...: measures the tool with one file, for the rows that follow.
+table_job() {
+  status=0 title="$1" stored=("$2")
+  measure 0 "$quillon" "${@:3}" "$2"
+  ours=$milliseconds memory=$kibibytes
+}
+
+# bench_tables: prints what tables and outlines cost.
+bench_tables() {
+  local status title stored ours memory milliseconds elapsed kibibytes
+  local to_csv='import sys, xarray
+xarray.open_dataset(sys.argv[1], decode_times=False).to_dataframe().to_csv("/dev/null")'
+  printf 'job\tquillon\tbeside\ttakes\tratio\tat most\t\tMiB\n'
+  table_job 'CSV of 3.9 million rows' "$files/rows.nc" table --format csv
+  beside 1 ncdump
+  # Once is enough for what takes a minute.
+  BENCH_TOOLS_RUNS=1 measure 0 /usr/bin/python3 -c "$to_csv" "$files/rows.nc"
+  print_ratio 'xarray, to_csv' 0.1 "$ours" "$milliseconds"
+  table_job 'text, 3.9 million rows' "$files/rows.nc" table --max-rows 0
+  beside 1.2 ncdump
+  table_job '10 rows of 20 GB' "$files/huge.nc" table
+  measure 0 "$quillon" table "$files/small.nc"
+  print_ratio 'the same of 0.3 MB' 1.2 "$ours" "$milliseconds"
+  table_job 'outline of 10,000 variables' "$files/many.nc4" info
+  beside 1 ncdump -h
+}
+
 # bench_tools QUILLON: prints how long the tool QUILLON takes beside other tools, and its memory.
 bench_tools() (
   quillon="$1"
@@ -179,4 +229,8 @@ bench_tools() (
   make_stored_files "$files"
   printf '\n'
   bench_stored | column -t -s $'\t'
+  rm -r "${files:?}"/*
+  make_table_files "$files"
+  printf '\n'
+  bench_tables | column -t -s $'\t'
 )
