@@ -257,7 +257,7 @@ std::vector<unsigned long> anyShape() {
   for (unsigned long k = 0; k < dimensions; ++k) {
     shape.push_back(*rc::gen::elementOf(std::vector<unsigned long>{1, 2, 3, 5, 70, 0}));
   }
-  return productOf(shape) > 5'000 ? std::vector<unsigned long>{70, 70} : shape;
+  return productOf(shape) > 30'000 ? std::vector<unsigned long>{70, 70} : shape;
 }
 
 Options anyOptions() {

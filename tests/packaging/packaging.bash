@@ -14,7 +14,7 @@ unset CMAKE_PREFIX_PATH LD_LIBRARY_PATH PKG_CONFIG_PATH DESTDIR SOURCE_DATE_EPOC
 if command -v ccache >/dev/null; then
   export CMAKE_CXX_COMPILER_LAUNCHER=ccache CCACHE_DIR="${CCACHE_DIR:-$QUILLON_BUILD/ccache}"
   # No source is preprocessed only to see whether it is known.
-  export CCACHE_DEPEND=1 CCACHE_NOHASHDIR=1 CCACHE_SLOPPINESS=pch_defines,time_macros
+  export CCACHE_DEPEND=1 CCACHE_NOHASHDIR=1
 fi
 
 # In which language standards strangers' programs are compiled. A test may ask for more, and for

@@ -7,12 +7,13 @@
 #include <stdexcept>
 
 #include "support/Liars.h"
+#include "support/Properties.h"
 
 namespace test {
 
 /// Any whims: from some call on, answers that change all the time.
 inline Whims anyWhims() {
-  const auto truthfulCalls = *rc::gen::resize(rc::kNominalSize, rc::gen::inRange(0, 100));
+  const auto truthfulCalls = pick(100);
   auto draws = *rc::gen::resize(rc::kNominalSize, rc::gen::container<std::vector<unsigned int>>(
                                                       67, rc::gen::inRange(0U, 10000U)));
   return {static_cast<std::size_t>(truthfulCalls), std::move(draws)};

@@ -199,36 +199,12 @@ TEST(TableTest, TimesAreInOneFormWhicheverPartIsShown) {
   EXPECT_EQ(table.timeForm(0), memory::TimeForm::DateAndTime);
 }
 
-/// Hours that count how many of them were asked for.
-class CountedHours final : public memory::ArrayBase, public memory::HasTimes {
- public:
-  explicit CountedHours(std::vector<double> hours)
-      : ArrayBase("t", object_model::ElementType::Double, {{"t", hours.size()}}),
-        m_hours("t", {{"t", hours.size()}}, hours) {}
-
-  double getValueAsDouble(const object_model::Tuple& index) const override {
-    return m_hours.getValueAsDouble(index);
-  }
-  memory::Calendar calendar() const override { return m_hours.calendar(); }
-  void readTimes(const unsigned long* start, const unsigned long* extent,
-                 long* destination) const override {
-    m_read += extent[0];
-    m_hours.readTimes(start, extent, destination);
-  }
-
-  unsigned long read() const { return m_read; }
-
- private:
-  Hours m_hours;
-  mutable unsigned long m_read = 0;
-};
-
 TEST(TableTest, FormOfManyTimesIsSeenInTheFirstThatIsNoMidnight) {
   for (const std::size_t odd : {0UL, 63UL, 64UL, 65'599UL, 65'600UL, 99'999UL}) {
     std::vector<double> hours(100'000, 24);
     hours[odd] = 25;
     Dictionary data("data");
-    const auto& times = data.add(CountedHours(std::move(hours)));
+    const auto& times = data.add(Hours("t", {{"t", hours.size()}}, hours));
     const Table table(data, plan(data));
     EXPECT_EQ(table.timeForm(0), memory::TimeForm::DateAndTime) << odd;
     EXPECT_EQ(times.read() == 64, odd < 64) << odd;

@@ -14,7 +14,7 @@
 
 namespace quillon::tables {
 
-/// Hours since 1970-01-01 as times.
+/// Hours since 1970-01-01 as times, which count how many of them were read.
 class Hours final : public memory::ArrayBase, public memory::HasTimes {
  public:
   Hours(const std::string& name, std::vector<memory::Axis> axes, std::vector<double> hours,
@@ -37,6 +37,7 @@ class Hours final : public memory::ArrayBase, public memory::HasTimes {
     for (unsigned long k = 0; k < size().size(); ++k) {
       count *= extent[k];
     }
+    m_read += count;
     std::vector<double> hours(count);
     memory::copyValues(m_hours, start, extent, hours.data());
     for (const double hour : hours) {
@@ -44,9 +45,12 @@ class Hours final : public memory::ArrayBase, public memory::HasTimes {
     }
   }
 
+  unsigned long read() const { return m_read; }
+
  private:
   memory::DoubleArray m_hours;
   memory::Calendar m_calendar;
+  mutable unsigned long m_read = 0;
 };
 
 /// Numbers that can be read in blocks only, as those of a file, and know what blocks were read.
