@@ -59,7 +59,11 @@ class Tally {
   /// Counts pairs that are known to be the same.
   void addSame(unsigned long count) { m_figures.values += count; }
 
-  const Figures& figures() const { return m_figures; }
+  /// What was counted; nothing is added afterwards.
+  Figures takeFigures() {
+    std::sort_heap(m_figures.largest.begin(), m_figures.largest.end(), isBefore);
+    return std::move(m_figures);
+  }
 
  private:
   // So many values are looked at together before they are looked at one by one.
@@ -113,7 +117,7 @@ class Tally {
     if (m_figures.largest.empty()) {
       return false;
     }
-    const Pair& last = m_figures.largest.back();
+    const Pair& last = m_figures.largest.front();
     if (std::isnan(last.delta) || std::isnan(delta)) {
       return !std::isnan(delta) || (std::isnan(last.delta) && offset < last.offset);
     }
@@ -121,11 +125,13 @@ class Tally {
     return delta > last.delta || isTie;
   }
 
-  void keep(Pair pair) {
+  // Rare, and out of line: inlined, it costs the loops over equal values their registers.
+  [[gnu::noinline]] void keep(Pair pair) {
     std::vector<Pair>& largest = m_figures.largest;
-    const auto place = std::upper_bound(largest.begin(), largest.end(), pair, isBefore);
-    largest.insert(place, std::move(pair));
+    largest.push_back(std::move(pair));
+    std::push_heap(largest.begin(), largest.end(), isBefore);
     if (largest.size() > m_figures.kept) {
+      std::pop_heap(largest.begin(), largest.end(), isBefore);
       largest.pop_back();
     }
   }
@@ -134,7 +140,7 @@ class Tally {
   bool m_firstIsSingle;
   bool m_secondIsSingle;
   DeltaMap* m_map;
-  Figures m_figures;
+  Figures m_figures;  // whose `largest` is a heap with the pair that is dropped first in front
 };
 
 }  // namespace quillon::compare

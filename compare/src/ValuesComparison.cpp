@@ -126,7 +126,7 @@ Figures figuresAs(const Array& array, const Array& other, Side& first, Side& sec
     second.load(block);
     BoxComparison<T, U>(boxOf(first, second, block, place), tally).run();
   });
-  return tally.figures();
+  return tally.takeFigures();
 }
 
 /// Texts have no place in memory: they are read in blocks.
@@ -154,7 +154,7 @@ Figures figuresOfTexts(const Array& first, const Array& second, const ValueOptio
       }
     }
   });
-  return tally.figures();
+  return tally.takeFigures();
 }
 
 /// Whether the array's values are integers the lowest of which stands for none.
