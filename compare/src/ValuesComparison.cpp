@@ -1,5 +1,6 @@
 #include "ValuesComparison.h"
 
+#include <quillon/memory/Axes.h>
 #include <quillon/memory/Facets.h>
 #include <quillon/memory/Values.h>
 
@@ -25,15 +26,6 @@ constexpr unsigned long MOST_BYTES = 1UL << 20U;
 constexpr unsigned long MOST_FETCHED_BYTES = 1UL << 23U;
 // Where each value takes a call, larger blocks would only leave the nearest cache.
 constexpr unsigned long MOST_CALLS = 4096;
-
-std::vector<unsigned long> shapeOf(const Array& array) {
-  const object_model::Tuple& size = array.size();
-  std::vector<unsigned long> shape(size.size());
-  for (std::size_t k = 0; k < shape.size(); ++k) {
-    shape[k] = size[k];
-  }
-  return shape;
-}
 
 /// Calls `visit(block)` for all blocks of a grid and tells the progress.
 template <class Visit>
@@ -81,9 +73,9 @@ unsigned long mostBytes(const std::vector<unsigned long>& shape, const Side& sid
 BoxLayout layoutOf(const Array& array, const Side& first, const Side& second) {
   const Side& read = first.chunkExtents() != nullptr ? first : second;
   if (read.chunkExtents() == nullptr && (first.isByAccessor() || second.isByAccessor())) {
-    return {shapeOf(array), MOST_CALLS};
+    return {memory::shapeOf(array), MOST_CALLS};
   }
-  const std::vector<unsigned long> shape = shapeOf(array);
+  const std::vector<unsigned long> shape = memory::shapeOf(array);
   return {shape, mostBytes(shape, read) / memory::bytesOf(read.storedType()), read.chunkExtents()};
 }
 
@@ -135,7 +127,7 @@ Figures figuresOfTexts(const Array& first, const Array& second, const ValueOptio
   Tally<std::string, std::string> tally(options.rule, options.largest, false, false, options.map);
   std::vector<std::string> a;
   std::vector<std::string> b;
-  forEachBlock(BoxLayout(shapeOf(first), MOST_CALLS), options, [&](const Block& block) {
+  forEachBlock(BoxLayout(memory::shapeOf(first), MOST_CALLS), options, [&](const Block& block) {
     a.resize(block.count);
     b.resize(block.count);
     memory::copyValues(first, block, a.data());

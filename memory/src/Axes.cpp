@@ -34,6 +34,15 @@ bool isCoordinate(const object_model::Array& array) {
   return axes.size() == 1 && axes[0].name == array.getName();
 }
 
+std::vector<unsigned long> shapeOf(const object_model::Array& array) {
+  const object_model::Tuple& size = array.size();
+  std::vector<unsigned long> shape(size.size());
+  for (std::size_t k = 0; k < shape.size(); ++k) {
+    shape[k] = size[k];
+  }
+  return shape;
+}
+
 bool haveSameShape(const object_model::Array& first, const object_model::Array& second) {
   const object_model::Tuple& a = first.size();
   const object_model::Tuple& b = second.size();

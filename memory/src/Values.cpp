@@ -1,4 +1,5 @@
 #include <object_model/TupleX.h>
+#include <quillon/memory/Axes.h>
 #include <quillon/memory/InvalidCall.h>
 #include <quillon/memory/Values.h>
 
@@ -13,18 +14,8 @@ namespace {
 
 using object_model::Array;
 using object_model::BulkValues;
-using object_model::Tuple;
 using object_model::TupleX;
 using object_model::ValuesInPlace;
-
-std::vector<unsigned long> shapeOf(const Array& array) {
-  const Tuple& size = array.size();
-  std::vector<unsigned long> shape(size.size());
-  for (std::size_t k = 0; k < shape.size(); ++k) {
-    shape[k] = size[k];
-  }
-  return shape;
-}
 
 const unsigned long* chunksOf(const Array& array) {
   const BulkValues* bulk = bulkValuesOf(array);

@@ -56,6 +56,11 @@ TEST(AxesTest, ACoordinateIsCalledAsItsOnlyAxis) {
   EXPECT_FALSE(isCoordinate(withAxes("x", {})));
 }
 
+TEST(AxesTest, ShapeStartsWithTheFirstDimension) {
+  EXPECT_EQ(shapeOf(withAxes("a", {{"x", 2}, {"y", 1}})), (std::vector<unsigned long>{2, 1}));
+  EXPECT_EQ(shapeOf(withAxes("a", {})), std::vector<unsigned long>());
+}
+
 TEST(AxesTest, ShapesAreTheSameInNumberAndExtents) {
   const IntArray array = withAxes("a", {{"x", 2}, {"y", 1}});
   EXPECT_TRUE(haveSameShape(array, withAxes("b", {{"p", 2}, {"q", 1}})));

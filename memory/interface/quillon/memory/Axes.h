@@ -31,6 +31,9 @@ std::string repeatedAxis(const std::vector<AxisFacts>& axes);
 /// Whether the array holds the coordinates of its only axis: it is called as that axis.
 bool isCoordinate(const object_model::Array& array);
 
+/// The array's extents, dimension 0 first.
+std::vector<unsigned long> shapeOf(const object_model::Array& array);
+
 /// Whether two arrays have the same number of dimensions and the same extent in each.
 bool haveSameShape(const object_model::Array& first, const object_model::Array& second);
 
