@@ -75,5 +75,5 @@ verb_check() {
   run_tests sanitize "$@"
   check_threads
   check_instructions
-  check_tidy bench 'benchmarks/*.cpp'
+  check_tidy dev 'benchmarks/*.cpp'
 }
