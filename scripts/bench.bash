@@ -17,7 +17,7 @@ plot_growth() {
   gnuplot -c benchmarks/growth.gnuplot "$growth" "$picture"
 }
 
-## bench: time operations beside their floors (options go to Google Benchmark), or --tools, --python beside others
+## bench (15 min): time operations beside their floors (options go to Google Benchmark), or --tools, --python beside others
 verb_bench() {
   if [[ "${1-}" == --python ]]; then
     need "${BUILD_PACKAGES[@]}" "${PYTHON_PACKAGES[@]}" python3-pandas python3-xarray
@@ -71,7 +71,7 @@ count_all_instructions() {
     LC_ALL=C sort
 }
 
-## counts: count the instructions of the library's operations anew, into benchmarks/
+## counts (5 min): count the instructions of the library's operations anew, into benchmarks/
 verb_counts() {
   need "${BUILD_PACKAGES[@]}" "${BENCH_PACKAGES[@]}"
   local counter counts

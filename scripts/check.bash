@@ -53,14 +53,14 @@ check_tidy() {
 # The tests and the fuzz targets go by names that their frameworks give them.
 LINTED=('*.cpp' ':!tests/' ':!fuzz/' ':!benchmarks/')
 
-## analyze: clang-tidy with the checks of clang's static analyzer, which ./dev check leaves out
+## analyze (40 min): clang-tidy with the checks of clang's static analyzer, which ./dev check leaves out
 verb_analyze() {
   need "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${CHECK_PACKAGES[@]}"
   cmake --preset sanitize >&2
   tidy '' sanitize "${LINTED[@]}"
 }
 
-## check: formatting, scripts, documentation, interface, clang-tidy, sanitizers, instruction counts
+## check (25 min): formatting, scripts, documentation, interface, clang-tidy, sanitizers, instruction counts
 verb_check() {
   need "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${CHECK_PACKAGES[@]}" "${DOCS_PACKAGES[@]}" \
     "${INTERFACE_PACKAGES[@]}" "${BENCH_PACKAGES[@]}"

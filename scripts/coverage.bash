@@ -3,7 +3,7 @@
 
 COVERAGE_PACKAGES=(clang llvm libclang-rt-dev python3)
 
-## coverage: list the lines and branches of the libraries that no test reaches
+## coverage (10 min): list the lines and branches of the libraries that no test reaches
 verb_coverage() {
   need "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${COVERAGE_PACKAGES[@]}"
   build coverage

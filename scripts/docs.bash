@@ -24,7 +24,7 @@ check_docs() {
   [[ -z "$names" ]] || fail "enumerators without documentation:"$'\n'"$names"
 }
 
-## docs: build the documentation site in build/docs/html
+## docs (1 min): build the documentation site in build/docs/html
 verb_docs() {
   need "${DOCS_PACKAGES[@]}"
   check_docs

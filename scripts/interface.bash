@@ -137,7 +137,7 @@ prove_interface() {
   done
 }
 
-## interface: compare the binary interface with the reviewed one (--update it, --prove the checks)
+## interface (2 min): compare the binary interface with the reviewed one (--update it, --prove the checks)
 verb_interface() {
   need "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${INTERFACE_PACKAGES[@]}"
   case "${1-}" in

@@ -3,7 +3,7 @@
 
 PACKAGE_PACKAGES=(dpkg-dev file lintian)
 
-## package: make the Debian packages, into build/package
+## package (6 min): make the Debian packages, into build/package
 verb_package() {
   need "${BUILD_PACKAGES[@]}" "${PYTHON_PACKAGES[@]}" "${PACKAGE_PACKAGES[@]}"
   build package
