@@ -23,6 +23,16 @@ function(quillon_configure target)
   endif()
 endfunction()
 
+# quillon_refuse_fast_math(): ends with the flag that lets the compiler ignore NaN and infinities.
+function(quillon_refuse_fast_math)
+  string(TOUPPER "${CMAKE_BUILD_TYPE}" type)
+  foreach(name IN ITEMS CMAKE_CXX_FLAGS CMAKE_CXX_FLAGS_${type})
+    if("${${name}}" MATCHES "-ffast-math|-Ofast|-ffinite-math-only")
+      message(FATAL_ERROR "${name} has ${CMAKE_MATCH_0}, under which NaN and infinities are compared wrongly")
+    endif()
+  endforeach()
+endfunction()
+
 # quillon_interface(TARGET DIRECTORY): the public headers below DIRECTORY, installed with the target.
 # Each of them must compile alone (see the target TARGET_verify_interface_header_sets).
 function(quillon_interface target directory)
