@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import functools
 import itertools
+import math
 import uuid
 from collections.abc import Iterator, Mapping, Sequence
 from typing import Any, NamedTuple
@@ -13,10 +14,13 @@ from quillon._array import Array
 from quillon._errors import FileError
 from quillon._optional import require
 
-__all__ = ["Partial", "partial_of", "total"]
+__all__ = ["Pair", "Partial", "Rule", "compute"]
 
 FAN_IN = 16
 """So many partial results are merged by one task."""
+
+AT_ONCE = 50_000
+"""So many blocks are given to dask at a time, as each takes memory of its scheduler."""
 
 
 class Partial(NamedTuple):
@@ -40,6 +44,15 @@ class Rule(NamedTuple):
     rtol: float
     equal_nan: bool
     largest: int
+
+
+class Pair(NamedTuple):
+    """Two arrays of dask's with the same chunks."""
+
+    first: Any
+    second: Any
+    dims: Sequence[str]
+    rule: Rule
 
 
 class Place(NamedTuple):
@@ -133,13 +146,27 @@ def total(parts: Sequence[Partial]) -> Partial:
     return functools.reduce(_both, parts, Partial(_core.Figures()))
 
 
-def _places(data: Any, dims: Sequence[str]) -> Iterator[tuple[tuple[int, ...], Place]]:
-    """The index of each block and where it lies."""
-    starts = [list(itertools.accumulate(sizes, initial=0)) for sizes in data.chunks]
-    for index in itertools.product(*(range(len(sizes)) for sizes in data.chunks)):
+def _places(pair: Pair, box: Sequence[slice]) -> Iterator[tuple[tuple[int, ...], Place]]:
+    """For each block of a box its index within the box and where it lies."""
+    chunks = pair.first.chunks
+    starts = [list(itertools.accumulate(sizes, initial=0)) for sizes in chunks]
+    for index in itertools.product(*(range(part.start, part.stop) for part in box)):
         start = tuple(starts[k][at] for k, at in enumerate(index))
-        extent = tuple(data.chunks[k][at] for k, at in enumerate(index))
-        yield index, Place(start, extent, data.shape, dims)
+        extent = tuple(chunks[k][at] for k, at in enumerate(index))
+        within = tuple(at - part.start for at, part in zip(index, box))
+        yield within, Place(start, extent, pair.first.shape, pair.dims)
+
+
+def boxes(counts: Sequence[int], most: int) -> Iterator[tuple[slice, ...]]:
+    """Boxes of at most `most` blocks each, which make up a grid of so many, in its order."""
+    if not counts:
+        yield ()
+        return
+    whole = tuple(slice(0, count) for count in counts[1:])
+    step = most // max(1, math.prod(counts[1:]))
+    for first in range(0, counts[0], max(1, step)):
+        part = slice(first, min(first + max(1, step), counts[0]))
+        yield from ((part, *rest) for rest in (boxes(counts[1:], most) if step == 0 else [whole]))
 
 
 def _owners(order: Sequence[Any], dependents: Mapping[Any, Any], roots: Mapping[Any, Any]) -> dict[Any, Any]:
@@ -177,19 +204,48 @@ def _merging(parts: list[Any], name: str) -> Iterator[tuple[Any, Any]]:
         level += 1
 
 
-def partial(first: Any, second: Any, dims: Sequence[str], rule: Rule) -> Any:
-    """The Partial of two arrays of dask's with the same chunks, yet to be computed."""
+def _within(data: Any, box: tuple[slice, ...]) -> Any:
+    """The blocks of a box."""
+    is_whole = all(part.stop - part.start == count for part, count in zip(box, data.numblocks))
+    return data if is_whole else data.blocks[box]
+
+
+def _partial(pair: Pair, box: tuple[slice, ...]) -> Any:
+    """The Partial of the blocks of a box, yet to be computed."""
     token = uuid.uuid4().hex
-    places = dict(_places(first, dims))
-    first, second = require("dask").optimize(first, second)
+    places = dict(_places(pair, box))
+    first, second = require("dask").optimize(_within(pair.first, box), _within(pair.second, box))
     graph = {**first.__dask_graph__(), **second.__dask_graph__()}
     blocks = {(f"compare-{token}", *index): index for index in places}
     for key, index in blocks.items():
-        graph[key] = (figures_of, (first.name, *index), (second.name, *index), places[index], rule)
+        sides = (first.name, *index), (second.name, *index)
+        graph[key] = (figures_of, *sides, places[index], pair.rule)
     tasks = {}
     for key, group in _groups(graph, blocks).items():
         task = (computed,) if key not in blocks else (partial_of, places[blocks[key]])
         tasks[key] = (*task, group, *group.needs)
     tasks.update(_merging(list(blocks), f"merge-{token}"))
-    last = next(reversed(tasks))
-    return require("dask.delayed").Delayed(last, tasks)
+    return require("dask.delayed").Delayed(next(reversed(tasks)), tasks)
+
+
+def _portions(pairs: Mapping[str, Pair]) -> Iterator[list[tuple[str, Any]]]:
+    """Paths and what is to be computed for them, some AT_ONCE blocks at a time."""
+    portion, blocks = [], 0
+    for path, pair in pairs.items():
+        for box in boxes(pair.first.numblocks, AT_ONCE):
+            portion.append((path, _partial(pair, box)))
+            blocks += math.prod(part.stop - part.start for part in box)
+            if blocks >= AT_ONCE:
+                yield portion
+                portion, blocks = [], 0
+    yield portion
+
+
+def compute(pairs: Mapping[str, Pair]) -> dict[str, Partial]:
+    """What is found of the arrays of each path, computed by dask."""
+    found: dict[str, Partial] = {}
+    for portion in _portions(pairs):
+        results = require("dask").compute(*(delayed for _, delayed in portion))
+        for (path, _), partial in zip(portion, results):
+            found[path] = total([found[path], partial] if path in found else [partial])
+    return found

@@ -160,12 +160,13 @@ def compare(
         return NOTHING, []
 
     comparison.report(ask)  # which reads nothing, but says what values are to be compared, and how
-    parts = {
-        path: _parts.partial(*_alike(path, one, other), one.dims, _parts.Rule(*asked[path], equal_nan, largest))
-        for path, one, other in _pairs(first, second)
-        if path in asked
-    }
-    found = dict(zip(parts, require("dask").compute(*parts.values())))
+    found = _parts.compute(
+        {
+            path: _parts.Pair(*_alike(path, one, other), one.dims, _parts.Rule(*asked[path], equal_nan, largest))
+            for path, one, other in _pairs(first, second)
+            if path in asked
+        }
+    )
 
     def known(path: str, *_: float) -> tuple[Figures, list[str]] | None:
         partial = found.get(path)

@@ -11,6 +11,7 @@ import zlib
 import numpy as np
 import pytest
 import quillon
+from quillon import _parts
 from quillon import dask as parts
 
 dask = pytest.importorskip("dask", reason="python3-dask is not installed")
@@ -116,6 +117,29 @@ def test_a_block_is_one_task_whose_progress_dask_tells():
     with dask.callbacks.Callback(posttask=lambda key, *_: seen.append(dask.utils.key_split(key))):
         parts.compare(*lazy)
     assert sorted(seen) == ["compare"] * 6 + ["merge"]
+
+
+@pytest.mark.parametrize("most", [1, 2, 3, 5, 6, 7, 24, 100])
+@pytest.mark.parametrize("counts", [(), (5,), (2, 3), (4, 3, 2), (1, 1, 24)])
+def test_boxes_make_up_the_grid(counts, most):
+    found = list(_parts.boxes(counts, most))
+    grid = np.zeros(counts, int)
+    for box in found:
+        assert 1 <= grid[box].size <= most
+        grid[box] += 1
+    assert grid.min() == grid.max() == 1
+    assert len(found) == 1 or most < grid.size
+
+
+def test_many_blocks_are_compared_some_at_a_time(monkeypatch):
+    monkeypatch.setattr(_parts, "AT_ONCE", 4)
+    one, other = dataset(1), dataset(2)
+    lazy = [data.chunk({"time": 1, "x": 2}) for data in (one, other)]
+    runs = []
+    with dask.callbacks.Callback(start=lambda tasks: runs.append(sum("compare" in str(key) for key in tasks))):
+        same(parts.compare(*lazy, largest=3), quillon.compare(one, other, largest=3))
+    assert max(runs) <= 6
+    assert sum(runs) == 18 + 3 + 3
 
 
 def test_what_several_blocks_need_is_computed_once():
