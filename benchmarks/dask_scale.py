@@ -66,7 +66,7 @@ def main() -> None:
     parser.add_argument("chunks", type=int, nargs="*", default=[1_000, 10_000, 100_000])
     parser.add_argument("--workers", type=int, default=os.cpu_count())
     arguments = parser.parse_args()
-    options = {"n_workers": arguments.workers, "threads_per_worker": 1, "dashboard_address": None}
+    options = {"n_workers": arguments.workers, "threads_per_worker": 1, "dashboard_address": ":0"}
     with distributed.LocalCluster(**options) as cluster, distributed.Client(cluster) as client:
         print("   chunks  elapsed s  chunks/s  scheduler ms  workers ms  GiB")
         compared(100)

@@ -211,13 +211,13 @@ def _are_data_arrays(*values: Any) -> bool:
 
 
 def core_rules(
-    atol: float,
-    rtol: float,
-    tolerances: Mapping[str, Mapping[str, float]] | None,
-    equal_nan: bool,
-    attrs: bool,
-    ignore: Sequence[str],
-    largest: int,
+    atol: float = 0.0,
+    rtol: float = 0.0,
+    tolerances: Mapping[str, Mapping[str, float]] | None = None,
+    equal_nan: bool = True,
+    attrs: bool = False,
+    ignore: Sequence[str] = (),
+    largest: int = 1,
 ) -> tuple[Any, ...]:
     """The rules of a comparison as the library takes them."""
     if largest < 0:

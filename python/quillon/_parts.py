@@ -6,7 +6,7 @@ import functools
 import itertools
 import math
 import uuid
-from collections.abc import Iterator, Mapping, Sequence
+from collections.abc import Iterable, Iterator, Mapping, Sequence
 from typing import Any, NamedTuple
 
 from quillon import _core
@@ -169,9 +169,9 @@ def boxes(counts: Sequence[int], most: int) -> Iterator[tuple[slice, ...]]:
         yield from ((part, *rest) for rest in (boxes(counts[1:], most) if step == 0 else [whole]))
 
 
-def _owners(order: Sequence[Any], dependents: Mapping[Any, Any], roots: Mapping[Any, Any]) -> dict[Any, Any]:
+def _owners(order: Sequence[Any], dependents: Mapping[Any, Any], roots: Iterable[Any]) -> dict[Any, Any]:
     """For each key the one in whose task it is computed: its own, unless only one other needs it."""
-    owners = {root: root for root in roots}
+    owners = {key: key for key in roots}
     for key in reversed(order):
         if key not in owners:
             users = {owners[user] for user in dependents[key]}
@@ -179,11 +179,24 @@ def _owners(order: Sequence[Any], dependents: Mapping[Any, Any], roots: Mapping[
     return owners
 
 
-def _groups(graph: Mapping[Any, Any], roots: Mapping[Any, Any]) -> dict[Any, Group]:
+def _is_known(value: Any) -> bool:
+    """Whether workers have the value already: a Future of distributed's, which only a graph can name."""
+    return type(value).__module__.startswith("distributed.")
+
+
+def _task(group: Group, place: Place | None) -> Any:
+    """The task of a group, which is that of a block where it has a place."""
+    if _is_known(group.graph[group.key]):
+        return group.graph[group.key]
+    return (*((computed,) if place is None else (partial_of, place)), group, *group.needs)
+
+
+def _groups(graph: Mapping[Any, Any], roots: Iterable[Any]) -> dict[Any, Group]:
     """The graph in groups, by the names of their values."""
     core = require("dask.core")
     dependencies, dependents = core.get_deps(graph)
-    owners = _owners(core.toposort(graph, dependencies=dependencies), dependents, roots)
+    known = [key for key, value in graph.items() if _is_known(value)]
+    owners = _owners(core.toposort(graph, dependencies=dependencies), dependents, [*roots, *known])
     members: dict[Any, dict[Any, Any]] = {}
     needs: dict[Any, dict[Any, None]] = {}
     for key, task in graph.items():
@@ -220,10 +233,8 @@ def _partial(pair: Pair, box: tuple[slice, ...]) -> Any:
     for key, index in blocks.items():
         sides = (first.name, *index), (second.name, *index)
         graph[key] = (figures_of, *sides, places[index], pair.rule)
-    tasks = {}
-    for key, group in _groups(graph, blocks).items():
-        task = (computed,) if key not in blocks else (partial_of, places[blocks[key]])
-        tasks[key] = (*task, group, *group.needs)
+    groups = _groups(graph, blocks)
+    tasks = {key: _task(group, places.get(blocks.get(key))) for key, group in groups.items()}
     tasks.update(_merging(list(blocks), f"merge-{token}"))
     return require("dask.delayed").Delayed(next(reversed(tasks)), tasks)
 

@@ -24,7 +24,7 @@ from quillon._partitions import to_dask_dataframe
 from quillon._rechunk import RechunkWarning, rechunked
 from quillon._stored import open
 
-__all__ = ["NOTHING", "RechunkWarning", "compare", "figures", "merge", "open", "to_dask_dataframe"]
+__all__ = ["NOTHING", "RechunkWarning", "compare", "figures", "merge", "open", "report", "to_dask_dataframe"]
 
 Figures = _core.Figures
 
@@ -75,6 +75,29 @@ def figures(
     return _core.figures(
         left._handle, right._handle, list(start or []), list(shape or []), atol, rtol, equal_nan, largest
     )
+
+
+def report(first: Any, second: Any, figures: Mapping[str, Figures], **rules: Any) -> Report:
+    """Give the report of two sides whose values were compared in parts.
+
+    Parameters
+    ----------
+    first, second
+        As for `quillon.compare`.
+    figures : mapping
+        For paths the merged figures of their arrays, whose values are not read; all others are.
+    **rules
+        As for `quillon.compare`; those of the figures are said for these.
+
+    Examples
+    --------
+    >>> one, other = {"t": [1.0, 2.0]}, {"t": [1.0, 2.5]}
+    >>> halves = [figures(one["t"][k:k + 1], other["t"][k:k + 1], [k], [2]) for k in range(2)]
+    >>> report(one, other, {"/t": merge(*halves)})
+    /t: 1 of 2 values differ; the largest delta is 0.5 at dim_0=1: 2 and 2.5
+    """
+    comparison = Comparison(first, second, core_rules(**rules))
+    return comparison.report(lambda path, *_: (figures[path], []) if path in figures else None)
 
 
 def _is_parted(*variables: Any) -> bool:

@@ -365,3 +365,15 @@ def test_lazy_reading_beside_dask_does_not_lock(tmp_path):
     with xarray.open_dataset(path, chunks={"time": 2}) as lazy, quillon.open(path) as file:
         assert quillon.compare(lazy["t"], file["t"]).same
         assert quillon.from_xarray(lazy).to_table(["x", "time"], variables=["t"])["t"].size == 30
+
+
+def test_merged_figures_make_the_report_of_the_whole():
+    one, other = dataset(1), dataset(2)
+    halves = [
+        parts.figures(one["t"].values[part], other["t"].values[part], [part.start, 0], [6, 5], atol=1)
+        for part in (slice(0, 2), slice(2, 6))
+    ]
+    same(parts.report(one, other, {"/t": parts.merge(*halves)}, atol=1), quillon.compare(one, other, atol=1))
+    same(parts.report(one, other, {}, atol=1), quillon.compare(one, other, atol=1))
+    nothing = parts.report(one[["t"]], other[["t"]], {"/t": parts.NOTHING})
+    assert (nothing.same, nothing.values) == (True, 11)

@@ -18,7 +18,7 @@ TIMES = 100
 
 @pytest.fixture(scope="module")
 def client():
-    options = {"n_workers": 2, "threads_per_worker": 1, "processes": True, "dashboard_address": None}
+    options = {"n_workers": 2, "threads_per_worker": 1, "processes": True, "dashboard_address": ":0"}
     with distributed.LocalCluster(**options) as cluster, distributed.Client(cluster) as some:
         yield some
 
@@ -78,6 +78,14 @@ def test_two_processes_export_what_one_exports(client, files, tmp_path):
     read = pandas.concat([pandas.read_csv(path, dtype=dict(frame.dtypes)) for path in written], ignore_index=True)
     expected = quillon.open(files[0]).to_pandas(INDEX).reset_index()
     pandas.testing.assert_frame_equal(read, expected[list(read)], check_exact=True)
+
+
+def test_what_workers_keep_is_compared_where_it_is(client, files):
+    first, second = (parts.open(path, chunks={"TIME": 240})[["SST"]].persist() for path in files)
+    distributed.wait([first, second])
+    assert parts.compare(first, second).lines() == whole_report(files).lines()
+    with xarray.set_options(keep_attrs=True):
+        assert parts.compare(first, second + 0).lines() == whole_report(files).lines()
 
 
 def kill_once(block, marker, block_info=None):
