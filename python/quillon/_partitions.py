@@ -50,7 +50,7 @@ def _ends_of_rows(starts: Sequence[int], rows: int) -> list[tuple[int, int]]:
 
 def _ends_of_values(coordinate: Any, starts: Sequence[int]) -> list[tuple[Any, Any]]:
     """The first and last value of each partition; nothing where they are not in order."""
-    if not coordinate.is_monotonic_increasing or coordinate.hasnans:
+    if not coordinate.is_monotonic_increasing:
         return []
     return [(coordinate[a], coordinate[b - 1]) for a, b in zip(starts, starts[1:])]
 
