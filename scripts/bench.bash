@@ -17,12 +17,19 @@ plot_growth() {
   gnuplot -c benchmarks/growth.gnuplot "$growth" "$picture"
 }
 
-## bench (15 min): time operations beside their floors (options go to Google Benchmark), or --tools, --python beside others
+## bench (15 min): time operations beside their floors (options go to Google Benchmark), or --tools, --python, --dask beside others
 verb_bench() {
   if [[ "${1-}" == --python ]]; then
     need "${BUILD_PACKAGES[@]}" "${PYTHON_PACKAGES[@]}" python3-pandas python3-xarray
     build release --target quillon_python
     PYTHONPATH=build/release/python /usr/bin/python3 benchmarks/python_ratios.py
+    return
+  fi
+  if [[ "${1-}" == --dask ]]; then
+    need "${BUILD_PACKAGES[@]}" "${PYTHON_PACKAGES[@]}" python3-xarray python3-dask python3-distributed
+    build release --target quillon_python
+    PYTHONPATH=build/release/python /usr/bin/python3 benchmarks/dask_ratios.py
+    PYTHONPATH=build/release/python /usr/bin/python3 benchmarks/dask_scale.py "${@:2}"
     return
   fi
   if [[ "${1-}" == --tools ]]; then

@@ -319,6 +319,13 @@ class Walk {
       return;
     }
     const Tolerance& tolerance = m_rules.toleranceFor(path());
+    if (const std::optional<FiguresInParts> known = knownFigures(tolerance)) {
+      addFigures(known->figures, first, second);
+      for (const std::string& reason : known->notCompared) {
+        addNotCompared(reason);
+      }
+      return;
+    }
     const Rule rule{tolerance.absolute, tolerance.relative, m_options.nanEqual};
     std::optional<DeltaMap> map;
     if (m_options.pictures) {
@@ -328,13 +335,29 @@ class Walk {
     const Figures figures =
         figuresOf(first, second, {rule, m_options.largest, m_progress, isDrawn ? &*map : nullptr},
                   wholeGrid(first.size()));
+    addFigures(figures, first, second);
+    if (isDrawn && figures.count > 0) {
+      m_report.rows.back().picture = map->picture(Places(first, second).names());
+    }
+  }
+
+  void addFigures(const Figures& figures, const Array& first, const Array& second) {
     m_report.values += figures.values;
     if (figures.count > 0) {
-      const Places places(first, second);
-      m_report.rows.push_back(differenceAt(path(), figures, places));
-      if (isDrawn) {
-        m_report.rows.back().picture = map->picture(places.names());
-      }
+      m_report.rows.push_back(differenceAt(path(), figures, Places(first, second)));
+    }
+  }
+
+  /// What is known of the arrays at path() without reading their values.
+  std::optional<FiguresInParts> knownFigures(const Tolerance& tolerance) {
+    if (!m_options.figures) {
+      return {};
+    }
+    try {
+      return m_options.figures(path(), tolerance);
+    } catch (...) {
+      m_thrown = std::current_exception();
+      throw Stopped();
     }
   }
 

@@ -2,8 +2,8 @@
 
 from __future__ import annotations
 
-from collections.abc import Mapping, Sequence
-from typing import TYPE_CHECKING, Any, NamedTuple
+from collections.abc import Callable, Mapping, Sequence
+from typing import TYPE_CHECKING, Any, NamedTuple, Optional
 
 import numpy as np
 
@@ -210,6 +210,44 @@ def _are_data_arrays(*values: Any) -> bool:
     )
 
 
+def core_rules(
+    atol: float = 0.0,
+    rtol: float = 0.0,
+    tolerances: Mapping[str, Mapping[str, float]] | None = None,
+    equal_nan: bool = True,
+    attrs: bool = False,
+    ignore: Sequence[str] = (),
+    largest: int = 1,
+) -> tuple[Any, ...]:
+    """The rules of a comparison as the library takes them."""
+    if largest < 0:
+        raise ValueError(f"the number of the largest deltas is not negative, as {largest} is")
+    patterns = [ignore] if isinstance(ignore, str) else list(ignore)
+    return (atol, rtol, _tolerances(tolerances), equal_nan, attrs, patterns, largest)
+
+
+Known = Callable[[str, float, float], Optional[tuple[_core.Figures, list[str]]]]
+
+
+class Comparison:
+    """Two sides, and the rules by which they are compared."""
+
+    def __init__(self, first: Any, second: Any, rules: tuple[Any, ...]) -> None:
+        left, right = sides(first, second)
+        self._rules = rules
+        self._names = _name_of(left), _name_of(right)
+        self._pairs = [(left._handle, right._handle)]
+        if _are_data_arrays(first, second):
+            self._pairs.append(tuple(Dictionary(side._coordinates())._handle for side in (left, right)))
+
+    def report(self, known: Known | None = None) -> Report:
+        """What there is to say, with the figures that `known(path, atol, rtol)` gives."""
+        report, *beside = (_core.compare(*pair, *self._rules, known) for pair in self._pairs)
+        for other in beside:
+            report = _core.joined(report, other)
+        return Report(report, self._rules[-1], self._names)
+
+
 def compare(
     first: Any,
     second: Any,
@@ -261,17 +299,8 @@ def compare(
     >>> quillon.compare({"t": [1.0, 2.0]}, {"t": [1.0, 2.5]}, rtol=0.1)
     /t: 1 of 2 values differ; the largest delta is 0.5 at dim_0=1: 2 and 2.5
     """
-    if largest < 0:
-        raise ValueError(f"the number of the largest deltas is not negative, as {largest} is")
+    rules = core_rules(atol, rtol, tolerances, equal_nan, attrs, ignore, largest)
     if type(first) is type(second) is np.ndarray and not (tolerances or attrs or ignore):
         if first.dtype in PLAIN and second.dtype in PLAIN and first.flags.aligned and second.flags.aligned:
             return Report(_core.compare_values(first, second, atol, rtol, equal_nan, largest), largest)
-    left, right = sides(first, second)
-    patterns = [ignore] if isinstance(ignore, str) else list(ignore)
-    options = (atol, rtol, _tolerances(tolerances), equal_nan, attrs, patterns, largest)
-    report = _core.compare(left._handle, right._handle, *options)
-    if _are_data_arrays(first, second):
-        coordinates = (Dictionary(side._coordinates()) for side in (left, right))
-        beside = _core.compare(*(c._handle for c in coordinates), *options)
-        report = _core.joined(report, beside)
-    return Report(report, largest, (_name_of(left), _name_of(right)))
+    return Comparison(first, second, rules).report()

@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from collections.abc import Mapping
+from collections.abc import Callable, Mapping
 from typing import Any
 
 import numpy as np
@@ -87,8 +87,9 @@ def _attrs_of(array: Array) -> dict[str, Any]:
     return {**array.attrs, **{name: text for name, text in own.items() if text}}
 
 
-def _variable(array: Array) -> Any:
-    return require("xarray").Variable(array.dims, array.values, _attrs_of(array))
+def _variable(array: Array, values: Any = None) -> Any:
+    given = array.values if values is None else values
+    return require("xarray").Variable(array.dims, given, _attrs_of(array))
 
 
 def data_array(array: Array) -> Any:
@@ -113,13 +114,13 @@ def _require_sizes(dictionary: Dictionary) -> None:
                 raise ExportError(f"the dimension {dim!r} has the sizes {sizes[dim]} and {size}")
 
 
-def dataset(dictionary: Dictionary) -> Any:
-    """A Dataset of a dictionary."""
+def dataset(dictionary: Dictionary, values_of: Callable[[str, Array], Any] = lambda *_: None) -> Any:
+    """A Dataset of a dictionary, of its values or what `values_of` gives instead."""
     _require_sizes(dictionary)
     known = dictionary._handle.coordinates
     data, coordinates = {}, {}
     for name, array in dictionary.items():
         is_coordinate = name in known or array.dims == (name,)
-        (coordinates if is_coordinate else data)[name] = _variable(array)
+        (coordinates if is_coordinate else data)[name] = _variable(array, values_of(name, array))
     title = {"title": dictionary.description} if dictionary.description else {}
     return require("xarray").Dataset(data, coordinates, {**title, **dictionary.attrs})

@@ -5,6 +5,7 @@
 #include <quillon/compare/Text.h>
 
 #include <cmath>
+#include <optional>
 
 #include "Errors.h"
 #include "Module.h"
@@ -53,15 +54,37 @@ Report run(const object_model::Data& first, const object_model::Data& second,
   return compare::compare(first, second, options);
 }
 
+/// What `known(path, atol, rtol)` says of the figures of an array: None, or the figures and why
+/// parts of it could not be compared.
+std::optional<compare::FiguresInParts> askFor(const py::object& known, const std::string& path,
+                                              const compare::Tolerance& tolerance) {
+  const py::gil_scoped_acquire gil;
+  return passingOn([&]() -> std::optional<compare::FiguresInParts> {
+    const py::object answer = known(textOf(path), tolerance.absolute, tolerance.relative);
+    if (answer.is_none()) {
+      return {};
+    }
+    const auto parts = answer.cast<py::tuple>();
+    return compare::FiguresInParts{parts[0].cast<Figures>(),
+                                   parts[1].cast<std::vector<std::string>>()};
+  });
+}
+
 Report compareHandles(const py::object& first, const py::object& second, double atol, double rtol,
                       const std::vector<PathTolerance>& tolerances, bool equalNan, bool attributes,
-                      const std::vector<std::string>& ignore, unsigned long largest) {
+                      const std::vector<std::string>& ignore, unsigned long largest,
+                      const py::object& known) {
   Options options = optionsOf(atol, rtol, equalNan, largest);
   for (const auto& [pattern, absolute, relative] : tolerances) {
     options.tolerances.push_back({pattern, {absolute, relative}});
   }
   options.attributes = attributes;
   options.ignore = ignore;
+  if (!known.is_none()) {
+    options.figures = [&known](const std::string& path, const compare::Tolerance& tolerance) {
+      return askFor(known, path, tolerance);
+    };
+  }
   return run(dataOf(first), dataOf(second), options);
 }
 
@@ -173,18 +196,6 @@ Figures figuresOf(const ArrayHandle& first, const ArrayHandle& second, const Ext
   return compare::figures(*first.array, *second.array, options, reversed(start), reversed(shape));
 }
 
-/// The report `outlines`, which says all but what values there are, with the figures of the values
-/// of the array at `path`, which has the outline of `outline`.
-Report withFigures(Report outlines, const Figures& figures, const ArrayHandle& outline,
-                   const std::string& path) {
-  outlines.values = figures.values;
-  if (figures.count > 0) {
-    outlines.rows.push_back(compare::differenceOf(path, figures, *outline.array));
-    outlines.same = false;
-  }
-  return outlines;
-}
-
 void bindFigures(py::module_& module) {
   py::class_<Figures>(module, "Figures")
       .def(py::init<>())
@@ -196,7 +207,6 @@ void bindFigures(py::module_& module) {
       .def(py::pickle(&stateOfFigures, &figuresOfState));
   module.def("figures", &figuresOf);
   module.def("merge", &compare::merge);
-  module.def("with_figures", &withFigures);
 }
 
 }  // namespace

@@ -55,6 +55,9 @@ class OpenFile final : public Gate {
     passages().pop_back();
   }
 
+  /// What the file says about a group. Whoever asks stands in the gate.
+  netcdf::GroupFacts facts(const std::string& group) const { return m_file->facts(group); }
+
   /// Keeps what entries read from, while the file is open.
   void own(std::shared_ptr<const void> part) { m_parts.push_back(std::move(part)); }
 
@@ -280,6 +283,19 @@ FileHandle open(const std::string& path, bool decode) {
   return handle;
 }
 
+/// The extents of the chunks of each variable of a group, the slowest dimension first; none for one
+/// that is stored in one piece.
+std::map<std::string, std::vector<unsigned long>> chunksOf(const FileHandle& handle,
+                                                           const std::string& group) {
+  const py::gil_scoped_release released;
+  const Passage passage(handle.file);
+  std::map<std::string, std::vector<unsigned long>> chunks;
+  for (const netcdf::VariableFacts& some : handle.file->facts(group).variables) {
+    chunks[some.path.substr(some.path.rfind('/') + 1)] = some.chunks;
+  }
+  return chunks;
+}
+
 void save(const SharedDictionary& dictionary, const std::string& path, int deflate) {
   const py::gil_scoped_release released;
   const OthersOut others;
@@ -295,6 +311,7 @@ void bindNetcdf(py::module_& module) {
       .def_readonly("root", &FileHandle::root)
       .def_readonly("title", &FileHandle::title)
       .def_readonly("skipped", &FileHandle::skipped)
+      .def("chunks", &chunksOf)
       .def("close", [](const FileHandle& handle) {
         const py::gil_scoped_release released;
         handle.file->close();

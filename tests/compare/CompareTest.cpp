@@ -317,6 +317,37 @@ TEST(CompareTest, ProgressCanEndTheComparison) {
   EXPECT_EQ(test::thrownBy<std::runtime_error>([&] { compare(a, a, options); }), "enough");
 }
 
+TEST(CompareTest, FiguresFromElsewhereStandForTheValues) {
+  const Dictionary a = dictionary("a", row<double>("x", {1, 2}), row<double>("y", {1}));
+  const Dictionary b = dictionary("b", row<double>("x", {1, 2}), row<double>("y", {2}));
+  Options options = within(0, 0.25);
+  std::vector<std::pair<std::string, double>> asked;
+  options.figures = [&](const std::string& path, const Tolerance& tolerance) {
+    asked.emplace_back(path, tolerance.relative);
+    const auto known = figures(row<double>("p", {5}), row<double>("p", {8}), {}, {1}, {2});
+    return path == "/x" ? std::optional(FiguresInParts{known, {"its first half is gone"}})
+                        : std::nullopt;
+  };
+  const Report report = compare(a, b, options);
+  EXPECT_EQ(asked, (std::vector<std::pair<std::string, double>>{{"/x", 0.25}, {"/y", 0.25}}));
+  EXPECT_EQ(text(report),
+            "/x: 1 of 1 values differ; the largest delta is 3 at x=1: 5 and 8\n"
+            "/y: 1 of 1 values differ; the largest delta is 1 at x=0: 1 and 2\n"
+            "/x: not compared: its first half is gone");
+  EXPECT_EQ(report.values, 2);
+  EXPECT_FALSE(report.same);
+}
+
+TEST(CompareTest, FiguresFromElsewhereAreNotAskedForWhereShapesDiffer) {
+  Options options;
+  options.figures = [](const std::string&, const Tolerance&) -> std::optional<FiguresInParts> {
+    throw std::runtime_error("asked");
+  };
+  EXPECT_EQ(compare(row<double>("a", {1}), row<double>("a", {1, 2}), options).rows.size(), 1);
+  const DoubleArray a = row<double>("a", {1});
+  EXPECT_EQ(test::thrownBy<std::runtime_error>([&] { compare(a, a, options); }), "asked");
+}
+
 TEST(CompareTest, ToleranceMustBeZeroOrGreater) {
   const DoubleArray a = row<double>("a", {1});
   for (const double wrong : {-1.0, NOT_A_NUMBER}) {

@@ -58,6 +58,12 @@ class ConcurrencyTest : public testing::Test {
   std::string m_netcdf4 = m_scratch.path("netcdf4.nc");
 };
 
+TEST_F(ConcurrencyTest, ThreadsPrintNothingThatTheLibrariesDidNotFind) {
+  testing::internal::CaptureStderr();
+  concurrently(2, [&](int /*thread*/) { File(m_netcdf4).facts("/"); });
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
 TEST_F(ConcurrencyTest, FilesAreOpenedReadAndClosedByEachThread) {
   const auto content = contentOf(File(m_netcdf4).root());
   concurrently(THREADS, [&](int k) {

@@ -42,6 +42,12 @@ struct Figures {
   double mean() const;
 };
 
+/// The figures of all parts of an array's values that could be compared.
+struct FiguresInParts {
+  Figures figures;                       ///< merged
+  std::vector<std::string> notCompared;  ///< for each part that could not be: which one, and why
+};
+
 /// Whether `a` goes before `b` among the largest: a total order.
 bool isBefore(const Pair& a, const Pair& b);
 

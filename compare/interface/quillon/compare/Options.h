@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,6 +13,8 @@ class Array;
 }  // namespace object_model
 
 namespace quillon::compare {
+
+struct FiguresInParts;
 
 /// How far two numbers a (of the first object) and b (of the second) may be apart: they are the
 /// same where a == b or, if both are finite, |a - b| <= absolute + relative * |b|. Neither may be
@@ -69,6 +72,12 @@ struct Options {
   /// Whether an array's values are decoded from stored ones of another type. Such an array is
   /// compared as numbers, whatever type of number the other one has. None is where this is empty.
   std::function<bool(const object_model::Array& array)> isDecoded;
+  /// Gives the figures of two arrays' values that were compared elsewhere, such as in blocks on
+  /// other machines. Called in the report's order, with the path and the tolerance, for all arrays
+  /// whose values can be compared; where it is empty or gives nothing, the values are read. What it
+  /// throws ends the comparison and passes through.
+  std::function<std::optional<FiguresInParts>(const std::string& path, const Tolerance& tolerance)>
+      figures;
 };
 
 }  // namespace quillon::compare

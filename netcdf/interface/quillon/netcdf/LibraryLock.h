@@ -18,6 +18,8 @@ namespace quillon::netcdf {
 /// Held by the caller, it must not be asked for again: opening, reading and destroying a `File`, a
 /// dictionary of it or one of its arrays waits for it, and would wait for ever.
 ///
+/// libhdf5 prints nothing of what fails in a thread that has asked for the lock.
+///
 /// Threads: callable from any. There is one lock for each copy of this static library: where
 /// several shared objects of a process each link it, their reads do not exclude each other.
 std::mutex& libraryLock();
