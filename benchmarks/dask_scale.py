@@ -43,11 +43,12 @@ def nothing(chunks: int, _: str) -> list[Any]:
 
 
 def files(chunks: int, folder: str) -> list[Any]:
-    """The same of files of so many chunks of VALUES, where the system keeps them in memory."""
+    """Two files of so many chunks of VALUES that are the same, and which the system keeps in memory."""
     sides = []
-    for number in (0.0, 1.0):
-        path = os.path.join(folder, f"{chunks}-{number}.nc")
-        rows = quillon.Array.lazy(lambda a, b, n=number: np.full((b - a, 1000), n), [chunks * VALUES // 1000, 1000])
+    for name in ("first", "second"):
+        path = os.path.join(folder, f"{name}.nc")
+        shape = [chunks * VALUES // 1000, 1000]
+        rows = quillon.Array.lazy(lambda a, b: np.random.default_rng(a).random((b - a, 1000)), shape)
         quillon.save({"t": rows}, path)
         sides.append(quillon.dask.open(path, chunks={"dim_0": VALUES // 1000, "dim_1": 1000}))
         sides[-1]["t"].sum().compute()
@@ -60,10 +61,10 @@ def peak_memory() -> float:
 
 
 def measure(client: Any, chunks: int, make: Callable[[int, str], list[Any]]) -> None:
-    """Compare sides of which every value differs by one; the figures are checked."""
+    """Compare sides that are the same, or of which every value differs by one; the figures are checked."""
 
     def processor_seconds() -> tuple[float, float]:
-        return time.process_time(), sum(client.run(time.process_time).values())
+        return time.process_time(), sum(client.run(time.process_time).values()) if client else 0.0
 
     with tempfile.TemporaryDirectory() as folder:
         sides = make(chunks, folder)
@@ -71,8 +72,8 @@ def measure(client: Any, chunks: int, make: Callable[[int, str], list[Any]]) -> 
         before, start = processor_seconds(), time.monotonic()
         report = quillon.dask.compare(*sides)
         elapsed, after = time.monotonic() - start, processor_seconds()
-    row = report.rows[0]
-    assert (report.values, row.count, row.largest, set(row.where.values())) == (size, size, 1.0, {0})
+    found = [(row.count, row.largest, row.where) for row in report.rows]
+    assert (report.values, found) == (size, [] if make is files else [(size, 1.0, {"x": 0})])
     here, there = ((b - a) / chunks * 1e3 for a, b in zip(before, after))
     print(
         f"{chunks:>9,}  {size // chunks:>9,}  {elapsed:>9.1f}  {chunks / elapsed:>8,.1f}  {here:>12.2f}  "
@@ -81,20 +82,27 @@ def measure(client: Any, chunks: int, make: Callable[[int, str], list[Any]]) -> 
     )
 
 
+def measure_all(client: Any, arguments: argparse.Namespace) -> None:
+    quillon.dask.compare(*nothing(100, ""))
+    print("   chunks  values of  elapsed s  chunks/s  scheduler ms  workers ms    GiB")
+    for chunks in arguments.files:
+        measure(client, chunks, files)
+    for chunks in arguments.chunks:
+        measure(client, chunks, nothing)
+
+
 def main() -> None:
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("chunks", type=int, nargs="*", help="of one value", default=[1_000, 10_000, 100_000])
     parser.add_argument("--files", type=int, nargs="*", help="of 5 million values, in files", default=[40])
-    parser.add_argument("--workers", type=int, default=os.cpu_count())
+    parser.add_argument("--workers", type=int, help="0: the threads of this process", default=os.cpu_count())
     arguments = parser.parse_args()
+    if arguments.workers == 0:
+        measure_all(None, arguments)
+        return
     options = {"n_workers": arguments.workers, "threads_per_worker": 1, "dashboard_address": ":0"}
     with distributed.LocalCluster(**options) as cluster, distributed.Client(cluster) as client:
-        quillon.dask.compare(*nothing(100, ""))
-        print("   chunks  values of  elapsed s  chunks/s  scheduler ms  workers ms    GiB")
-        for chunks in arguments.files:
-            measure(client, chunks, files)
-        for chunks in arguments.chunks:
-            measure(client, chunks, nothing)
+        measure_all(client, arguments)
 
 
 if __name__ == "__main__":

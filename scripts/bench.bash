@@ -28,8 +28,8 @@ verb_bench() {
   if [[ "${1-}" == --dask ]]; then
     need "${BUILD_PACKAGES[@]}" "${PYTHON_PACKAGES[@]}" python3-xarray python3-dask python3-distributed
     build release --target quillon_python
-    PYTHONPATH=build/release/python /usr/bin/python3 benchmarks/dask_ratios.py
     PYTHONPATH=build/release/python /usr/bin/python3 benchmarks/dask_scale.py "${@:2}"
+    PYTHONPATH=build/release/python /usr/bin/python3 benchmarks/dask_ratios.py
     return
   fi
   if [[ "${1-}" == --tools ]]; then

@@ -19,7 +19,7 @@ __all__ = ["Pair", "Partial", "Rule", "compute"]
 FAN_IN = 16
 """So many partial results are merged by one task."""
 
-AT_ONCE = 50_000
+AT_ONCE = 100_000
 """So many blocks are given to dask at a time, as each takes memory of its scheduler."""
 
 
