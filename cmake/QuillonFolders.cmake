@@ -50,6 +50,13 @@ foreach(folder IN ITEMS compare tables)
   quillon_optional_folder(${folder} "the library quillon::${folder}")
 endforeach()
 
+# Tables for engines.
+set(missing)
+if(NOT TARGET quillon::tables)
+  list(APPEND missing quillon::tables)
+endif()
+quillon_optional_folder(arrow "the library quillon::arrow" MISSING ${missing})
+
 # The tool: the libraries above, CLI11, and tables in memory, whose class only the bundled tabra is
 # sure to have.
 set(missing)

@@ -1,13 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <quillon/tables/ColumnSource.h>
 #include <quillon/tables/Cursor.h>
 #include <quillon/tables/Error.h>
 #include <quillon/tables/Writers.h>
 
-#include <cmath>
 #include <string>
 
+#include "SomeCells.h"
 #include "TestArrays.h"
 #include "support/Thrown.h"
 
@@ -15,54 +14,6 @@ namespace quillon::tables {
 namespace {
 
 using ::testing::ElementsAre;
-
-/// Cells some of which have no value.
-template <class T>
-class Some final : public ColumnSource {
- public:
-  Some(std::string name, ColumnType type, std::vector<T> cells, std::vector<bool> missing)
-      : m_name(std::move(name)),
-        m_type(type),
-        m_cells(std::move(cells)),
-        m_missing(std::move(missing)) {}
-
-  void describe(Column& column) const override {
-    column.name = m_name;
-    column.type = m_type;
-    column.unit = "m";
-    column.isNullable = !m_missing.empty();
-  }
-
-  void read(unsigned long first, unsigned long count, void* destination) const override {
-    std::copy_n(m_cells.begin() + static_cast<long>(first), count, static_cast<T*>(destination));
-  }
-
-  void readMissing(unsigned long first, unsigned long count, bool* destination) const override {
-    std::copy_n(m_missing.begin() + static_cast<long>(first), count, destination);
-  }
-
- private:
-  std::string m_name;
-  ColumnType m_type;
-  std::vector<T> m_cells;
-  std::vector<bool> m_missing;
-};
-
-Table nullables() {
-  std::vector<std::unique_ptr<ColumnSource>> columns;
-  columns.push_back(std::make_unique<Some<int>>("i", ColumnType::Int32, std::vector<int>{1, 2, 3},
-                                                std::vector<bool>{false, true, false}));
-  columns.push_back(std::make_unique<Some<bool>>("b", ColumnType::Boolean,
-                                                 std::vector<bool>{true, true, false},
-                                                 std::vector<bool>{true, false, false}));
-  columns.push_back(std::make_unique<Some<std::string>>("t", ColumnType::Text,
-                                                        std::vector<std::string>{"a", "b", "c"},
-                                                        std::vector<bool>{false, false, true}));
-  columns.push_back(std::make_unique<Some<double>>("d", ColumnType::Float64,
-                                                   std::vector<double>{std::nan(""), 0.5, 7},
-                                                   std::vector<bool>{false, false, true}));
-  return {std::move(columns), 3};
-}
 
 std::vector<bool> missingOf(const Table& table, unsigned long column) {
   bool missing[3] = {true, true, true};
@@ -88,8 +39,8 @@ TEST(ColumnSourceTest, ATableMayHaveRowsWithoutColumns) {
 TEST(ColumnSourceTest, TwoColumnsOfOneNameAreRefused) {
   std::vector<std::unique_ptr<ColumnSource>> columns;
   for (int k = 0; k < 2; ++k) {
-    columns.push_back(std::make_unique<Some<int>>("i", ColumnType::Int32, std::vector<int>{1},
-                                                  std::vector<bool>()));
+    columns.push_back(std::make_unique<SomeCells<int>>("i", ColumnType::Int32, std::vector<int>{1},
+                                                       std::vector<bool>()));
   }
   EXPECT_EQ(::test::thrownBy<Error>([&] { Table(std::move(columns), 1); }),
             "Two columns are called 'i'");
