@@ -55,17 +55,17 @@ struct StreamOptions {
 void exportTable(const tables::Table& table, ArrowArrayStream* stream,
                  const StreamOptions& options = {});
 
-/// The same of all rows of a table of another kind.
-/// @param view shared with the stream.
+/// The same of all rows of a table of another kind, which the stream shares.
 /// @throws tables::Error that names a column of a type that tables cannot read.
 void exportView(std::shared_ptr<const tabra::DataFrameView> view, ArrowArrayStream* stream,
                 const StreamOptions& options = {});
-/// The same; `view` is borrowed.
+/// The same; the table is borrowed.
+/// @throws tables::Error that names a column of a type that tables cannot read.
 void exportView(const tabra::DataFrameView& view, ArrowArrayStream* stream,
                 const StreamOptions& options = {});
 
-/// What the stream's `get_schema` gives: a struct with a field for each column.
-/// @param schema what it held is overwritten, not released. It is the caller's to release.
+/// What the stream's `get_schema` gives: a struct with a field for each column. What `schema` held
+/// is overwritten, not released. It is the caller's to release.
 void exportSchema(const tables::Table& table, ArrowSchema* schema);
 
 }  // namespace quillon::arrow
