@@ -2,6 +2,7 @@
 
 #include <quillon/arrow/Export.h>
 #include <quillon/arrow/Owned.h>
+#include <quillon/tables/Writers.h>
 
 #include <charconv>
 #include <cstdint>
@@ -130,6 +131,12 @@ inline std::vector<std::string> batchesOf(OwnedStream stream) {
     }
     batches.push_back(shown(*batch.get(), *schema.get()));
   }
+}
+
+inline std::string csvOf(const tables::Table& table) {
+  std::string text;
+  tables::writeCsv(table, tables::into(text));
+  return text;
 }
 
 }  // namespace quillon::arrow
