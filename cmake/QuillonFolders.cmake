@@ -50,6 +50,13 @@ foreach(folder IN ITEMS compare tables)
   quillon_optional_folder(${folder} "the library quillon::${folder}")
 endforeach()
 
+# Tables for engines.
+set(missing)
+if(NOT TARGET quillon::tables)
+  list(APPEND missing quillon::tables)
+endif()
+quillon_optional_folder(arrow "the library quillon::arrow" MISSING ${missing})
+
 # The tool: the libraries above, CLI11, and tables in memory, whose class only the bundled tabra is
 # sure to have.
 set(missing)
@@ -79,8 +86,8 @@ if(NOT QUILLON_PYTHON STREQUAL "OFF")
     list(APPEND missing "a build of this project by itself")
   elseif(NOT QUILLON_HAS_MEMORY_DATA_FRAME)
     list(APPEND missing tabra/MemoryDataFrame.h)
-  elseif(NOT TARGET quillon::compare OR NOT TARGET quillon::tables)
-    list(APPEND missing "quillon::compare and quillon::tables")
+  elseif(NOT TARGET quillon::compare OR NOT TARGET quillon::arrow)
+    list(APPEND missing "quillon::compare and quillon::arrow")
   else()
     if(NOT DEFINED Python_EXECUTABLE AND EXISTS /usr/bin/python3)
       set(Python_EXECUTABLE /usr/bin/python3)

@@ -68,6 +68,19 @@ Character firstCharacter(std::string_view text) {
   return valid ? Character{form->length, point} : Character();
 }
 
+std::size_t utf8Length(std::string_view text) {
+  std::size_t length = 0;
+  while (length < text.size()) {
+    const std::size_t next =
+        byteAt(text, length) < 0x80 ? 1 : firstCharacter(text.substr(length)).length;
+    if (next == 0) {
+      break;
+    }
+    length += next;
+  }
+  return length;
+}
+
 int widthOf(char32_t point) {
   if (point < 0x300) {
     return 1;

@@ -38,6 +38,7 @@ __all__ = [
     "Report",
     "Table",
     "compare",
+    "from_arrow",
     "from_pandas",
     "from_xarray",
 ]
@@ -49,7 +50,7 @@ if hasattr(_core, "open_file"):
 
 __version__: str = _core.version
 
-_LATER = {"from_xarray": "_xarray", "from_pandas": "_pandas"}
+_LATER = {"from_arrow": "_arrow", "from_xarray": "_xarray", "from_pandas": "_pandas"}
 _MODULES = ("dask", "object_model", "testing", "xarray")
 
 for _public in __all__[:]:

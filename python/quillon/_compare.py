@@ -160,7 +160,11 @@ def _like(values: Any, model: Any) -> Array:
 
 def _is_nameless(value: Any) -> bool:
     package = type(value).__module__.partition(".")[0]
-    return not isinstance(value, (Array, Dictionary)) and package not in ("xarray", "pandas")
+    return not (
+        isinstance(value, (Array, Dictionary))
+        or package in ("xarray", "pandas")
+        or hasattr(value, "__arrow_c_stream__")
+    )
 
 
 def _entry(value: Any, other: Any) -> Array | Dictionary:
@@ -268,8 +272,9 @@ def compare(
     Parameters
     ----------
     first, second
-        Arrays, dictionaries, files, mappings, and what numpy, xarray and pandas have. A side
-        without names of dimensions and units takes those of the other one.
+        Arrays, dictionaries, files, mappings, what numpy, xarray and pandas have, and tables, ours
+        and of whatever offers Arrow's streams, an array along "row" for each column. A side without
+        names of dimensions and units takes those of the other one.
     atol, rtol : float, optional
         How far values may be apart.
     tolerances : mapping, optional

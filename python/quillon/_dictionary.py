@@ -31,6 +31,10 @@ def as_entry(value: Any) -> Array | Dictionary:
         from quillon._pandas import entry_of
 
         return entry_of(value)
+    if hasattr(value, "__arrow_c_stream__"):
+        from quillon._arrow import entry_of as columns_of
+
+        return columns_of(value)
     return Dictionary(value) if isinstance(value, Mapping) else Array(value)
 
 
@@ -51,8 +55,8 @@ class Dictionary(MutableMapping):
     Parameters
     ----------
     entries : mapping, optional
-        Names and what they stand for: arrays, whatever becomes one, dictionaries, mappings, and
-        objects of xarray and pandas.
+        Names and what they stand for: arrays, whatever becomes one, dictionaries, mappings, objects
+        of xarray and pandas, and tables of whatever offers Arrow's streams.
     name, description : str, optional
         What it is called, and for.
     attrs : mapping, optional

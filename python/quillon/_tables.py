@@ -64,7 +64,9 @@ def _limit(max_rows: int | None) -> int:
 class Table:
     """Columns of one length with units, read when they are asked for.
 
-    It is made by `Dictionary.to_table` and keeps what it is made of, as that was then.
+    It is made by `Dictionary.to_table`, or by `from_arrow` of what another library has, and keeps
+    what it is made of, as that was then. Whatever takes Arrow's streams takes it: there missing
+    values are null, and units are metadata of their fields under the key ``units``.
 
     Examples
     --------
@@ -87,13 +89,19 @@ class Table:
         variables: Sequence[str] | None,
         select: Mapping[str, Any] | None,
     ) -> Table:
-        table = cls.__new__(cls)
         choices = [_choice(dimension, chosen) for dimension, chosen in (select or {}).items()]
         unreadable = getattr(dictionary, "_unreadable", list)()
-        table._table = _core.make_table(
-            dictionary._handle, _listed(index), _listed(variables), choices, unreadable
+        return cls._over(
+            _core.make_table(
+                dictionary._handle, _listed(index), _listed(variables), choices, unreadable
+            )
         )
-        table._columns = table._table.columns()
+
+    @classmethod
+    def _over(cls, handle: _core.Table) -> Table:
+        table = cls.__new__(cls)
+        table._table = handle
+        table._columns = handle.columns()
         return table
 
     @property

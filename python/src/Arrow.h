@@ -12,4 +12,7 @@ namespace quillon::python {
 py::capsule arrowSchema(const TableHandle& table);
 py::capsule arrowStream(const TableHandle& table);
 
+/// The table that the stream in a capsule "arrow_array_stream" has.
+TableHandle tableFromArrow(const py::object& capsule);
+
 }  // namespace quillon::python

@@ -1,8 +1,12 @@
 #include "TableHandle.h"
 
 #include <quillon/memory/ElementTypes.h>
+#include <quillon/memory/Wording.h>
+#include <quillon/tables/Error.h>
 
 #include <algorithm>
+#include <limits>
+#include <type_traits>
 #include <utility>
 
 #include "Numpy.h"
@@ -19,6 +23,21 @@ std::shared_ptr<SharedDictionary> arraysOf(const SharedDictionary& dictionary, b
     }
   }
   return copy;
+}
+
+constexpr long EXACT = 1L << 53U;  // integers up to it are float64s
+
+/// @throws tables::Error where no float64 is the same number.
+template <class T>
+double exactly(T number, const std::string& column) {
+  if constexpr (sizeof(T) == sizeof(long) && std::is_integral_v<T>) {
+    const bool isBelow = std::is_signed_v<T> && static_cast<long>(number) < -EXACT;
+    if (isBelow || (number > 0 && static_cast<unsigned long>(number) > EXACT)) {
+      throw tables::Error("The column " + memory::inQuotes(column) + " has missing values beside " +
+                          std::to_string(number) + ", which no float64 holds");
+    }
+  }
+  return static_cast<double>(number);
 }
 
 }  // namespace
@@ -65,6 +84,9 @@ bool TableHandle::isTime(unsigned long column) const {
 }
 
 std::string TableHandle::spelledDtype(unsigned long column) const {
+  if (m_snapshot == nullptr) {
+    return isTime(column) ? "<M8[us]" : "";
+  }
   const std::optional<tables::ArraySource>& source = m_plan.columns.at(column).source;
   const ConstArrayPointer array = source ? m_snapshot->find(*source) : nullptr;
   return array == nullptr ? std::string() : spelledDtypeOf(*array);
@@ -75,8 +97,30 @@ std::string TableHandle::unitOf(unsigned long column) const {
   return (isNumber ? *m_numbers : m_shown).columns().at(column).unit;
 }
 
+py::array TableHandle::readNullable(unsigned long column, unsigned long first,
+                                    unsigned long count) const {
+  py::array_t<double> numbers(static_cast<py::ssize_t>(count));
+  double* const destination = numbers.mutable_data();
+  const py::gil_scoped_release released;
+  const auto missing = std::make_unique<bool[]>(count);
+  m_shown.readMissing(column, first, count, missing.get());
+  const tables::Column& described = m_shown.columns()[column];
+  tables::visitColumnType(described.type, [&](auto tag) {
+    using T = typename decltype(tag)::Type;
+    if constexpr (!std::is_same_v<T, std::string>) {
+      const auto cells = std::make_unique<T[]>(count);
+      m_shown.read(column, first, count, cells.get());
+      for (unsigned long k = 0; k < count; ++k) {
+        destination[k] = missing[k] ? std::numeric_limits<double>::quiet_NaN()
+                                    : exactly(cells[k], described.name);
+      }
+    }
+  });
+  return numbers;
+}
+
 py::array TableHandle::read(unsigned long column, unsigned long first, unsigned long count) const {
-  const tables::Table& table = isTime(column) ? *m_numbers : m_shown;
+  const tables::Table& table = m_numbers && isTime(column) ? *m_numbers : m_shown;
   const tables::ColumnType type = table.columns()[column].type;
   if (type == tables::ColumnType::Text) {
     std::vector<std::string> texts(count);
@@ -85,6 +129,9 @@ py::array TableHandle::read(unsigned long column, unsigned long first, unsigned 
       table.read(column, first, count, texts.data());
     }
     return textsArray(texts, {count});
+  }
+  if (table.columns()[column].isNullable) {
+    return readNullable(column, first, count);
   }
   const std::string spelled = spelledDtype(column);
   const auto stored = static_cast<object_model::StoredType>(type);

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "SharedDictionary.h"
@@ -31,16 +32,20 @@ class Snapshot {
 class TableHandle {
  public:
   TableHandle(const SharedDictionary& dictionary, const tables::Request& request);
+  /// A table without index axes that is made of no dictionary.
+  explicit TableHandle(tables::Table table) : m_shown(std::move(table)) {}
 
   const tables::Table& shown() const { return m_shown; }
   const tables::Plan& plan() const { return m_plan; }
   /// The unit of a column as `read` gives its values.
   std::string unitOf(unsigned long column) const;
-  /// Rows of a column as numpy has them. It lets go of the GIL.
+  /// Rows of a column as numpy has them; of nullable columns as float64 with NaN, texts as empty
+  /// ones. It lets go of the GIL. @throws tables::Error for integers that no float64 is then.
   py::array read(unsigned long column, unsigned long first, unsigned long count) const;
 
  private:
   bool isTime(unsigned long column) const;
+  py::array readNullable(unsigned long column, unsigned long first, unsigned long count) const;
   std::string spelledDtype(unsigned long column) const;
   tables::Table makeTable(const std::shared_ptr<const Snapshot>& snapshot) const;
 

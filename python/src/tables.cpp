@@ -145,6 +145,7 @@ void bindTables(py::module_& module) {
       .def("arrow_schema", &arrowSchema)
       .def("arrow_stream", &arrowStream);
   module.def("make_table", &makeTable);
+  module.def("table_from_arrow", &tableFromArrow);
   module.def("in_html", [](const std::string& text) { return memory::inHtml(text); });
 }
 

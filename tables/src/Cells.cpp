@@ -6,6 +6,7 @@
 #include <cmath>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 namespace quillon::tables {
 namespace {
@@ -93,6 +94,32 @@ class TimeCells final : public CellsOf<long> {
   std::string m_text;
 };
 
+/// The cells of a nullable column, those that have a value by way of another writer.
+class Nullable final : public CellWriter {
+ public:
+  Nullable(unsigned long column, const CellStyle& style, std::unique_ptr<CellWriter> values)
+      : m_values(std::move(values)), m_nothing(style.missing), m_column(column) {}
+
+  void turnTo(const Cursor& cursor) override {
+    m_values->turnTo(cursor);
+    m_missing = cursor.missing(m_column);
+  }
+
+  void write(unsigned long row, Buffer& buffer) override {
+    if (m_missing[row]) {
+      buffer.append(m_nothing);
+    } else {
+      m_values->write(row, buffer);
+    }
+  }
+
+ private:
+  std::unique_ptr<CellWriter> m_values;
+  std::string_view m_nothing;
+  const bool* m_missing = nullptr;
+  unsigned long m_column;
+};
+
 std::unique_ptr<CellWriter> cellWriter(const Table& table, unsigned long column,
                                        const CellStyle& style) {
   const Column& described = table.columns()[column];
@@ -117,6 +144,9 @@ std::vector<std::unique_ptr<CellWriter>> cellWriters(const Table& table, const C
   std::vector<std::unique_ptr<CellWriter>> writers;
   for (unsigned long k = 0; k < table.columns().size(); ++k) {
     writers.push_back(cellWriter(table, k, style));
+    if (table.columns()[k].isNullable) {
+      writers.back() = std::make_unique<Nullable>(k, style, std::move(writers.back()));
+    }
   }
   return writers;
 }
@@ -124,10 +154,14 @@ std::vector<std::unique_ptr<CellWriter>> cellWriters(const Table& table, const C
 void appendAsItIs(std::string_view text, Buffer& buffer) { buffer.append(text); }
 
 void appendUtf8(std::string_view text, Buffer& buffer) {
-  while (!text.empty()) {
-    const std::size_t length = memory::firstCharacter(text).length;
-    buffer.append(length == 0 ? std::string_view("\xEF\xBF\xBD") : text.substr(0, length));
-    text.remove_prefix(length == 0 ? 1 : length);
+  for (;;) {
+    const std::size_t length = memory::utf8Length(text);
+    buffer.append(text.substr(0, length));
+    if (length == text.size()) {
+      return;
+    }
+    buffer.append(memory::REPLACEMENT);
+    text.remove_prefix(length + 1);
   }
 }
 

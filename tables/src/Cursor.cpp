@@ -16,8 +16,26 @@ class Cursor::Cells {
                     unsigned long count) = 0;
   virtual bool isMissing(unsigned long row) const = 0;
 
+  void readMissing(const Table& table, unsigned long column, unsigned long first,
+                   unsigned long count) {
+    if (!table.columns()[column].isNullable) {
+      return;
+    }
+    if (count > m_missingSize) {
+      m_missing = std::make_unique<bool[]>(count);
+      m_missingSize = count;
+    }
+    table.readMissing(column, first, count, m_missing.get());
+  }
+
+  const bool* missing() const { return m_missing.get(); }
+
   template <class T>
   class Of;
+
+ private:
+  std::unique_ptr<bool[]> m_missing;
+  unsigned long m_missingSize = 0;
 };
 
 template <class T>
@@ -69,6 +87,7 @@ bool Cursor::next() {
   m_rows = std::min(m_table.runFrom(m_first), m_end - m_first);
   for (unsigned long k = 0; m_rows > 0 && k < m_cells.size(); ++k) {
     m_cells[k]->read(m_table, k, m_first, m_rows);
+    m_cells[k]->readMissing(m_table, k, m_first, m_rows);
   }
   if (m_rows > 0 && m_table.m_tell) {
     m_table.m_tell(m_rows);
@@ -86,8 +105,11 @@ const T* Cursor::cells(unsigned long column) const {
 }
 
 bool Cursor::isMissing(unsigned long column, unsigned long row) const {
-  return m_cells.at(column)->isMissing(row);
+  const bool* const missing = this->missing(column);
+  return missing == nullptr ? m_cells[column]->isMissing(row) : missing[row];
 }
+
+const bool* Cursor::missing(unsigned long column) const { return m_cells.at(column)->missing(); }
 
 template const signed char* Cursor::cells(unsigned long column) const;
 template const short* Cursor::cells(unsigned long column) const;

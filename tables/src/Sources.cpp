@@ -84,6 +84,22 @@ class ArraySourceOf final : public ColumnSource {
     });
   }
 
+  const void* cellsInPlace(unsigned long firstRow, unsigned long count) const override {
+    requireShape();
+    const object_model::ValuesInPlace values = place();
+    const char* first = nullptr;
+    bool arePacked = values.first != nullptr;
+    forEachBox(m_grid, firstRow, count, [&](const GridBox& box) {
+      if (arePacked) {
+        const char* const origin = originOf(values, box);
+        first = box.offset == 0 ? origin : first;
+        arePacked = origin == first + box.offset * sizeof(T) &&
+                    isPacked(stridesOf(box.extent, values.strides, packedSteps(box.extent)));
+      }
+    });
+    return arePacked ? first : nullptr;
+  }
+
   memory::TimeForm timeForm() const override {
     if constexpr (std::is_same_v<T, long>) {
       if (const memory::HasTimes* times = asTimes()) {
@@ -168,12 +184,18 @@ class ArraySourceOf final : public ColumnSource {
     return result;
   }
 
-  void copyPlaced(const object_model::ValuesInPlace& values, const GridBox& box, T* cells) const {
+  /// Where the first value of a box lies.
+  const char* originOf(const object_model::ValuesInPlace& values, const GridBox& box) const {
     const char* origin = static_cast<const char*>(values.first);
     for (std::size_t k = 0; k < m_dimensions.size(); ++k) {
       origin += static_cast<long>(startOf(k, box.start)) * values.strides[k];
     }
-    copyBox(origin, stridesOf(box.extent, values.strides, packedSteps(box.extent)), cells);
+    return origin;
+  }
+
+  void copyPlaced(const object_model::ValuesInPlace& values, const GridBox& box, T* cells) const {
+    copyBox(originOf(values, box), stridesOf(box.extent, values.strides, packedSteps(box.extent)),
+            cells);
   }
 
   /// The first index of dimension `k` that the rows from `start` on read.

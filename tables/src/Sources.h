@@ -1,30 +1,11 @@
 #pragma once
 
-#include <quillon/tables/Table.h>
+#include <quillon/tables/ColumnSource.h>
 
 #include <memory>
 #include <vector>
 
 namespace quillon::tables {
-
-/// What a column is read from.
-class ColumnSource {
- public:
-  ColumnSource() = default;
-  ColumnSource(const ColumnSource&) = delete;
-  ColumnSource& operator=(const ColumnSource&) = delete;
-  virtual ~ColumnSource() = default;
-
-  /// Unit, type and calendar.
-  virtual void describe(Column& column) const = 0;
-  /// Copies cells, in the column's type; the rows must be there.
-  virtual void read(unsigned long firstRow, unsigned long count, void* destination) const = 0;
-  virtual memory::TimeForm timeForm() const { return memory::TimeForm::Date; }
-  /// Whether reading any rows costs no more than copying them.
-  virtual bool isInMemory() const { return true; }
-  /// The array's chunks along the index axes, one for each; empty where there are none.
-  virtual std::vector<unsigned long> chunks() const { return {}; }
-};
 
 /// The grid of rows: how many points each index axis has.
 using Grid = std::vector<unsigned long>;

@@ -4,6 +4,8 @@
 #include <quillon/tables/Table.h>
 
 #include <algorithm>
+#include <cmath>
+#include <set>
 #include <stdexcept>
 #include <type_traits>
 
@@ -32,6 +34,22 @@ bool isReadAs(ColumnType type) {
   bool same = false;
   visitColumnType(type, [&](auto tag) { same = std::is_same_v<typename decltype(tag)::Type, T>; });
   return same;
+}
+
+/// Whether the value of a cell says that it is missing.
+template <class T>
+bool isNone(const T& cell, bool isTime) {
+  if constexpr (std::is_floating_point_v<T>) {
+    return std::isnan(cell);
+  } else if constexpr (std::is_same_v<T, long>) {
+    return isTime && cell == memory::MISSING_TIME;
+  } else {
+    return false;
+  }
+}
+
+bool tellsByValue(ColumnType type) {
+  return type == ColumnType::Time || type == ColumnType::Float32 || type == ColumnType::Float64;
 }
 
 }  // namespace
@@ -112,6 +130,20 @@ unsigned long Table::rows() const { return m_state->rows; }
 
 const std::vector<std::string>& Table::notes() const { return m_state->notes; }
 
+Table::Table(std::vector<std::unique_ptr<ColumnSource>> columns, unsigned long rows) {
+  auto state = std::make_shared<State>();
+  std::set<std::string> names;
+  for (std::unique_ptr<ColumnSource>& source : columns) {
+    state->add({}, std::move(source));
+    if (!names.insert(state->columns.back().name).second) {
+      throw Error("Two columns are called " + inQuotes(state->columns.back().name));
+    }
+  }
+  state->rows = rows;
+  state->divide({rows});
+  m_state = std::move(state);
+}
+
 void Table::require(unsigned long column, unsigned long firstRow, unsigned long count) const {
   if (column >= m_state->columns.size()) {
     throw std::out_of_range("The table has " + memory::counted(m_state->columns.size(), "column") +
@@ -135,6 +167,32 @@ void Table::read(unsigned long column, unsigned long firstRow, unsigned long cou
   if (count > 0) {
     m_state->sources[column]->read(firstRow, count, destination);
   }
+}
+
+void Table::readMissing(unsigned long column, unsigned long firstRow, unsigned long count,
+                        bool* destination) const {
+  require(column, firstRow, count);
+  const Column& described = m_state->columns[column];
+  std::fill_n(destination, count, false);
+  if (count > 0 && described.isNullable) {
+    m_state->sources[column]->readMissing(firstRow, count, destination);
+  }
+  if (count > 0 && tellsByValue(described.type)) {
+    visitColumnType(described.type, [&](auto tag) {
+      using T = typename decltype(tag)::Type;
+      const auto cells = std::make_unique<T[]>(count);
+      read(column, firstRow, count, cells.get());
+      for (unsigned long k = 0; k < count; ++k) {
+        destination[k] = destination[k] || isNone(cells[k], described.type == ColumnType::Time);
+      }
+    });
+  }
+}
+
+const void* Table::cellsInPlace(unsigned long column, unsigned long firstRow,
+                                unsigned long count) const {
+  require(column, firstRow, count);
+  return count == 0 ? nullptr : m_state->sources[column]->cellsInPlace(firstRow, count);
 }
 
 unsigned long Table::runFrom(unsigned long row) const {

@@ -37,6 +37,14 @@ INSTANTIATE_TEST_SUITE_P(
         CharacterCase{"Continuation", "\x82", 0, 0}, CharacterCase{"LeadByteAlone", "\xC3(", 0, 0}),
     [](const auto& some) { return some.param.rule; });
 
+TEST(Utf8LengthTest, EndsAtTheFirstByteThatIsPartOfNoCharacter) {
+  EXPECT_EQ(utf8Length(""), 0U);
+  EXPECT_EQ(utf8Length("ab\xC3\xA4z"), 5U);
+  EXPECT_EQ(utf8Length("ab\xC3\xA4\xFFz"), 4U);
+  EXPECT_EQ(utf8Length("\xE2\x82"), 0U);
+  EXPECT_EQ(utf8Length("a\xE2\x82"), 1U);
+}
+
 TEST(WidthTest, LatinLettersTakeOnePlace) {
   EXPECT_EQ(widthOf(U'a'), 1);
   EXPECT_EQ(widthOf(U'\u00E4'), 1);

@@ -1,11 +1,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <quillon/memory/Dictionary.h>
+#include <quillon/memory/TimeArray.h>
 #include <quillon/tables/Error.h>
 #include <quillon/tables/Table.h>
 #include <rapidcheck/gtest.h>
 #include <tabra/MemoryDataFrame.h>
 
+#include <algorithm>
 #include <cmath>
 #include <stdexcept>
 
@@ -113,6 +115,45 @@ TEST(TableTest, WideStepsDoNotReadWhatLiesBetween) {
   const Table table(data, plan(data, request));
   EXPECT_THAT(cellsOf<double>(table, 1), ElementsAre(0, 1'500'000));
   EXPECT_EQ(stored.largestBlock, 1U);
+}
+
+TEST(TableTest, CellsLieInPlaceWhereTheirOrderIsThatOfTheRows) {
+  Dictionary data("data");
+  const auto& array = data.add(DoubleArray("a", {{"x", 2}, {"y", 3}}, countedUp<double>(6)));
+  const Table table(data, plan(data, withIndex({"x", "y"})));
+  EXPECT_EQ(table.cellsInPlace(2, 0, 6), array.data());
+  EXPECT_EQ(table.cellsInPlace(2, 1, 4), array.data() + 1);
+  EXPECT_EQ(table.cellsInPlace(2, 6, 0), nullptr);
+  EXPECT_EQ(table.cellsInPlace(0, 0, 2), nullptr);  // positions are counted, not kept
+  EXPECT_THROW(table.cellsInPlace(3, 0, 1), std::out_of_range);
+  EXPECT_THROW(table.cellsInPlace(2, 5, 2), std::out_of_range);
+  const Table turned(data, plan(data, withIndex({"y", "x"})));
+  EXPECT_EQ(turned.cellsInPlace(2, 0, 6), nullptr);
+  EXPECT_EQ(turned.cellsInPlace(2, 4, 1), array.data() + 3);  // y 1, x 1
+}
+
+TEST(TableTest, CellsOfOnePlaneLieInPlace) {
+  Dictionary data("data");
+  const auto& array = data.add(DoubleArray("a", {{"x", 2}, {"y", 3}}, countedUp<double>(6)));
+  Request request = withIndex({"x"});
+  request.selections = {{"y", Position{2}}};
+  const Table table(data, plan(data, request));
+  EXPECT_EQ(table.cellsInPlace(2, 0, 2), array.data() + 4);
+  request.index = {"y"};
+  request.selections = {};
+  const Table spread(data, plan(data, request));
+  EXPECT_EQ(spread.cellsInPlace(1, 0, 3), nullptr);
+}
+
+TEST(TableTest, WhatIsReadInBlocksAndTimesDoNotLieInPlace) {
+  Dictionary data("data");
+  data.add(Stored<double>("s", {{"x", 2}}, {1, 2}));
+  data.add(memory::TimeArray("t", {{"x", 2}}, {1, 2}));
+  data.add(memory::StringArray("w", {{"x", 2}}, {"a", "b"}));
+  const Table table(data, plan(data));
+  for (unsigned long column = 1; column < 4; ++column) {
+    EXPECT_EQ(table.cellsInPlace(column, 0, 2), nullptr) << column;
+  }
 }
 
 TEST(TableTest, ADataFrameIsATable) {
@@ -270,6 +311,10 @@ RC_GTEST_PROP(TablePropertyTest, AnyRunOfAnyOrderIsWhatStandsAtItsPositions, ())
     }
     RC_ASSERT(cells[k] == cellByHand(sizes, position));
   }
+  const void* const place = table.cellsInPlace(index.size(), first, rows);
+  const bool isRight =
+      place == nullptr || std::equal(cells.begin(), cells.end(), static_cast<const double*>(place));
+  RC_ASSERT(isRight);
 }
 
 }  // namespace

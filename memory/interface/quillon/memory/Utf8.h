@@ -19,6 +19,13 @@ struct Character {
 /// none; an empty text has none.
 Character firstCharacter(std::string_view text);
 
+/// U+FFFD, which stands for a byte that is not part of a character.
+inline constexpr std::string_view REPLACEMENT = "\xEF\xBF\xBD";
+
+/// How many bytes of `text`, from the first on, are characters of UTF-8. A byte that is not part of
+/// one follows, unless the text ends there.
+std::size_t utf8Length(std::string_view text);
+
 /// How many places of a terminal a character takes: 2 for wide ones, such as those of Chinese and
 /// Japanese, 0 for those that go on top of the one before and for those that show nothing, else 1.
 /// No locale plays a part.

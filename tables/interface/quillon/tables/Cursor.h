@@ -39,6 +39,10 @@ class Cursor {
   /// Whether a cell of the run is missing; `row` is counted from firstRow().
   bool isMissing(unsigned long column, unsigned long row) const;
 
+  /// Which cells of a nullable column are missing in this run, rows() of them, until the next call
+  /// of next(); null for other columns, whose cells tell themselves.
+  const bool* missing(unsigned long column) const;
+
  private:
   class Cells;
 

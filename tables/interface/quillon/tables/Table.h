@@ -46,6 +46,8 @@ struct Column {
   ColumnType type = ColumnType::Float64;                   ///< of its cells
   memory::Calendar calendar = memory::Calendar::Standard;  ///< of times
   bool isIndex = false;  ///< whether it tells the points of an index axis
+  /// Whether cells may be missing whose value does not say so; see Table::readMissing().
+  bool isNullable = false;
 };
 
 class ColumnSource;
@@ -72,6 +74,11 @@ class Table {
   /// @copydoc Table
   explicit Table(const tabra::DataFrameView& view);
 
+  /// A table of `rows` rows whose columns are read from `columns`, in their order; see
+  /// `<quillon/tables/ColumnSource.h>`.
+  /// @throws Error that names two columns of one name.
+  Table(std::vector<std::unique_ptr<ColumnSource>> columns, unsigned long rows);
+
   /// The columns in their order, index columns among them.
   const std::vector<Column>& columns() const;
   /// How many rows every column has.
@@ -87,6 +94,20 @@ class Table {
   template <class T>
   void read(unsigned long column, unsigned long firstRow, unsigned long count,
             T* destination) const;
+
+  /// Copies which of `count` cells are missing, from the row `firstRow` on: what the column's type
+  /// calls missing and, of nullable columns, the cells that have no value. What read() gives for
+  /// these is of no meaning. Reads the cells where their values tell.
+  /// @throws what read() does.
+  void readMissing(unsigned long column, unsigned long firstRow, unsigned long count,
+                   bool* destination) const;
+
+  /// Where `count` cells of a column, from the row `firstRow` on, lie one after the other in
+  /// memory, in the C++ type of the column; null where they have to be read, and where there are
+  /// none. It holds as long as the table or a copy lives and its arrays do not change.
+  /// @throws std::out_of_range for a column or rows that are not there; Error when an array has
+  ///   changed its shape.
+  const void* cellsInPlace(unsigned long column, unsigned long firstRow, unsigned long count) const;
 
   /// How many rows are best read at once from `row` on: they end where a block of the arrays does.
   /// At least 1 and of limited memory for all columns together, unless `row` is the end: then 0.

@@ -1,0 +1,89 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <quillon/tables/Cursor.h>
+#include <quillon/tables/Error.h>
+#include <quillon/tables/Writers.h>
+
+#include <string>
+
+#include "SomeCells.h"
+#include "TestArrays.h"
+#include "support/Thrown.h"
+
+namespace quillon::tables {
+namespace {
+
+using ::testing::ElementsAre;
+
+std::vector<bool> missingOf(const Table& table, unsigned long column) {
+  bool missing[3] = {true, true, true};
+  table.readMissing(column, 0, 3, missing);
+  return std::vector<bool>(missing, missing + 3);
+}
+
+TEST(ColumnSourceTest, ATableIsMadeOfColumnsOfOnesOwn) {
+  const Table table = nullables();
+  EXPECT_EQ(table.rows(), 3U);
+  EXPECT_THAT(namesOf(table), ElementsAre("i", "b", "t", "d"));
+  EXPECT_EQ(table.columns()[0].unit, "m");
+  EXPECT_THAT(cellsOf<int>(table, 0), ElementsAre(1, 2, 3));
+  EXPECT_EQ(table.cellsInPlace(0, 0, 3), nullptr);
+}
+
+TEST(ColumnSourceTest, ATableMayHaveRowsWithoutColumns) {
+  const Table table(std::vector<std::unique_ptr<ColumnSource>>(), 5);
+  EXPECT_EQ(table.rows(), 5U);
+  EXPECT_TRUE(table.columns().empty());
+}
+
+TEST(ColumnSourceTest, TwoColumnsOfOneNameAreRefused) {
+  std::vector<std::unique_ptr<ColumnSource>> columns;
+  for (int k = 0; k < 2; ++k) {
+    columns.push_back(std::make_unique<SomeCells<int>>("i", ColumnType::Int32, std::vector<int>{1},
+                                                       std::vector<bool>()));
+  }
+  EXPECT_EQ(::test::thrownBy<Error>([&] { Table(std::move(columns), 1); }),
+            "Two columns are called 'i'");
+}
+
+TEST(ColumnSourceTest, ACellIsMissingByItsValueOrByItsSource) {
+  const Table table = nullables();
+  EXPECT_THAT(missingOf(table, 0), ElementsAre(false, true, false));
+  EXPECT_THAT(missingOf(table, 1), ElementsAre(true, false, false));
+  EXPECT_THAT(missingOf(table, 2), ElementsAre(false, false, true));
+  EXPECT_THAT(missingOf(table, 3), ElementsAre(true, false, true));
+}
+
+TEST(ColumnSourceTest, ACursorTellsWhatIsMissing) {
+  Cursor cursor(nullables());
+  ASSERT_TRUE(cursor.next());
+  EXPECT_TRUE(cursor.isMissing(0, 1));
+  EXPECT_FALSE(cursor.isMissing(0, 2));
+  EXPECT_TRUE(cursor.isMissing(3, 0));
+  EXPECT_TRUE(cursor.isMissing(3, 2));
+  EXPECT_EQ(cursor.missing(0)[1], true);
+}
+
+TEST(ColumnSourceTest, WritersLeaveOutWhatIsMissing) {
+  std::string csv;
+  writeCsv(nullables(), into(csv));
+  EXPECT_EQ(csv, "i,b,t,d\n1,,a,\n,true,b,0.5\n3,false,,\n");
+  std::string lines;
+  writeJsonLines(nullables(), into(lines));
+  EXPECT_EQ(lines,
+            "{\"i\": 1, \"b\": null, \"t\": \"a\", \"d\": null}\n"
+            "{\"i\": null, \"b\": true, \"t\": \"b\", \"d\": 0.5}\n"
+            "{\"i\": 3, \"b\": false, \"t\": null, \"d\": null}\n");
+  std::string text;
+  writeText(nullables(), into(text));
+  EXPECT_EQ(text,
+            "i  b      t    d\n"
+            "m  m      m    m\n"
+            "1         a\n"
+            "   true   b  0.5\n"
+            "3  false\n"
+            "[3 rows x 4 columns]\n");
+}
+
+}  // namespace
+}  // namespace quillon::tables
