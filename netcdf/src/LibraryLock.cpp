@@ -1,6 +1,5 @@
-#include <quillon/netcdf/LibraryLock.h>
-
 #include <hdf5.h>
+#include <quillon/netcdf/LibraryLock.h>
 
 namespace quillon::netcdf {
 namespace {
