@@ -17,7 +17,7 @@ plot_growth() {
   gnuplot -c benchmarks/growth.gnuplot "$growth" "$picture"
 }
 
-## bench (15 min): time operations beside their floors (options go to Google Benchmark), or --tools, --python, --dask beside others
+## bench (15 min): time operations beside their floors (options go to Google Benchmark), or --tools, --python, --dask, --engines beside others
 verb_bench() {
   if [[ "${1-}" == --python ]]; then
     need "${BUILD_PACKAGES[@]}" "${PYTHON_PACKAGES[@]}" python3-pandas python3-xarray
@@ -36,6 +36,12 @@ verb_bench() {
     need "${BUILD_PACKAGES[@]}"
     build release --target quillon
     bench_tools build/release/tools/quillon
+    return
+  fi
+  if [[ "${1-}" == --engines ]]; then
+    need "${BUILD_PACKAGES[@]}" "${BENCH_PACKAGES[@]}"
+    build bench --target quillon_engine_ratio
+    tests/arrow/DuckDbTest build/bench/duckdb build/bench/benchmarks/quillon_engine_ratio
     return
   fi
   need "${BUILD_PACKAGES[@]}" "${BENCH_PACKAGES[@]}" "${PLOT_PACKAGES[@]}"
