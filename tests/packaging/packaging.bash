@@ -13,6 +13,8 @@ unset CMAKE_PREFIX_PATH LD_LIBRARY_PATH PKG_CONFIG_PATH DESTDIR SOURCE_DATE_EPOC
 # for each set of options.
 if command -v ccache >/dev/null; then
   export CMAKE_CXX_COMPILER_LAUNCHER=ccache CCACHE_DIR="${CCACHE_DIR:-$QUILLON_BUILD/ccache}"
+  # Python would set a locale of its own where there is none, and ccache tell its compilers apart.
+  export LC_ALL=C.UTF-8
   # No source is preprocessed only to see whether it is known.
   export CCACHE_DEPEND=1 CCACHE_NOHASHDIR=1
 fi
