@@ -1,7 +1,6 @@
 #include "Batch.h"
 
 #include <algorithm>
-#include <cmath>
 #include <memory>
 #include <string>
 #include <type_traits>
@@ -70,14 +69,9 @@ class ColumnBatch {
   template <class T>
   void addNumbers(std::shared_ptr<const T> cells) {
     const T* const values = cells.get();
-    if constexpr (std::is_floating_point_v<T>) {
-      addValidity([&](unsigned long row) { return m_nanIsNull && std::isnan(values[row]); });
-    } else {
-      const bool isTime = described().type == ColumnType::Time;
-      addValidity([&](unsigned long row) {
-        return isTime && static_cast<long>(values[row]) == memory::MISSING_TIME;
-      });
-    }
+    const ColumnType type = described().type;
+    const bool isTold = m_nanIsNull || type == ColumnType::Time;
+    addValidity([&](unsigned long row) { return isTold && tables::isMissing(values[row], type); });
     if (isText(described())) {
       addTexts([&](unsigned long row) {
         return memory::timeText(static_cast<long>(values[row]), described().calendar,

@@ -40,10 +40,6 @@ T nothing() {
   }
 }
 
-bool tellsByValue(ColumnType type) {
-  return type == ColumnType::Float32 || type == ColumnType::Float64 || type == ColumnType::Time;
-}
-
 template <class T>
 void replaceNulls(const Part& part, T* cells) {
   for (unsigned long k = 0; k < part.count; ++k) {
@@ -65,7 +61,7 @@ ImportedColumn::ImportedColumn(const ArrowSchema& field, const ImportedType& typ
   forEachPart(0, m_batches->rows(), [&](const Part& part) {
     for (unsigned long k = 0; k < part.count && isToBeLookedAt(part.array); ++k) {
       const bool isNone = isNull(part.array, part.first + k);
-      m_isNullable = m_isNullable || (isNone && !tellsByValue(m_type.type));
+      m_isNullable = m_isNullable || (isNone && !tables::tellsMissing(m_type.type));
       if (m_type.holds != nullptr && !isNone && !m_type.holds(part.array, part.first + k)) {
         throw tables::Error("The column " + memory::inQuotes(m_name) +
                             " has times that 64 bits of microseconds since 1970 do not hold");

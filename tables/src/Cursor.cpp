@@ -1,9 +1,7 @@
 #include <quillon/tables/Cursor.h>
 
 #include <algorithm>
-#include <cmath>
 #include <stdexcept>
-#include <type_traits>
 #include <utility>
 
 namespace quillon::tables {
@@ -41,7 +39,7 @@ class Cursor::Cells {
 template <class T>
 class Cursor::Cells::Of final : public Cells {
  public:
-  explicit Of(ColumnType type) : m_isTime(type == ColumnType::Time) {}
+  explicit Of(ColumnType type) : m_type(type) {}
 
   void read(const Table& table, unsigned long column, unsigned long first,
             unsigned long count) override {
@@ -53,19 +51,13 @@ class Cursor::Cells::Of final : public Cells {
   }
 
   bool isMissing(unsigned long row) const override {
-    if constexpr (std::is_floating_point_v<T>) {
-      return std::isnan(m_values[row]);
-    }
-    if constexpr (std::is_same_v<T, long>) {
-      return m_isTime && m_values[row] == memory::MISSING_TIME;
-    }
-    return false;
+    return tables::isMissing(m_values[row], m_type);
   }
 
   const T* values() const { return m_values.get(); }
 
  private:
-  bool m_isTime;
+  ColumnType m_type;
   unsigned long m_size = 0;
   std::unique_ptr<T[]> m_values;  // std::vector<bool> has no buffer of bool
 };

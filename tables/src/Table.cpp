@@ -4,7 +4,6 @@
 #include <quillon/tables/Table.h>
 
 #include <algorithm>
-#include <cmath>
 #include <set>
 #include <stdexcept>
 #include <type_traits>
@@ -34,22 +33,6 @@ bool isReadAs(ColumnType type) {
   bool same = false;
   visitColumnType(type, [&](auto tag) { same = std::is_same_v<typename decltype(tag)::Type, T>; });
   return same;
-}
-
-/// Whether the value of a cell says that it is missing.
-template <class T>
-bool isNone(const T& cell, bool isTime) {
-  if constexpr (std::is_floating_point_v<T>) {
-    return std::isnan(cell);
-  } else if constexpr (std::is_same_v<T, long>) {
-    return isTime && cell == memory::MISSING_TIME;
-  } else {
-    return false;
-  }
-}
-
-bool tellsByValue(ColumnType type) {
-  return type == ColumnType::Time || type == ColumnType::Float32 || type == ColumnType::Float64;
 }
 
 }  // namespace
@@ -177,13 +160,13 @@ void Table::readMissing(unsigned long column, unsigned long firstRow, unsigned l
   if (count > 0 && described.isNullable) {
     m_state->sources[column]->readMissing(firstRow, count, destination);
   }
-  if (count > 0 && tellsByValue(described.type)) {
+  if (count > 0 && tellsMissing(described.type)) {
     visitColumnType(described.type, [&](auto tag) {
       using T = typename decltype(tag)::Type;
       const auto cells = std::make_unique<T[]>(count);
       read(column, firstRow, count, cells.get());
       for (unsigned long k = 0; k < count; ++k) {
-        destination[k] = destination[k] || isNone(cells[k], described.type == ColumnType::Time);
+        destination[k] = destination[k] || isMissing(cells[k], described.type);
       }
     });
   }

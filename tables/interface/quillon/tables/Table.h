@@ -8,9 +8,11 @@
 #include <quillon/tables/Plan.h>
 #include <tabra/DataFrameView.h>
 
+#include <cmath>
 #include <functional>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -38,6 +40,23 @@ enum class ColumnType : int {
 /// The C++ types of cells. A `Time` is read as a `long`.
 using CellTypes = memory::TypeList<signed char, short, int, long, unsigned char, unsigned short,
                                    unsigned int, unsigned long, float, double, bool, std::string>;
+
+/// Whether the values of such cells can say that they are missing.
+constexpr bool tellsMissing(ColumnType type) {
+  return type == ColumnType::Time || type == ColumnType::Float32 || type == ColumnType::Float64;
+}
+
+/// Whether the value of a cell of such a column says that it is missing.
+template <class T>
+bool isMissing(const T& cell, ColumnType type) {
+  if constexpr (std::is_floating_point_v<T>) {
+    return std::isnan(cell);
+  } else if constexpr (std::is_same_v<T, long>) {
+    return type == ColumnType::Time && cell == memory::MISSING_TIME;
+  } else {
+    return false;
+  }
+}
 
 /// What is known of a column.
 struct Column {
