@@ -335,16 +335,19 @@ class Walk {
     const Figures figures =
         figuresOf(first, second, {rule, m_options.largest, m_progress, isDrawn ? &*map : nullptr},
                   wholeGrid(first.size()));
-    addFigures(figures, first, second);
-    if (isDrawn && figures.count > 0) {
-      m_report.rows.back().picture = map->picture(Places(first, second).names());
-    }
+    addFigures(figures, first, second, isDrawn ? &*map : nullptr);
   }
 
-  void addFigures(const Figures& figures, const Array& first, const Array& second) {
+  /// @param map where the values differ; null where no picture is drawn.
+  void addFigures(const Figures& figures, const Array& first, const Array& second,
+                  const DeltaMap* map = nullptr) {
     m_report.values += figures.values;
     if (figures.count > 0) {
-      m_report.rows.push_back(differenceAt(path(), figures, Places(first, second)));
+      const Places places(first, second);
+      m_report.rows.push_back(differenceAt(path(), figures, places));
+      if (map != nullptr) {
+        m_report.rows.back().picture = map->picture(places.names());
+      }
     }
   }
 
