@@ -40,6 +40,11 @@ fail() {
 expect_file() { [[ -e "$1" ]] || fail "missing: $1"; }
 expect_no_file() { [[ ! -e "$1" ]] || fail "should not be there: $1"; }
 
+# expect_no_file_with TEXT DIRECTORY: below it.
+expect_no_file_with() {
+  expect_equal "files that contain $1" "" "$(grep -rlF -- "$1" "$2" || true)"
+}
+
 # expect_equal WHAT EXPECTED ACTUAL
 expect_equal() {
   [[ "$2" == "$3" ]] || fail "$1"$'\nexpected:\n'"$2"$'\nactual:\n'"$3"
