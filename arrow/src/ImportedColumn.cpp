@@ -14,8 +14,6 @@
 namespace quillon::arrow {
 namespace {
 
-using tables::ColumnType;
-
 /// Some cells of a batch's child.
 struct Part {
   const ArrowArray& array;
