@@ -84,7 +84,9 @@ class ArrayProxy::Reader {
   T read(T (Array::*accessor)(const Tuple&) const, const std::array<unsigned long, N>& index) {
     // Asked at each access, as an array may have changed its shape meanwhile.
     const unsigned long dimensions = m_wrapped.size().size();
-    if (dimensions != m_position.size()) {
+    if (dimensions == m_position.size()) {
+      m_position.clear();  // an array may have written to the position that it was lent
+    } else {
       take(dimensions);
     }
     for (std::size_t m = 0; m < N; ++m) {

@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "IO/ArrayProxy.h"
+#include "support/Liars.h"
 
 namespace object_model {
 namespace {
@@ -93,6 +94,50 @@ TEST(ArrayProxy, PassesOnTheUnitsAndTheParent) {
   EXPECT_EQ(proxy.getPhysicalUnit(), "m");
   EXPECT_EQ(proxy.parent(), &parent);
   EXPECT_EQ(std::as_const(proxy).parent(), &parent);
+}
+
+/// An array whose parent is another one for those who may change it.
+class HalfAdopted : public test::ClaimingArray {
+ public:
+  HalfAdopted(const Data& seen, Data& changed)
+      : ClaimingArray("a", {{"x", 1}}), m_seen(seen), m_changed(changed) {}
+  const Data* parent() const override { return &m_seen; }
+  Data* parent() override { return &m_changed; }
+
+ private:
+  const Data& m_seen;
+  Data& m_changed;
+};
+
+TEST(ArrayProxy, AsksForTheParentAsItIsAskedItself) {
+  quillon::memory::Dictionary seen("seen");
+  quillon::memory::Dictionary changed("changed");
+  HalfAdopted wrapped(seen, changed);
+  ArrayProxy proxy = proxyOver(wrapped, {0});
+  EXPECT_EQ(std::as_const(proxy).parent(), &seen);
+  EXPECT_EQ(proxy.parent(), &changed);
+}
+
+/// An array that writes to the position that it is asked for, and says where it was asked.
+class Scribbler : public test::ClaimingArray {
+ public:
+  Scribbler() : ClaimingArray("a", {{"x", 3}, {"y", 3}}) {}
+  long getValueAsInt(const Tuple& index) const override {
+    const long at = static_cast<long>(10 * index[0] + index[1]);
+    // The proxy's position is no const object, so this is defined, if rude.
+    auto& position = const_cast<Tuple&>(index);
+    position[0] = 2;
+    position[1] = 2;
+    return at;
+  }
+};
+
+TEST(ArrayProxyReader, StartsEachPositionAnew) {
+  Scribbler wrapped;
+  const ArrayProxy proxy = proxyOver(wrapped, {0});
+  ArrayProxy::Reader<1> reader(proxy);
+  EXPECT_EQ(reader.read(&Array::getValueAsInt, {1}), 10);
+  EXPECT_EQ(reader.read(&Array::getValueAsInt, {0}), 0);
 }
 
 TEST(ArrayProxy, PassesOnEveryAccessor) {

@@ -7,8 +7,10 @@
 #include <stdexcept>
 
 #include "IO/ColumnFilling.h"
+#include "support/FaultInjection.h"
 #include "support/Interfaces.h"
 #include "support/Liars.h"
+#include "support/Recording.h"
 #include "support/RecordingDataFrame.h"
 #include "support/TableText.h"
 #include "support/Thrown.h"
@@ -277,6 +279,64 @@ TEST(DataFrameExport, MakesItsCallsInAFixedOrder) {
             "B[c=0] () uint: 7 9\n"
             "B[c=1] () uint: 8 10\n"
             "2 rows\n");
+}
+
+test::Calls joined(std::initializer_list<test::Calls> parts) {
+  test::Calls all;
+  for (const test::Calls& part : parts) {
+    all.insert(all.end(), part.begin(), part.end());
+  }
+  return all;
+}
+
+// So are those made on the entries: their makers may read from far away, or keep count.
+TEST(DataFrameExport, AsksItsEntriesInAFixedOrder) {
+  test::CallLog log;
+  test::RecordingDataFrame frame(log);
+  Entries entries("e");
+  entries.add(Entries("inner"));
+  entries.add(UIntArray("B", {{"c", 2}, {"t", 1}}, {7, 8}));
+  const std::unique_ptr<Data> recorded = test::record(entries, "in", log);
+  exportToDataFrame(*recorded->asDictionary(), &frame, {"t"});
+  const test::Calls taking = {"in.dataName(1)", "in.dataToWrite(B)", "in/B.isArray"};
+  const test::Calls axes = {"in/B.size",         "in/B.info",    "in/B.asArrayInfo", "in/B.axis(0)",
+                            "in/B.axis(0).name", "in/B.axis(1)", "in/B.axis(1).name"};
+  const auto filling = [&](const std::string& column, const std::string& c,
+                           const std::string& value) {
+    return joined({taking,
+                   {"in/B.physicalUnit", "setColumnUnit(" + column + ", )"},
+                   axes,
+                   {"in/B.info", "in/B.elementType", "in/B.size", "in/B.uint(" + c + ";0)",
+                    "write(" + column + ", 0, 1, " + value + ")"}});
+  };
+  EXPECT_EQ(
+      log.calls(),
+      joined({{"in.count", "in.dataName(0)", "in.dataToWrite(inner)", "in/inner.isArray"},
+              taking,
+              axes,
+              {"in.dataName(1)", "in/B.info", "in/B.elementType"},
+              {"shape()", "removeRows(0, 0)", "addRows(0, 1)", "addColumn(Index [t], 0x10140)",
+               "write(0, 0, 1, 0)", "addColumn(B[c=0], 0x10140)", "addColumn(B[c=1], 0x10140)"},
+              filling("1", "0", "7"),
+              filling("2", "1", "8")}));
+}
+
+TEST(DataFrameExport, AsksForNoMoreOnceSizesDiffer) {
+  test::CallLog log;
+  test::RecordingDataFrame frame(log);
+  Entries entries("e");
+  entries.add(counting("A", {{"t", 2}}));
+  entries.add(counting("B", {{"t", 3}, {"x", 1}}));
+  entries.add(counting("C", {{"t", 2}}));
+  const std::unique_ptr<Data> recorded = test::record(entries, "in", log);
+  EXPECT_THROW(exportToDataFrame(*recorded->asDictionary(), &frame, {"t"}), std::runtime_error);
+  EXPECT_EQ(log.calls(),
+            joined({{"in.count"},
+                    {"in.dataName(0)", "in.dataToWrite(A)", "in/A.isArray", "in/A.size",
+                     "in/A.info", "in/A.asArrayInfo", "in/A.axis(0)", "in/A.axis(0).name",
+                     "in.dataName(0)", "in/A.info", "in/A.elementType"},
+                    {"in.dataName(1)", "in.dataToWrite(B)", "in/B.isArray", "in/B.size",
+                     "in/B.info", "in/B.asArrayInfo", "in/B.axis(0)", "in/B.axis(0).name"}}));
 }
 
 TEST(DataFrameExport, RemovesAndAddsRowsEvenWhenThereAreNone) {
@@ -610,6 +670,47 @@ TEST_F(FailingExport, ReadsAnArrayAsItIsWhenItsColumnIsFilled) {
   EXPECT_EQ(exportTurning({{"t", 2}}, {}), "Index [t] () uint: 0 1\nA () int: 0 0\n2 rows\n");
   EXPECT_EQ(exportTurning({{"t", 2}}, {{"t", 2}, {"x", 1}, {"y", 1}, {"z", 1}}),
             "Index [t] () uint: 0 1\nA () int: 0 0\n2 rows\n");
+}
+
+/// An array that has another axis, of 2, once an element was read. The elements say where they were
+/// read along it.
+class GrowingArray : public test::ClaimingArray {
+ public:
+  GrowingArray() : ClaimingArray("A", {{"x", 1}}), m_after("A", {{"x", 1}, {"y", 2}}) {}
+  const Tuple& size() const override { return m_isGrown ? m_after.size() : ClaimingArray::size(); }
+  long getValueAsInt(const Tuple& index) const override {
+    m_isGrown = true;
+    return index.size() == 2 ? static_cast<long>(index[1]) : -1;
+  }
+
+ private:
+  ClaimingArray m_after;
+  mutable bool m_isGrown = false;
+};
+
+// An index axis that an array lacks stands for no axis of it, nor for one that it gets later.
+TEST_F(FailingExport, ReadsAnAxisThatAnArrayGrowsAtZero) {
+  m_entries.add(std::make_unique<GrowingArray>());
+  m_entries.add(counting("T", {{"t", 3}}));
+  exportToDataFrame(m_entries, &m_frame, {"t"});
+  EXPECT_EQ(test::tableText(m_frame.frame()),
+            "Index [t] () uint: 0 1 2\nA () int: -1 0 0\nT () int: 0 1 2\n3 rows\n");
+}
+
+/// An array that has four axes, two of one name, once it was asked for its unit. Its elements say
+/// where they were read along the last.
+class FourAxesLater : public ReshapedArray {
+ public:
+  FourAxesLater()
+      : ReshapedArray({{"t", 1}, {"x", 1}, {"y", 1}}, {{"t", 1}, {"t", 1}, {"x", 1}, {"y", 2}}) {}
+  long getValueAsInt(const Tuple& index) const override { return static_cast<long>(index[3]); }
+};
+
+TEST_F(FailingExport, ReadsAFourthAxisThatAnArrayGrowsAtZero) {
+  m_entries.add(std::make_unique<FourAxesLater>());
+  exportToDataFrame(m_entries, &m_frame, {"t"});
+  EXPECT_EQ(test::tableText(m_frame.frame()),
+            "Index [t] () uint: 0\nA[x=0, y=0] () int: 0\n1 rows\n");
 }
 
 /// An array that fails at its second element.
