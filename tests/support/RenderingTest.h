@@ -7,6 +7,7 @@
 #include <limits>
 #include <locale>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -122,6 +123,20 @@ class TurningFrame : public RecordingDataFrame {
   mutable Shape m_shape = {};
   mutable std::size_t m_asked = 0;
   mutable std::string m_name;
+};
+
+/// A table of one value that changes the global locale when it is read, until the table is gone.
+class GermanFrame : public ClaimingFrame {
+ public:
+  GermanFrame() : ClaimingFrame(1) {}
+  void read(unsigned long /*column*/, unsigned long /*firstRow*/, unsigned long /*count*/,
+            void* destination) const override {
+    m_locale.emplace();
+    *static_cast<unsigned long*>(destination) = 1234567;
+  }
+
+ private:
+  mutable std::optional<GermanLocale> m_locale;
 };
 
 /// A table that cannot be read.

@@ -3,7 +3,7 @@
 #include <tabra/DataFrameView.h>
 
 #include <algorithm>
-#include <functional>
+#include <array>
 #include <locale>
 #include <memory>
 #include <sstream>
@@ -23,69 +23,20 @@ void* writeToStream(Stream& stream, void* cursor) {
   return value + 1;
 }
 
-/// Writes an empty cell, which still takes the field width, and leaves the cursor where it is.
-template <class Stream>
-void* writeEmptyCell(Stream& stream, void* cursor) {
-  stream << "";
-  return cursor;
-}
-
-/// Reads the first `rowCount` rows of every column in one go each, and binds one cell writer to
-/// each column. The cursors point to the first value of each column's buffer.
+/// The first rows of a table, read column by column in one go each, to be written cell by cell.
 ///
-/// A column of a type that cannot be shown has an empty buffer and a writer of empty cells, so that
-/// every later column keeps its place; its read is issued all the same.
-template <class Stream>
-void extractDataOfDataFrame(const std::shared_ptr<tabra::DataFrameView>& frame,
-                            std::vector<std::vector<unsigned char>>& buffers,
-                            std::vector<void*>& cursors,
-                            std::vector<std::function<void*(Stream&, void*)>>& writers,
-                            unsigned long rowCount) {
-  constexpr unsigned long VALUE_SIZE = 8;
-  const unsigned long columns = frame->shape()[0];
-  buffers.resize(columns);
-  cursors.resize(columns);
-  writers.clear();
-  const auto bind = [&](unsigned long column, void* (*writer)(Stream&, void*)) {
-    std::vector<unsigned char>& buffer = buffers[column];
-    if (rowCount > buffer.max_size() / VALUE_SIZE) {
-      throw std::length_error("Cannot hold " + std::to_string(rowCount) + " rows of a column");
-    }
-    buffer.resize(rowCount * VALUE_SIZE);
-    writers.emplace_back(writer);
-  };
-  for (unsigned long i = 0; i < columns; ++i) {
-    switch (frame->columnDataType(i).id()) {
-      case tabra::DataTypeId::UInt64:
-        bind(i, &writeToStream<Stream, unsigned long>);
-        break;
-      case tabra::DataTypeId::Int64:
-        bind(i, &writeToStream<Stream, long>);
-        break;
-      case tabra::DataTypeId::Float64:
-        bind(i, &writeToStream<Stream, double>);
-        break;
-      default:
-        writers.emplace_back(&writeEmptyCell<Stream>);
-        break;
-    }
-    frame->read(i, 0, rowCount, buffers[i].data());
-    cursors[i] = buffers[i].data();
-  }
-}
-
-/// The rows of a table that a rendering shows, and what is needed to write them cell by cell.
-template <class Stream>
+/// A column of a type that cannot be shown has an empty buffer and empty cells, so that every later
+/// column keeps its place; its read is issued all the same.
 class FrameExtract {
  public:
+  /// @param maxRows how many rows are shown at most; 0 for all.
   FrameExtract(const std::shared_ptr<tabra::DataFrameView>& frame, unsigned long maxRows) {
     const std::array<unsigned long, 2> shape = frame->shape();
-    m_columns = shape[0];
     m_rows = shape[1];
     m_shownRows = maxRows == 0 || m_rows <= maxRows ? m_rows : maxRows;
-    extractDataOfDataFrame(frame, m_buffers, m_cursors, m_writers, m_shownRows);
+    readColumns(*frame);
     // A table that has lost columns meanwhile has nothing to show for them.
-    m_columns = std::min<unsigned long>(m_columns, m_writers.size());
+    m_columns = std::min<unsigned long>(shape[0], m_types.size());
   }
 
   unsigned long columns() const { return m_columns; }
@@ -93,17 +44,58 @@ class FrameExtract {
   bool rowsLeftOut() const { return m_shownRows < m_rows; }
 
   /// Writes the next value of `column`, from the first row shown on.
+  template <class Stream>
   void writeNext(unsigned long column, Stream& stream) {
-    m_cursors[column] = m_writers[column](stream, m_cursors[column]);
+    void*& cursor = m_cursors[column];
+    switch (m_types[column]) {
+      case tabra::DataTypeId::UInt64:
+        cursor = writeToStream<Stream, unsigned long>(stream, cursor);
+        break;
+      case tabra::DataTypeId::Int64:
+        cursor = writeToStream<Stream, long>(stream, cursor);
+        break;
+      case tabra::DataTypeId::Float64:
+        cursor = writeToStream<Stream, double>(stream, cursor);
+        break;
+      default:
+        stream << "";  // takes the field width
+        break;
+    }
   }
 
  private:
+  static constexpr unsigned long VALUE_SIZE = 8;
+
+  static bool isShown(tabra::DataTypeId type) {
+    return type == tabra::DataTypeId::UInt64 || type == tabra::DataTypeId::Int64 ||
+           type == tabra::DataTypeId::Float64;
+  }
+
+  void readColumns(const tabra::DataFrameView& frame) {
+    const unsigned long columns = frame.shape()[0];
+    m_buffers.resize(columns);
+    m_cursors.resize(columns);
+    for (unsigned long i = 0; i < columns; ++i) {
+      std::vector<unsigned char>& buffer = m_buffers[i];
+      m_types.push_back(frame.columnDataType(i).id());
+      if (isShown(m_types.back())) {
+        if (m_shownRows > buffer.max_size() / VALUE_SIZE) {
+          throw std::length_error("Cannot hold " + std::to_string(m_shownRows) +
+                                  " rows of a column");
+        }
+        buffer.resize(m_shownRows * VALUE_SIZE);
+      }
+      frame.read(i, 0, m_shownRows, buffer.data());
+      m_cursors[i] = buffer.data();
+    }
+  }
+
   unsigned long m_columns;
   unsigned long m_rows;
   unsigned long m_shownRows;
   std::vector<std::vector<unsigned char>> m_buffers;
   std::vector<void*> m_cursors;
-  std::vector<std::function<void*(Stream&, void*)>> m_writers;
+  std::vector<tabra::DataTypeId> m_types;
 };
 
 /// Refuses text that no memory can hold before any of it is written. A table can claim any number
@@ -128,13 +120,13 @@ void reserveRows(Stream& stream, unsigned long rows, std::size_t rowLength) {
 template <class Render>
 std::string renderUnderGlobalLocale(const std::shared_ptr<tabra::DataFrameView>& frame,
                                     unsigned long maxRows, const Render& render) {
+  FrameExtract extract(frame, maxRows);
+  // The locale counts as it is once the values are read: a table may set it while it is read.
   if (std::locale() == std::locale::classic()) {
-    FrameExtract<ClassicStream> extract(frame, maxRows);
     ClassicStream stream;
     render(extract, stream);
     return stream.takeText();
   }
-  FrameExtract<std::ostringstream> extract(frame, maxRows);
   std::ostringstream stream;
   // By default a stream only takes note of an exception, such as that memory ran out, and would
   // leave out the rest of the text.

@@ -30,7 +30,7 @@ constexpr std::string_view CELL_END = "</th>";
 constexpr std::string_view ROWS_LEFT_OUT = "...";
 
 template <class Stream>
-void renderHtml(const tabra::DataFrameView& frame, FrameExtract<Stream>& extract, Stream& stream) {
+void renderHtml(const tabra::DataFrameView& frame, FrameExtract& extract, Stream& stream) {
   reserveRows(stream, extract.shownRows(), ROW_BEGIN.size() + ROW_END.size());
   stream << BEFORE_HEAD_CELLS;
   for (unsigned long i = 0; i < extract.columns(); ++i) {

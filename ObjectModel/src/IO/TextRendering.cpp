@@ -14,7 +14,7 @@ void padNext(std::ostringstream& stream, int width) { stream << std::left << std
 void padNext(ClassicStream& stream, int width) { stream.padNext(static_cast<std::size_t>(width)); }
 
 template <class Stream>
-void renderText(const tabra::DataFrameView& frame, FrameExtract<Stream>& extract, Stream& stream) {
+void renderText(const tabra::DataFrameView& frame, FrameExtract& extract, Stream& stream) {
   const unsigned long columns = extract.columns();
   if (columns > 0) {
     reserveRows(stream, extract.shownRows(), 1);

@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
 #include <object_model/IO.h>
 
+#include <array>
 #include <iomanip>
+#include <optional>
 #include <sstream>
 
 #include "IO/DataFrameExtraction.h"
@@ -31,31 +33,22 @@ TEST(WriteToStream, WritesAsTheStreamDoesAndMovesPastTheValue) {
   EXPECT_EQ(cell(0.5, 6), "0.5   ");
 }
 
-TEST(WriteEmptyCell, TakesTheFieldWidthAndLeavesTheCursor) {
-  std::ostringstream stream;
-  stream << std::setw(3);
-  int value = 0;
-  EXPECT_EQ(writeEmptyCell(stream, &value), &value);
-  EXPECT_EQ(stream.str(), "   ");
-}
-
 class Extraction : public ::testing::Test {
  protected:
-  void extract(unsigned long rows) {
-    extractDataOfDataFrame(std::shared_ptr<tabra::DataFrameView>(m_frame), m_buffers, m_cursors,
-                           m_writers, rows);
+  FrameExtract& extract(unsigned long rows) {
+    return m_extract.emplace(std::shared_ptr<tabra::DataFrameView>(m_frame), rows);
   }
 
-  std::string write(std::size_t column) {
+  /// The next value of a column of what was extracted, as a cell of the given width.
+  std::string write(unsigned long column, int width = 0) {
     std::ostringstream stream;
-    m_cursors[column] = m_writers[column](stream, m_cursors[column]);
+    stream << std::left << std::setw(width);
+    m_extract->writeNext(column, stream);
     return stream.str();
   }
 
   std::shared_ptr<test::RecordingDataFrame> m_frame = std::make_shared<test::RecordingDataFrame>();
-  std::vector<std::vector<unsigned char>> m_buffers;
-  std::vector<void*> m_cursors;
-  std::vector<std::function<void*(std::ostringstream&, void*)>> m_writers;
+  std::optional<FrameExtract> m_extract;
 };
 
 TEST_F(Extraction, ReadsEachColumnInOneGoAndNoMoreThanTheRowsShown) {
@@ -64,14 +57,14 @@ TEST_F(Extraction, ReadsEachColumnInOneGoAndNoMoreThanTheRowsShown) {
   m_frame->addColumn("b", DataType(DataTypeId::Float64));
   m_frame->forgetCalls();
   extract(2);
-  EXPECT_THAT(m_frame->calls(),
-              ::testing::ElementsAre("shape()", "columnDataType(0)", "read(0, 0, 2, buffer)",
-                                     "columnDataType(1)", "read(1, 0, 2, buffer)"));
-  EXPECT_EQ(m_buffers[0].size(), 16U);
-  EXPECT_EQ(m_buffers[1].size(), 16U);
+  EXPECT_THAT(m_frame->calls(), ::testing::ElementsAre("shape()", "shape()", "columnDataType(0)",
+                                                       "read(0, 0, 2, buffer)", "columnDataType(1)",
+                                                       "read(1, 0, 2, buffer)"));
+  EXPECT_EQ(m_extract->columns(), 2U);
+  EXPECT_EQ(m_extract->shownRows(), 2U);
 }
 
-TEST_F(Extraction, BindsAWriterToEachColumnOfAKnownType) {
+TEST_F(Extraction, WritesEachColumnAsItsTypeHasIt) {
   m_frame->addRows(0, 1);
   m_frame->addColumn("a", DataType(DataTypeId::UInt64));
   m_frame->addColumn("b", DataType(DataTypeId::Int64));
@@ -88,15 +81,15 @@ TEST_F(Extraction, BindsAWriterToEachColumnOfAKnownType) {
   EXPECT_EQ(write(2), "0.25");
 }
 
-TEST_F(Extraction, ReplacesWhatTheVectorsHeld) {
-  m_buffers.resize(3);
-  m_cursors.resize(3);
-  m_writers.resize(3);
+TEST_F(Extraction, WritesTheValuesOfAColumnOneAfterTheOther) {
+  m_frame->addRows(0, 3);
   m_frame->addColumn("a", DataType(DataTypeId::UInt64));
+  const std::array<unsigned long, 3> values = {7, 8, 9};
+  m_frame->write(0, 0, 3, values.data());
   extract(0);
-  EXPECT_EQ(m_buffers.size(), 1U);
-  EXPECT_EQ(m_cursors.size(), 1U);
-  EXPECT_EQ(m_writers.size(), 1U);
+  EXPECT_EQ(write(0, 3), "7  ");
+  EXPECT_EQ(write(0), "8");
+  EXPECT_EQ(write(0), "9");
 }
 
 TEST_F(Extraction, GivesAColumnOfAnotherTypeNoBufferAndEmptyCells) {
@@ -107,17 +100,18 @@ TEST_F(Extraction, GivesAColumnOfAnotherTypeNoBufferAndEmptyCells) {
   m_frame->write(1, 0, 1, &b);
   m_frame->forgetCalls();
   extract(1);
-  EXPECT_THAT(m_frame->calls(),
-              ::testing::ElementsAre("shape()", "columnDataType(0)", "read(0, 0, 1, null)",
-                                     "columnDataType(1)", "read(1, 0, 1, buffer)"));
+  EXPECT_THAT(m_frame->calls(), ::testing::ElementsAre("shape()", "shape()", "columnDataType(0)",
+                                                       "read(0, 0, 1, null)", "columnDataType(1)",
+                                                       "read(1, 0, 1, buffer)"));
   EXPECT_EQ(write(0), "");
+  EXPECT_EQ(write(0, 3), "   ");
   EXPECT_EQ(write(1), "-5");
 }
 
 TEST_F(Extraction, RefusesMoreRowsThanMemoryCanEverHold) {
-  m_frame->addColumn("a", DataType(DataTypeId::UInt64));
-  const auto refusal = [&](unsigned long rows) {
-    return test::thrownBy<std::length_error>([&] { extract(rows); });
+  const auto refusal = [](unsigned long rows) {
+    return test::thrownBy<std::length_error>(
+        [&] { FrameExtract(std::make_shared<test::ClaimingFrame>(rows), 0); });
   };
   // Times 8 these wrap around to 8 and to 0 bytes.
   EXPECT_EQ(refusal((1UL << 61) + 1), "Cannot hold 2305843009213693953 rows of a column");
@@ -127,12 +121,13 @@ TEST_F(Extraction, RefusesMoreRowsThanMemoryCanEverHold) {
   EXPECT_EQ(refusal((1UL << 61) - 1), "Cannot hold 2305843009213693951 rows of a column");
   EXPECT_EQ(refusal(1UL << 60), "Cannot hold 1152921504606846976 rows of a column");
   // A vector would take them, but no memory has them.
-  EXPECT_THROW(extract((1UL << 60) - 1), std::bad_alloc);
+  EXPECT_THROW(FrameExtract(std::make_shared<test::ClaimingFrame>((1UL << 60) - 1), 0),
+               std::bad_alloc);
 }
 
 class ShownRows : public ::testing::Test {
  protected:
-  static FrameExtract<std::ostringstream> of(unsigned long rows, unsigned long maxRows) {
+  static FrameExtract of(unsigned long rows, unsigned long maxRows) {
     auto frame = std::make_shared<tabra::MemoryDataFrame>();
     frame->addRows(0, rows);
     return {frame, maxRows};

@@ -149,6 +149,22 @@ TEST_F(HtmlRendering, FollowsTheGlobalLocale) {
   EXPECT_THAT(rendered(), ::testing::HasSubstr("<th>1.234.567</th><th>0,5</th>"));
 }
 
+// A stream takes up the global locale when it is made, which is after the values are read.
+TEST(HtmlRenderingOfTurningTables, FollowsTheLocaleThatReadingSets) {
+  EXPECT_EQ(exportDataFrameToHtml(std::make_shared<test::GermanFrame>(), 0),
+            "<table>\n"
+            "    <thead>\n"
+            "        <tr>\n"
+            "<th>row</th>        </tr>\n"
+            "    </thead>\n"
+            "    <tbody>\n"
+            "        <tr>\n"
+            "            <tr><th>1.234.567</th>            </tr>\n"
+            "        </tr>\n"
+            "    </tbody>\n"
+            "</table>\n");
+}
+
 TEST(HtmlRenderingOfHugeTables, TouchesOnlyTheRowsShown) {
   EXPECT_EQ(exportDataFrameToHtml(std::make_shared<test::ClaimingFrame>(1UL << 63), 1),
             "<table>\n"

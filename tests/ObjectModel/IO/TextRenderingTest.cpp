@@ -150,6 +150,11 @@ TEST_F(TextRendering, FollowsTheGlobalLocale) {
   EXPECT_EQ(rendered(), "id             area\n1.234.567      0,5\n");
 }
 
+// A stream takes up the global locale when it is made, which is after the values are read.
+TEST(TextRenderingOfTurningTables, FollowsTheLocaleThatReadingSets) {
+  EXPECT_EQ(exportDataFrameToString(std::make_shared<test::GermanFrame>(), 0), "row\n1.234.567\n");
+}
+
 TEST(TextRenderingOfHugeTables, TouchesOnlyTheRowsShown) {
   EXPECT_EQ(exportDataFrameToString(std::make_shared<test::ClaimingFrame>(1UL << 63), 2),
             "row\n0\n1\n...\n");
