@@ -75,7 +75,7 @@ std::string listText(const std::vector<T>& elements) {
 std::string listText(const std::string& text) { return text; }
 
 /// The value as text, its type behind it where `isTyped`.
-std::string textOf(const AttributeValue& value, bool isTyped) {
+std::string attributeText(const AttributeValue& value, bool isTyped) {
   return std::visit(
       [&](const auto& content) {
         using Content = std::decay_t<decltype(content)>;
@@ -94,8 +94,8 @@ std::string textOf(const AttributeValue& value, bool isTyped) {
 
 AttributeDifference differenceOf(const std::string& name, const AttributeValue& first,
                                  const AttributeValue& second) {
-  const bool isTyped = textOf(first, false) == textOf(second, false);
-  return {name, textOf(first, isTyped), textOf(second, isTyped)};
+  const bool isTyped = attributeText(first, false) == attributeText(second, false);
+  return {name, attributeText(first, isTyped), attributeText(second, isTyped)};
 }
 
 std::vector<Attribute>::const_iterator find(const std::vector<Attribute>& attributes,
@@ -114,14 +114,14 @@ std::vector<AttributeDifference> attributeDifferences(const object_model::Data& 
   for (const Attribute& some : left) {
     const auto other = find(right, some.name);
     if (other == right.end()) {
-      differences.push_back({some.name, textOf(some.value, false), {}});
+      differences.push_back({some.name, attributeText(some.value, false), {}});
     } else if (!areSame(unwrapped(some.value), unwrapped(other->value))) {
       differences.push_back(differenceOf(some.name, some.value, other->value));
     }
   }
   for (const Attribute& some : right) {
     if (find(left, some.name) == left.end()) {
-      differences.push_back({some.name, {}, textOf(some.value, false)});
+      differences.push_back({some.name, {}, attributeText(some.value, false)});
     }
   }
   return differences;

@@ -95,11 +95,6 @@ std::string figuresOf(const Difference& row) {
   return text + "</table>\n";
 }
 
-std::string plainText(const Value& value) {
-  const auto* const text = std::get_if<std::string>(&value);
-  return text == nullptr ? textOf(value) : *text;
-}
-
 std::string cell(const std::string& text) { return "<td class=\"n\">" + inHtml(text) + "</td>"; }
 
 /// A table of the largest deltas and where they are.

@@ -75,8 +75,7 @@ std::string coordinateInWords(const Value& coordinate) {
   if (std::holds_alternative<std::monostate>(coordinate)) {
     return {};
   }
-  const auto* const text = std::get_if<std::string>(&coordinate);
-  return " (" + (text == nullptr ? textOf(coordinate) : escaped(*text)) + ")";
+  return " (" + escaped(plainText(coordinate)) + ")";
 }
 
 /// " at time=3, lat=10", with coordinates where they are to be shown; nothing without dimensions.
@@ -107,14 +106,9 @@ std::string valuesInWords(const Difference& row, const Paint& paint) {
   return text + placeInWords(pair.at, false) + ": " + pairInWords(pair.first, pair.second, paint);
 }
 
-/// What a row says of one side, where it needs no quotes.
-std::string plainText(const Value& value) {
-  const auto* const text = std::get_if<std::string>(&value);
-  return text == nullptr ? textOf(value) : escaped(*text);
-}
-
 std::string bothInWords(const std::string& what, const Difference& row, const Paint& paint) {
-  return what + " differ: " + paint.pair({plainText(row.first), plainText(row.second)});
+  return what +
+         " differ: " + paint.pair({escaped(plainText(row.first)), escaped(plainText(row.second))});
 }
 
 std::string attributeInWords(const Difference& row, const Paint& paint) {
@@ -192,6 +186,11 @@ void addAll(const std::vector<Row>& rows, const LineOptions& options,
 }
 
 }  // namespace
+
+std::string plainText(const Value& value) {
+  const auto* const text = std::get_if<std::string>(&value);
+  return text == nullptr ? textOf(value) : *text;
+}
 
 std::string reasonInWords(const Difference& row) { return reasonIn(Paint(false), row); }
 

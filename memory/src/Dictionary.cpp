@@ -92,7 +92,7 @@ std::string kindOf(const Data& object) {
 }
 
 /// The class's name as the sources spell it.
-std::string nameOf(const std::type_info& type) {
+std::string className(const std::type_info& type) {
   int status = 0;
   const std::unique_ptr<char, void (*)(void*)> name(
       abi::__cxa_demangle(type.name(), nullptr, nullptr, &status), &std::free);
@@ -186,7 +186,7 @@ void Dictionary::rename(const std::string& name, std::string newName) {
   if (dynamic_cast<ArrayBase*>(&entry) == nullptr &&
       dynamic_cast<DictionaryBase*>(&entry) == nullptr) {
     throw InvalidCall("Dictionary '" + getName() + "' cannot rename its entry '" + name +
-                      "', which is of a class with names of its own (" + nameOf(typeid(entry)) +
+                      "', which is of a class with names of its own (" + className(typeid(entry)) +
                       ")");
   }
   std::string key = newName;
@@ -248,7 +248,7 @@ const Data& Dictionary::entryAt(const std::string& path) const {
 void Dictionary::rejectType(const std::string& path, const Data& found,
                             const std::type_info& asked) const {
   throw InvalidCall("Entry '" + path + "' of dictionary '" + getName() + "' is " + kindOf(found) +
-                    " (" + nameOf(typeid(found)) + "), not a " + nameOf(asked));
+                    " (" + className(typeid(found)) + "), not a " + className(asked));
 }
 
 std::size_t Dictionary::positionOf(const std::string& name) const {

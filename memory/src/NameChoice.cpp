@@ -1,3 +1,4 @@
+#include <quillon/memory/AsciiText.h>
 #include <quillon/memory/NameChoice.h>
 #include <quillon/memory/Nearest.h>
 #include <quillon/memory/Pattern.h>
@@ -9,13 +10,6 @@ namespace quillon::memory {
 namespace {
 
 bool isOfPaths(const std::string& pattern) { return pattern.find('/') != std::string::npos; }
-
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view BLANKS = " \t\r\n";
-  const std::size_t first = std::min(text.find_first_not_of(BLANKS), text.size());
-  const std::size_t last = text.find_last_not_of(BLANKS);
-  return first == text.size() ? std::string_view() : text.substr(first, last + 1 - first);
-}
 
 }  // namespace
 

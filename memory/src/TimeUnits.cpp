@@ -1,3 +1,4 @@
+#include <quillon/memory/AsciiText.h>
 #include <quillon/memory/TimeUnits.h>
 
 #include <algorithm>
@@ -45,15 +46,6 @@ constexpr std::array<std::pair<std::string_view, Calendar>, 9> CALENDARS = {{
     {"365_day", Calendar::NoLeap},
     {"360_day", Calendar::Day360},
 }};
-
-// Not std::tolower, which follows the caller's locale.
-std::string lowerCase(std::string_view text) {
-  std::string lower(text);
-  std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
-  return lower;
-}
 
 void skipBlanks(std::string_view& text) {
   text.remove_prefix(std::min(text.find_first_not_of(BLANKS), text.size()));
@@ -135,14 +127,6 @@ std::optional<long> zoneOf(std::string_view text) {
   }
   const long ahead = (*hours * 60L + *minutes) * MINUTE;
   return isBehind ? -ahead : ahead;
-}
-
-std::string_view trimmed(std::string_view text) {
-  skipBlanks(text);
-  while (!text.empty() && BLANKS.find(text.back()) != std::string_view::npos) {
-    text.remove_suffix(1);
-  }
-  return text;
 }
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }

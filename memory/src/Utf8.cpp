@@ -5,13 +5,10 @@
 #include <iterator>
 
 #include "CharacterWidths.h"
+#include "Text.h"
 
 namespace quillon::memory {
 namespace {
-
-unsigned char byteAt(std::string_view text, std::size_t position) {
-  return static_cast<unsigned char>(text[position]);
-}
 
 bool isContinuation(unsigned char byte) { return (byte & 0xC0U) == 0x80U; }
 

@@ -3,15 +3,13 @@
 
 #include <algorithm>
 
+#include "Text.h"
+
 namespace quillon::memory {
 
 namespace {
 
 constexpr std::size_t LONGEST_LIST = 40;
-
-unsigned char byteAt(std::string_view text, std::size_t position) {
-  return static_cast<unsigned char>(text[position]);
-}
 
 constexpr std::string_view DIGITS = "0123456789abcdef";
 

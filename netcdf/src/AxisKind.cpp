@@ -1,5 +1,6 @@
 #include "AxisKind.h"
 
+#include <quillon/memory/AsciiText.h>
 #include <quillon/memory/Axis.h>
 
 #include <algorithm>
@@ -13,20 +14,12 @@ namespace {
 
 using object_model::AxisType;
 
-std::string lowerCase(std::string text) {
-  // Not std::tolower, which follows the caller's locale.
-  std::transform(text.begin(), text.end(), text.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
-  return text;
-}
-
 std::optional<AxisType> kindByAttributes(const Source& source, const VariableId& coordinate) {
   const auto text = [&](const char* attribute) {
     return textAttribute(source, coordinate.group, coordinate.variable, attribute);
   };
   const std::string axis = text("axis");
-  if (lowerCase(text("units")).find(" since ") != std::string::npos ||
+  if (memory::lowerCase(text("units")).find(" since ") != std::string::npos ||
       text("standard_name") == "time" || axis == "T") {
     return AxisType::Time;
   }
@@ -44,7 +37,7 @@ AxisType kindByName(const std::string& name) {
       {"band", AxisType::Channel},
       {"label", AxisType::Label},
   }};
-  const std::string lower = lowerCase(name);
+  const std::string lower = memory::lowerCase(name);
   for (const auto& [word, kind] : KINDS) {
     if (lower == word || lower == std::string(word) + "s") {
       return kind;

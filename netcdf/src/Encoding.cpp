@@ -1,6 +1,7 @@
 #include "Encoding.h"
 
 #include <netcdf.h>
+#include <quillon/memory/AsciiText.h>
 
 #include <algorithm>
 #include <array>
@@ -17,26 +18,17 @@ using memory::Attribute;
 using memory::AttributeValue;
 using Attributes = std::vector<Attribute>;
 
-bool isNumber(int type) { return type >= NC_BYTE && type <= NC_UINT64 && type != NC_CHAR; }
-
 bool isOf64Bits(int type) { return type == NC_INT64 || type == NC_UINT64; }
 
 bool hasAtMost16Bits(int type) {
   return type == NC_BYTE || type == NC_UBYTE || type == NC_SHORT || type == NC_USHORT;
 }
 
-std::string lowerCase(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
-  return text;
-}
-
 /// The type of the same size with or without a sign, as `_Unsigned` says.
 int withSignOf(int type, const Attributes& attributes) {
   static constexpr std::array<std::pair<int, int>, 3> PAIRS = {
       {{NC_BYTE, NC_UBYTE}, {NC_SHORT, NC_USHORT}, {NC_INT, NC_UINT}}};
-  const std::string isUnsigned = lowerCase(textOf(attributes, "_Unsigned"));
+  const std::string isUnsigned = memory::lowerCase(textOf(attributes, "_Unsigned"));
   for (const auto& [withSign, withoutSign] : PAIRS) {
     if (type == withSign && isUnsigned == "true") {
       return withoutSign;

@@ -43,7 +43,7 @@ std::string listInWords(const std::vector<T>& elements) {
 
 std::string listInWords(const std::string& text) { return elementInWords(text); }
 
-std::string inWords(const Packing& packing) {
+std::string packingInWords(const Packing& packing) {
   std::string text = "stored";
   if (packing.scaleFactor) {
     text += " * " + memory::shortestText(*packing.scaleFactor);
@@ -54,7 +54,7 @@ std::string inWords(const Packing& packing) {
   return text;
 }
 
-std::string inWords(const std::vector<unsigned long>& extents) {
+std::string chunksInWords(const std::vector<unsigned long>& extents) {
   std::string text;
   for (const unsigned long extent : extents) {
     text += (text.empty() ? "" : " x ") + std::to_string(extent);
@@ -98,13 +98,13 @@ std::string inWords(const memory::AttributeValue& value) {
 std::vector<std::pair<std::string, std::string>> detailsOf(const VariableFacts& variable) {
   std::vector<std::pair<std::string, std::string>> details;
   if (variable.packing.scaleFactor || variable.packing.addOffset) {
-    details.emplace_back("packing", inWords(variable.packing));
+    details.emplace_back("packing", packingInWords(variable.packing));
   }
   if (variable.fill) {
     details.emplace_back("fill", inWords(*variable.fill));
   }
   if (!variable.chunks.empty()) {
-    details.emplace_back("chunks", inWords(variable.chunks));
+    details.emplace_back("chunks", chunksInWords(variable.chunks));
   }
   if (const std::string compression = inWords(variable.compression); !compression.empty()) {
     details.emplace_back("compression", compression);

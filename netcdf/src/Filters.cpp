@@ -25,7 +25,7 @@ std::vector<unsigned int> filtersOf(const Variable& variable) {
 }
 
 /// What the file calls the filter; empty when it says nothing.
-std::string nameOf(const Hdf5Object& dataset, unsigned int filter) {
+std::string nameOfFilter(const Hdf5Object& dataset, unsigned int filter) {
   const Hdf5Object creation(H5Dget_create_plist(dataset.id()), H5Pclose);
   unsigned int flags = 0;
   std::size_t parameters = 0;
@@ -47,7 +47,7 @@ std::string missingFilter(const Variable& variable) {
   }
   const QuietHdf5 quiet;
   const Hdf5Object dataset = openDataset(variable.source->hdf5(), variable.path);
-  const std::string name = nameOf(dataset, *missing);
+  const std::string name = nameOfFilter(dataset, *missing);
   return "filter " + std::to_string(*missing) + (name.empty() ? "" : " '" + name + "'") +
          ", which is not there";
 }

@@ -12,7 +12,6 @@ namespace quillon::netcdf {
 namespace {
 
 using memory::Attribute;
-using memory::Dictionary;
 
 using Name = std::array<char, NC_MAX_NAME + 1>;
 
@@ -30,16 +29,16 @@ std::vector<Attribute> withoutTitle(std::vector<Attribute> attributes) {
 GroupReader::GroupReader(std::shared_ptr<const ArrayMaker> maker, std::vector<Skipped>& skipped)
     : m_maker(std::move(maker)), m_skipped(skipped) {}
 
-Dictionary GroupReader::read(int group, const std::string& name, const std::string& path) {
+memory::Dictionary GroupReader::read(int group, const std::string& name, const std::string& path) {
   std::vector<Attribute> attributes = attributesOf(source(), group, NC_GLOBAL);
-  Dictionary dictionary(name, textOf(attributes, "title"));
+  memory::Dictionary dictionary(name, textOf(attributes, "title"));
   dictionary.setAttributes(withoutTitle(std::move(attributes)));
   addVariables(group, path, dictionary);
   addGroups(group, path, dictionary);
   return dictionary;
 }
 
-void GroupReader::addVariables(int group, const std::string& path, Dictionary& to) {
+void GroupReader::addVariables(int group, const std::string& path, memory::Dictionary& to) {
   int count = 0;
   source().require(nc_inq_varids(group, &count, nullptr), "group '" + path + "'");
   std::vector<int> ids(static_cast<std::size_t>(count));
@@ -55,7 +54,7 @@ void GroupReader::addVariables(int group, const std::string& path, Dictionary& t
   }
 }
 
-void GroupReader::addGroups(int group, const std::string& path, Dictionary& to) {
+void GroupReader::addGroups(int group, const std::string& path, memory::Dictionary& to) {
   int count = 0;
   source().require(nc_inq_grps(group, &count, nullptr), "group '" + path + "'");
   std::vector<int> ids(static_cast<std::size_t>(count));
@@ -68,7 +67,7 @@ void GroupReader::addGroups(int group, const std::string& path, Dictionary& to) 
   }
 }
 
-void GroupReader::requireFree(const Dictionary& dictionary, const std::string& path,
+void GroupReader::requireFree(const memory::Dictionary& dictionary, const std::string& path,
                               const std::string& name) const {
   if (dictionary.contains(name)) {
     source().fail("group '" + path + "' has two entries called '" + name + "'");

@@ -72,7 +72,7 @@ std::string kindOf(hid_t type) {
 }
 
 /// The last part of the name under which the type was committed; empty when it was not.
-std::string nameOf(hid_t type) {
+std::string nameOfType(hid_t type) {
   if (H5Tcommitted(type) <= 0) {
     return {};
   }
@@ -118,7 +118,7 @@ std::string shownName(const std::string& link) {
 }
 
 std::string describeType(hid_t type) {
-  const std::string name = nameOf(type);
+  const std::string name = nameOfType(type);
   return kindOf(type) + (name.empty() ? "" : " '" + name + "'");
 }
 

@@ -19,7 +19,7 @@ constexpr unsigned long MOST_GROUPS = 1'000'000;
 
 constexpr std::size_t LONGEST_NAME = NC_MAX_NAME - 1;  // that libnetcdf reads without going beyond
 
-using Place = std::pair<unsigned long, haddr_t>;  // the file, for links lead to others, and where
+using ObjectAddress = std::pair<unsigned long, haddr_t>;  // in which file, for links lead to others
 
 Hdf5Object openFile(const std::string& path) {
   return {H5Fopen(path.c_str(), H5F_ACC_RDONLY, H5P_DEFAULT), H5Fclose};
@@ -29,7 +29,7 @@ std::string below(const std::string& path, const std::string& name) {
   return (path == "/" ? path : path + "/") + name;
 }
 
-Place placeOf(const H5O_info_t& info) { return {info.fileno, info.addr}; }
+ObjectAddress addressOf(const H5O_info_t& info) { return {info.fileno, info.addr}; }
 
 /// Follows all links to groups, each group once.
 class GroupWalk {
@@ -40,7 +40,7 @@ class GroupWalk {
     if (H5Oget_info2(group, &info, H5O_INFO_BASIC) < 0) {
       return {};
     }
-    visit(group, placeOf(info), path);
+    visit(group, addressOf(info), path);
     return m_finding;
   }
 
@@ -50,7 +50,7 @@ class GroupWalk {
     unsigned long groups = 1;  // that libnetcdf would show for it, itself included
   };
 
-  unsigned long visit(hid_t group, const Place& place, const std::string& path) {
+  unsigned long visit(hid_t group, const ObjectAddress& place, const std::string& path) {
     const auto [visited, isNew] = m_visits.emplace(place, Visit{});
     if (!isNew) {
       if (visited->second.isOpen) {
@@ -84,10 +84,10 @@ class GroupWalk {
       return 0;
     }
     const Hdf5Object next(H5Gopen2(group, link.name.c_str(), H5P_DEFAULT), H5Gclose);
-    return next.exists() ? visit(next.id(), placeOf(info), path) : 0;
+    return next.exists() ? visit(next.id(), addressOf(info), path) : 0;
   }
 
-  std::map<Place, Visit> m_visits;
+  std::map<ObjectAddress, Visit> m_visits;
   std::string m_finding;
 };
 
@@ -126,7 +126,7 @@ class Inspection {
     }
     H5O_info_t info{};
     requireSound(H5Oget_info2(object.id(), &info, H5O_INFO_BASIC) >= 0);
-    if (m_places.insert(placeOf(info)).second) {
+    if (m_places.insert(addressOf(info)).second) {
       inspectObject(object.id(), info.type, path);
     }
   }
@@ -181,7 +181,7 @@ class Inspection {
   }
 
   Hdf5Verdict& m_verdict;
-  std::set<Place> m_places;  // what was inspected
+  std::set<ObjectAddress> m_places;  // what was inspected
 };
 
 }  // namespace

@@ -8,37 +8,34 @@
 #include <mutex>
 
 #include "Hdf5.h"
+#include "SteppedRead.h"
 
 namespace quillon::netcdf {
 namespace {
 
 /// Positions or extents in the file's order of dimensions, slowest first.
-using Numbers = std::vector<hsize_t>;
-
-Numbers inFileOrder(const std::vector<unsigned long>& numbers) {
-  return {numbers.rbegin(), numbers.rend()};
-}
+using FileNumbers = std::vector<hsize_t>;
 
 /// Where the file has the first position of a block.
-Numbers firstOf(const Variable& variable, const memory::Block& block) {
-  Numbers first(block.start.size());
+FileNumbers firstOf(const Variable& variable, const memory::Block& block) {
+  FileNumbers first(block.start.size());
   for (std::size_t k = 0; k < first.size(); ++k) {
     first[first.size() - 1 - k] = variable.storedIndex(k, block.start[k]);
   }
   return first;
 }
 
-Numbers stepsOf(const Variable& variable) {
-  Numbers steps(variable.shape.size(), 1);
+FileNumbers fileStepsOf(const Variable& variable) {
+  FileNumbers steps(variable.shape.size(), 1);
   for (std::size_t k = 0; k < variable.ranges.size(); ++k) {
     steps[steps.size() - 1 - k] = static_cast<hsize_t>(variable.ranges[k].step);
   }
   return steps;
 }
 
-Numbers extentsOf(const Hdf5Object& space) {
+FileNumbers extentsOf(const Hdf5Object& space) {
   const int rank = H5Sget_simple_extent_ndims(space.id());
-  Numbers extents(static_cast<std::size_t>(std::max(rank, 0)));
+  FileNumbers extents(static_cast<std::size_t>(std::max(rank, 0)));
   H5Sget_simple_extent_dims(space.id(), extents.data(), nullptr);
   return extents;
 }
@@ -52,8 +49,8 @@ class Transfer {
         m_space(H5Dget_space(m_dataset.id()), H5Sclose),
         m_extents(extentsOf(m_space)),
         m_start(firstOf(variable, block)),
-        m_step(stepsOf(variable)),
-        m_count(inFileOrder(block.extent)),
+        m_step(fileStepsOf(variable)),
+        m_count(inFileOrder<hsize_t>(block.extent.data(), block.extent.size())),
         m_memory(m_count.empty()
                      ? H5Screate(H5S_SCALAR)
                      : H5Screate_simple(static_cast<int>(m_count.size()), m_count.data(), nullptr),
@@ -68,9 +65,9 @@ class Transfer {
 
   /// The first position of the block, and the one behind its last that the data set has: a
   /// dimension may have grown for another variable alone.
-  const Numbers& start() const { return m_start; }
-  Numbers end() const {
-    Numbers end = m_extents;
+  const FileNumbers& start() const { return m_start; }
+  FileNumbers end() const {
+    FileNumbers end = m_extents;
     for (std::size_t k = 0; k < end.size(); ++k) {
       end[k] = std::min(end[k], m_start[k] + (m_count[k] - 1) * m_step[k] + 1);
     }
@@ -79,13 +76,13 @@ class Transfer {
 
   /// Reads what the block has of the positions from `first` on up to `end`; the rest of `values`
   /// stays as it is.
-  bool read(const Numbers& first, const Numbers& end, hid_t type, void* values) const {
+  bool read(const FileNumbers& first, const FileNumbers& end, hid_t type, void* values) const {
     if (H5Sget_simple_extent_type(m_space.id()) == H5S_NULL) {
       return true;  // a data set without any value, not even one
     }
-    Numbers from(first.size());
-    Numbers to(first.size());
-    Numbers count(first.size());
+    FileNumbers from(first.size());
+    FileNumbers to(first.size());
+    FileNumbers count(first.size());
     for (std::size_t k = 0; k < first.size(); ++k) {
       to[k] = indexOf(k, first[k]);
       from[k] = m_start[k] + to[k] * m_step[k];
@@ -94,7 +91,7 @@ class Transfer {
         return true;
       }
     }
-    const Numbers ones(first.size(), 1);
+    const FileNumbers ones(first.size(), 1);
     return (first.empty() ||
             (select(m_space, from, m_step, count) && select(m_memory, to, ones, count))) &&
            H5Dread(m_dataset.id(), type, m_memory.id(), m_space.id(), H5P_DEFAULT, values) >= 0;
@@ -107,8 +104,8 @@ class Transfer {
     return std::min((distance + m_step[k] - 1) / m_step[k], m_count[k]);
   }
 
-  static bool select(const Hdf5Object& space, const Numbers& start, const Numbers& step,
-                     const Numbers& count) {
+  static bool select(const Hdf5Object& space, const FileNumbers& start, const FileNumbers& step,
+                     const FileNumbers& count) {
     return H5Sselect_hyperslab(space.id(), H5S_SELECT_SET, start.data(), step.data(), count.data(),
                                nullptr) >= 0;
   }
@@ -116,10 +113,10 @@ class Transfer {
   Hdf5Object m_dataset;
   Hdf5Object m_type;
   Hdf5Object m_space;
-  Numbers m_extents;
-  Numbers m_start;
-  Numbers m_step;
-  Numbers m_count;
+  FileNumbers m_extents;
+  FileNumbers m_start;
+  FileNumbers m_step;
+  FileNumbers m_count;
   Hdf5Object m_memory;
 };
 
@@ -220,7 +217,7 @@ class ChunkedStrings {
 
  private:
   /// Reads all chunks whose first position along the dimensions before `dimension` is known.
-  bool readFrom(std::size_t dimension, Numbers first) {
+  bool readFrom(std::size_t dimension, FileNumbers first) {
     if (dimension == m_chunk.size()) {
       return readChunk(first);
     }
@@ -233,7 +230,7 @@ class ChunkedStrings {
     return true;
   }
 
-  bool readChunk(const Numbers& first) {
+  bool readChunk(const FileNumbers& first) {
     unsigned int mask = 0;
     haddr_t address = HADDR_UNDEF;
     hsize_t bytes = 0;
@@ -241,7 +238,7 @@ class ChunkedStrings {
                                    &bytes) < 0) {
       return false;
     }
-    Numbers end = m_end;
+    FileNumbers end = m_end;
     for (std::size_t k = 0; k < end.size(); ++k) {
       end[k] = std::min(end[k], first[k] + m_chunk[k]);
     }
@@ -251,8 +248,8 @@ class ChunkedStrings {
   const Transfer& m_transfer;
   const Hdf5Object& m_type;
   Hdf5Strings& m_strings;
-  Numbers m_end;
-  Numbers m_chunk;
+  FileNumbers m_end;
+  FileNumbers m_chunk;
 };
 
 bool readStrings(const Variable& variable, const memory::Block& block, const Transfer& transfer,

@@ -42,7 +42,7 @@ std::vector<hid_t> openHdf5Files() {
   return ids;
 }
 
-std::string nameOf(hid_t file) {
+std::string pathOf(hid_t file) {
   const ssize_t length = H5Fget_name(file, nullptr, 0);
   std::string name(static_cast<std::size_t>(std::max<ssize_t>(length, 0)), '\0');
   H5Fget_name(file, name.data(), name.size() + 1);
@@ -59,7 +59,7 @@ hid_t findOpened(const std::vector<hid_t>& before, const std::string& path) {
                               }),
                opened.end());
   const auto named =
-      std::find_if(opened.begin(), opened.end(), [&path](hid_t id) { return nameOf(id) == path; });
+      std::find_if(opened.begin(), opened.end(), [&path](hid_t id) { return pathOf(id) == path; });
   return named != opened.end() ? *named : opened.size() == 1 ? opened.front() : H5I_INVALID_HID;
 }
 

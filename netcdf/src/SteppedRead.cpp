@@ -77,8 +77,10 @@ class ClassicSteps {
   }
 
   int get(char* values) const {
-    const std::vector<std::size_t> start = inFileOrder(m_position.data(), m_position.size());
-    const std::vector<std::size_t> counts = inFileOrder(m_counts.data(), m_counts.size());
+    const std::vector<std::size_t> start =
+        inFileOrder<std::size_t>(m_position.data(), m_position.size());
+    const std::vector<std::size_t> counts =
+        inFileOrder<std::size_t>(m_counts.data(), m_counts.size());
     return nc_get_vara(m_variable.group, m_variable.id, start.data(), counts.data(), values);
   }
 
@@ -106,8 +108,9 @@ int readStepped(const Variable& variable, const std::vector<unsigned long>& star
   for (std::size_t k = rank; k > 0; --k) {
     steps.push_back(variable.ranges[k - 1].step);
   }
-  return nc_get_vars(variable.group, variable.id, inFileOrder(start.data(), rank).data(),
-                     inFileOrder(extent, rank).data(), steps.data(), values);
+  return nc_get_vars(variable.group, variable.id,
+                     inFileOrder<std::size_t>(start.data(), rank).data(),
+                     inFileOrder<std::size_t>(extent, rank).data(), steps.data(), values);
 }
 
 }  // namespace quillon::netcdf

@@ -9,7 +9,8 @@ namespace quillon::netcdf {
 struct Variable;
 
 /// The file's order of dimensions, slowest first.
-inline std::vector<std::size_t> inFileOrder(const unsigned long* numbers, std::size_t dimensions) {
+template <class Number>
+std::vector<Number> inFileOrder(const unsigned long* numbers, std::size_t dimensions) {
   return {std::make_reverse_iterator(numbers + dimensions), std::make_reverse_iterator(numbers)};
 }
 

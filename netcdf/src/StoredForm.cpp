@@ -61,6 +61,8 @@ std::string kindOf(int kind) {
 
 }  // namespace
 
+bool isNumber(int type) { return type >= NC_BYTE && type <= NC_UINT64 && type != NC_CHAR; }
+
 StoredForm formOf(const Source& source, int group, int id, const std::string& subject) {
   Name name{};
   StoredForm form;

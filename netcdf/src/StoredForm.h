@@ -19,6 +19,9 @@ struct StoredForm {
   std::vector<std::pair<std::string, long>> members = {};  ///< of an enumeration
 };
 
+/// Whether a type of libnetcdf's is one of its own types of numbers.
+bool isNumber(int type);
+
 /// What the type `id` is in `group`. @throws Error that names the `subject` whose type it is.
 StoredForm formOf(const Source& source, int group, int id, const std::string& subject);
 

@@ -11,6 +11,7 @@
 
 #include "ByteOrder.h"
 #include "StoredChunks.h"
+#include "StoredForm.h"
 #include "StoredRuns.h"
 #include "Variable.h"
 
@@ -19,9 +20,6 @@ namespace {
 
 using Found = std::shared_ptr<const StoredValues>;
 using Numbers = std::vector<unsigned long>;
-
-/// Whether a type of libnetcdf's is one of its own types of numbers.
-bool isNumber(nc_type type) { return type >= NC_BYTE && type <= NC_UINT64 && type != NC_CHAR; }
 
 /// libhdf5's types for the numbers of a type of libnetcdf's.
 struct FileTypes {

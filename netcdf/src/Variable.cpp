@@ -19,8 +19,9 @@ int readBlock(const Variable& variable, const unsigned long* start, const unsign
   if (!variable.isWithoutSteps()) {
     return readStepped(variable, stored, extent, values);
   }
-  const std::vector<std::size_t> first = inFileOrder(stored.data(), variable.shape.size());
-  const std::vector<std::size_t> counts = inFileOrder(extent, variable.shape.size());
+  const std::vector<std::size_t> first =
+      inFileOrder<std::size_t>(stored.data(), variable.shape.size());
+  const std::vector<std::size_t> counts = inFileOrder<std::size_t>(extent, variable.shape.size());
   return nc_get_vara(variable.group, variable.id, first.data(), counts.data(), values);
 }
 

@@ -30,7 +30,7 @@ constexpr unsigned long TEXTS_PER_BLOCK = BLOCK_BYTES / 128;
 // In the file: where it stands, how long it is, and what fills it up to a multiple of eight bytes.
 constexpr unsigned long BYTES_BESIDE_A_TEXT = 64;
 
-struct Target {
+struct Writing {
   const DefinedVariable& variable;
   WriteRoom& room;
 
@@ -38,32 +38,32 @@ struct Target {
   std::string subject() const { return memory::inQuotes(variable.plan.path); }
 };
 
-void sync(const Target& target) {
+void sync(const Writing& writing) {
   errno = 0;
-  requireWritten(nc_sync(target.variable.file), target.subject() + " cannot be written");
-  target.room.noteSync();
+  requireWritten(nc_sync(writing.variable.file), writing.subject() + " cannot be written");
+  writing.room.noteSync();
 }
 
-void put(const Target& target, const Block& block, const void* values) {
+void put(const Writing& writing, const Block& block, const void* values) {
   const std::vector<std::size_t> start(block.start.rbegin(), block.start.rend());
   const std::vector<std::size_t> counts(block.extent.rbegin(), block.extent.rend());
   const std::lock_guard<std::mutex> guard(libraryLock());
   errno = 0;
-  const DefinedVariable& variable = target.variable;
+  const DefinedVariable& variable = writing.variable;
   requireWritten(nc_put_vara(variable.group, variable.id, start.data(), counts.data(), values),
-                 target.subject() + " cannot be written");
-  if (target.room.isSyncDue()) {
-    sync(target);
+                 writing.subject() + " cannot be written");
+  if (writing.room.isSyncDue()) {
+    sync(writing);
   }
 }
 
 /// The extents of the chunks that the library has chosen; empty where there are none.
-std::vector<unsigned long> chunksOf(const Target& target) {
-  std::vector<std::size_t> chunks(target.variable.plan.shape.size());
+std::vector<unsigned long> chunksOf(const Writing& writing) {
+  std::vector<std::size_t> chunks(writing.variable.plan.shape.size());
   int storage = NC_CONTIGUOUS;
   const std::lock_guard<std::mutex> guard(libraryLock());
   const int status =
-      nc_inq_var_chunking(target.variable.group, target.variable.id, &storage, chunks.data());
+      nc_inq_var_chunking(writing.variable.group, writing.variable.id, &storage, chunks.data());
   return status == NC_NOERR && storage == NC_CHUNKED
              ? std::vector<unsigned long>(chunks.rbegin(), chunks.rend())
              : std::vector<unsigned long>();
@@ -74,19 +74,19 @@ std::vector<unsigned long> chunksOf(const Target& target) {
 /// none is packed twice; else there is room for all from the start, as the file has its full length
 /// then.
 template <class Visit>
-void forEachPiece(const Target& target, unsigned long bytes, unsigned long maxValues,
+void forEachPiece(const Writing& writing, unsigned long bytes, unsigned long maxValues,
                   const Visit& visit) {
-  const std::vector<unsigned long> chunks = chunksOf(target);
-  const std::vector<unsigned long>& shape = target.variable.plan.shape;
+  const std::vector<unsigned long> chunks = chunksOf(writing);
+  const std::vector<unsigned long>& shape = writing.variable.plan.shape;
   if (chunks.empty()) {
-    target.room.reserveFor(memory::BlockLayout(shape, maxValues).size() * bytes);
-    forEachBlock(target.array(), maxValues, visit);
+    writing.room.reserveFor(memory::BlockLayout(shape, maxValues).size() * bytes);
+    forEachBlock(writing.array(), maxValues, visit);
     return;
   }
   const memory::BoxLayout boxes(shape, maxValues, chunks.data());
   for (unsigned long k = 0; k < boxes.size(); ++k) {
     const Block box = boxes.boxAt(k);
-    target.room.reserveFor(box.count * bytes);
+    writing.room.reserveFor(box.count * bytes);
     visit(box);
   }
 }
@@ -114,64 +114,64 @@ const T* fillOf(const PlannedVariable& variable) {
 }
 
 template <class T>
-void putNumbers(const Target& target) {
-  const Array& array = target.array();
+void putNumbers(const Writing& writing) {
+  const Array& array = writing.array();
   const memory::HasTimes* const times = timesOf(array);
-  forEachPiece(target, sizeof(T), BLOCK_BYTES / sizeof(T), [&](const Block& block) {
+  forEachPiece(writing, sizeof(T), BLOCK_BYTES / sizeof(T), [&](const Block& block) {
     const auto values = std::make_unique<T[]>(block.count);
     memory::copyValues(array, block, values.get());
     if constexpr (IS_WHOLE<T>) {
-      const T* const fill = fillOf<T>(target.variable.plan);
+      const T* const fill = fillOf<T>(writing.variable.plan);
       if (times != nullptr && fill != nullptr) {
         fillMissing(*times, block, *fill, values.get());
       }
     }
-    put(target, block, values.get());
+    put(writing, block, values.get());
   });
 }
 
-void putBooleans(const Target& target) {
-  forEachPiece(target, 1, BLOCK_BYTES, [&](const Block& block) {
+void putBooleans(const Writing& writing) {
+  forEachPiece(writing, 1, BLOCK_BYTES, [&](const Block& block) {
     const auto truths = std::make_unique<bool[]>(block.count);
-    memory::copyValues(target.array(), block, truths.get());
+    memory::copyValues(writing.array(), block, truths.get());
     const std::vector<signed char> values(truths.get(), truths.get() + block.count);
-    put(target, block, values.data());
+    put(writing, block, values.data());
   });
 }
 
-void putTexts(const Target& target) {
-  forEachPiece(target, BYTES_BESIDE_A_TEXT, TEXTS_PER_BLOCK, [&](const Block& block) {
+void putTexts(const Writing& writing) {
+  forEachPiece(writing, BYTES_BESIDE_A_TEXT, TEXTS_PER_BLOCK, [&](const Block& block) {
     std::vector<std::string> texts(block.count);
-    memory::copyValues(target.array(), block, texts.data());
+    memory::copyValues(writing.array(), block, texts.data());
     std::vector<const char*> pointers;
     unsigned long bytes = 0;
     for (const std::string& text : texts) {
       if (text.find('\0') != std::string::npos) {
-        throw Refusal("a text of " + target.subject() +
+        throw Refusal("a text of " + writing.subject() +
                       " has a null character, which ends a text in netCDF files");
       }
       pointers.push_back(text.c_str());
       bytes += text.size();
     }
-    target.room.reserveFor(bytes);
-    put(target, block, pointers.data());
+    writing.room.reserveFor(bytes);
+    put(writing, block, pointers.data());
   });
 }
 
 }  // namespace
 
 void putValues(const DefinedVariable& variable, WriteRoom& room) {
-  const Target target{variable, room};
+  const Writing writing{variable, room};
   if (!variable.plan.type) {
-    putTexts(target);
+    putTexts(writing);
     return;
   }
   memory::visitStoredType(*variable.plan.type, [&](auto tag) {
     using T = typename decltype(tag)::Type;
     if constexpr (std::is_same_v<T, bool>) {
-      putBooleans(target);
+      putBooleans(writing);
     } else if constexpr (NETCDF_TYPE<T> != NC_NAT) {
-      putNumbers<T>(target);
+      putNumbers<T>(writing);
     }
   });
 }

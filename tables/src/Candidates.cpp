@@ -12,10 +12,6 @@ using memory::inQuotes;
 
 using object_model::ElementType;
 
-bool contains(const Names& names, const std::string& name) {
-  return std::find(names.begin(), names.end(), name) != names.end();
-}
-
 std::string misfit(const object_model::Array& array) {
   switch (array.getElementType()) {
     case ElementType::UInt:

@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
+#include "Names.h"
+
 namespace quillon::tables {
 
 using memory::AxisFacts;
-
-using Names = std::vector<std::string>;
 
 /// The export fills grids of at most three axes.
 inline constexpr std::size_t MOST_AXES = 3;
@@ -24,8 +24,6 @@ struct Candidate {
 };
 
 using Candidates = std::vector<Candidate>;
-
-bool contains(const Names& names, const std::string& name);
 
 /// Why no table can hold the array, whatever its index; empty when one can.
 std::string misfit(const object_model::Array& array);

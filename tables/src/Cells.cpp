@@ -27,7 +27,7 @@ class CellsOf : public CellWriter {
 };
 
 template <class T>
-class Numbers final : public CellsOf<T> {
+class NumberCells final : public CellsOf<T> {
  public:
   using CellsOf<T>::CellsOf;
 
@@ -59,7 +59,7 @@ class Numbers final : public CellsOf<T> {
   }
 };
 
-class Texts final : public CellsOf<std::string> {
+class TextCells final : public CellsOf<std::string> {
  public:
   using CellsOf::CellsOf;
 
@@ -95,9 +95,9 @@ class TimeCells final : public CellsOf<long> {
 };
 
 /// The cells of a nullable column, those that have a value by way of another writer.
-class Nullable final : public CellWriter {
+class NullableCells final : public CellWriter {
  public:
-  Nullable(unsigned long column, const CellStyle& style, std::unique_ptr<CellWriter> values)
+  NullableCells(unsigned long column, const CellStyle& style, std::unique_ptr<CellWriter> values)
       : m_values(std::move(values)), m_nothing(style.missing), m_column(column) {}
 
   void turnTo(const Cursor& cursor) override {
@@ -130,9 +130,9 @@ std::unique_ptr<CellWriter> cellWriter(const Table& table, unsigned long column,
   visitColumnType(described.type, [&](auto tag) {
     using T = typename decltype(tag)::Type;
     if constexpr (std::is_same_v<T, std::string>) {
-      writer = std::make_unique<Texts>(column, style);
+      writer = std::make_unique<TextCells>(column, style);
     } else {
-      writer = std::make_unique<Numbers<T>>(column, style);
+      writer = std::make_unique<NumberCells<T>>(column, style);
     }
   });
   return writer;
@@ -145,7 +145,7 @@ std::vector<std::unique_ptr<CellWriter>> cellWriters(const Table& table, const C
   for (unsigned long k = 0; k < table.columns().size(); ++k) {
     writers.push_back(cellWriter(table, k, style));
     if (table.columns()[k].isNullable) {
-      writers.back() = std::make_unique<Nullable>(k, style, std::move(writers.back()));
+      writers.back() = std::make_unique<NullableCells>(k, style, std::move(writers.back()));
     }
   }
   return writers;

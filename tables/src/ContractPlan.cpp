@@ -28,10 +28,10 @@ void addOnce(Names& names, const std::string& name) {
   }
 }
 
-class Planner {
+class ContractPlanner {
  public:
-  Planner(const object_model::Dictionary& group, const std::vector<Unreadable>& skipped,
-          const ContractRequest& request)
+  ContractPlanner(const object_model::Dictionary& group, const std::vector<Unreadable>& skipped,
+                  const ContractRequest& request)
       : m_group(group), m_request(request) {
     collect(skipped);
     requireVariables();
@@ -203,7 +203,7 @@ class Planner {
 
 ContractPlan contractPlan(const object_model::Dictionary& group,
                           const std::vector<Unreadable>& skipped, const ContractRequest& request) {
-  return Planner(group, skipped, request).plan();
+  return ContractPlanner(group, skipped, request).plan();
 }
 
 std::map<std::string, unsigned long> extentsOf(const ContractPlan& plan, unsigned long maxRows) {

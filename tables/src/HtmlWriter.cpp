@@ -10,7 +10,7 @@
 namespace quillon::tables {
 namespace {
 
-void appendLiteral(std::string_view text, Buffer& buffer) { buffer.append(memory::inHtml(text)); }
+void appendInHtml(std::string_view text, Buffer& buffer) { buffer.append(memory::inHtml(text)); }
 
 void openCell(const Column& column, std::string_view element, Buffer& buffer) {
   buffer.append('<');
@@ -23,7 +23,7 @@ void appendHeadRow(const Table& table, std::string Column::*text, Buffer& buffer
   buffer.append("    <tr>");
   for (const Column& column : table.columns()) {
     openCell(column, "th", buffer);
-    appendLiteral(column.*text, buffer);
+    appendInHtml(column.*text, buffer);
     buffer.append("</th>");
   }
   buffer.append("</tr>\n");
@@ -41,7 +41,7 @@ void appendHead(const Table& table, Buffer& buffer) {
 }
 
 void appendTable(const Table& table, const Output& output, const Shown& shown, Buffer& buffer) {
-  const auto writers = cellWriters(table, {shown.digits, "", false, appendLiteral});
+  const auto writers = cellWriters(table, {shown.digits, "", false, appendInHtml});
   buffer.append("<table>\n");
   appendHead(table, buffer);
   buffer.append("  <tbody>\n");
@@ -95,9 +95,9 @@ void writeHtmlPage(const Table& table, const Page& page, const Output& output, c
   Buffer buffer;
   buffer.append(memory::pageStart(page.title, STYLE));
   buffer.append("<figure>\n<figcaption><strong>");
-  appendLiteral(page.title, buffer);
+  appendInHtml(page.title, buffer);
   buffer.append("</strong> <span>");
-  appendLiteral(page.subtitle, buffer);
+  appendInHtml(page.subtitle, buffer);
   buffer.append(page.subtitle.empty() ? "" : " · ");
   buffer.append(rowsInWords(table, shown.maxRows) + "</span></figcaption>\n");
   appendTable(table, output, shown, buffer);

@@ -22,7 +22,7 @@ bool isSpecial(std::string_view text, std::size_t at) {
 }
 
 /// As Markdown shows it literally, in one cell.
-void appendLiteral(std::string_view text, Buffer& buffer) {
+void appendInMarkdown(std::string_view text, Buffer& buffer) {
   const std::string visible = memory::escaped(text);
   for (std::size_t k = 0; k < visible.size(); ++k) {
     if (isSpecial(visible, k)) {
@@ -35,11 +35,11 @@ void appendLiteral(std::string_view text, Buffer& buffer) {
 }  // namespace
 
 void writeMarkdown(const Table& table, const Output& output, const Shown& shown) {
-  const auto writers = cellWriters(table, {shown.digits, "", false, appendLiteral});
+  const auto writers = cellWriters(table, {shown.digits, "", false, appendInMarkdown});
   Buffer buffer;
   for (const Column& column : table.columns()) {
     buffer.append("| ");
-    appendLiteral(column.name, buffer);
+    appendInMarkdown(column.name, buffer);
     buffer.append(' ');
   }
   buffer.append("|\n");

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "FewColumns.h"
+#include "Names.h"
 #include "PlannedAxes.h"
 #include "Variables.h"
 
@@ -15,7 +16,6 @@ namespace quillon::tables {
 namespace {
 
 using memory::inQuotes;
-using Names = std::vector<std::string>;
 
 class Planner {
  public:

@@ -9,18 +9,15 @@
 #include <set>
 #include <utility>
 
+#include "Names.h"
+
 namespace quillon::tables {
 namespace {
 
 using memory::inQuotes;
-using Names = std::vector<std::string>;
 
 /// Axes without coordinates and of at most so many points make columns unless they are asked for.
 constexpr unsigned long FEW_POINTS = 16;
-
-bool contains(const Names& names, const std::string& name) {
-  return std::find(names.begin(), names.end(), name) != names.end();
-}
 
 bool tellApart(const Names& labels) {
   std::set<std::string> seen;

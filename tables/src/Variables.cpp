@@ -12,12 +12,12 @@
 #include <utility>
 
 #include "Coordinates.h"
+#include "Names.h"
 
 namespace quillon::tables {
 namespace {
 
 using memory::inQuotes;
-using Names = std::vector<std::string>;
 
 /// The variables of a dictionary that can be asked for.
 class Existing {

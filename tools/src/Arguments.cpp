@@ -1,5 +1,6 @@
 #include "Arguments.h"
 
+#include <quillon/memory/AsciiText.h>
 #include <quillon/memory/NameChoice.h>
 #include <quillon/memory/Nearest.h>
 #include <quillon/memory/Wording.h>
@@ -27,12 +28,6 @@ const std::vector<std::string>& requireNoneEmpty(const std::string& option, cons
                   " holds an empty one");
   }
   return names;
-}
-
-std::string trimmed(const std::string& text) {
-  const std::size_t first = text.find_first_not_of(" \t");
-  return first == std::string::npos ? ""
-                                    : text.substr(first, text.find_last_not_of(" \t") + 1 - first);
 }
 
 std::optional<unsigned long> readCount(const std::string& text) {
@@ -91,7 +86,7 @@ std::vector<std::string> splitNames(const std::string& option, const std::string
   std::vector<std::string> names;
   for (std::size_t start = 0; start <= list.size();) {
     const std::size_t comma = std::min(list.find(',', start), list.size());
-    names.push_back(trimmed(list.substr(start, comma - start)));
+    names.emplace_back(memory::trimmed(std::string_view(list).substr(start, comma - start)));
     start = comma + 1;
   }
   return requireNoneEmpty(option, list, names);

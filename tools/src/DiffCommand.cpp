@@ -35,9 +35,9 @@ constexpr unsigned long MOST_LARGEST = 1000000;
 /// So many of the largest deltas a page lists unless it is told otherwise.
 constexpr unsigned long FEW_LARGEST = 10;
 
-const std::vector<std::string> FORMATS = {"text", "json", "html"};
+const std::vector<std::string> DIFF_FORMATS = {"text", "json", "html"};
 
-struct Options {
+struct DiffOptions {
   std::string first;
   std::string second;
   std::string group;
@@ -63,16 +63,16 @@ double toleranceOf(const std::string& option, const std::optional<std::string>& 
   return text ? parseTolerance(option, *text) : 0.0;
 }
 
-compare::Tolerance toleranceOf(const Options& options) {
+compare::Tolerance toleranceOf(const DiffOptions& options) {
   return {toleranceOf("--absolute", options.absolute), toleranceOf("--relative", options.relative)};
 }
 
-unsigned long largestOf(const Options& options) {
+unsigned long largestOf(const DiffOptions& options) {
   return options.largest ? parseCount("--largest", *options.largest, 0, MOST_LARGEST) : 0;
 }
 
 /// How the report is made.
-compare::Options howToCompare(const Options& options) {
+compare::Options howToCompare(const DiffOptions& options) {
   compare::Options how;
   how.tolerance = toleranceOf(options);
   for (const std::string& tolerance : options.tolerances) {
@@ -100,7 +100,7 @@ struct Findings {
   std::vector<NotCompared> notCompared;  ///< in the order of the walk
 };
 
-std::string linesOf(const Report& report, const Options& options, int descriptor) {
+std::string linesOf(const Report& report, const DiffOptions& options, int descriptor) {
   compare::LineOptions shown;
   shown.most = options.all ? compare::ALL_LINES : shown.most;
   shown.largest = largestOf(options);
@@ -108,7 +108,7 @@ std::string linesOf(const Report& report, const Options& options, int descriptor
   return report.same ? std::string() : text(report, shown) + "\n";
 }
 
-std::string textOf(const Report& report, const Options& options, int descriptor) {
+std::string textOf(const Report& report, const DiffOptions& options, int descriptor) {
   if (options.brief) {
     return report.same ? std::string() : message(report) + "\n";
   }
@@ -119,7 +119,7 @@ std::string textOf(const Report& report, const Options& options, int descriptor)
                                   : linesOf(report, options, descriptor);
 }
 
-Findings compareAll(const DiffInput& first, const DiffInput& second, const Options& options,
+Findings compareAll(const DiffInput& first, const DiffInput& second, const DiffOptions& options,
                     int descriptor) {
   compare::Options how = howToCompare(options);
   how.root = first.pathOfGroup();
@@ -146,8 +146,8 @@ std::vector<NotCompared> skippedOf(const DiffInput& first, const DiffInput& seco
 
 /// The library's own comparison, which knows one tolerance and ends at the first difference. Its
 /// sentence is printed to the byte, but for what a terminal would obey.
-Findings compareByContract(const DiffInput& first, const DiffInput& second, const Options& options,
-                           int descriptor) {
+Findings compareByContract(const DiffInput& first, const DiffInput& second,
+                           const DiffOptions& options, int descriptor) {
   const ComparisonType type = options.absolute   ? ComparisonType::Absolute
                               : options.relative ? ComparisonType::Relative
                                                  : ComparisonType::Exact;
@@ -176,9 +176,9 @@ int statusOf(const Findings& findings) {
 }
 
 /// Finds what is wrong with the options before any file is opened.
-void check(const Options& options) {
+void check(const DiffOptions& options) {
   howToCompare(options);
-  requireKnown("--format", options.format, FORMATS);
+  requireKnown("--format", options.format, DIFF_FORMATS);
   if (options.contract && options.absolute && options.relative) {
     throw Failure("--contract takes one of --absolute and --relative, not both");
   }
@@ -197,7 +197,7 @@ void check(const Options& options) {
 }
 
 /// Leaves of both sides what the options ask for.
-void choose(DiffInput& first, DiffInput& second, const Options& options) {
+void choose(DiffInput& first, DiffInput& second, const DiffOptions& options) {
   for (DiffInput* input : {&first, &second}) {
     if (!options.contract) {
       input->addSkipped();
@@ -216,7 +216,7 @@ void choose(DiffInput& first, DiffInput& second, const Options& options) {
   chooseIn(first, second, choice);
 }
 
-int run(const Options& options) {
+int runDiff(const DiffOptions& options) {
   check(options);
   DiffInput first({options.first, options.group}, readingOptions(options.raw));
   DiffInput second({options.second, options.group}, readingOptions(options.raw));
@@ -233,7 +233,7 @@ int run(const Options& options) {
   return statusOf(findings);
 }
 
-void addFiles(CLI::App& command, Options& options) {
+void addFiles(CLI::App& command, DiffOptions& options) {
   command.add_option("FIRST", options.first, "A netCDF file")->required()->option_text(" ");
   command.add_option("SECOND", options.second, "The netCDF file to compare it with")
       ->required()
@@ -245,7 +245,7 @@ void addFiles(CLI::App& command, Options& options) {
   addPatterns(command, options.variables, options.exclude);
 }
 
-void addRule(CLI::App& command, Options& options) {
+void addRule(CLI::App& command, DiffOptions& options) {
   command
       .add_option("--absolute", options.absolute, "Numbers may differ by A (default: by nothing)")
       ->type_name("A");
@@ -272,7 +272,7 @@ void addRule(CLI::App& command, Options& options) {
                    inLines("Print the sentence of areSameDictionaries and take its verdict"));
 }
 
-void addPrinting(CLI::App& command, Options& options) {
+void addPrinting(CLI::App& command, DiffOptions& options) {
   command.add_flag("--all", options.all, "Print all lines (default: at most 20)");
   command
       .add_option("--largest", options.largest,
@@ -305,11 +305,11 @@ Verb addDiff(CLI::App& application) {
       "With --contract the rules are those of the library's areSameDictionaries, which\n"
       "knows one tolerance, divides the delta by b with its sign, and holds NaN\n"
       "different from everything.");
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<DiffOptions>();
   addFiles(*command, *options);
   addRule(*command, *options);
   addPrinting(*command, *options);
-  return {command, [options] { return run(*options); }, {{"--format", FORMATS}}};
+  return {command, [options] { return runDiff(*options); }, {{"--format", DIFF_FORMATS}}};
 }
 
 }  // namespace quillon::tools

@@ -14,15 +14,15 @@ namespace quillon::tools {
 
 namespace {
 
-const std::vector<std::string> FORMATS = {"text", "json", "html"};
+const std::vector<std::string> INFO_FORMATS = {"text", "json", "html"};
 
-struct Options {
+struct InfoOptions {
   Source source;
   std::string format = "text";
   bool attributes = false;
 };
 
-std::string outlineOf(const std::vector<netcdf::GroupFacts>& groups, const Options& options) {
+std::string outlineOf(const std::vector<netcdf::GroupFacts>& groups, const InfoOptions& options) {
   if (options.format == "json") {
     return outlineJson(groups, options.source.file) + "\n";
   }
@@ -30,8 +30,8 @@ std::string outlineOf(const std::vector<netcdf::GroupFacts>& groups, const Optio
                                   : outlineText(groups, options.attributes);
 }
 
-int run(const Options& options) {
-  requireKnown("--format", options.format, FORMATS);
+int runInfo(const InfoOptions& options) {
+  requireKnown("--format", options.format, INFO_FORMATS);
   netcdf::File file = openFile(options.source.file, {});
   groupOf(file, options.source);  // for its sentence where there is none
   writeOutput(outlineOf(factsBelow(file, options.source.group), options));
@@ -49,13 +49,13 @@ Verb addInfo(CLI::App& application) {
       "where there are any, packing, fill value, chunks and compression. What cannot be\n"
       "read is listed with the reason. No values are read. json and html have all\n"
       "attributes.");
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<InfoOptions>();
   addSource(*command, options->source);
   command->add_flag("--attributes", options->attributes, "List all attributes, too");
   command
       ->add_option("--format", options->format, "text (default), json or html, a page to look at")
       ->type_name("F");
-  return {command, [options] { return run(*options); }, {{"--format", FORMATS}}};
+  return {command, [options] { return runInfo(*options); }, {{"--format", INFO_FORMATS}}};
 }
 
 }  // namespace quillon::tools

@@ -29,7 +29,7 @@ namespace {
 const char* const CONTRACT = "contract";
 const char* const CONTRACT_HTML = "contract-html";
 
-struct Options {
+struct TableOptions {
   Source source;
   std::optional<std::string> variables;
   std::optional<std::string> exclude;
@@ -58,7 +58,7 @@ std::optional<std::vector<std::string>> patternsOf(const std::string& option,
   return list ? std::optional(splitPatterns(option, *list)) : std::nullopt;
 }
 
-tables::Request requestOf(const Options& options) {
+tables::Request requestOf(const TableOptions& options) {
   tables::Request request;
   request.source = options.source.inWords();
   request.variables = patternsOf("--variables", options.variables);
@@ -83,7 +83,7 @@ std::string titleOf(const netcdf::File& file, const std::string& path) {
 /// Ends the writing: nobody reads what comes.
 struct Unwanted {};
 
-void write(const tables::Table& table, const Options& options, tables::Writing writing) {
+void write(const tables::Table& table, const TableOptions& options, tables::Writing writing) {
   const tables::Format format = *tables::formatOf(options.format);
   Output output(options.output);
   writing.width = widthOf(output.descriptor());
@@ -104,7 +104,7 @@ void write(const tables::Table& table, const Options& options, tables::Writing w
   output.commit();
 }
 
-int showTable(const Options& options, tables::Request request, tables::Writing writing) {
+int showTable(const TableOptions& options, tables::Request request, tables::Writing writing) {
   netcdf::File file = openFile(options.source.file, readingOptions(options.raw));
   const memory::Dictionary& group = groupOf(file, options.source);
   request.unreadable = skippedIn(group, file.skipped());
@@ -120,7 +120,7 @@ int showTable(const Options& options, tables::Request request, tables::Writing w
   return 0;
 }
 
-int showContractTable(const Options& options, const tables::Request& request,
+int showContractTable(const TableOptions& options, const tables::Request& request,
                       const tables::Writing& writing) {
   if (!request.selections.empty()) {
     throw Failure("--select does not go with --format " + options.format +
@@ -137,7 +137,7 @@ int showContractTable(const Options& options, const tables::Request& request,
   return show(wanted);
 }
 
-int run(Options options) {
+int runTable(TableOptions options) {
   if (options.html) {
     options.format = "html";
   }
@@ -159,7 +159,7 @@ int run(Options options) {
   }
 }
 
-void addOptions(CLI::App& command, Options& options) {
+void addOptions(CLI::App& command, TableOptions& options) {
   addSource(command, options.source);
   addPatterns(command, options.variables, options.exclude);
   command
@@ -215,9 +215,9 @@ Verb addTable(CLI::App& application) {
       "the shortest numbers that read back. contract and contract-html are what\n"
       "exportToDataFrame with exportDataFrameToString and exportDataFrameToHtml give,\n"
       "to the byte: with positions, and with nothing escaped unless at a terminal.");
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<TableOptions>();
   addOptions(*command, *options);
-  return {command, [options] { return run(*options); }, {{"--format", formats()}}};
+  return {command, [options] { return runTable(*options); }, {{"--format", formats()}}};
 }
 
 }  // namespace quillon::tools
