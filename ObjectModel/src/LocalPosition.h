@@ -2,7 +2,6 @@
 
 #include <object_model/Tuple.h>
 
-#include <algorithm>
 #include <array>
 #include <memory>
 
@@ -27,9 +26,6 @@ class LocalPosition final : public Tuple {
     m_inside.fill(0);
     m_size = dimensions;
   }
-
-  /// Makes all coordinates 0 again.
-  void clear() { std::fill_n(m_data, m_size, 0); }
 
  private:
   std::array<unsigned long, 4> m_inside;

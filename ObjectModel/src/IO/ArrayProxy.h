@@ -3,6 +3,7 @@
 #include <object_model/Array.h>
 #include <object_model/TupleX.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <limits>
@@ -84,9 +85,7 @@ class ArrayProxy::Reader {
   T read(T (Array::*accessor)(const Tuple&) const, const std::array<unsigned long, N>& index) {
     // Asked at each access, as an array may have changed its shape meanwhile.
     const unsigned long dimensions = m_wrapped.size().size();
-    if (dimensions == m_position.size()) {
-      m_position.clear();  // an array may have written to the position that it was lent
-    } else {
+    if (dimensions != m_taken) {
       take(dimensions);
     }
     for (std::size_t m = 0; m < N; ++m) {
@@ -101,11 +100,21 @@ class ArrayProxy::Reader {
     for (std::size_t m = 0; m < N; ++m) {
       m_coordinates[m] = m_axisMap[m] < dimensions ? &m_position[m_axisMap[m]] : &m_unseen;
     }
+    // What no dimension stands for must be 0 again at the next access, whatever an array has
+    // written to the position that it was lent.
+    m_taken = 0;
+    while (m_taken < dimensions && std::find(m_axisMap, m_axisMap + N, m_taken) != m_axisMap + N) {
+      ++m_taken;
+    }
+    m_taken = m_taken == dimensions ? dimensions : NONE_TAKEN;
   }
+
+  static constexpr unsigned long NONE_TAKEN = std::numeric_limits<unsigned long>::max();
 
   const Array& m_wrapped;
   const unsigned long* m_axisMap;
   LocalPosition m_position{0};
+  unsigned long m_taken = NONE_TAKEN;           // dimensions of the position that need no reset
   std::array<unsigned long*, N> m_coordinates;  // each into m_position or m_unseen
   unsigned long m_unseen = 0;  // of dimensions that stand for no axis of the wrapped array
 };
