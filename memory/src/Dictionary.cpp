@@ -148,16 +148,21 @@ Data& Dictionary::add(std::unique_ptr<Data>&& entry) {
     throw std::invalid_argument("Dictionary '" + getName() + "' was given no entry to add");
   }
   requireAddable(*entry);
-  // Both places are made before the entry moves: either may run out of memory.
+  // All that can fail comes before the entry moves: memory may run out, and an entry of another
+  // maker may refuse a parent.
   m_entries.emplace_back();
+  auto place = m_positions.end();
   try {
-    m_positions.emplace(entry->getName(), m_entries.size() - 1);
+    place = m_positions.emplace(entry->getName(), m_entries.size() - 1).first;
+    entry->setParent(this);
   } catch (...) {
+    if (place != m_positions.end()) {
+      m_positions.erase(place);
+    }
     m_entries.pop_back();
     throw;
   }
   m_entries.back() = std::move(entry);
-  m_entries.back()->setParent(this);
   return *m_entries.back();
 }
 

@@ -23,6 +23,15 @@ using test::thrownBy;
 
 DoubleArray scalar(const std::string& name) { return DoubleArray(name, {}, {0}); }
 
+/// A dictionary with the entries a, b and c.
+Dictionary abc() {
+  Dictionary dictionary("d");
+  for (const char* name : {"a", "b", "c"}) {
+    dictionary.add(scalar(name));
+  }
+  return dictionary;
+}
+
 std::vector<std::string> namesOf(const Dictionary& dictionary) {
   std::vector<std::string> names;
   for (int k = 0; k < static_cast<int>(dictionary.getNumOfData()); ++k) {
@@ -133,6 +142,22 @@ TEST(DictionaryTest, ARefusedEntryIsLeftAsItWas) {
   moved.add(scalar("inner"));
   EXPECT_THROW(dictionary.add(std::move(moved)), std::invalid_argument);
   expectConsistent(moved, {"inner"});
+}
+
+/// An array that stands in no container.
+class Loner : public ArrayBase {
+ public:
+  Loner() : ArrayBase("loner", object_model::ElementType::Int, {}) {}
+  void setParent(Data* /*parent*/) override { throw std::runtime_error("not with me"); }
+};
+
+TEST(DictionaryTest, AnEntryThatRefusesAParentIsLeftAsItWas) {
+  Dictionary dictionary = abc();
+  auto entry = std::make_unique<Loner>();
+  EXPECT_EQ(thrownBy<std::runtime_error>([&] { dictionary.add(std::move(entry)); }), "not with me");
+  EXPECT_NE(entry, nullptr);
+  EXPECT_FALSE(dictionary.contains("loner"));
+  expectConsistent(dictionary, {"a", "b", "c"});
 }
 
 TEST(DictionaryTest, NoEntryCannotBeAdded) {
@@ -340,15 +365,6 @@ TEST_F(DictionaryPathTest, SaysWhatIsThereAndWhatWasAskedFor) {
 }
 
 // Taking out and renaming
-
-/// A dictionary with the entries a, b and c.
-Dictionary abc() {
-  Dictionary dictionary("d");
-  for (const char* name : {"a", "b", "c"}) {
-    dictionary.add(scalar(name));
-  }
-  return dictionary;
-}
 
 TEST(DictionaryTest, RemovingLeavesTheOthersInTheirOrder) {
   Dictionary dictionary = abc();
