@@ -121,13 +121,13 @@ ChunkUnpacker::ChunkUnpacker(ChunkUnpacker&& other) noexcept = default;
 ChunkUnpacker& ChunkUnpacker::operator=(ChunkUnpacker&& other) noexcept = default;
 ChunkUnpacker::~ChunkUnpacker() = default;
 
-char* ChunkUnpacker::roomBeside(const char* bytes) {
-  std::unique_ptr<char[]>& room = m_rooms[0].get() == bytes ? m_rooms[1] : m_rooms[0];
-  if (room == nullptr) {
+char* ChunkUnpacker::bufferBeside(const char* bytes) {
+  std::unique_ptr<char[]>& buffer = m_buffers[0].get() == bytes ? m_buffers[1] : m_buffers[0];
+  if (buffer == nullptr) {
     const unsigned long checksums = m_format.filters.size() * CHECKSUM_BYTES;
-    room.reset(new char[m_format.bytes + checksums]);  // not make_unique, which would fill it
+    buffer.reset(new char[m_format.bytes + checksums]);  // not make_unique, which would fill it
   }
-  return room.get();
+  return buffer.get();
 }
 
 bool ChunkUnpacker::undo(ChunkFilter filter, Bytes& bytes, unsigned long before, char* to) {
@@ -163,7 +163,7 @@ bool ChunkUnpacker::unpack(const char* stored, unsigned long size, std::uint32_t
     }
     const unsigned long before = bytesBefore(m_format, skipped, k - 1);
     // What the first filter was given are the values.
-    char* const to = k == 1 ? values : roomBeside(bytes.first);
+    char* const to = k == 1 ? values : bufferBeside(bytes.first);
     if (!undo(m_format.filters[k - 1], bytes, before, to)) {
       return false;
     }

@@ -60,12 +60,12 @@ class ChunkUnpacker {
   /// Undoes a filter, to `to` or in place. `before` is how many bytes it was given, where none
   /// before it packs.
   bool undo(ChunkFilter filter, Bytes& bytes, unsigned long before, char* to);
-  /// Room for what lies between two filters, another one than that of `bytes`.
-  char* roomBeside(const char* bytes);
+  /// A buffer for what lies between two filters, another one than that of `bytes`.
+  char* bufferBeside(const char* bytes);
 
   ChunkFormat m_format;
   std::unique_ptr<Inflater> m_inflater;
-  std::array<std::unique_ptr<char[]>, 2> m_rooms;
+  std::array<std::unique_ptr<char[]>, 2> m_buffers;
 };
 
 }  // namespace quillon::netcdf

@@ -112,11 +112,11 @@ class StoredChunks::Unpacking {
     if (values * valueBytes == m_data.format.bytes && areOneRun(valueBytes, dimensions)) {
       return unpackTo(chunk, to);
     }
-    m_room.resize(m_data.format.bytes);
-    return unpackTo(chunk, m_room.data()) &&
+    m_unpacked.resize(m_data.format.bytes);
+    return unpackTo(chunk, m_unpacked.data()) &&
            forEachRun(valueBytes, dimensions,
                       [&](unsigned long from, unsigned long place, unsigned long bytes) {
-                        std::memcpy(to + place, m_room.data() + from, bytes);
+                        std::memcpy(to + place, m_unpacked.data() + from, bytes);
                         return true;
                       });
   }
@@ -137,7 +137,7 @@ class StoredChunks::Unpacking {
   const unsigned long* m_extent;
   char* m_values;
   ChunkUnpacker m_unpacker;
-  std::vector<char> m_room;
+  std::vector<char> m_unpacked;
 };
 
 StoredChunks::StoredChunks(std::shared_ptr<const Source> source, ChunkedData data)
@@ -172,9 +172,9 @@ bool StoredChunks::fetch(hid_t data, PackedChunk& chunk) const {
   if (size == 0) {
     return !m_data.fill.empty();
   }
-  if (chunk.room < size) {
+  if (chunk.capacity < size) {
     chunk.bytes.reset(new char[size]);  // not make_unique, which would fill it
-    chunk.room = size;
+    chunk.capacity = size;
   }
   return H5Dread_chunk(data, H5P_DEFAULT, offset.data(), &chunk.skipped, chunk.bytes.get()) >= 0;
 }

@@ -25,8 +25,8 @@ struct ChunkedData {
 /// The bytes of a chunk as they are stored.
 struct PackedChunk {
   std::vector<unsigned long> first;  ///< the chunk's first position
-  std::unique_ptr<char[]> bytes;     ///< room for them, and perhaps more
-  unsigned long room = 0;            ///< how many there is room for
+  std::unique_ptr<char[]> bytes;     ///< the stored ones, first
+  unsigned long capacity = 0;        ///< of `bytes`
   unsigned long size = 0;            ///< 0 for one that was never written
   std::uint32_t skipped = 0;         ///< a bit for each filter that was not applied
 };

@@ -93,12 +93,12 @@ INSTANTIATE_TEST_SUITE_P(Texts, ParseRowsTest,
                                            "99999999999999999999999"));
 
 TEST(SourceTest, RootIsCalledByItsFile) {
-  EXPECT_EQ((Source{"a.nc", ""}.inWords()), "'a.nc'");
-  EXPECT_EQ((Source{"a.nc", "/"}.inWords()), "'a.nc'");
+  EXPECT_EQ((FileGroup{"a.nc", ""}.inWords()), "'a.nc'");
+  EXPECT_EQ((FileGroup{"a.nc", "/"}.inWords()), "'a.nc'");
 }
 
 TEST(SourceTest, GroupIsNamed) {
-  EXPECT_EQ((Source{"a\n.nc", "cells/li"}.inWords()), "Group 'cells/li' of 'a\\n.nc'");
+  EXPECT_EQ((FileGroup{"a\n.nc", "cells/li"}.inWords()), "Group 'cells/li' of 'a\\n.nc'");
 }
 
 TEST(ArgumentsTest, TolerancesAreNumbersOfAtLeastZero) {

@@ -39,7 +39,7 @@ std::optional<unsigned long> readCount(const std::string& text) {
 
 }  // namespace
 
-std::string Source::inWords() const {
+std::string FileGroup::inWords() const {
   const bool isRoot = group.find_first_not_of('/') == std::string::npos;
   return isRoot ? inQuotes(file) : "Group " + inQuotes(group) + " of " + inQuotes(file);
 }
@@ -56,10 +56,10 @@ std::string inLines(const std::string& description) {
   return text;
 }
 
-void addSource(CLI::App& command, Source& source) {
-  command.add_option("FILE", source.file, "The netCDF file to read")->required()->option_text(" ");
+void addFileGroup(CLI::App& command, FileGroup& input) {
+  command.add_option("FILE", input.file, "The netCDF file to read")->required()->option_text(" ");
   command
-      .add_option("--group", source.group,
+      .add_option("--group", input.group,
                   inLines("A group of the file, such as cells/otsu (default: the root)"))
       ->type_name("PATH");
 }

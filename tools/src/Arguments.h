@@ -8,7 +8,7 @@
 namespace quillon::tools {
 
 /// The group of a file that a verb works on, as the command line names it.
-struct Source {
+struct FileGroup {
   std::string file;
   std::string group;  ///< the root unless given
 
@@ -20,7 +20,7 @@ struct Source {
 std::string inLines(const std::string& description);
 
 /// Gives a verb the argument FILE and the option --group.
-void addSource(CLI::App& command, Source& source);
+void addFileGroup(CLI::App& command, FileGroup& input);
 
 /// Gives a verb the options --variables and --exclude.
 void addPatterns(CLI::App& command, std::optional<std::string>& variables,

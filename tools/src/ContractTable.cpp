@@ -55,12 +55,12 @@ std::string render(memory::Dictionary& group, const ContractPlan& plan, unsigned
 
 int show(const ContractTable& table) {
   // The rows follow the index, not the order in the file.
-  auto file = openFile(table.source.file, readingWhole(table.isRaw));
-  const memory::Dictionary& group = groupOf(file, table.source);
+  auto file = openFile(table.input.file, readingWhole(table.isRaw));
+  const memory::Dictionary& group = groupOf(file, table.input);
   const ContractPlan plan = contractPlan(group, skippedIn(group, file.skipped()), table.request);
   requireMemory(plan, table.maxRows);
   const std::map<std::string, unsigned long> extents = extentsOf(plan, table.maxRows);
-  memory::Dictionary shown = file.corner(table.source.group, extents);
+  memory::Dictionary shown = file.corner(table.input.group, extents);
   Output output(table.output);
   const std::string text =
       render(shown, plan, cellsOf(plan, extents), table, ::isatty(output.descriptor()) == 1);

@@ -11,7 +11,7 @@ namespace quillon::tools {
 
 /// A table of the library's own export.
 struct ContractTable {
-  Source source;
+  FileGroup input;
   tables::ContractRequest request;
   unsigned long maxRows = 10;  ///< 0 for all
   bool isHtml = false;

@@ -53,10 +53,10 @@ unsigned long valuesIn(const object_model::Data& data) {
 
 }  // namespace
 
-DiffInput::DiffInput(const Source& source, netcdf::OpenOptions reading)
-    : m_source(source),
-      m_file(openFile(source.file, inSmallWindows(std::move(reading)))),
-      m_group(groupOf(m_file, m_source)) {}
+DiffInput::DiffInput(const FileGroup& input, netcdf::OpenOptions reading)
+    : m_fileGroup(input),
+      m_file(openFile(input.file, inSmallWindows(std::move(reading)))),
+      m_group(groupOf(m_file, m_fileGroup)) {}
 
 std::string DiffInput::pathOfGroup() const { return pathOf(m_group); }
 
@@ -109,9 +109,9 @@ void DiffInput::addSkipped() {
 bool isDecoded(const object_model::Array& array) { return netcdf::isDecoded(array); }
 
 void chooseIn(DiffInput& first, DiffInput& second, compare::Choice choice) {
-  const std::string& group = first.source().group;
+  const std::string& group = first.fileGroup().group;
   const std::string files =
-      "either " + inQuotes(first.source().file) + " nor " + inQuotes(second.source().file);
+      "either " + inQuotes(first.fileGroup().file) + " nor " + inQuotes(second.fileGroup().file);
   choice.sides = group.empty() ? "N" + files : "In the group " + inQuotes(group) + " n" + files;
   choice.root = first.pathOfGroup();
   choice.unreadable = first.unreadable();

@@ -18,9 +18,9 @@ namespace quillon::tools {
 class DiffInput {
  public:
   /// @throws Failure for a group that is not in the file; what opening the file throws.
-  DiffInput(const Source& source, netcdf::OpenOptions reading);
+  DiffInput(const FileGroup& input, netcdf::OpenOptions reading);
 
-  const Source& source() const { return m_source; }
+  const FileGroup& fileGroup() const { return m_fileGroup; }
 
   /// Where the group stands in the file, such as "/cells/otsu".
   std::string pathOfGroup() const;
@@ -46,7 +46,7 @@ class DiffInput {
   void addSkipped();
 
  private:
-  Source m_source;
+  FileGroup m_fileGroup;
   netcdf::File m_file;
   memory::Dictionary& m_group;
   std::unique_ptr<memory::Selection> m_selection;

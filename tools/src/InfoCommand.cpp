@@ -17,24 +17,24 @@ namespace {
 const std::vector<std::string> INFO_FORMATS = {"text", "json", "html"};
 
 struct InfoOptions {
-  Source source;
+  FileGroup input;
   std::string format = "text";
   bool attributes = false;
 };
 
 std::string outlineOf(const std::vector<netcdf::GroupFacts>& groups, const InfoOptions& options) {
   if (options.format == "json") {
-    return outlineJson(groups, options.source.file) + "\n";
+    return outlineJson(groups, options.input.file) + "\n";
   }
-  return options.format == "html" ? outlineHtml(groups, options.source.file)
+  return options.format == "html" ? outlineHtml(groups, options.input.file)
                                   : outlineText(groups, options.attributes);
 }
 
 int runInfo(const InfoOptions& options) {
   requireKnown("--format", options.format, INFO_FORMATS);
-  netcdf::File file = openFile(options.source.file, {});
-  groupOf(file, options.source);  // for its sentence where there is none
-  writeOutput(outlineOf(factsBelow(file, options.source.group), options));
+  netcdf::File file = openFile(options.input.file, {});
+  groupOf(file, options.input);  // for its sentence where there is none
+  writeOutput(outlineOf(factsBelow(file, options.input.group), options));
   return 0;
 }
 
@@ -50,7 +50,7 @@ Verb addInfo(CLI::App& application) {
       "read is listed with the reason. No values are read. json and html have all\n"
       "attributes.");
   const auto options = std::make_shared<InfoOptions>();
-  addSource(*command, options->source);
+  addFileGroup(*command, options->input);
   command->add_flag("--attributes", options->attributes, "List all attributes, too");
   command
       ->add_option("--format", options->format, "text (default), json or html, a page to look at")

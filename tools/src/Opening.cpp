@@ -32,14 +32,14 @@ netcdf::OpenOptions readingWhole(bool raw) {
   return options;
 }
 
-memory::Dictionary& groupOf(netcdf::File& file, const Source& source) {
+memory::Dictionary& groupOf(netcdf::File& file, const FileGroup& input) {
   try {
-    return file.group(source.group);
+    return file.group(input.group);
   } catch (const netcdf::Error&) {
     const std::vector<std::string> paths = memory::groupsBelow(file.root());
-    const std::string start = inQuotes(source.file) + " has no group " + inQuotes(source.group);
+    const std::string start = inQuotes(input.file) + " has no group " + inQuotes(input.group);
     throw Failure(paths.empty() ? start + ", only the root group"
-                                : start + memory::offerOf(source.group, paths));
+                                : start + memory::offerOf(input.group, paths));
   }
 }
 

@@ -23,7 +23,7 @@ netcdf::OpenOptions readingWhole(bool raw);
 
 /// The group in the open file. @throws Failure that offers the nearest of the file's groups when
 /// there is none.
-memory::Dictionary& groupOf(netcdf::File& file, const Source& source);
+memory::Dictionary& groupOf(netcdf::File& file, const FileGroup& input);
 
 /// A variable that is left out of what is shown.
 using PassedOver = tables::Unreadable;

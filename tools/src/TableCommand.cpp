@@ -30,7 +30,7 @@ const char* const CONTRACT = "contract";
 const char* const CONTRACT_HTML = "contract-html";
 
 struct TableOptions {
-  Source source;
+  FileGroup input;
   std::optional<std::string> variables;
   std::optional<std::string> exclude;
   std::optional<std::string> index;
@@ -60,7 +60,7 @@ std::optional<std::vector<std::string>> patternsOf(const std::string& option,
 
 tables::Request requestOf(const TableOptions& options) {
   tables::Request request;
-  request.source = options.source.inWords();
+  request.source = options.input.inWords();
   request.variables = patternsOf("--variables", options.variables);
   request.exclude = patternsOf("--exclude", options.exclude).value_or(std::vector<std::string>());
   if (options.index) {
@@ -105,13 +105,13 @@ void write(const tables::Table& table, const TableOptions& options, tables::Writ
 }
 
 int showTable(const TableOptions& options, tables::Request request, tables::Writing writing) {
-  netcdf::File file = openFile(options.source.file, readingOptions(options.raw));
-  const memory::Dictionary& group = groupOf(file, options.source);
+  netcdf::File file = openFile(options.input.file, readingOptions(options.raw));
+  const memory::Dictionary& group = groupOf(file, options.input);
   request.unreadable = skippedIn(group, file.skipped());
   const tables::Table table(group, tables::plan(group, request));
   if (options.format == "html" && options.output) {
     writing.page =
-        tables::Page{titleOf(file, options.source.file), "Group " + memory::pathOf(group)};
+        tables::Page{titleOf(file, options.input.file), "Group " + memory::pathOf(group)};
   }
   for (const std::string& note : table.notes()) {
     reportNote(note);
@@ -127,7 +127,7 @@ int showContractTable(const TableOptions& options, const tables::Request& reques
                   ", the library's own export of whole arrays");
   }
   ContractTable wanted;
-  wanted.source = options.source;
+  wanted.input = options.input;
   wanted.request = {request.source, request.variables, request.exclude, request.index,
                     request.allColumns};
   wanted.maxRows = writing.maxRows.value_or(tables::Shown().maxRows);
@@ -149,7 +149,7 @@ int runTable(TableOptions options) {
   writing.digits = static_cast<int>(parseCount("--precision", options.precision, 1, 17));
   const tables::Request request = requestOf(options);
   if (options.output) {
-    requireOtherFile(*options.output, options.source.file);
+    requireOtherFile(*options.output, options.input.file);
   }
   try {
     return options.isContract() ? showContractTable(options, request, writing)
@@ -160,7 +160,7 @@ int runTable(TableOptions options) {
 }
 
 void addOptions(CLI::App& command, TableOptions& options) {
-  addSource(command, options.source);
+  addFileGroup(command, options.input);
   addPatterns(command, options.variables, options.exclude);
   command
       .add_option("-i,--index", options.index,
