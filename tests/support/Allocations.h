@@ -57,4 +57,22 @@ OutOfMemory runOutOfMemory(long failing, const Call& call) {
   return outcome;
 }
 
+/// Runs `call` over and over, a later one of its allocations failing each time, until none is left
+/// to fail. `look`, which is given what came of it, is called after each failure.
+/// @return how many failed.
+template <class Call, class Look>
+long failEachAllocation(const Call& call, const Look& look) {
+  for (long failing = 0;; ++failing) {
+    bool hasFailed = true;
+    const OutOfMemory outcome = runOutOfMemory(failing, [&] {
+      call();
+      hasFailed = hasAllocationFailed();
+    });
+    if (!hasFailed) {
+      return failing;
+    }
+    look(outcome);
+  }
+}
+
 }  // namespace test

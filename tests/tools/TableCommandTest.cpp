@@ -554,6 +554,47 @@ TEST(TableCommandTest, FileSystemThatTakesNoMoreKeepsTheOutputFile) {
   EXPECT_THAT(scratch.entries(), ElementsAre("table"));
 }
 
+// A limit that is met in the midst of a write, which then writes less than it was given.
+TEST(TableCommandTest, ShortWriteIsNoTable) {
+  const Scratch scratch;
+  const std::string table =
+      std::string("(ulimit -f 100; $QUILLON table ") + CLIMATE + " --format csv ";
+  EXPECT_EQ(runShell(table + "--output " + scratch.path("table") + ") 2>&1 | cat").out,
+            "quillon: Cannot write '" + scratch.path("table") + "': File too large\n");
+  EXPECT_THAT(scratch.entries(), ElementsAre());
+  EXPECT_EQ(runShell(table + "> " + scratch.path("table") + ") 2>&1 | cat").out,
+            "quillon: Cannot write to standard output: File too large\n");
+}
+
+// From too little to start to enough: a whole table, or none and a sentence.
+TEST(TableCommandTest, MissingMemoryIsASentenceOrNothingIsMissing) {
+  if (IS_SANITIZED) {
+    GTEST_SKIP() << "memory cannot be limited under the address sanitizer";
+  }
+  const std::string command =
+      std::string("$QUILLON table ") + CLIMATE + " --variables SST --format csv";
+  const Outcome whole = runShell(command);
+  ASSERT_EQ(whole.status, 0);
+  bool wasRefused = false;
+  for (unsigned long kibibytes = 1UL << 14U; kibibytes <= 1UL << 20U; kibibytes += kibibytes / 8) {
+    const Outcome outcome =
+        runShell("(ulimit -v " + std::to_string(kibibytes) + "; " + command + ")");
+    if (outcome.status == 0) {
+      EXPECT_EQ(outcome, whole) << kibibytes;
+      continue;
+    }
+    EXPECT_EQ(outcome.out, "") << kibibytes;
+    // Before main(), the loader speaks.
+    if (outcome.status != 127) {
+      wasRefused = true;
+      EXPECT_EQ(outcome.status, 2) << kibibytes;
+      EXPECT_EQ(outcome.err.substr(0, 9), "quillon: ") << kibibytes;
+      EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+    }
+  }
+  EXPECT_TRUE(wasRefused);
+}
+
 TEST(TableCommandTest, CutFileIsAFailureWithoutATable) {
   const Scratch scratch;
   const std::string whole = contentOf(std::string(QUILLON_SOURCE_DIR "/") + CLIMATE);
