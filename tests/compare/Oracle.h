@@ -12,6 +12,77 @@ namespace quillon::compare {
 
 __extension__ using Integer = __int128;
 
+/// The values of a type that matter.
+template <class T>
+std::vector<T> specials() {
+  if constexpr (std::is_floating_point_v<T>) {
+    const T nan = std::numeric_limits<T>::quiet_NaN();
+    const T infinite = std::numeric_limits<T>::infinity();
+    return {0,
+            T(-0.0),
+            1,
+            2,
+            T(2.5),
+            T(0.1),
+            -3,
+            nan,
+            nan,
+            infinite,
+            -infinite,
+            std::numeric_limits<T>::max(),
+            std::numeric_limits<T>::lowest(),
+            std::numeric_limits<T>::denorm_min()};
+  } else if constexpr (std::is_integral_v<T>) {
+    return {0,
+            1,
+            2,
+            3,
+            100,
+            std::numeric_limits<T>::max(),
+            std::numeric_limits<T>::min(),
+            static_cast<T>(std::numeric_limits<T>::max() - 1),
+            static_cast<T>(std::numeric_limits<T>::max() / 2)};
+  } else {
+    std::vector<T> values;
+    using Part = typename T::value_type;
+    for (const Part real : specials<Part>()) {
+      values.emplace_back(real, Part(1));
+      values.emplace_back(Part(1), real);
+    }
+    return values;
+  }
+}
+
+/// In what the figures are others than expected; empty where they are the same. Sums are rounded as
+/// the values come.
+inline std::string differenceOf(const Figures& found, const Figures& expected) {
+  const auto areEqual = [](double a, double b) {
+    return a == b || (std::isnan(a) && std::isnan(b));
+  };
+  if (found.values != expected.values) {
+    return "values";
+  }
+  if (found.count != expected.count || found.deltas != expected.deltas) {
+    return "count";
+  }
+  if (found.missing != expected.missing) {
+    return "missing";
+  }
+  if (!areEqual(found.largestRelative, expected.largestRelative)) {
+    return "largestRelative";
+  }
+  if (!areEqual(found.sum, expected.sum) &&
+      !(std::abs(found.sum - expected.sum) <= 1e-15 * expected.sum)) {
+    return "sum";
+  }
+  const bool hasSamePairs =
+      std::equal(found.largest.begin(), found.largest.end(), expected.largest.begin(),
+                 expected.largest.end(), [&](const Pair& a, const Pair& b) {
+                   return a.offset == b.offset && areEqual(a.delta, b.delta);
+                 });
+  return hasSamePairs ? "" : "largest";
+}
+
 /// The rule and the figures, plainly: a value at a time, by accessors, all differences kept.
 class Oracle {
  public:
