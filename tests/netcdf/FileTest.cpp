@@ -1,9 +1,40 @@
+#include <fcntl.h>
+
+#include <filesystem>
 #include <ostream>
 
 #include "TestFiles.h"
 
 namespace quillon::netcdf {
 namespace {
+
+/// How the descriptors of this process that lead to a file were opened: O_RDONLY, O_WRONLY, O_RDWR.
+std::vector<int> waysOfOpening(const std::string& path) {
+  std::vector<int> ways;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+    std::error_code error;
+    if (std::filesystem::read_symlink(entry.path(), error) == path) {
+      ways.push_back(::fcntl(std::stoi(entry.path().filename()), F_GETFL) & O_ACCMODE);
+    }
+  }
+  return ways;
+}
+
+TEST(OpenedFileTest, IsOpenForReadingAlone) {
+  const Scratch scratch;
+  for (const int format : {0, NC_64BIT_DATA, NC_NETCDF4}) {
+    const std::string path =
+        std::filesystem::canonical(scratch.path(".")) / ("a" + std::to_string(format) + ".nc");
+    {
+      const Writer writer(path, format);
+      writer.put<int>(writer.variable("count", NC_INT, {}), {}, {85});
+    }
+    const File file(path);
+    arrayAt(file, "count").getValueAsInt(object_model::TupleX(0));
+    EXPECT_THAT(waysOfOpening(path),
+                testing::AllOf(testing::Not(testing::IsEmpty()), testing::Each(O_RDONLY)));
+  }
+}
 
 class GroupsTest : public testing::Test {
  protected:
