@@ -16,8 +16,7 @@ INVALID, KILLED, TIMED_OUT, SURVIVED = "did not compile", "killed", "timed out",
 QUICK_CPU_SECONDS = 3
 CPU_SECONDS = 20
 WALL_SECONDS = 300
-# A test renders a name of 2 GiB, of which there are two copies.
-MEMORY_BYTES = 8 << 30
+MEMORY_BYTES = 4 << 30
 
 
 class Trial:

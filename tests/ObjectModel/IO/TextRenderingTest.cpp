@@ -1,5 +1,4 @@
 #include <object_model/IO.h>
-#include <unistd.h>
 
 #include <cmath>
 
@@ -176,17 +175,6 @@ TEST(TextRenderingOfHugeTables, RefusesMoreRowsThanAStringCanHold) {
   EXPECT_EQ(test::thrownBy<std::length_error>([&] { refuse(most + 1); }),
             "Cannot hold the text of 4611686018427387904 rows");
   EXPECT_THROW(refuse(most), std::bad_alloc);
-}
-
-TEST(TextRenderingOfHugeTables, RefusesANameThatIsWiderThanAStreamCanPad) {
-  constexpr std::size_t TOO_LONG = std::numeric_limits<int>::max() - 1UL;
-  if (static_cast<unsigned long>(sysconf(_SC_PHYS_PAGES)) < 3 * (TOO_LONG / 4096)) {
-    GTEST_SKIP() << "too little memory for such a name";
-  }
-  const auto frame = std::make_shared<tabra::MemoryDataFrame>();
-  frame->addColumn(std::string(TOO_LONG, 'n'), DataType(DataTypeId::UInt64));
-  EXPECT_EQ(test::thrownBy<std::length_error>([&] { exportDataFrameToString(frame, 0); }),
-            "A column name of 2147483646 characters is too long to be aligned");
 }
 
 TEST(TextRenderingOfTurningTables, ShowsTheColumnsThatAreLeft) {
