@@ -17,6 +17,8 @@ if command -v ccache >/dev/null; then
   export LC_ALL=C.UTF-8
   # No source is preprocessed only to see whether it is known.
   export CCACHE_DEPEND=1 CCACHE_NOHASHDIR=1
+  # What CMake generates in two builds is the same file.
+  export CCACHE_BASEDIR="$QUILLON_BUILD"
 fi
 
 # In which language standards strangers' programs are compiled. A test may ask for more, and for
@@ -51,10 +53,10 @@ expect_equal() {
 }
 
 # configure SOURCE BUILD [OPTION...]: an unoptimised build without debug information and without the
-# Python package, all of which take their time, unless an option says otherwise.
+# Python package, several sources as one, unless an option says otherwise: else it takes its time.
 configure() {
   "$CMAKE" -S "$1" -B "$2" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O0 \
-    -DQUILLON_PYTHON=OFF "${@:3}"
+    -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=16 -DQUILLON_PYTHON=OFF "${@:3}"
 }
 
 # build_and_install SOURCE BUILD PREFIX [OPTION...]
