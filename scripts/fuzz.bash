@@ -18,6 +18,21 @@ fuzz_target() {
     -artifact_prefix="$PWD/$FUZZ_OUTPUT/$1-" "$new" "fuzz/corpus/$1" >"$new.log" 2>&1
 }
 
+# fuzz_array SECONDS: lets Python's arrays look for cases, without sanitizers, which Python would need too.
+fuzz_array() {
+  PYTHONPATH=build/release/python nice /usr/bin/python3 fuzz/array_fuzzer.py --seconds "$1" \
+    >"$FUZZ_OUTPUT/array.log" 2>&1
+}
+
+# report_array: its line of figures, and the case that breaks the law.
+report_array() {
+  local runs
+  runs="$(sed -n 's/ executions$//p' "$FUZZ_OUTPUT/array.log")"
+  printf '%-22s %12s %12s %12s\n' array "${runs:--}" - -
+  sed -n 's/^broken by the case \(.*\)/  broken by the case \1; replay with\n  PYTHONPATH=build\/release\/python \/usr\/bin\/python3 fuzz\/array_fuzzer.py --runs 1 --from \1/p' \
+    "$FUZZ_OUTPUT/array.log"
+}
+
 # report_fuzzing TARGET: one line of figures, and for a finding where it is.
 report_fuzzing() {
   local log="$FUZZ_OUTPUT/$1.log" runs new coverage finding
@@ -54,14 +69,20 @@ verb_fuzz() {
     merge_corpus "${targets[@]}"
     return
   fi
-  say "fuzzing ${#targets[@]} targets at once for ${1:-60} seconds"
+  build release --target quillon_python
+  mkdir -p "$FUZZ_OUTPUT"
+  say "fuzzing $((${#targets[@]} + 1)) targets at once for ${1:-60} seconds"
   for target in "${targets[@]}"; do
     fuzz_target "$target" "${1:-60}" &
     jobs+=($!)
   done
+  targets+=(array)
+  fuzz_array "${1:-60}" &
+  jobs+=($!)
   local k
   for k in "${!jobs[@]}"; do wait "${jobs[k]}" || failed+=("${targets[k]}"); done
   printf '%-22s %12s %12s %12s\n' target executions 'new inputs' coverage
-  for target in "${targets[@]}"; do report_fuzzing "$target"; done
+  for target in fuzz/corpus/*/; do report_fuzzing "$(basename "$target")"; done
+  report_array
   ((${#failed[@]} == 0)) || fail "a law is broken: ${failed[*]}"
 }

@@ -141,6 +141,14 @@ TEST_F(StridedArrayTest, ValuesThatAreNotAlignedAreRefused) {
             message);
 }
 
+TEST_F(StridedArrayTest, WhereThereAreNoValuesNothingNeedsToBeAligned) {
+  const char* const inside = static_cast<const char*>(static_cast<const void*>(m_memory.data()));
+  const StridedArray<int> array("a", {{"x", 0}, {"y", 2}}, reinterpret_cast<const int*>(inside + 2),
+                                {STEP + 1, STEP});
+  EXPECT_EQ(array.numberOfElements(), 0U);
+  EXPECT_EQ(array.clone("b").numberOfElements(), 0U);
+}
+
 // Against an array that owns its values one after the other
 
 /// A block of random extents with random steps, and the same values collected by hand.
