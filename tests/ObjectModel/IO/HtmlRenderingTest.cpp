@@ -114,6 +114,22 @@ TEST_F(HtmlRendering, WritesNamesUnescaped) {
             "</table>\n");
 }
 
+TEST_F(HtmlRendering, WritesNamesThatAreNotAsciiAsTheyAre) {
+  addUInts("größe", {1});
+  EXPECT_EQ(rendered(),
+            "<table>\n"
+            "    <thead>\n"
+            "        <tr>\n"
+            "<th>größe</th>        </tr>\n"
+            "    </thead>\n"
+            "    <tbody>\n"
+            "        <tr>\n"
+            "            <tr><th>1</th>            </tr>\n"
+            "        </tr>\n"
+            "    </tbody>\n"
+            "</table>\n");
+}
+
 TEST_F(HtmlRendering, GivesAColumnOfAnotherTypeEmptyCells) {
   addUInts("a", {1});
   table().addColumn("other", tabra::DataType(static_cast<tabra::DataTypeId>(0x99)));

@@ -82,6 +82,16 @@ TEST_F(TextRendering, LetsAValueThatFillsItsColumnTouchTheNext) {
             "12345678901234568\n");
 }
 
+// Deliberate: a column is as wide as its name is long in bytes, however many characters these are.
+TEST_F(TextRendering, CountsTheBytesOfANameThatIsNotAscii) {
+  addUInts("größe", {1});
+  addUInts("温度温度温", {2});  // 15 bytes
+  addUInts("last", {3});
+  EXPECT_EQ(rendered(),
+            "größe        温度温度温  last\n"
+            "1              2                3\n");
+}
+
 TEST_F(TextRendering, WritesIntegersInPlainDecimal) {
   addUInts("u", {0, 18446744073709551615UL});
   addInts("i", {std::numeric_limits<long>::min(), std::numeric_limits<long>::max()});
