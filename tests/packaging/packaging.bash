@@ -17,8 +17,6 @@ if command -v ccache >/dev/null; then
   export LC_ALL=C.UTF-8
   # No source is preprocessed only to see whether it is known.
   export CCACHE_DEPEND=1 CCACHE_NOHASHDIR=1
-  # What CMake generates in two builds is the same file.
-  export CCACHE_BASEDIR="$QUILLON_BUILD"
 fi
 
 # In which language standards strangers' programs are compiled. A test may ask for more, and for
@@ -55,6 +53,9 @@ expect_equal() {
 # configure SOURCE BUILD [OPTION...]: an unoptimised build without debug information and without the
 # Python package, several sources as one, unless an option says otherwise: else it takes its time.
 configure() {
+  # What CMake generates in two such builds is the same file. A clone is built in folders of other depths,
+  # whose relative paths differ.
+  export CCACHE_BASEDIR="$QUILLON_BUILD"
   "$CMAKE" -S "$1" -B "$2" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O0 \
     -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=16 -DQUILLON_PYTHON=OFF "${@:3}"
 }
