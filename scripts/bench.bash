@@ -17,39 +17,60 @@ plot_growth() {
   gnuplot -c benchmarks/growth.gnuplot "$growth" "$picture"
 }
 
-## bench (15 min): time operations beside their floors (options go to Google Benchmark), or --tools, --python, --dask, --engines beside others
-verb_bench() {
-  if [[ "${1-}" == --python ]]; then
-    need "${BUILD_PACKAGES[@]}" "${PYTHON_PACKAGES[@]}" python3-pandas python3-xarray
-    build release --target quillon_python
-    PYTHONPATH=build/release/python /usr/bin/python3 benchmarks/python_ratios.py
-    return
-  fi
-  if [[ "${1-}" == --dask ]]; then
-    need "${BUILD_PACKAGES[@]}" "${PYTHON_PACKAGES[@]}" python3-xarray python3-dask python3-distributed
-    build release --target quillon_python
-    PYTHONPATH=build/release/python /usr/bin/python3 benchmarks/dask_scale.py "${@:2}"
-    PYTHONPATH=build/release/python /usr/bin/python3 benchmarks/dask_ratios.py
-    return
-  fi
-  if [[ "${1-}" == --tools ]]; then
-    need "${BUILD_PACKAGES[@]}"
-    build release --target quillon
-    bench_tools build/release/tools/quillon
-    return
-  fi
-  if [[ "${1-}" == --engines ]]; then
-    need "${BUILD_PACKAGES[@]}" "${BENCH_PACKAGES[@]}"
-    build bench --target quillon_engine_ratio
-    tests/arrow/DuckDbTest build/bench/duckdb build/bench/benchmarks/quillon_engine_ratio
-    return
-  fi
+# publish NAME COMMAND...: prints what a benchmark prints, and where it succeeds puts it into
+# docs/performance.md below that name.
+publish() {
+  local output="build/bench/$1.txt"
+  mkdir -p build/bench
+  "${@:2}" | tee "$output"
+  python3 scripts/performance.py "$1" "$output"
+}
+
+# bench_python PROGRAM [OPTION...]: runs a program in benchmarks/ with the package as it is released.
+bench_python() {
+  build release --target quillon_python
+  PYTHONPATH=build/release/python /usr/bin/python3 "benchmarks/$1" "${@:2}"
+}
+
+bench_floors() {
   need "${BUILD_PACKAGES[@]}" "${BENCH_PACKAGES[@]}" "${PLOT_PACKAGES[@]}"
   build bench --target quillon_benchmarks
   local results=build/bench/results.json
-  build/bench/benchmarks/quillon_benchmarks --benchmark_min_time=0.02 --benchmark_out="$results" "$@"
-  # A selection has not all that the picture shows.
-  if (($# == 0)); then plot_growth "$results"; fi
+  local program=(build/bench/benchmarks/quillon_benchmarks --benchmark_min_time=0.02 "--benchmark_out=$results")
+  # A selection has not all that the page and its picture show.
+  if (($# > 0)); then
+    "${program[@]}" "$@"
+  else
+    publish floors "${program[@]}"
+    plot_growth "$results"
+  fi
+}
+
+## bench (15 min): time operations beside their floors (options go to Google Benchmark), or --tools, --python, --dask, --engines beside others
+verb_bench() {
+  case "${1-}" in
+    --tools)
+      need "${BUILD_PACKAGES[@]}"
+      build release --target quillon
+      bench_tools build/release/tools/quillon
+      ;;
+    --python)
+      need "${BUILD_PACKAGES[@]}" "${PYTHON_PACKAGES[@]}" python3-pandas python3-xarray
+      publish python bench_python python_ratios.py
+      ;;
+    --dask)
+      need "${BUILD_PACKAGES[@]}" "${PYTHON_PACKAGES[@]}" python3-xarray python3-dask python3-distributed
+      bench_python dask_scale.py "${@:2}"
+      publish dask bench_python dask_ratios.py
+      ;;
+    --engines)
+      need "${BUILD_PACKAGES[@]}" "${BENCH_PACKAGES[@]}"
+      build bench --target quillon_engine_ratio
+      publish engines \
+        tests/arrow/DuckDbTest build/bench/duckdb build/bench/benchmarks/quillon_engine_ratio
+      ;;
+    *) bench_floors "$@" ;;
+  esac
 }
 
 # count_instructions PROGRAM OPERATION: prints the operation and how many instructions it takes.

@@ -111,12 +111,27 @@ bench_job() {
       printf "%s\t%.2f\t%.1f\t%.1f\n", row, ours / fastest, short / 1024, long / 1024 }'
 }
 
+# bench_jobs: prints what verbs cost beside other tools at the same work.
+bench_jobs() {
+  printf 'job\tquillon\tcdo\th5diff\tncdump\tquillon/fastest\tMiB small\tMiB long\n'
+  bench_job equal nc 'diff, equal'
+  bench_job different nc 'diff, 1 of 4 variables differs'
+  bench_job absolute nc 'diff, absolute tolerance'
+  bench_job relative nc 'diff, relative tolerance'
+  bench_job equal nc4 'diff, equal, netCDF-4'
+  bench_job different nc4 'diff, 1 of 4 differs, netCDF-4'
+  bench_job absolute nc4 'diff, absolute, netCDF-4'
+  bench_job relative nc4 'diff, relative, netCDF-4'
+  bench_job table nc 'table, 10 rows'
+  bench_job whole-table nc 'table, all rows of 2 variables'
+}
+
 # print_ratio PEER MOST OURS THEIRS: prints a row of the job `title`; MOST is the ratio to reach.
 print_ratio() {
   awk -v row="$title"$'\t'"$3"$'\t'"$1"$'\t'"$4" -v ours="$3" -v theirs="$4" -v most="$2" -v memory="$memory" \
     'BEGIN {
       ratio = ours / (theirs > 0 ? theirs : 1)
-      printf "%s\t%.2f\t%s\t%s\t%.1f\n", row, ratio, most, ratio <= most ? "-" : "missed", memory / 1024 }'
+      printf "%s\t%.2f\t%s\t%.1f\t%s\n", row, ratio, most, memory / 1024, ratio <= most ? "" : "missed" }'
 }
 
 # beside MOST COMMAND...: prints a row for another tool, given the job's two files.
@@ -136,7 +151,7 @@ stored_job() {
 # bench_stored: prints what is read, and unpacked, no more than needed.
 bench_stored() {
   local status title stored ours our_elapsed memory milliseconds elapsed kibibytes
-  printf 'job\tquillon\tbeside\ttakes\tratio\tat most\t\tMiB\n'
+  printf 'job\tquillon\tbeside\ttakes\tratio\tat most\tMiB\n'
   stored_job 0 nc4 same 'equal, deflated'
   beside 0.1 cdo -s diffn
   beside 3 cmp
@@ -189,7 +204,7 @@ bench_tables() {
   local status title stored ours memory milliseconds elapsed kibibytes
   local to_csv='import sys, xarray
 xarray.open_dataset(sys.argv[1], decode_times=False).to_dataframe().to_csv("/dev/null")'
-  printf 'job\tquillon\tbeside\ttakes\tratio\tat most\t\tMiB\n'
+  printf 'job\tquillon\tbeside\ttakes\tratio\tat most\tMiB\n'
   table_job 'CSV of 3.9 million rows' "$files/rows.nc" table --format csv
   beside 1 ncdump
   # Once is enough for what takes a minute.
@@ -204,6 +219,11 @@ xarray.open_dataset(sys.argv[1], decode_times=False).to_dataframe().to_csv("/dev
   beside 1 ncdump -h
 }
 
+# columns COMMAND...: prints the lines of a command, whose fields end in tabs, as columns.
+columns() {
+  "$@" | column -t -s $'\t'
+}
+
 # bench_tools QUILLON: prints how long the tool QUILLON takes beside other tools, and its memory.
 bench_tools() (
   quillon="$1"
@@ -212,25 +232,13 @@ bench_tools() (
   trap 'rm -r "$files"' EXIT
   say "measuring whole processes: ms of processor time, the least of $BENCH_TOOLS_RUNS runs"
   make_bench_files "$files"
-  {
-    printf 'job\tquillon\tcdo\th5diff\tncdump\tquillon/fastest\tMiB small\tMiB long\n'
-    bench_job equal nc 'diff, equal'
-    bench_job different nc 'diff, 1 of 4 variables differs'
-    bench_job absolute nc 'diff, absolute tolerance'
-    bench_job relative nc 'diff, relative tolerance'
-    bench_job equal nc4 'diff, equal, netCDF-4'
-    bench_job different nc4 'diff, 1 of 4 differs, netCDF-4'
-    bench_job absolute nc4 'diff, absolute, netCDF-4'
-    bench_job relative nc4 'diff, relative, netCDF-4'
-    bench_job table nc 'table, 10 rows'
-    bench_job whole-table nc 'table, all rows of 2 variables'
-  } | column -t -s $'\t'
+  publish tools columns bench_jobs
   rm -r "${files:?}"/*
   make_stored_files "$files"
   printf '\n'
-  bench_stored | column -t -s $'\t'
+  publish stored columns bench_stored
   rm -r "${files:?}"/*
   make_table_files "$files"
   printf '\n'
-  bench_tables | column -t -s $'\t'
+  publish tables columns bench_tables
 )

@@ -65,6 +65,8 @@ verb_check() {
   check_format
   check_scripts
   check_docs
+  say "what bounds what misses its goal"
+  python3 scripts/performance.py
   check_interface
   # One build is both clang++'s opinion and the sanitizers' subject.
   build sanitize
