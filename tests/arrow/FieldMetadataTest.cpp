@@ -8,15 +8,16 @@
 namespace quillon::arrow {
 namespace {
 
-std::string bytesOf(int32_t number) {
+std::string numberBytes(int32_t number) {
   return {reinterpret_cast<const char*>(&number), sizeof(number)};
 }
 
-const std::string TWO =
-    bytesOf(2) + bytesOf(1) + "a" + bytesOf(3) + "b=c" + bytesOf(5) + "units" + bytesOf(1) + "m";
+const std::string TWO = numberBytes(2) + numberBytes(1) + "a" + numberBytes(3) + "b=c" +
+                        numberBytes(5) + "units" + numberBytes(1) + "m";
 
 TEST(FieldMetadataTest, AreCountedTexts) {
-  EXPECT_EQ(encodedMetadata("units", "m"), bytesOf(1) + bytesOf(5) + "units" + bytesOf(1) + "m");
+  EXPECT_EQ(encodedMetadata("units", "m"),
+            numberBytes(1) + numberBytes(5) + "units" + numberBytes(1) + "m");
 }
 
 TEST(FieldMetadataTest, AValueStandsUnderItsKey) {
@@ -24,11 +25,11 @@ TEST(FieldMetadataTest, AValueStandsUnderItsKey) {
   EXPECT_EQ(metadataAt(TWO.data(), "a"), "b=c");
   EXPECT_EQ(metadataAt(TWO.data(), "unit"), "");
   EXPECT_EQ(metadataAt(nullptr, "units"), "");
-  EXPECT_EQ(metadataAt(bytesOf(0).data(), "units"), "");
+  EXPECT_EQ(metadataAt(numberBytes(0).data(), "units"), "");
 }
 
 TEST(FieldMetadataTest, CountsBelowZeroAreNone) {
-  EXPECT_EQ(metadataAt(bytesOf(-1).data(), "units"), "");
+  EXPECT_EQ(metadataAt(numberBytes(-1).data(), "units"), "");
 }
 
 }  // namespace

@@ -12,17 +12,19 @@ namespace {
 
 using ::testing::HasSubstr;
 
-struct Axis {
+struct CoordinateAxis {
   CoordinateValues coordinates;
   unsigned long size;
 };
 
-Axis levels() { return {valuesOf(memory::DoubleArray("l", {{"l", 4}}, {1000, 500, 250, 100})), 4}; }
-Axis labels() {
+CoordinateAxis levels() {
+  return {valuesOf(memory::DoubleArray("l", {{"l", 4}}, {1000, 500, 250, 100})), 4};
+}
+CoordinateAxis labels() {
   return {valuesOf(memory::StringArray("c", {{"c", 3}}, {"DAPI", "GFP", "a:b"})), 3};
 }
 /// Four times a day from 1970-01-01 on, ten days.
-Axis days() {
+CoordinateAxis days() {
   std::vector<double> hours = countedUp<double>(40);
   for (double& hour : hours) {
     hour *= 6;
@@ -32,7 +34,7 @@ Axis days() {
 
 struct ChoiceCase {
   const char* rule;
-  Axis axis;
+  CoordinateAxis axis;
   std::string text;
   unsigned long first;
   unsigned long count;
@@ -83,7 +85,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 struct RefusedCase {
   const char* rule;
-  Axis axis;
+  CoordinateAxis axis;
   std::string text;
   std::string sentence;
 };
@@ -153,7 +155,7 @@ TEST(ChoiceTest, LargeIntegersAreToldApart) {
 }
 
 TEST(ChoiceTest, ProgramsGiveNumbersTimesAndSteps) {
-  const Axis some = days();
+  const CoordinateAxis some = days();
   EXPECT_EQ(choose(Nearest{TimePoint{86'400'000'000}}, "t", 40, &some.coordinates).first, 4U);
   const ChosenIndices stepped = choose(PositionRange{1, 8, 3}, "t", 40, nullptr);
   EXPECT_EQ(stepped.count, 3U);

@@ -11,9 +11,7 @@
 namespace quillon::tools::test {
 namespace {
 
-const char* const CLIMATE = "data/north_atlantic_climate.nc";
 const char* const ROUNDED = "data/north_atlantic_climate_4_digits.nc";
-const char* const OBSERVATIONS = "data/observations.nc";
 
 Outcome same() { return {0, "", ""}; }
 Outcome different(const std::string& text) { return {1, text, ""}; }

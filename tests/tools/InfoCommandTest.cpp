@@ -33,7 +33,7 @@ TEST(InfoCommandTest, FileIsListedWhole) {
           ""}));
 }
 
-const char* const CELLS =
+const char* const OUTLINE_OF_CELLS =
     "/cells\n"
     "\n"
     "/cells/otsu\n"
@@ -70,14 +70,14 @@ const char* const CELLS =
 
 TEST(InfoCommandTest, GroupIsListedWithTheGroupsBelow) {
   EXPECT_EQ(runTool({"info", "data/observations.nc", "--group", "/cells"}),
-            (Outcome{0, CELLS, ""}));
+            (Outcome{0, OUTLINE_OF_CELLS, ""}));
 }
 
 TEST(InfoCommandTest, WholeFileIsListedUnlessAGroupIsGiven) {
   const Outcome outcome = runTool({"info", "data/observations.nc"});
   EXPECT_EQ(outcome.status, 0);
   EXPECT_EQ(outcome.out.substr(0, 12), "/\n\n/climate\n");
-  EXPECT_EQ(outcome.out.substr(outcome.out.find("\n/cells\n") + 1), CELLS);
+  EXPECT_EQ(outcome.out.substr(outcome.out.find("\n/cells\n") + 1), OUTLINE_OF_CELLS);
 }
 
 TEST(InfoCommandTest, OddVariablesAreListedToo) {

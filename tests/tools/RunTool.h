@@ -8,6 +8,11 @@
 
 namespace quillon::tools::test {
 
+// The project's data, as the tool is given them.
+inline const char* const CLIMATE = "data/north_atlantic_climate.nc";
+inline const char* const NUCLEI = "data/nuclei_measurements.nc";
+inline const char* const OBSERVATIONS = "data/observations.nc";
+
 /// How a process ended and what it wrote.
 struct Outcome {
   int status;  ///< the exit status; 128 and the signal's number when a signal ended it

@@ -26,10 +26,6 @@ Outcome table(std::vector<std::string> arguments) {
 
 Outcome printed(const std::string& text) { return {0, text, ""}; }
 
-const char* const CLIMATE = "data/north_atlantic_climate.nc";
-const char* const NUCLEI = "data/nuclei_measurements.nc";
-const char* const CELLS = "data/observations.nc";
-
 TEST(TableCommandTest, ClimateByTimeLatitudeAndLongitude) {
   EXPECT_EQ(
       table({CLIMATE, "-i", "TIME,COADSY,COADSX", "-n", "3"}),
@@ -72,7 +68,7 @@ TEST(TableCommandTest, GroupsAreReachedByTheirPath) {
   const Outcome alone = table({"data/nuclei_measurements_li.nc", "--max-rows", "0"});
   EXPECT_EQ(alone.status, 0);
   for (const char* path : {"cells/li", "/cells/li", "cells/li/"}) {
-    EXPECT_EQ(table({CELLS, "--group", path, "--max-rows", "0"}), alone);
+    EXPECT_EQ(table({OBSERVATIONS, "--group", path, "--max-rows", "0"}), alone);
   }
 }
 
@@ -392,15 +388,15 @@ INSTANTIATE_TEST_SUITE_P(
          "'data/north_atlantic_climate.nc' has no variable 'sst'; did you mean 'SST', 'SLP' or "
          "'AIRT'?"},
         {"UnknownVariableOfAGroup",
-         {CELLS, "--group", "cells/li", "--variables", "Q"},
+         {OBSERVATIONS, "--group", "cells/li", "--variables", "Q"},
          "Group 'cells/li' of 'data/observations.nc' has no variable 'Q'; did you mean 'area', "
          "'centroid' or 'perimeter'?"},
         {"UnknownGroup",
-         {CELLS, "--group", "cell"},
+         {OBSERVATIONS, "--group", "cell"},
          "'data/observations.nc' has no group 'cell'; did you mean 'cells', 'cells/li' or "
          "'climate'?"},
         {"GroupOfGroups",
-         {CELLS},
+         {OBSERVATIONS},
          "'data/observations.nc' has no variables of its own; below it are the groups climate, "
          "cells, cells/otsu, cells/li"},
         {"UnknownIndex",

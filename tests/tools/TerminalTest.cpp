@@ -69,11 +69,11 @@ std::string atTerminal(const std::string& command, int columns) {
   return shown;
 }
 
-const std::string NUCLEI = QUILLON_SOURCE_DIR "/data/nuclei_measurements.nc ";
+const std::string NUCLEI_ARGUMENT = QUILLON_SOURCE_DIR "/data/nuclei_measurements.nc ";
 
 TEST(TerminalWidthTest, ColumnsThatDoNotFitAreDots) {
   const std::string command =
-      "$QUILLON table " + NUCLEI + "--variables area,perimeter,centroid,euler_number -n 1";
+      "$QUILLON table " + NUCLEI_ARGUMENT + "--variables area,perimeter,centroid,euler_number -n 1";
   EXPECT_EQ(atTerminal(command, 40),
             "label  area  ...  centroid[point=1]\n"
             "        px2  ...                 px\n"
@@ -89,7 +89,7 @@ TEST(TerminalWidthTest, ColumnsThatDoNotFitAreDots) {
 }
 
 TEST(TerminalWidthTest, APipeHasNoWidth) {
-  const std::string command = "$QUILLON table " + NUCLEI + "-n 1";
+  const std::string command = "$QUILLON table " + NUCLEI_ARGUMENT + "-n 1";
   EXPECT_EQ(atTerminal(command + " | cat", 40), runShell(command).out);
   EXPECT_EQ(atTerminal(command + " --output /dev/stdout", 40), atTerminal(command, 40));
 }
