@@ -21,7 +21,6 @@ Dictionary measuredCells(std::vector<unsigned long> areas, std::vector<double> i
   return cells;
 }
 
-//! [compare]
 void compare(const Dictionary& first, const Dictionary& second, ComparisonType type,
              double tolerance) {
   std::string difference;  // written only when there is one
@@ -31,7 +30,6 @@ void compare(const Dictionary& first, const Dictionary& second, ComparisonType t
     std::cout << "  " << difference << '\n';
   }
 }
-//! [compare]
 
 }  // namespace
 
@@ -39,7 +37,6 @@ int main() {
   const Dictionary before = measuredCells({212, 96, 154}, {0.51, 0.77, 0.95});
   const Dictionary after = measuredCells({212, 96, 154}, {0.51, 0.771, 0.949});
 
-  //! [modes]
   std::cout << "exactly (the sentence is about the last difference of an array):\n";
   compare(before, after, ComparisonType::Exact, 0);
 
@@ -51,9 +48,7 @@ int main() {
 
   std::cout << "within 1 percent:\n";
   compare(before, after, ComparisonType::Relative, 0.01);
-  //! [modes]
 
-  //! [outline]
   // The outline is names, kinds and number of the entries; values do not count.
   Dictionary areaOnly("cells");
   areaOnly.add(UIntArray("area", {Axis(AxisType::Label, 3)}, {212, 96, 154}));
@@ -63,16 +58,12 @@ int main() {
             << "  before and area alone: " << areSimilarDictionaries(before, areaOnly, &difference)
             << '\n';
   std::cout << "  " << difference << '\n';
-  //! [outline]
 
-  //! [arrays]
   const DoubleArray drift("drift", {Axis(AxisType::Time, 2)}, {0.5, -1});
   const DoubleArray longer("drift", {Axis(AxisType::Time, 3)}, {0.5, -1, 0});
   areSameArrays(drift, longer, ComparisonType::Exact, 0, &difference);
   std::cout << "two arrays:\n  " << difference << '\n';
-  //! [arrays]
 
-  //! [signs]
   // The relative delta is divided by the second value with its sign, so that a negative one passes
   // whatever the delta is. Compare values that may be negative absolutely.
   const DoubleArray opposite("drift", {Axis(AxisType::Time, 2)}, {0.5, -100});
@@ -80,5 +71,4 @@ int main() {
             << areSameArrays(drift, opposite, ComparisonType::Relative, 0.01, nullptr)
             << ", within 0.01: "
             << areSameArrays(drift, opposite, ComparisonType::Absolute, 0.01, nullptr) << '\n';
-  //! [signs]
 }

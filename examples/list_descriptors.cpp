@@ -12,7 +12,6 @@ using quillon::memory::DictionaryDescriptor;
 
 namespace {
 
-//! [list]
 // Positions follow the order of the names, byte by byte.
 void list(const Namespace& objects) {
   for (unsigned long i = 0; i < objects.getNumOfObject(); ++i) {
@@ -21,12 +20,10 @@ void list(const Namespace& objects) {
               << (info != nullptr ? info->getDescription() : "(no descriptor)") << '\n';
   }
 }
-//! [list]
 
 }  // namespace
 
 int main() {
-  //! [register]
   // The registry keeps addresses only, so a descriptor lives for as long as it is registered.
   static const DictionaryDescriptor nuclei("nuclei", "one entry for each measurement of a nucleus");
   static const DictionaryDescriptor cells("cells", "one entry for each measurement of a cell");
@@ -35,16 +32,12 @@ int main() {
   objects.registerObject(cells.getName(), &cells);
   std::cout << objects.getNumOfObject() << " objects:\n";
   list(objects);
-  //! [register]
 
-  //! [replace]
   // The last registration of a name counts.
   static const DictionaryDescriptor betterCells("cells", "areas and intensities of cells");
   objects.registerObject("cells", &betterCells);
   std::cout << "cells now are: " << objects.getInfo("cells")->getDescription() << '\n';
-  //! [replace]
 
-  //! [unknown]
   // getInfo() reports a name that is not registered, and leaves it so.
   try {
     objects.getInfo("tissues");
@@ -56,5 +49,4 @@ int main() {
     std::cout << "after asking by name, " << objects.getNumOfObject() << " objects:\n";
     list(objects);
   }
-  //! [unknown]
 }

@@ -23,7 +23,6 @@ using namespace quillon::memory;
 
 namespace {
 
-//! [class]
 /// A picture whose pixels stand row by row. All that must be written is here: `Array` answers the
 /// type tests and casts, counts no versions and rejects the accessors that are not overridden.
 /// (`quillon::memory::ArrayBase` has all of it but the accessor; derive from that to write less.)
@@ -66,7 +65,6 @@ class CameraImage final : public object_model::Array {
   const std::uint16_t* m_pixels;
   object_model::Data* m_parent = nullptr;
 };
-//! [class]
 
 }  // namespace
 
@@ -75,26 +73,20 @@ int main() {
   Dictionary shot("shot");
   shot.add(std::make_unique<CameraImage>("pixels", 3, 2, driver.data()));
 
-  //! [export]
   const auto table = std::make_shared<tabra::MemoryDataFrame>();
   object_model::exportToDataFrame(shot, table.get(), {"x", "y"});
   std::cout << object_model::exportDataFrameToString(table, 0);
-  //! [export]
 
-  //! [compare]
   const object_model::Array& image = *shot.data("pixels")->asArray();
   const UIntArray expected("pixels", {Axis("x", 3), Axis("y", 2)}, {10, 20, 30, 40, 50, 60});
   driver[4] = 55;  // the array shows what the driver has now
   std::string difference;
   areSameArrays(image, expected, object_model::helper::ComparisonType::Exact, 0, &difference);
   std::cout << difference << '\n';
-  //! [compare]
 
-  //! [other accessors]
   try {
     image.getValueAsDouble(TupleX({1, 1}));
   } catch (const object_model::InvalidCall& error) {  // no std::exception
     std::cout << error.what() << '\n';
   }
-  //! [other accessors]
 }

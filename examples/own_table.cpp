@@ -19,7 +19,6 @@ using namespace quillon::memory;
 
 namespace {
 
-//! [class]
 /// A table that keeps each column as a run of cells. All column types take 8 bytes a cell, so a
 /// cell is bytes to it, whatever the type.
 class ColumnTable final : public tabra::DataFrameView {
@@ -69,9 +68,7 @@ class ColumnTable final : public tabra::DataFrameView {
     m_shape[1] -= count;
     endRemovals();
   }
-  //! [class]
 
-  //! [removal order]
   // The export empties a table by removing the columns 0, 1, ... n - 1, in this order: in a run of
   // removals, columns go by the numbers that they had before the first. So a column keeps its
   // number until the run ends, here when a column or rows are added or rows removed.
@@ -87,7 +84,6 @@ class ColumnTable final : public tabra::DataFrameView {
       m_columns[i].number = i;
     }
   }
-  //! [removal order]
 
   using Cell = std::uint64_t;
   struct Column {
@@ -113,11 +109,9 @@ int main() {
   cells.add(DoubleArray("intensity", {Axis(AxisType::Label, 2), Axis(AxisType::Channel, 2)},
                         {0.51, 0.77, 1.02, 1.31}));
 
-  //! [use]
   const auto table = std::make_shared<ColumnTable>();
   object_model::exportToDataFrame(cells, table.get(), {"label", "channel"});
   object_model::exportToDataFrame(cells, table.get(), {"label"});  // takes the place of the first
   std::cout << object_model::exportDataFrameToString(table, 0);
   std::cout << "unit of " << table->columnName(1) << ": " << table->columnUnit(1) << '\n';
-  //! [use]
 }

@@ -33,7 +33,13 @@ NOTHING = Figures()
 
 
 def merge(a: Figures, b: Figures) -> Figures:
-    """The figures of both parts, which share no value. Associative and commutative."""
+    """The figures of both parts, which share no value. Associative and commutative.
+
+    Examples
+    --------
+    >>> merge(figures([1.0], [1.5], [0], [2]), figures([2.0], [2.0], [1], [2])).count
+    1
+    """
     return _core.merge(a, b)
 
 

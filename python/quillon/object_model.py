@@ -108,37 +108,92 @@ class Namespace:
 
 
 def are_same_arrays(first: Array, second: Array, type: int, tolerance: float) -> tuple[bool, str]:
-    """Whether two arrays have the same name, element type, shape and values; else a sentence."""
+    """Whether two arrays have the same name, element type, shape and values; else a sentence.
+
+    Examples
+    --------
+    >>> import quillon
+    >>> one, two = quillon.Array([1.0], name="area"), quillon.Array([1.5], name="area")
+    >>> are_same_arrays(one, two, ComparisonType.Exact, 0)
+    (False, "The arrays 'area' have different values at the position (0)': '1.000000' and '1.500000'.")
+    """
     return _core.are_same_arrays(first._handle, second._handle, int(type), tolerance)
 
 
 def are_same_dictionaries(
     first: Dictionary, second: Dictionary, type: int, tolerance: float
 ) -> tuple[bool, str]:
-    """Whether two dictionaries have the same outline and content; else a sentence."""
+    """Whether two dictionaries have the same outline and content; else a sentence.
+
+    Examples
+    --------
+    >>> import quillon
+    >>> one, two = quillon.Dictionary({"area": [1.0]}), quillon.Dictionary({"area": [1.5]})
+    >>> are_same_dictionaries(one, two, ComparisonType.Exact, 0)[1]
+    "Array 'area': The arrays 'area' have different values at the position (0)': '1.000000' and '1.500000'."
+    """
     return _core.are_same_dictionaries(first._handle, second._handle, int(type), tolerance)
 
 
 def are_similar_dictionaries(first: Dictionary, second: Dictionary) -> tuple[bool, str]:
-    """Whether two dictionaries have the same outline; else a sentence."""
+    """Whether two dictionaries have the same outline; else a sentence.
+
+    Examples
+    --------
+    >>> import quillon
+    >>> one, two = quillon.Dictionary({"area": [1.0]}), quillon.Dictionary({"area": [1.5]})
+    >>> are_similar_dictionaries(one, two)
+    (True, '')
+    """
     return _core.are_similar_dictionaries(first._handle, second._handle)
 
 
 def export_to_string(dictionary: Dictionary, index: Sequence[str], max_rows: int) -> str:
-    """The library's own table of a dictionary as text; every row when `max_rows` is 0."""
+    """The library's own table of a dictionary as text; every row when `max_rows` is 0.
+
+    Examples
+    --------
+    >>> import quillon
+    >>> cells = quillon.Dictionary({"area": quillon.Array([212, 96], ["label"])})
+    >>> print(export_to_string(cells, ["label"], 1))
+    Index [label]  area
+    0              212
+    ...
+    <BLANKLINE>
+    """
     return _core.export_to_string(dictionary._handle, list(index), max_rows)
 
 
 def export_to_html(dictionary: Dictionary, index: Sequence[str], max_rows: int) -> str:
-    """The same as the library's HTML, all of whose cells are headings."""
+    """The same as the library's HTML, all of whose cells are headings.
+
+    Examples
+    --------
+    >>> import quillon
+    >>> cells = quillon.Dictionary({"area": quillon.Array([212, 96], ["label"])})
+    >>> export_to_html(cells, ["label"], 1).count("<th>")
+    6
+    """
     return _core.export_to_html(dictionary._handle, list(index), max_rows)
 
 
 def determine_physical_information(text: str) -> PhysicalInformation:
-    """The physical information that is spelt `text`."""
+    """The physical information that is spelt `text`.
+
+    Examples
+    --------
+    >>> determine_physical_information("AREA").name
+    'AREA'
+    """
     return PhysicalInformation(_core.determine_physical_information(text))
 
 
 def determine_physical_dimension(information: int) -> PhysicalDimension:
-    """The power of length that a value of `information` carries."""
+    """The power of length that a value of `information` carries.
+
+    Examples
+    --------
+    >>> determine_physical_dimension(PhysicalInformation.AREA).name
+    'LENGTH_POWER_2'
+    """
     return PhysicalDimension(_core.determine_physical_dimension(int(information)))

@@ -25,13 +25,14 @@ template <class Subject, class = void>
 struct ExpectedValues {
   static constexpr bool ARE_KNOWN = false;  ///< whether it says so
 };
-/// The values of a subject that says so.
+// Of a subject that says so.
+/// @cond
 template <class Subject>
 struct ExpectedValues<Subject, std::void_t<decltype(Subject::values())>> {
-  static constexpr bool ARE_KNOWN = true;  ///< whether it says so
-  /// The type of the values.
+  static constexpr bool ARE_KNOWN = true;
   using Value = typename decltype(Subject::values())::value_type;
 };
+/// @endcond
 
 /// Checks an array class against what the library expects of it:
 /// `INSTANTIATE_TYPED_TEST_SUITE_P(Pictures, ArraySuite, PictureSubject);`, after
