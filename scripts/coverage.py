@@ -64,10 +64,10 @@ def missed_branches(files: list[str]) -> list[str | None]:
 
 
 def main() -> int:
-    profile, report, *programs = sys.argv[1:]
+    profile, report, folders, *programs = sys.argv[1:]
     sources = [
         str(path)
-        for folder in ("ObjectModel/src", "ObjectModel/interface", "tabra/src", "tabra/interface")
+        for folder in folders.split()
         for path in sorted((ROOT / folder).rglob("*"))
         if path.suffix in (".h", ".cpp")
     ]

@@ -222,8 +222,9 @@ class _Maker:
                 for value in {int(match[1]) + 1, max(int(match[1]) - 1, 0)}:
                     self.replace(cursor, f"{value}{match[2]}")
         elif cursor.kind == CursorKind.FLOATING_LITERAL:
-            self.replace(cursor, "0.0")
-            self.replace(cursor, f"(2 * {text})")
+            is_zero = re.search("[1-9]", text) is None
+            for value in ("1.0",) if is_zero else ("0.0", f"(2 * {text})"):
+                self.replace(cursor, value)
         elif cursor.kind == CursorKind.CHARACTER_LITERAL and len(text) == 3:
             self.replace(cursor, "'X'")
         elif cursor.kind == CursorKind.STRING_LITERAL:

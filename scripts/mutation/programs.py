@@ -36,6 +36,7 @@ class Build:
         self.users = self._users()
         self.link_commands: dict[str, list[str]] = {}
         self.precompiled: dict[str, Path] = {}  # by library
+        self.words: dict[str, set[str]] = {}  # of an object's source
 
     def _run(self, *command: str) -> str:
         return subprocess.run(
@@ -64,10 +65,7 @@ class Build:
     def _options_for_change(self, object_: str) -> list[str]:
         dropped = {"-fprofile-instr-generate", "-fcoverage-mapping", "-c"}
         command = [each for each in self.compile_commands[object_] if each not in dropped]
-        output = command.index("-o")
-        # What is not initialised, or stands behind the end, must not happen to be right.
-        hardening = ["-ftrivial-auto-var-init=pattern", "-D_GLIBCXX_ASSERTIONS"]
-        return [*command[:output], "-w", *hardening]
+        return [*command[: command.index("-o")], "-w"]
 
     def precompile(self, library: str, headers: set[str], folder: Path) -> None:
         """Reads the system's headers once for all changes of a library."""
@@ -93,7 +91,22 @@ class Build:
             self.link_commands[target] = [*words, "-fuse-ld=lld"]
         words = list(self.link_commands[target])
         words[words.index("-o") + 1] = str(output)
+        # Of the inline functions that several objects have, the linker takes the first.
+        first = next(k for k, word in enumerate(words) if word.endswith(".o"))
+        words = words[:first] + sorted(words[first:], key=lambda word: not is_object(word, objects))
         return [str(objects.get(each, each)) for each in words]
+
+    def holding(self, objects: list[str], suites: list["Suite"]) -> list[str]:
+        """Those of the objects in whose sources one of the suites stands; all where none does."""
+        names = {part for suite in suites for part in suite.name.split("/") if not part.isdigit()}
+        found = [each for each in objects if names & self._words(each)]
+        return found or objects
+
+    def _words(self, object_: str) -> set[str]:
+        if object_ not in self.words:
+            source = Path(self.compile_commands[object_][-1])
+            self.words[object_] = set(re.findall(r"\w+", source.read_text()))
+        return self.words[object_]
 
     def test_programs(self, folders: list[str]) -> list[str]:
         found = []
@@ -104,10 +117,14 @@ class Build:
         return found
 
 
+def is_object(word: str, objects: dict[str, Path]) -> bool:
+    return word.endswith(".o") and word in objects
+
+
 def is_part(object_: str, target: str) -> bool:
     """Whether an object belongs to the target at this path in the build directory."""
     path = Path(target)
-    name = re.sub(r"^lib(.*)\.so$", r"\1", path.name)
+    name = re.sub(r"^lib(.*)\.(so|a)$", r"\1", path.name)
     return object_.startswith(f"{path.parent}/CMakeFiles/{name}.dir/")
 
 

@@ -2,6 +2,7 @@
 
 import json
 import resource
+import shutil
 import signal
 import subprocess
 from pathlib import Path
@@ -34,15 +35,15 @@ class Trial:
         return path.read_text(errors="replace") if path.exists() else ""
 
     def verdict(self, mutant: Mutant, library: str) -> str:
-        for left_over in self.folder.iterdir():
-            left_over.unlink()
+        shutil.rmtree(self.folder)
+        self.folder.mkdir()
         source = (self.build.root / mutant.file).read_bytes()
         self._write_overlay(mutant, source)
         suites = self.coverage.covering(mutant.file, mutant.lines(source))
         users = self.build.users.get(mutant.file, [])
         in_library = [each for each in users if is_part(each, library)]
         if in_library:
-            if not self._build(library, in_library):
+            if not self._build_library(library, in_library, suites):
                 return INVALID
             verdict = self._run(suites)
             if verdict != SURVIVED:
@@ -52,6 +53,8 @@ class Trial:
         for program in sorted({each.program for each in suites}):
             in_program = [each for each in users if is_part(each, program)]
             if in_program:
+                own = [each for each in suites if each.program == program]
+                in_program = self.build.holding(in_program, own)
                 if not self._build(program, in_program):
                     return INVALID
                 changed.append(program)
@@ -69,17 +72,43 @@ class Trial:
         }
         (self.folder / "overlay.yaml").write_text(json.dumps(overlay))
 
+    def _build_library(self, library: str, objects: list[str], suites: list[Suite]) -> bool:
+        if library.endswith(".so"):
+            return self._build(library, objects)
+        built = self._compile(library, objects)
+        if built is None:
+            return False
+        # An archive, which is part of each program: its members go by their names.
+        archive = self.folder / Path(library).name
+        shutil.copy(self.build.directory / library, archive)
+        if not self._succeeds(["llvm-ar", "r", str(archive), *map(str, built.values())]):
+            return False
+        return all(
+            self._link(program, {library: archive})
+            for program in sorted({each.program for each in suites})
+        )
+
     def _build(self, target: str, objects: list[str]) -> bool:
+        built = self._compile(target, objects)
+        return built is not None and self._link(target, built)
+
+    def _compile(self, target: str, objects: list[str]) -> dict[str, Path] | None:
+        """The changed objects; none where one does not compile."""
         built = {}
         for number, object_ in enumerate(objects):
-            built[object_] = self.folder / f"{Path(target).name}.{number}.o"
+            folder = self.folder / f"{Path(target).name}.{number}"
+            folder.mkdir(exist_ok=True)
+            built[object_] = folder / Path(object_).name
             command = self.build.compile_command(
                 object_, built[object_], self.folder / "overlay.yaml"
             )
             if not self._succeeds(command):
-                return False
+                return None
+        return built
+
+    def _link(self, target: str, changed: dict[str, Path]) -> bool:
         return self._succeeds(
-            self.build.link_command(target, self.folder / Path(target).name, built)
+            self.build.link_command(target, self.folder / Path(target).name, changed)
         )
 
     def _succeeds(self, command: list[str]) -> bool:
