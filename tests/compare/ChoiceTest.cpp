@@ -96,8 +96,29 @@ TEST_F(ChoiceTest, APatternThatStandsForNothingIsAnErrorWithAnOffer) {
   choice.sides = "Neither a nor b";
   EXPECT_EQ(error(choice),
             "Neither a nor b has a variable 'x*'; did you mean 'axis', 'area' or 'radius'?");
-  const Dictionary none("none");
-  EXPECT_THROW(choose(none, none, choice), std::invalid_argument);
+}
+
+TEST_F(ChoiceTest, WhereNothingStandsNothingIsOffered) {
+  m_first = Dictionary("first");
+  m_second = Dictionary("second");
+  EXPECT_EQ(error(variables({"area"})), "Neither side has a variable 'area'; there are none");
+}
+
+TEST_F(ChoiceTest, OfASideWithoutAnArrayTheNearestGroupIsTaken) {
+  m_first.add(dictionary("deep", dictionary("er", row<double>("pitch", {1}))));
+  m_first.add(dictionary("here", dictionary("alone", row<double>("tone", {1}))));
+  m_second.add(dictionary("deep", row<double>("axis", {1})));
+  const Chosen deep = chosen(variables({"pitch", "tone"}));
+  EXPECT_THAT(deep.first, ElementsAre("deep/er/pitch", "here/alone/tone"));
+  EXPECT_THAT(deep.second, ElementsAre("deep/"));
+}
+
+TEST_F(ChoiceTest, AGroupMayHaveNoName) {
+  m_first.add(dictionary("", row<double>("pitch", {1})));
+  EXPECT_THAT(chosen(variables({"pitch"})).paths, ElementsAre("/pitch"));
+  EXPECT_THAT(chosen(variables({"pitch"})).second, IsEmpty());
+  m_second.add(dictionary("", row<double>("axis", {1})));
+  EXPECT_THAT(chosen(variables({"pitch"})).second, ElementsAre("/"));
 }
 
 TEST_F(ChoiceTest, SelectionsTakeThePaths) {

@@ -23,8 +23,9 @@ TEST(ToleranceTextTest, BothNumbersOrTheAbsoluteOneAlone) {
 TEST(ToleranceTextTest, TheLastEqualsSignCounts) { expectTolerance("a=b=2,3", "a=b", 2, 3); }
 
 TEST(ToleranceTextTest, AnythingElseIsNamed) {
-  for (const char* text : {"", "sst", "=1", "sst=", "sst=,1", "sst=1,", "sst=-1", "sst=nan",
-                           "sst=1,-1", "sst=1,nan", "sst=1,2,3", "sst= 1", "sst=1x"}) {
+  for (const char* text :
+       {"", "sst", "=1", "sst=", "sst=,1", "sst=1,", "sst=-1", "sst=nan", "sst=1,-1", "sst=1,nan",
+        "sst=1,2,3", "sst= 1", "sst=1x", "0.5", "1,2"}) {
     try {
       parsePathTolerance(text);
       ADD_FAILURE() << text;
