@@ -261,7 +261,8 @@ TEST(ImportTest, AStreamWithoutColumnsHasItsRows) {
 
 /// What importTable() throws, after which nothing of the stream is left.
 std::string refusal(HandMadeStream& stream) {
-  const std::string sentence = ::test::thrownBy<tables::Error>([&] { importTable(stream.get()); });
+  const std::string sentence =
+      ::test::thrownBy<tables::Error>([&] { return importTable(stream.get()); });
   EXPECT_EQ(stream.streamsReleased(), 1);
   return sentence;
 }
@@ -316,7 +317,7 @@ TEST(ImportTest, WhatIsNoStreamOfColumnsIsRefused) {
   EXPECT_EQ(refusal(rows),
             "The stream has rows that are null as a whole, which tables do not have");
   ArrowArrayStream released = {};
-  EXPECT_EQ(::test::thrownBy<tables::Error>([&] { importTable(&released); }),
+  EXPECT_EQ(::test::thrownBy<tables::Error>([&] { return importTable(&released); }),
             "The stream has been released");
 }
 

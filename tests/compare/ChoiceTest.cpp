@@ -2,6 +2,8 @@
 #include <quillon/compare/Choice.h>
 #include <quillon/memory/Selection.h>
 
+#include <tuple>
+
 #include "Support.h"
 
 namespace quillon::compare {
@@ -27,7 +29,7 @@ class ChoiceTest : public ::testing::Test {
 
   std::string error(const Choice& choice) const {
     try {
-      choose(m_first, m_second, choice);
+      std::ignore = choose(m_first, m_second, choice);
     } catch (const std::invalid_argument& error) {
       return error.what();
     }

@@ -314,7 +314,7 @@ TEST(CompareTest, ProgressCanEndTheComparison) {
   Options options;
   options.progress = [](unsigned long) { throw std::runtime_error("enough"); };
   const DoubleArray a = row<double>("a", {1});
-  EXPECT_EQ(test::thrownBy<std::runtime_error>([&] { compare(a, a, options); }), "enough");
+  EXPECT_EQ(test::thrownBy<std::runtime_error>([&] { return compare(a, a, options); }), "enough");
 }
 
 TEST(CompareTest, FiguresFromElsewhereStandForTheValues) {
@@ -345,16 +345,17 @@ TEST(CompareTest, FiguresFromElsewhereAreNotAskedForWhereShapesDiffer) {
   };
   EXPECT_EQ(compare(row<double>("a", {1}), row<double>("a", {1, 2}), options).rows.size(), 1);
   const DoubleArray a = row<double>("a", {1});
-  EXPECT_EQ(test::thrownBy<std::runtime_error>([&] { compare(a, a, options); }), "asked");
+  EXPECT_EQ(test::thrownBy<std::runtime_error>([&] { return compare(a, a, options); }), "asked");
 }
 
 TEST(CompareTest, ToleranceMustBeZeroOrGreater) {
   const DoubleArray a = row<double>("a", {1});
   for (const double wrong : {-1.0, NOT_A_NUMBER}) {
-    EXPECT_EQ(test::thrownBy<std::invalid_argument>([&] { compare(a, a, within(wrong)); }),
+    EXPECT_EQ(test::thrownBy<std::invalid_argument>([&] { return compare(a, a, within(wrong)); }),
               "A tolerance must be 0 or greater");
-    EXPECT_EQ(test::thrownBy<std::invalid_argument>([&] { compare(a, a, within(0, wrong)); }),
-              "A tolerance must be 0 or greater");
+    EXPECT_EQ(
+        test::thrownBy<std::invalid_argument>([&] { return compare(a, a, within(0, wrong)); }),
+        "A tolerance must be 0 or greater");
     Options options;
     options.tolerances = {{"/b", {0, wrong}}};
     EXPECT_THROW(compare(a, a, options), std::invalid_argument);

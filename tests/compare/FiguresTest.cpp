@@ -124,7 +124,8 @@ TEST(FiguresTest, BlocksMustFitEachOtherAndTheGrid) {
   const auto sentence = [](const object_model::Array& first, const object_model::Array& second,
                            const std::vector<unsigned long>& start,
                            const std::vector<unsigned long>& shape) {
-    return test::thrownBy<std::invalid_argument>([&] { figures(first, second, {}, start, shape); });
+    return test::thrownBy<std::invalid_argument>(
+        [&] { return figures(first, second, {}, start, shape); });
   };
   EXPECT_EQ(sentence(a, row<double>("a", {1}), {}, {}),
             "Blocks of different shapes have no figures");

@@ -52,7 +52,7 @@ TEST(OutOfMemoryTest, NothingIsTheSameAndNothingIsLeft) {
 
 TEST(OutOfMemoryTest, ThereAreNoLines) {
   const Report report = compare(entries(0), entries(1));
-  const long failures = ::test::failEachAllocation([&] { lines(report); },
+  const long failures = ::test::failEachAllocation([&] { return lines(report); },
                                                    [](const ::test::OutOfMemory& outcome) {
                                                      EXPECT_TRUE(outcome.badAlloc);
                                                      EXPECT_EQ(outcome.leakedBlocks, 0);

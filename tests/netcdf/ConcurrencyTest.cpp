@@ -60,7 +60,7 @@ class ConcurrencyTest : public testing::Test {
 
 TEST_F(ConcurrencyTest, ThreadsPrintNothingThatTheLibrariesDidNotFind) {
   testing::internal::CaptureStderr();
-  concurrently(2, [&](int /*thread*/) { File(m_netcdf4).facts("/"); });
+  concurrently(2, [&](int /*thread*/) { return File(m_netcdf4).facts("/"); });
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
@@ -186,7 +186,7 @@ TEST_F(ConcurrencyTest, AnotherThreadUsesAThreadSafeHdf5WithoutTheLock) {
 
 TEST_F(ConcurrencyTest, LockIsFreeAfterwards) {
   errorOf([] { const File file("/nonexistent"); });
-  errorOf([&] { File(m_classic).corner("none", {}); });
+  errorOf([&] { return File(m_classic).corner("none", {}); });
   { const File file(m_netcdf4); }
   ASSERT_TRUE(libraryLock().try_lock());
   libraryLock().unlock();

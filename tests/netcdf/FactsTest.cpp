@@ -108,7 +108,7 @@ TEST_F(FactsTest, ClassicFilesHaveNeither) {
 
 TEST_F(FactsTest, OfAMissingGroupAreAnError) {
   factsOf("variables: int v; data: v = 1;");
-  EXPECT_EQ(errorOf([&] { File(m_path).facts("none"); }),
+  EXPECT_EQ(errorOf([&] { return File(m_path).facts("none"); }),
             "Cannot read '" + m_path + "': there is no group 'none'; '/' has no groups");
 }
 

@@ -166,7 +166,7 @@ TEST_F(CornerTest, ReadsNothingElse) {
 }
 
 TEST_F(CornerTest, OfAMissingGroupIsAnError) {
-  EXPECT_EQ(errorOf([&] { File(m_path).corner("outer/x", {}); }),
+  EXPECT_EQ(errorOf([&] { return File(m_path).corner("outer/x", {}); }),
             "Cannot read '" + m_path + "': there is no group 'outer/x'; 'outer' has 'inner'");
 }
 

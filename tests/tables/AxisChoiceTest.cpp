@@ -3,6 +3,7 @@
 #include <quillon/tables/Error.h>
 
 #include <cmath>
+#include <tuple>
 
 #include "AxisChoice.h"
 #include "TestArrays.h"
@@ -168,7 +169,7 @@ class NoSelectionTest : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(NoSelectionTest, IsRefused) {
   try {
-    parseSelection(GetParam());
+    std::ignore = parseSelection(GetParam());
     FAIL() << "no error";
   } catch (const Error& error) {
     EXPECT_THAT(error.what(), HasSubstr("'" + GetParam() + "' selects nothing"));

@@ -23,7 +23,7 @@ void expectNothingLeft(const ::test::OutOfMemory& outcome) {
 
 TEST(OutOfMemoryTest, ThereIsNoPlan) {
   const memory::Dictionary data = measurements();
-  EXPECT_GE(::test::failEachAllocation([&] { plan(data); }, expectNothingLeft), 10);
+  EXPECT_GE(::test::failEachAllocation([&] { return plan(data); }, expectNothingLeft), 10);
 }
 
 TEST(OutOfMemoryTest, ThereIsNoTable) {

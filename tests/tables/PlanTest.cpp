@@ -5,6 +5,7 @@
 #include <quillon/tables/Plan.h>
 
 #include <sstream>
+#include <tuple>
 
 #include "TestArrays.h"
 
@@ -63,7 +64,7 @@ class PlanTest : public ::testing::Test {
 
   std::string error(const Request& request) {
     try {
-      plan(m_data, request);
+      std::ignore = plan(m_data, request);
     } catch (const Error& error) {
       return error.what();
     }

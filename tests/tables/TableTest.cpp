@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <stdexcept>
+#include <tuple>
 
 #include "TestArrays.h"
 #include "support/Properties.h"
@@ -125,8 +126,8 @@ TEST(TableTest, CellsLieInPlaceWhereTheirOrderIsThatOfTheRows) {
   EXPECT_EQ(table.cellsInPlace(2, 1, 4), array.data() + 1);
   EXPECT_EQ(table.cellsInPlace(2, 6, 0), nullptr);
   EXPECT_EQ(table.cellsInPlace(0, 0, 2), nullptr);  // positions are counted, not kept
-  EXPECT_THROW(table.cellsInPlace(3, 0, 1), std::out_of_range);
-  EXPECT_THROW(table.cellsInPlace(2, 5, 2), std::out_of_range);
+  EXPECT_THROW(std::ignore = table.cellsInPlace(3, 0, 1), std::out_of_range);
+  EXPECT_THROW(std::ignore = table.cellsInPlace(2, 5, 2), std::out_of_range);
   const Table turned(data, plan(data, withIndex({"y", "x"})));
   EXPECT_EQ(turned.cellsInPlace(2, 0, 6), nullptr);
   EXPECT_EQ(turned.cellsInPlace(2, 4, 1), array.data() + 3);  // y 1, x 1

@@ -6,12 +6,12 @@
 /// | `c`, `s`, `i`, `l`, `C`, `S`, `I`, `L`, `f`, `g` | numbers of that type |
 /// | `b` | `bool` |
 /// | `u`, `U`, `vu` | texts |
-/// | `tss:`, `tsm:`, `tsu:`, `tsn:`, with any zone | times: microseconds since 1970 in UTC, rounded
-/// down | | `tdD`, `tdm` | times at midnight; milliseconds as they are |
+/// | `tss:`, `tsm:`, `tsu:`, `tsn:`, with any zone | times in UTC, nanoseconds rounded down |
+/// | `tdD`, `tdm` | times at midnight; milliseconds as they are |
 ///
-/// Nulls are NaN in columns of floats and `memory::MISSING_TIME` in those of times. Other columns
-/// that have nulls are nullable, see `tables::Column::isNullable`. A column's unit is the field's
-/// metadata under the key `units`.
+/// Times are microseconds since 1970. Nulls are NaN in columns of floats and `memory::MISSING_TIME`
+/// in those of times. Other columns that have nulls are nullable, see `tables::Column::isNullable`.
+/// A column's unit is the field's metadata under the key `units`.
 #pragma once
 
 #include <quillon/arrow/Interface.h>
@@ -28,6 +28,6 @@ namespace quillon::arrow {
 /// @throws tables::Error for a stream that fails, with its words; for columns of other formats, of
 ///   dictionaries and of what is nested, which are named with their format; for times that
 ///   microseconds do not hold; for two columns of one name; and for what is no stream of columns.
-tables::Table importTable(ArrowArrayStream* stream);
+[[nodiscard]] tables::Table importTable(ArrowArrayStream* stream);
 
 }  // namespace quillon::arrow

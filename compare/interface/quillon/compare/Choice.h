@@ -41,7 +41,7 @@ struct Chosen {
 /// @throws std::invalid_argument for a pattern that stands for nothing; it offers the nearest
 /// names.
 ///   What the dictionaries throw passes through.
-Chosen choose(const object_model::Dictionary& first, const object_model::Dictionary& second,
-              const Choice& choice);
+[[nodiscard]] Chosen choose(const object_model::Dictionary& first,
+                            const object_model::Dictionary& second, const Choice& choice);
 
 }  // namespace quillon::compare

@@ -34,7 +34,7 @@ namespace quillon::compare {
 /// @param options what to compare, and by which rule.
 /// @throws std::invalid_argument for a tolerance that is negative or NaN.
 /// Threads: reentrant; objects that may be read concurrently may be compared concurrently.
-Report compare(const object_model::Data& first, const object_model::Data& second,
-               const Options& options = {});
+[[nodiscard]] Report compare(const object_model::Data& first, const object_model::Data& second,
+                             const Options& options = {});
 
 }  // namespace quillon::compare

@@ -49,12 +49,12 @@ struct FiguresInParts {
 };
 
 /// Whether `a` goes before `b` among the largest: a total order.
-bool isBefore(const Pair& a, const Pair& b);
+[[nodiscard]] bool isBefore(const Pair& a, const Pair& b);
 
 /// The figures of both parts, which share no position. Associative and commutative: any split of
 /// the values merges to the same figures in any order, but for the last digits of `sum` and `rest`.
 /// The fewer of both `kept` holds.
-Figures merge(const Figures& a, const Figures& b);
+[[nodiscard]] Figures merge(const Figures& a, const Figures& b);
 
 /// The figures of two blocks of values within a larger grid, to be merged with those of its other
 /// blocks.
@@ -66,8 +66,8 @@ Figures merge(const Figures& a, const Figures& b);
 /// @throws std::invalid_argument for blocks of different shape, a block that does not lie in the
 ///   grid, values that cannot be compared with each other and tolerances that are negative or NaN.
 ///   What reading the arrays throws passes through.
-Figures figures(const object_model::Array& first, const object_model::Array& second,
-                const Options& options, const std::vector<unsigned long>& start = {},
-                const std::vector<unsigned long>& shape = {});
+[[nodiscard]] Figures figures(const object_model::Array& first, const object_model::Array& second,
+                              const Options& options, const std::vector<unsigned long>& start = {},
+                              const std::vector<unsigned long>& shape = {});
 
 }  // namespace quillon::compare

@@ -34,7 +34,7 @@ struct PathTolerance {
 /// last one counts.
 /// @throws std::invalid_argument for any other text, and for numbers that are negative or NaN; both
 ///   are named.
-PathTolerance parsePathTolerance(std::string_view text);
+[[nodiscard]] PathTolerance parsePathTolerance(std::string_view text);
 
 /// The attributes that say how a file came about rather than what is in it.
 extern const std::vector<std::string> RECORD_ATTRIBUTES;

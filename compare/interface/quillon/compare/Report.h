@@ -25,7 +25,7 @@ enum class Reason {
 };
 
 /// The reason in words, such as "element type" or "only in the first".
-const char* textOf(Reason reason);
+[[nodiscard]] const char* textOf(Reason reason);
 
 /// A position along one dimension.
 struct Place {
@@ -83,7 +83,7 @@ struct Report {
 /// @param figures what the comparison of the values found.
 /// @param outline an array of the shape, dimension names and coordinates of the entry; its values
 ///   are not read.
-Difference differenceOf(const std::string& path, const Figures& figures,
-                        const object_model::Array& outline);
+[[nodiscard]] Difference differenceOf(const std::string& path, const Figures& figures,
+                                      const object_model::Array& outline);
 
 }  // namespace quillon::compare

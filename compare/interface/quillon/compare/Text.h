@@ -26,25 +26,27 @@ struct LineOptions {
 };
 
 /// A line for each difference, then one for each entry that was not compared; none for the same.
-std::vector<std::string> lines(const Report& report, const LineOptions& options = {});
+[[nodiscard]] std::vector<std::string> lines(const Report& report, const LineOptions& options = {});
 
 /// The lines, each but the last with a line break behind it; "the same: N values" for the same.
-std::string text(const Report& report, const LineOptions& options = {});
+[[nodiscard]] std::string text(const Report& report, const LineOptions& options = {});
 
 /// One sentence about the first difference, or about the first entry that was not compared where
 /// nothing differs; empty for the same.
-std::string message(const Report& report);
+[[nodiscard]] std::string message(const Report& report);
 
 /// The report as one JSON object in one line.
 /// @param report what the comparison found.
 /// @param first, second what the two objects are called, such as the names of their files.
-std::string toJson(const Report& report, const std::string& first, const std::string& second);
+[[nodiscard]] std::string toJson(const Report& report, const std::string& first,
+                                 const std::string& second);
 
 /// The report as an HTML document to look at, for bright and dark screens, without a script: a row
 /// for each entry that differs, which unfolds to its figures, its largest deltas and, where the
 /// report has it, the picture of where they are.
 /// @param report what the comparison found.
 /// @param first, second what the two objects are called, such as the names of their files.
-std::string toHtml(const Report& report, const std::string& first, const std::string& second);
+[[nodiscard]] std::string toHtml(const Report& report, const std::string& first,
+                                 const std::string& second);
 
 }  // namespace quillon::compare

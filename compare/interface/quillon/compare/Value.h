@@ -15,9 +15,9 @@ using Value = std::variant<std::monostate, std::string, bool, long, unsigned lon
 
 /// The value in plain text: the shortest number that reads back, `nan`, `inf`, `true`, `(RE;IM)`;
 /// a text in single quotes, without anything that a terminal would obey; "none" for nothing.
-std::string textOf(const Value& value);
+[[nodiscard]] std::string textOf(const Value& value);
 
 /// The value as JSON: null for nothing; NaN, infinities and complex numbers are strings.
-std::string jsonOf(const Value& value);
+[[nodiscard]] std::string jsonOf(const Value& value);
 
 }  // namespace quillon::compare

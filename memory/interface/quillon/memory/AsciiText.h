@@ -11,9 +11,9 @@
 namespace quillon::memory {
 
 /// `text` with small letters for A to Z.
-std::string lowerCase(std::string_view text);
+[[nodiscard]] std::string lowerCase(std::string_view text);
 
 /// The part of `text` between the blanks, tabs and line ends around it. It lives as long as `text`.
-std::string_view trimmed(std::string_view text);
+[[nodiscard]] std::string_view trimmed(std::string_view text);
 
 }  // namespace quillon::memory

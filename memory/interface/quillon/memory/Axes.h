@@ -20,21 +20,22 @@ struct AxisFacts {
 };
 
 /// The array's axes, dimension 0 first.
-std::vector<AxisFacts> axesOf(const object_model::Array& array);
+[[nodiscard]] std::vector<AxisFacts> axesOf(const object_model::Array& array);
 
 /// How many of `axes` are called `name`.
-long countOf(const std::string& name, const std::vector<AxisFacts>& axes);
+[[nodiscard]] long countOf(const std::string& name, const std::vector<AxisFacts>& axes);
 
 /// The first name that two of `axes` share; empty when they all differ.
-std::string repeatedAxis(const std::vector<AxisFacts>& axes);
+[[nodiscard]] std::string repeatedAxis(const std::vector<AxisFacts>& axes);
 
 /// Whether the array holds the coordinates of its only axis: it is called as that axis.
-bool isCoordinate(const object_model::Array& array);
+[[nodiscard]] bool isCoordinate(const object_model::Array& array);
 
 /// The array's extents, dimension 0 first.
-std::vector<unsigned long> shapeOf(const object_model::Array& array);
+[[nodiscard]] std::vector<unsigned long> shapeOf(const object_model::Array& array);
 
 /// Whether two arrays have the same number of dimensions and the same extent in each.
-bool haveSameShape(const object_model::Array& first, const object_model::Array& second);
+[[nodiscard]] bool haveSameShape(const object_model::Array& first,
+                                 const object_model::Array& second);
 
 }  // namespace quillon::memory

@@ -11,12 +11,12 @@ namespace quillon::memory {
 inline constexpr unsigned long LARGEST_SIZE = std::numeric_limits<unsigned long>::max();
 
 /// The product of both, LARGEST_SIZE where it is more.
-inline unsigned long boundedProduct(unsigned long a, unsigned long b) {
+[[nodiscard]] inline unsigned long boundedProduct(unsigned long a, unsigned long b) {
   return a != 0 && b > LARGEST_SIZE / a ? LARGEST_SIZE : a * b;
 }
 
 /// The sum of both, LARGEST_SIZE where it is more.
-inline unsigned long boundedSum(unsigned long a, unsigned long b) {
+[[nodiscard]] inline unsigned long boundedSum(unsigned long a, unsigned long b) {
   return b > LARGEST_SIZE - a ? LARGEST_SIZE : a + b;
 }
 

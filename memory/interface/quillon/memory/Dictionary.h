@@ -71,7 +71,7 @@ class Dictionary final : public DictionaryBase {
   }
 
   /// Whether there is an entry called `name`.
-  bool contains(const std::string& name) const;
+  [[nodiscard]] bool contains(const std::string& name) const;
 
   /// The entry that is found along `path`, such as "area" or "cells/area": each part but the last
   /// names a dictionary. An entry whose own name holds a slash goes before; a slash in front is

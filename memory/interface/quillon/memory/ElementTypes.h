@@ -184,16 +184,16 @@ bool visitStoredType(object_model::StoredType type, Visit&& visit) {
 
 /// The element type's name as the enumeration spells it, such as "Double"; "element type 9" for a
 /// value outside the enumeration, which an array class of the caller's may claim.
-std::string nameOf(object_model::ElementType type);
+[[nodiscard]] std::string nameOf(object_model::ElementType type);
 
 /// The stored type's name, such as "float32"; "stored type 99" for a value outside the enumeration.
-std::string nameOf(object_model::StoredType type);
+[[nodiscard]] std::string nameOf(object_model::StoredType type);
 
 /// The bytes that one value takes; 0 for a value outside the enumeration.
-unsigned long bytesOf(object_model::StoredType type);
+[[nodiscard]] unsigned long bytesOf(object_model::StoredType type);
 
 /// The array as `BulkValues` where it offers them in a type that belongs to its element type; null
 /// otherwise, so that it is read by its accessors.
-const object_model::BulkValues* bulkValuesOf(const object_model::Array& array);
+[[nodiscard]] const object_model::BulkValues* bulkValuesOf(const object_model::Array& array);
 
 }  // namespace quillon::memory

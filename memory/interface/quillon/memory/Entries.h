@@ -89,13 +89,14 @@ class EntryRange {
 
 /// The entries of any dictionary in its order: `for (const auto& [name, data] : entriesOf(d))`.
 /// What the dictionary's own operations throw passes through.
-inline EntryRange<const object_model::Dictionary> entriesOf(
+[[nodiscard]] inline EntryRange<const object_model::Dictionary> entriesOf(
     const object_model::Dictionary& dictionary) {
   return EntryRange<const object_model::Dictionary>(dictionary);
 }
 
 /// The same, for writing.
-inline EntryRange<object_model::Dictionary> entriesOf(object_model::Dictionary& dictionary) {
+[[nodiscard]] inline EntryRange<object_model::Dictionary> entriesOf(
+    object_model::Dictionary& dictionary) {
   return EntryRange<object_model::Dictionary>(dictionary);
 }
 

@@ -50,6 +50,7 @@ class InPlaceValues : public object_model::BulkValues {
 
 /// The steps between values of `bytes` each that stand one after the other, dimension 0 varying
 /// fastest.
-std::vector<long> packedStrides(const object_model::Tuple& shape, unsigned long bytes);
+[[nodiscard]] std::vector<long> packedStrides(const object_model::Tuple& shape,
+                                              unsigned long bytes);
 
 }  // namespace quillon::memory

@@ -14,13 +14,13 @@ namespace quillon::memory {
 /// `text` as a JSON string, quotes included. Control and invisible characters (see
 /// isInvisible()) are escaped; each byte that is no
 /// UTF-8 becomes U+FFFD, so that any parser takes it.
-std::string jsonText(std::string_view text);
+[[nodiscard]] std::string jsonText(std::string_view text);
 
 /// `value` as JSON: the shortest number that reads back; NaN and infinities, which JSON has no
 /// numbers for, as the strings "NaN", "Infinity" and "-Infinity"; a complex number as the string
 /// "(RE;IM)".
 template <class T>
-std::string jsonNumber(T value) {
+[[nodiscard]] std::string jsonNumber(T value) {
   if constexpr (std::is_arithmetic_v<T>) {
     if constexpr (std::is_floating_point_v<T>) {
       if (std::isnan(value)) {

@@ -42,6 +42,6 @@ class NameChoice {
 /// The names or patterns of a list such as "A,B*": without the blanks around each, and cut at
 /// commas that no backslash takes as they are, which is left in its place. An empty list is one
 /// empty name.
-std::vector<std::string> splitPatterns(std::string_view list);
+[[nodiscard]] std::vector<std::string> splitPatterns(std::string_view list);
 
 }  // namespace quillon::memory

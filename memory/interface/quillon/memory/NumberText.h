@@ -25,7 +25,7 @@ inline constexpr int SHOWN_DIGITS = 6;
 /// @param to room for LONGEST_NUMBER characters.
 /// @return the end of what was written; no zero follows it.
 template <class T>
-char* writeShortest(T value, char* to);
+[[nodiscard]] char* writeShortest(T value, char* to);
 
 /// Writes `value` with at most `digits` significant digits, as printf's "%g" does: without zeros at
 /// the end of a fraction, and with an exponent where the number is very large or very small. `T`
@@ -35,18 +35,18 @@ char* writeShortest(T value, char* to);
 /// @param to room for LONGEST_NUMBER characters.
 /// @return the end of what was written; no zero follows it.
 template <class T>
-char* writeInDigits(T value, int digits, char* to);
+[[nodiscard]] char* writeInDigits(T value, int digits, char* to);
 
 /// The shortest text that reads back as `value`, see writeShortest().
 template <class T>
-std::string shortestText(T value) {
+[[nodiscard]] std::string shortestText(T value) {
   char text[LONGEST_NUMBER];
   return {text, writeShortest(value, text)};
 }
 
 /// `value` with at most `digits` significant digits, see writeInDigits().
 template <class T>
-std::string textInDigits(T value, int digits) {
+[[nodiscard]] std::string textInDigits(T value, int digits) {
   char text[LONGEST_NUMBER];
   return {text, writeInDigits(value, digits, text)};
 }

@@ -21,12 +21,13 @@ using Remarks = std::function<std::vector<std::string>(const object_model::Dicti
 /// What the objects' own operations throw passes through.
 /// @param group the outermost dictionary.
 /// @param remarks further lines for each dictionary; none when empty.
-std::string describe(const object_model::Dictionary& group, const Remarks& remarks = {});
+[[nodiscard]] std::string describe(const object_model::Dictionary& group,
+                                   const Remarks& remarks = {});
 
 /// The line on an array: name, element type, axes, unit and description.
-std::string describe(const object_model::Array& array);
+[[nodiscard]] std::string describe(const object_model::Array& array);
 
 /// The one or the other.
-std::string describe(const object_model::Data& object);
+[[nodiscard]] std::string describe(const object_model::Data& object);
 
 }  // namespace quillon::memory

@@ -19,10 +19,10 @@ struct OutputTarget {
 
 /// Follows the links from `path` on, to what is not there as well.
 /// Threads: may run concurrently.
-OutputTarget outputTargetOf(const std::string& path);
+[[nodiscard]] OutputTarget outputTargetOf(const std::string& path);
 
 /// Why the file at `path`, which has this status, cannot be replaced by another: the error number,
 /// 0 when it can.
-int errorOfReplacing(const std::string& path, const struct stat& status);
+[[nodiscard]] int errorOfReplacing(const std::string& path, const struct stat& status);
 
 }  // namespace quillon::memory

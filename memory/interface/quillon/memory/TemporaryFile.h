@@ -31,7 +31,7 @@ class TemporaryFile {
   ~TemporaryFile();
 
   /// Why there is none, as an error number; 0 where there is one.
-  int error() const { return m_error; }
+  [[nodiscard]] int error() const { return m_error; }
 
   /// To be written to; -1 when there is none.
   int descriptor() const { return m_descriptor; }
@@ -41,7 +41,7 @@ class TemporaryFile {
 
   /// Puts the file where it belongs, in place of what was there, and closes it.
   /// @return 0 or the error number.
-  int moveToTarget();
+  [[nodiscard]] int moveToTarget();
 
  private:
   bool openNameless(const std::string& directory);

@@ -29,15 +29,15 @@ struct CivilTime {
 };
 
 /// The number of the last day of a month, from 28 to 31. `month` must be 1 to 12.
-int daysInMonth(long year, int month, Calendar calendar);
+[[nodiscard]] int daysInMonth(long year, int month, Calendar calendar);
 
 /// The time that `civil` stands for; none where the calendar has no such day (such as 1582-10-10
 /// in the standard one), where a field is out of its range, and outside of some 292,000 years
 /// around 1970, which is what 64 bits hold.
-std::optional<long> timeOf(const CivilTime& civil, Calendar calendar);
+[[nodiscard]] std::optional<long> timeOf(const CivilTime& civil, Calendar calendar);
 
 /// What people write for `time`, which must not be MISSING_TIME.
-CivilTime civilTimeOf(long time, Calendar calendar);
+[[nodiscard]] CivilTime civilTimeOf(long time, Calendar calendar);
 
 /// How much of a time its text shows.
 enum class TimeForm {
@@ -47,11 +47,11 @@ enum class TimeForm {
 
 /// The form in which the `count` times from `times` on can be told apart: the date alone where all
 /// are midnights. Missing ones do not count.
-TimeForm timeFormOf(const long* times, unsigned long count);
+[[nodiscard]] TimeForm timeFormOf(const long* times, unsigned long count);
 
 /// The time as ISO 8601 has it, such as `2011-08-01T06:00:00.25`; empty for MISSING_TIME. Years
 /// before 0 and after 9999 have a sign and at least four digits.
-std::string timeText(long time, Calendar calendar, TimeForm form);
+[[nodiscard]] std::string timeText(long time, Calendar calendar, TimeForm form);
 
 /// All times from `first` to `last`.
 struct TimeSpan {
@@ -63,6 +63,6 @@ struct TimeSpan {
 /// between them and up to six digits of a second), or less of it from the end on: `2011-08-01` is a
 /// whole day, `2011-08` a month, `2011` a year, `2011-08-01T06` an hour. None where the text is
 /// nothing of the kind or names a day that the calendar does not have.
-std::optional<TimeSpan> parseTime(std::string_view text, Calendar calendar);
+[[nodiscard]] std::optional<TimeSpan> parseTime(std::string_view text, Calendar calendar);
 
 }  // namespace quillon::memory

@@ -12,7 +12,7 @@ namespace quillon::memory {
 /// The calendar that the CF conventions call so, in any case: `standard`, `gregorian`, `none` and
 /// no name at all, `proleptic_gregorian`, `julian`, `noleap` and `365_day`, `360_day`. None for
 /// others.
-std::optional<Calendar> calendarCalled(std::string_view name);
+[[nodiscard]] std::optional<Calendar> calendarCalled(std::string_view name);
 
 /// A unit of time and the point in time at which numbers of it begin.
 ///

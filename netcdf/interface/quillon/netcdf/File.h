@@ -175,18 +175,18 @@ class File {
   /// @throws Error as group() does.
   /// @throws std::invalid_argument for a range that is not in an axis of its name, and for a name
   ///   that no axis below the group has; the sentence names the axis.
-  memory::Dictionary select(const std::string& path,
-                            const std::map<std::string, Range>& ranges) const;
+  [[nodiscard]] memory::Dictionary select(const std::string& path,
+                                          const std::map<std::string, Range>& ranges) const;
 
   /// As select(), with only so many of the first indices along the axes named in `extents`, as far
   /// as there are more. Names that no axis has do not matter.
   /// @throws Error as group() does.
-  memory::Dictionary corner(const std::string& path,
-                            const std::map<std::string, unsigned long>& extents) const;
+  [[nodiscard]] memory::Dictionary corner(
+      const std::string& path, const std::map<std::string, unsigned long>& extents) const;
 
   /// What the file says about the group at `path` and each of its own variables.
   /// @throws Error as group() does, and where the file cannot be read.
-  GroupFacts facts(const std::string& path) const;
+  [[nodiscard]] GroupFacts facts(const std::string& path) const;
 
   /// The file's attribute `title`; empty when it has none.
   std::string title() const;

@@ -22,6 +22,6 @@ namespace quillon::netcdf {
 ///
 /// Threads: callable from any. There is one lock for each copy of this static library: where
 /// several shared objects of a process each link it, their reads do not exclude each other.
-std::mutex& libraryLock();
+[[nodiscard]] std::mutex& libraryLock();
 
 }  // namespace quillon::netcdf

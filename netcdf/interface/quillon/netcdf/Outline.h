@@ -16,24 +16,26 @@ class File;
 
 /// The facts of the group at `path` and of all groups below it, each before those in it.
 /// @throws Error as `File::facts` does.
-std::vector<GroupFacts> factsBelow(const File& file, const std::string& path);
+[[nodiscard]] std::vector<GroupFacts> factsBelow(const File& file, const std::string& path);
 
 /// An outline in lines: for each group its path and title, for each variable its name, type,
 /// dimensions, unit and description, aligned; below it, where there are any, packing, fill value,
 /// chunks and compression, and why it cannot be read.
 /// @param groups what is shown.
 /// @param withAttributes whether all attributes are listed, too.
-std::string outlineText(const std::vector<GroupFacts>& groups, bool withAttributes);
+[[nodiscard]] std::string outlineText(const std::vector<GroupFacts>& groups, bool withAttributes);
 
 /// The same with all attributes as one JSON object in one line.
 /// @param groups what is written.
 /// @param file what the file is called.
-std::string outlineJson(const std::vector<GroupFacts>& groups, const std::string& file);
+[[nodiscard]] std::string outlineJson(const std::vector<GroupFacts>& groups,
+                                      const std::string& file);
 
 /// The same with all attributes as an HTML document, for bright and dark screens, without a script:
 /// a row for each variable, which unfolds to everything else about it.
 /// @param groups what is shown.
 /// @param file what the file is called.
-std::string outlineHtml(const std::vector<GroupFacts>& groups, const std::string& file);
+[[nodiscard]] std::string outlineHtml(const std::vector<GroupFacts>& groups,
+                                      const std::string& file);
 
 }  // namespace quillon::netcdf

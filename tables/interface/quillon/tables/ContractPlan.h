@@ -45,23 +45,25 @@ struct ContractPlan {
 /// @throws TooManyColumns where there are, and Error for names that are not there or given twice,
 /// for an axis with several sizes and
 ///   when nothing is left for the table.
-ContractPlan contractPlan(const object_model::Dictionary& group,
-                          const std::vector<Unreadable>& skipped, const ContractRequest& request);
+[[nodiscard]] ContractPlan contractPlan(const object_model::Dictionary& group,
+                                        const std::vector<Unreadable>& skipped,
+                                        const ContractRequest& request);
 
 /// How many of the first coordinates along each axis the first `maxRows` rows of the table need,
 /// and one row more where there is one, so that the table can show that it goes on. Axes that it
 /// needs whole are not named.
 /// @param plan of the table.
 /// @param maxRows 0 for all rows.
-std::map<std::string, unsigned long> extentsOf(const ContractPlan& plan, unsigned long maxRows);
+[[nodiscard]] std::map<std::string, unsigned long> extentsOf(const ContractPlan& plan,
+                                                             unsigned long maxRows);
 
 /// How many cells the table has of which so many of the first coordinates along the named axes are
 /// taken, and all along others.
-unsigned long cellsOf(const ContractPlan& plan,
-                      const std::map<std::string, unsigned long>& extents);
+[[nodiscard]] unsigned long cellsOf(const ContractPlan& plan,
+                                    const std::map<std::string, unsigned long>& extents);
 
 /// Roughly how many bytes of memory it takes to export the whole table and to print its first
 /// `maxRows` rows, 0 for all.
-double bytesNeeded(const ContractPlan& plan, unsigned long maxRows);
+[[nodiscard]] double bytesNeeded(const ContractPlan& plan, unsigned long maxRows);
 
 }  // namespace quillon::tables

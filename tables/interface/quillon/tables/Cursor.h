@@ -24,7 +24,7 @@ class Cursor {
   Cursor& operator=(const Cursor&) = delete;
 
   /// Reads the next run. @return false, without a run, at the end. Throws what Table::read() does.
-  bool next();
+  [[nodiscard]] bool next();
 
   /// The first row of the run.
   unsigned long firstRow() const { return m_first; }

@@ -23,10 +23,10 @@ enum class Format {
 };
 
 /// The names of all formats, in the order of the enumeration.
-const std::vector<std::string>& formatNames();
+[[nodiscard]] const std::vector<std::string>& formatNames();
 
 /// The format of that name; none for any other text.
-std::optional<Format> formatOf(std::string_view name);
+[[nodiscard]] std::optional<Format> formatOf(std::string_view name);
 
 /// How to write a table. What a format has no use for is passed over.
 struct Writing {
@@ -42,6 +42,7 @@ void write(const Table& table, Format format, const Output& output, const Writin
 
 /// How many rows are read for that: those that are written, twice where their widths are measured
 /// first. As many as `Table::reporting()` tells in the end.
-unsigned long rowsRead(const Table& table, Format format, const Writing& writing = {});
+[[nodiscard]] unsigned long rowsRead(const Table& table, Format format,
+                                     const Writing& writing = {});
 
 }  // namespace quillon::tables

@@ -75,6 +75,6 @@ struct Plan {
 /// @param request what is asked for.
 /// @throws Error for names that match nothing (it offers the nearest ones), an axis of two sizes, a
 ///   part of an axis that is empty or outside of it, too many columns, or nothing to show.
-Plan plan(const object_model::Dictionary& dictionary, const Request& request = {});
+[[nodiscard]] Plan plan(const object_model::Dictionary& dictionary, const Request& request = {});
 
 }  // namespace quillon::tables

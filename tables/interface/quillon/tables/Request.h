@@ -63,7 +63,7 @@ struct AxisSelection {
 /// Reads "time=3", "time=0:3" (positions, end excluded), "level=@500" (the nearest coordinate) or
 /// "time=@2011-08-01:2011-08-31" (coordinates, end included).
 /// @throws Error for any other text; it is named.
-AxisSelection parseSelection(std::string_view text);
+[[nodiscard]] AxisSelection parseSelection(std::string_view text);
 
 /// A variable that whoever made the dictionary could not make an array of.
 struct Unreadable {

@@ -42,13 +42,13 @@ using CellTypes = memory::TypeList<signed char, short, int, long, unsigned char,
                                    unsigned int, unsigned long, float, double, bool, std::string>;
 
 /// Whether the values of such cells can say that they are missing.
-constexpr bool tellsMissing(ColumnType type) {
+[[nodiscard]] constexpr bool tellsMissing(ColumnType type) {
   return type == ColumnType::Time || type == ColumnType::Float32 || type == ColumnType::Float64;
 }
 
 /// Whether the value of a cell of such a column says that it is missing.
 template <class T>
-bool isMissing(const T& cell, ColumnType type) {
+[[nodiscard]] bool isMissing(const T& cell, ColumnType type) {
   if constexpr (std::is_floating_point_v<T>) {
     return std::isnan(cell);
   } else if constexpr (std::is_same_v<T, long>) {
@@ -126,15 +126,16 @@ class Table {
   /// none. It holds as long as the table or a copy lives and its arrays do not change.
   /// @throws std::out_of_range for a column or rows that are not there; Error when an array has
   ///   changed its shape.
-  const void* cellsInPlace(unsigned long column, unsigned long firstRow, unsigned long count) const;
+  [[nodiscard]] const void* cellsInPlace(unsigned long column, unsigned long firstRow,
+                                         unsigned long count) const;
 
   /// How many rows are best read at once from `row` on: they end where a block of the arrays does.
   /// At least 1 and of limited memory for all columns together, unless `row` is the end: then 0.
-  unsigned long runFrom(unsigned long row) const;
+  [[nodiscard]] unsigned long runFrom(unsigned long row) const;
 
   /// The same table, for whose runs `tell` is called with how many rows were read by each step of a
   /// `Cursor`, and so by each writer. What it throws passes through.
-  Table reporting(std::function<void(unsigned long rows)> tell) const;
+  [[nodiscard]] Table reporting(std::function<void(unsigned long rows)> tell) const;
 
   /// How the times of a column are best written: all in the form that its array needs, whichever
   /// part of it the table has. Reads all of them. @throws std::invalid_argument for other columns.
@@ -165,6 +166,6 @@ void visitColumnType(ColumnType type, Visit&& visit) {
 }
 
 /// Whether the column's type is one of the numbers.
-bool isNumber(ColumnType type);
+[[nodiscard]] bool isNumber(ColumnType type);
 
 }  // namespace quillon::tables

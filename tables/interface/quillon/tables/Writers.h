@@ -23,7 +23,7 @@ namespace quillon::tables {
 using Output = std::function<void(std::string_view piece)>;
 
 /// An output that appends to `text`, which is borrowed.
-Output into(std::string& text);
+[[nodiscard]] Output into(std::string& text);
 
 /// What the writers for people are asked for.
 struct Shown {
