@@ -22,6 +22,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 EPOCH = (1980, 1, 1, 0, 0, 0)
 OPTIONS = {
     "CMAKE_BUILD_TYPE": "Release",
+    "CMAKE_UNITY_BUILD": "ON",
     "BUILD_TESTING": "OFF",
     "QUILLON_PYTHON": "ON",
     "QUILLON_TOOLS": "OFF",

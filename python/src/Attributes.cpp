@@ -11,9 +11,9 @@
 namespace quillon::python {
 namespace {
 
-py::object valueOf(const std::string& text) { return textOf(text); }
+py::object asPython(const std::string& text) { return textOf(text); }
 
-py::object valueOf(const std::vector<std::string>& texts) {
+py::object asPython(const std::vector<std::string>& texts) {
   py::list list;
   for (const std::string& text : texts) {
     list.append(textOf(text));
@@ -22,7 +22,7 @@ py::object valueOf(const std::vector<std::string>& texts) {
 }
 
 template <class T>
-py::object valueOf(const std::vector<T>& numbers) {
+py::object asPython(const std::vector<T>& numbers) {
   py::array_t<T> array(static_cast<py::ssize_t>(numbers.size()), numbers.data());
   if (numbers.size() != 1) {
     return array;
@@ -69,7 +69,7 @@ py::dict attributesOf(const memory::HasAttributes& owner) {
   py::dict result;
   for (const memory::Attribute& attribute : owner.attributes()) {
     result[textOf(attribute.name)] =
-        std::visit([](const auto& value) { return valueOf(value); }, attribute.value);
+        std::visit([](const auto& value) { return asPython(value); }, attribute.value);
   }
   return result;
 }
