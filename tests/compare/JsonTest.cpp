@@ -52,5 +52,37 @@ TEST(JsonTest, OtherReasonsHaveBothSides) {
       R"("not_compared": [{"path": "/bad", "reason": "no"}]})");
 }
 
+TEST(JsonTest, TheRuleSaysWhereMissingValuesDiffer) {
+  Options options;
+  options.nanEqual = false;
+  const memory::DoubleArray a = row<double>("a", {1});
+  EXPECT_EQ(toJson(compare(a, a, options), "a", "b"),
+            R"({"first": "a", "second": "b", "same": true, "values": 1, )"
+            R"("rule": {"absolute": 0, "relative": 0, "nan_equal": false}, )"
+            R"("differences": [], "not_compared": []})");
+}
+
+TEST(JsonTest, EachReasonHasItsName) {
+  RichArray a("v", {{"x", 1}}, {1});
+  memory::IntArray b("v", {{"y", 2}}, {1, 2});
+  a.setUnit("m");
+  a.given = {{"source", std::string("s")}};
+  Options options;
+  options.attributes = true;
+  Report report = compare(a, b, options);
+  const Report lone = compare(Dictionary("a"), dictionary("b", dictionary("g")));
+  report.rows.push_back(lone.rows.at(0));
+  EXPECT_EQ(toJson(report, "f", "g"),
+            R"j({"first": "f", "second": "g", "same": false, "values": 0, )j"
+            R"j("rule": {"absolute": 0, "relative": 0, "nan_equal": true}, "differences": [)j"
+            R"j({"path": "/", "reason": "shape", "first": "(1)", "second": "(2)"}, )j"
+            R"j({"path": "/", "reason": "dimensions", "first": "(x)", "second": "(y)"}, )j"
+            R"j({"path": "/", "reason": "element type", "first": "Double", "second": "Int"}, )j"
+            R"j({"path": "/", "reason": "unit", "first": "m", "second": ""}, )j"
+            R"j({"path": "/@source", "reason": "attribute", "first": "s", "second": null}, )j"
+            R"j({"path": "/g", "reason": "only in the second", "first": null, )j"
+            R"j("second": "dictionary"}], "not_compared": []})j");
+}
+
 }  // namespace
 }  // namespace quillon::compare
