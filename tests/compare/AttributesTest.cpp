@@ -49,6 +49,8 @@ TEST(AttributesTest, MissingNumbersAreTheSame) {
 TEST(AttributesTest, OneTextIsAListOfIt) {
   EXPECT_THAT(linesOfAttributes({{"a", std::vector<std::string>{"x"}}}, {{"a", std::string("x")}}),
               IsEmpty());
+  EXPECT_THAT(linesOfAttributes({{"a", std::string("x")}}, {{"a", std::vector<std::string>{"x"}}}),
+              IsEmpty());
   EXPECT_THAT(
       linesOfAttributes({{"a", std::vector<std::string>{"x", "y"}}}, {{"a", std::string("x, y")}}),
       ElementsAre("/@a: the attributes differ: 'x, y (texts)' and 'x, y (text)'"));
@@ -84,6 +86,33 @@ TEST(AttributesTest, DescriptionsAreLongNamesAndTitles) {
 TEST(AttributesTest, RecordAttributesAreThese) {
   EXPECT_THAT(RECORD_ATTRIBUTES, ElementsAre("history", "date_created", "creation_date", "uuid",
                                              "tracking_id", "NCO", "CDO"));
+}
+
+TEST(AttributesTest, FollowTheOrderOfTheFirstSide) {
+  EXPECT_THAT(linesOfAttributes({{"b", std::string("x")}, {"a", std::string("y")}}, {}),
+              ElementsAre("/@b: only in the first: 'x'", "/@a: only in the first: 'y'"));
+}
+
+TEST(AttributesTest, ListsOfDifferentLengthsDiffer) {
+  EXPECT_THAT(linesOfAttributes({{"a", std::vector<int>{1, 2}}, {"b", std::vector<int>{}}},
+                                {{"a", std::vector<int>{1, 2, 3}}, {"b", std::vector<int>{1}}}),
+              ElementsAre("/@a: the attributes differ: '1, 2' and '1, 2, 3'",
+                          "/@b: the attributes differ: '' and '1'"));
+}
+
+TEST(AttributesTest, DescriptionGoesBeforeTheOthersUnlessItIsAmongThem) {
+  Options options;
+  options.attributes = true;
+  const RichArray none = withAttributes({});
+  RichArray array = withAttributes({{"a", std::string("x")}});
+  array.setDescription("described");
+  EXPECT_THAT(linesOf(array, none, options), ElementsAre("/@long_name: only in the first: "
+                                                         "'described'",
+                                                         "/@a: only in the first: 'x'"));
+  array.given.push_back({"long_name", std::string("named")});
+  EXPECT_THAT(linesOf(array, none, options), ElementsAre("/@a: only in the first: 'x'",
+                                                         "/@long_name: only in the first: "
+                                                         "'named'"));
 }
 
 }  // namespace

@@ -131,5 +131,23 @@ TEST_F(ChoiceTest, SelectionsTakeThePaths) {
               ElementsAre("/area: only in the first", "/li/area: only in the first"));
 }
 
+TEST_F(ChoiceTest, NoNamesAreNothing) {
+  EXPECT_THAT(chosen(variables({})).paths, IsEmpty());
+  EXPECT_THAT(chosen(variables({})).second, IsEmpty());
+}
+
+TEST_F(ChoiceTest, GroupsStayWhereOnlyArraysAreExcluded) {
+  Choice choice;
+  choice.exclude = {"*"};
+  EXPECT_THAT(chosen(choice).paths, IsEmpty());
+  EXPECT_THAT(chosen(choice).first, ElementsAre("li/"));
+  EXPECT_THAT(chosen(choice).second, UnorderedElementsAre("li/", "empty/"));
+}
+
+TEST_F(ChoiceTest, AnEntryThatIsNoneCanBeChosen) {
+  const LooseDictionary none({"a"}, nullptr);
+  EXPECT_THAT(choose(none, none, {}).first, ElementsAre("a"));
+}
+
 }  // namespace
 }  // namespace quillon::compare

@@ -2,6 +2,7 @@
 #include <object_model/InvalidCall.h>
 
 #include <thread>
+#include <tuple>
 
 #include "Support.h"
 #include "support/Thrown.h"
@@ -16,6 +17,7 @@ using memory::DoubleArray;
 using memory::IntArray;
 using memory::StringArray;
 using memory::UIntArray;
+using object_model::ElementType;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -202,38 +204,6 @@ TEST(CompareTest, OtherExceptionsPassThrough) {
   EXPECT_THROW(compare(array, array), int);
 }
 
-/// A dictionary of whatever names and entries.
-class LooseDictionary final : public object_model::Dictionary {
- public:
-  LooseDictionary(std::vector<std::string> names, const object_model::Data* entry)
-      : m_names(std::move(names)), m_entry(entry) {}
-  const object_model::DataInfo* getInformation() const override { return &m_info; }
-  const object_model::Data* parent() const override { return nullptr; }
-  object_model::Data* parent() override { return nullptr; }
-  void setParent(object_model::Data* /*parent*/) override {}
-  bool isDynamicDictionary() const override { return false; }
-  object_model::DynamicDictionary* asDynamicDictionary() override { return nullptr; }
-  const object_model::DynamicDictionary* asDynamicDictionary() const override { return nullptr; }
-  unsigned long getNumOfData() const override { return m_names.size(); }
-  void reservedDictionary0() const override {}
-  void reservedDictionary1() const override {}
-  std::string getDataName(int index) const override {
-    return m_names[static_cast<std::size_t>(index)];
-  }
-  object_model::Data* data(const std::string& /*name*/) override { return nullptr; }
-  const object_model::Data* data(const std::string& name) const override {
-    if (name == "thrown") {
-      throw std::out_of_range("gone");
-    }
-    return m_entry;
-  }
-
- private:
-  memory::DictionaryDescriptor m_info{"loose"};
-  std::vector<std::string> m_names;
-  const object_model::Data* m_entry;
-};
-
 TEST(CompareTest, NameThatOccursTwiceIsComparedOnce) {
   const DoubleArray entry = row<double>("a", {1});
   const LooseDictionary twice({"a", "a"}, &entry);
@@ -374,6 +344,102 @@ TEST(CompareTest, ManyThreadsCompareTheSameObjects) {
     thread.join();
   }
   EXPECT_THAT(counts, ElementsAre(5000, 5000, 5000, 5000));
+}
+
+TEST(CompareTest, ShapesGoBeforeDimensions) {
+  EXPECT_THAT(
+      linesOf(DoubleArray("a", {{"x", 1}}, {1}), DoubleArray("a", {{"y", 2}}, {1, 2})),
+      ElementsAre("/: the shapes differ: (1) and (2)", "/: the dimensions differ: (x) and (y)"));
+}
+
+TEST(CompareTest, DecodedNumbersOfTheFirstSideHaveNoElementType) {
+  const DoubleArray a = row<double>("a", {1, 2});
+  const IntArray b = row<long>("a", {1, 2});
+  Options options;
+  options.isDecoded = [&](const object_model::Array& array) { return &array == &a; };
+  EXPECT_TRUE(compare(a, b, options).same);
+}
+
+TEST(CompareTest, NumbersAreComparedWithTimesOfAnotherUnitByValue) {
+  RichArray a("a", {{"x", 1}}, {1});
+  DoubleArray b = row<double>("a", {2});
+  a.setUnit("days since 2000-01-01");
+  b.setUnit("hours since 2000-01-01");
+  const std::string values = ": 1 of 1 values differ; the largest delta is 1 at x=0: ";
+  EXPECT_EQ(linesOf(a, b).at(1), "/" + values + "1 and 2");
+  EXPECT_EQ(linesOf(b, a).at(1), "/" + values + "2 and 1");
+}
+
+TEST(CompareTest, LoneEntriesHaveTheirKind) {
+  const std::vector<Difference> rows =
+      compare(dictionary("a", row<long>("x", {1}), dictionary("y")),
+              dictionary("b", row<long>("v", {1}), dictionary("w")))
+          .rows;
+  ASSERT_EQ(rows.size(), 4);
+  EXPECT_EQ(rows[0].first, Value("array"));
+  EXPECT_EQ(rows[1].first, Value("dictionary"));
+  EXPECT_EQ(rows[1].second, Value());
+  EXPECT_EQ(rows[2].first, Value());
+  EXPECT_EQ(rows[2].second, Value("array"));
+  EXPECT_EQ(rows[3].second, Value("dictionary"));
+}
+
+TEST(CompareTest, LoneEntryThatIsNoneHasNoKind) {
+  const LooseDictionary none({"a"}, nullptr);
+  const std::vector<Difference> rows = compare(none, Dictionary("b")).rows;
+  ASSERT_EQ(rows.size(), 1);
+  EXPECT_EQ(rows[0].reason, Reason::OnlyInFirst);
+  EXPECT_EQ(rows[0].first, Value());
+}
+
+/// An array that does not say so.
+class OddArray final : public memory::ArrayBase {
+ public:
+  explicit OddArray(object_model::ElementType type) : ArrayBase("odd", type, {}) {}
+  const object_model::Array* asArray() const override { return nullptr; }
+};
+
+TEST(CompareTest, WhatIsNeitherArrayNorDictionaryIsNotCompared) {
+  const OddArray odd(ElementType::Double);
+  EXPECT_THAT(linesOf(odd, odd),
+              ElementsAre("/: not compared: it is neither an array nor a dictionary"));
+  EXPECT_THAT(linesOf(odd, row<long>("a", {1})),
+              ElementsAre("/: the kinds differ: neither array nor dictionary and array"));
+}
+
+TEST(CompareTest, ElementsOfAnUnknownTypeAreNotCompared) {
+  class Unknown final : public memory::ArrayBase {
+   public:
+    Unknown() : ArrayBase("unknown", static_cast<ElementType>(7), {}) {}
+  };
+  EXPECT_THAT(linesOf(Unknown(), Unknown()),
+              ElementsAre("/: not compared: its elements are of element type 7"));
+}
+
+TEST(CompareTest, FiguresFromElsewhereAreAskedForWithTheTolerancesOfTheirPaths) {
+  const Dictionary a = dictionary("a", row<double>("x", {1}), row<double>("y", {1}));
+  Options options = within(0, 0.25);
+  options.tolerances = {{"/y", {0.5, 0}}};
+  std::vector<std::tuple<std::string, double, double>> asked;
+  options.figures = [&](const std::string& path, const Tolerance& tolerance) {
+    asked.emplace_back(path, tolerance.absolute, tolerance.relative);
+    return std::optional(FiguresInParts());
+  };
+  EXPECT_TRUE(compare(a, a, options).same);
+  EXPECT_THAT(asked, ElementsAre(std::tuple("/x", 0, 0.25), std::tuple("/y", 0.5, 0)));
+}
+
+TEST(CompareTest, FiguresFromElsewhereAreNotAskedForTimesOfDifferentUnits) {
+  RichArray a("a", {{"x", 1}}, {1});
+  RichArray b("a", {{"x", 1}}, {24});
+  a.setUnit("days since 2000-01-01");
+  b.setUnit("hours since 2000-01-01");
+  Options options;
+  options.figures = [](const std::string&, const Tolerance&) -> std::optional<FiguresInParts> {
+    throw std::runtime_error("asked");
+  };
+  EXPECT_THAT(linesOf(a, b, options), ElementsAre("/: the units differ: 'days since 2000-01-01' "
+                                                  "and 'hours since 2000-01-01'"));
 }
 
 }  // namespace

@@ -97,5 +97,59 @@ TEST(PathRulesTest, ToleranceOfTheRootArrayIsThatOfSlash) {
   EXPECT_TRUE(compare(row<double>("a", {1}), row<double>("a", {2}), options).same);
 }
 
+TEST(PathRulesTest, IgnoredElementsAreLeftOut) {
+  const auto make = [](double value) {
+    std::vector<Dictionary> items;
+    for (int k = 0; k < 3; ++k) {
+      items.push_back(dictionary("item", row<double>("v", {value})));
+    }
+    return dictionary("a", memory::DictionaryArray("items", {{"x", 3}}, std::move(items)));
+  };
+  const std::string differs = ": 1 of 1 values differ; the largest delta is 1 at x=0: 1 and 2";
+  EXPECT_THAT(linesOf(make(1), make(2), ignoring({"/items\\[1]"})),
+              ElementsAre("/items[0]/v" + differs, "/items[2]/v" + differs));
+}
+
+TEST(PathRulesTest, IgnoredAttributesMayLeaveOutTheSlashAtTheStart) {
+  RichArray array("v", {{"x", 1}}, {1});
+  array.given = {{"a", std::string("x")}, {"b", std::string("y")}};
+  Dictionary first("a");
+  first.add(std::move(array));
+  const Dictionary second = dictionary("b", row<double>("v", {1}));
+  Options options = ignoring({"v@a"});
+  options.attributes = true;
+  EXPECT_THAT(linesOf(first, second, options), ElementsAre("/v@b: only in the first: 'y'"));
+  options.ignore = {"/v@a"};
+  EXPECT_THAT(linesOf(first, second, options), ElementsAre("/v@b: only in the first: 'y'"));
+}
+
+TEST(PathRulesTest, PathThatHasWildcardsMayLeaveOutTheSlashAtTheStart) {
+  EXPECT_THAT(differing(tolerating({{"a[1]", {1, 0}}})), ElementsAre("/a", "/a1", "/g/a", "/g/b"));
+}
+
+TEST(PathRulesTest, PathThatHasWildcardsIsThatOfAnEntryOfEitherSide) {
+  const Dictionary with = dictionary("a", row<double>("a[1]", {1}), row<double>("a1", {1}));
+  const Dictionary without = dictionary("b", row<double>("a1", {2}));
+  const std::string differs = "/a1: 1 of 1 values differ; the largest delta is 1 at x=0: ";
+  EXPECT_THAT(linesOf(with, without, ignoring({"/a[1]"})), ElementsAre(differs + "1 and 2"));
+  EXPECT_THAT(linesOf(without, with, ignoring({"/a[1]"})), ElementsAre(differs + "2 and 1"));
+}
+
+TEST(PathRulesTest, NamesInAPathMayHaveSlashes) {
+  const auto make = [](double value) {
+    return dictionary("root",
+                      dictionary("a/b", row<double>("c[1]", {value}), row<double>("c1", {value})));
+  };
+  EXPECT_THAT(linesOf(make(1), make(2), ignoring({"/a/b/c[1]"})),
+              ElementsAre("/a/b/c1: 1 of 1 values differ; the largest delta is 1 at x=0: 1 and 2"));
+}
+
+TEST(PathRulesTest, EntryThatFailsIsNoTroubleForAPattern) {
+  const memory::DoubleArray entry = row<double>("a", {1});
+  const LooseDictionary failing({"thrown"}, &entry);
+  EXPECT_THAT(linesOf(failing, failing, ignoring({"/thrown/a[1]"})),
+              ElementsAre("/thrown: not compared: gone"));
+}
+
 }  // namespace
 }  // namespace quillon::compare

@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <object_model/InvalidCall.h>
 
 #include "Support.h"
 
@@ -76,6 +77,27 @@ TEST(PlacesTest, CoordinatesOfTheSecondSideServeWhereTheFirstHasNone) {
   second.located = {times({0})};
   EXPECT_EQ(compare(first, second).rows.at(0).largest.at(0).at.at(0).coordinate,
             Value(std::string("1970-01-01")));
+}
+
+TEST(PlacesTest, CoordinatesOfAnotherShapeAreLeftOut) {
+  const auto longer =
+      std::make_shared<DoubleArray>("x", std::vector<Axis>{{"x", 3}}, std::vector<double>{1, 2, 3});
+  EXPECT_THAT(linesAt({{"x", 2}}, {longer}).at(1), "  0.5 at x=1: 0 and 0.5");
+  const auto plane = std::make_shared<DoubleArray>("x", std::vector<Axis>{{"x", 2}, {"y", 1}},
+                                                   std::vector<double>{1, 2});
+  EXPECT_THAT(linesAt({{"x", 2}}, {plane}).at(1), "  0.5 at x=1: 0 and 0.5");
+}
+
+TEST(PlacesTest, CoordinatesThatFailInTheirOwnWayAreLeftOut) {
+  const auto failing = std::make_shared<FailingArray<object_model::InvalidCall>>(
+      "x", object_model::InvalidCall("closed"));
+  EXPECT_THAT(linesAt({{"x", 2}}, {failing}).at(1), "  0.5 at x=1: 0 and 0.5");
+}
+
+TEST(PlacesTest, CoordinatesMayBeReadByTheirAccessor) {
+  const auto numbers = std::make_shared<AccessorArray<long>>("x", std::vector<unsigned long>{2},
+                                                             std::vector<long>{7, 8});
+  EXPECT_THAT(linesAt({{"x", 2}}, {numbers}).at(1), "  0.5 at x=1 (8): 0 and 0.5");
 }
 
 }  // namespace
