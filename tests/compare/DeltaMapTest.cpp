@@ -59,6 +59,9 @@ TEST(DeltaMapTest, TheTwoLongestDimensionsAreItsSides) {
   EXPECT_EQ(inWords(longest.across), "y 4 in 4");
   EXPECT_EQ(inWords(longest.down), "z 4 in 4");
   EXPECT_EQ(longest.cells.at(3 * 4 + 1), 7);
+  const Picture divided = DeltaMap(shapeOf({129, 300, 400})).picture({"x", "y", "z"});
+  EXPECT_EQ(inWords(divided.across), "y 300 in 128");
+  EXPECT_EQ(inWords(divided.down), "z 400 in 128");
 }
 
 TEST(DeltaMapTest, OfDimensionsAsLongTheFastestAreItsSides) {
@@ -104,6 +107,17 @@ TEST(DeltaMapTest, ComparisonsHavePicturesWhereTheyAreAskedFor) {
   EXPECT_EQ(report.rows[0].picture->down.dimension, "d1");
   EXPECT_THAT(report.rows[0].picture->cells, ElementsAre(0, 0, 0.5, 0));
   EXPECT_FALSE(report.rows[1].picture);
+}
+
+TEST(DeltaMapTest, TextsThatDifferAreInThePicture) {
+  const std::vector<memory::Axis> axes = {{"x", 2}, {"y", 1}};
+  Options options;
+  options.pictures = true;
+  const Report report = compare(memory::StringArray("a", axes, {"a", "b"}),
+                                memory::StringArray("a", axes, {"a", "c"}), options);
+  ASSERT_TRUE(report.rows.at(0).picture);
+  EXPECT_THAT(report.rows[0].picture->cells,
+              ElementsAre(DoubleEq(0), NanSensitiveDoubleEq(NOT_A_NUMBER)));
 }
 
 }  // namespace

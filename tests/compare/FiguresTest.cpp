@@ -10,6 +10,8 @@ namespace {
 
 using memory::DoubleArray;
 
+using Extents = std::vector<unsigned long>;
+
 constexpr unsigned long VALUES = 24;
 
 /// The figures of the part of two rows from `first` to `last`, the latter excluded.
@@ -135,6 +137,14 @@ TEST(FiguresTest, BlocksMustFitEachOtherAndTheGrid) {
             "Start and shape of the grid need 1 numbers, one for each dimension");
   EXPECT_EQ(sentence(a, a, {1}, {2}),
             "The block from 1 on, of 2, does not lie in dimension 0 of the grid, of 2");
+  EXPECT_EQ(sentence(a, a, {3}, {2}),
+            "The block from 3 on, of 2, does not lie in dimension 0 of the grid, of 2");
+  for (const auto& [start, shape] :
+       {std::pair(Extents{}, Extents{2}), std::pair(Extents{0}, Extents{}),
+        std::pair(Extents{0}, Extents{2, 2}), std::pair(Extents{0, 0}, Extents{2})}) {
+    EXPECT_EQ(sentence(a, a, start, shape),
+              "Start and shape of the grid need 1 numbers, one for each dimension");
+  }
   EXPECT_THROW(figures(a, a, within(-1)), std::invalid_argument);
 }
 
@@ -147,6 +157,15 @@ TEST(FiguresTest, RowOfMergedFiguresIsThatOfOneComparison) {
   Report merged = report;
   merged.rows = {differenceOf("/", merge(right, left), a)};
   EXPECT_EQ(toJson(merged, "", ""), toJson(report, "", ""));
+}
+
+TEST(FiguresTest, ProgressCountsTheValues) {
+  unsigned long done = 0;
+  Options options;
+  options.progress = [&](unsigned long values) { done += values; };
+  const DoubleArray a = row<double>("a", {1, 2, 3});
+  EXPECT_EQ(figures(a, a, options).values, 3);
+  EXPECT_EQ(done, 3);
 }
 
 }  // namespace

@@ -80,6 +80,9 @@ TEST(ValuesComparisonTest, MissingTimesAreNoNumbers) {
   EXPECT_EQ(report.rows[0].count, 2);
   EXPECT_EQ(report.rows[0].missing, 1);
   EXPECT_EQ(compare(first, second).rows[0].largest.at(0).delta, 2);
+  EXPECT_EQ(
+      text(compare(second, first, within(INFINITE))),
+      "/: 1 of 4 values differ, 1 missing in one file alone; the first is at x=2: 6 and none");
   EXPECT_EQ(differing(memory::MISSING_TIME, memory::MISSING_TIME, options), 0);
 }
 
@@ -347,6 +350,70 @@ TEST(ValuesComparisonTest, ArrayThatFailsToCompareBytesIsNotCompared) {
   EXPECT_FALSE(report.same);
   ASSERT_EQ(report.notCompared.size(), 1);
   EXPECT_EQ(report.notCompared[0].reason, "cut");
+}
+
+/// Integers the lowest of which stands for none.
+class SparseInts final : public memory::ArrayBase, public memory::HasMissing {
+ public:
+  explicit SparseInts(std::vector<long> values)
+      : ArrayBase("a", object_model::ElementType::Int, {memory::Axis("x", values.size())}),
+        m_values(std::move(values)) {}
+  long getValueAsInt(const object_model::Tuple& index) const override { return m_values[index[0]]; }
+
+ private:
+  std::vector<long> m_values;
+};
+
+TEST(ValuesComparisonTest, LowestIntegerIsMissingWhereItIsSoOnBothSides) {
+  const SparseInts some({LONG_MIN_VALUE, 7});
+  EXPECT_EQ(
+      text(compare(some, SparseInts({6, 7}), within(INFINITE))),
+      "/: 1 of 2 values differ, 1 missing in one file alone; the first is at x=0: none and 6");
+  const std::string numbers = "/: 1 of 2 values differ; the largest delta is 9.22337e+18 at x=0: ";
+  EXPECT_EQ(text(compare(some, row<long>("a", {0, 7}))), numbers + "-9223372036854775808 and 0");
+  EXPECT_EQ(text(compare(row<long>("a", {0, 7}), some)), numbers + "0 and -9223372036854775808");
+}
+
+TEST(ValuesComparisonTest, TextsOfManyBlocksStandAtTheirPlaces) {
+  const std::vector<memory::Axis> axes = {{"x", 40}, {"y", 7}, {"z", 50}};
+  std::vector<std::string> texts(14'000);
+  const memory::StringArray same("a", axes, texts);
+  texts[3 + 40 * (6 + 7 * 1)] = "near";
+  texts[39 + 40 * (5 + 7 * 49)] = "far";
+  Options options;
+  options.largest = 5;
+  EXPECT_THAT(
+      lines(compare(same, memory::StringArray("a", axes, texts), options), {20, 5}),
+      ElementsAre("/: 2 of 14000 values differ; the first is at z=1, y=6, x=3: '' and "
+                  "'near'",
+                  "  at z=1, y=6, x=3: '' and 'near'", "  at z=49, y=5, x=39: '' and 'far'"));
+}
+
+/// Numbers in memory, the last one first.
+class ReversedArray final : public memory::ArrayBase, public memory::InPlaceValues<double> {
+ public:
+  explicit ReversedArray(std::vector<double> values)
+      : ArrayBase("a", object_model::ElementType::Double, {memory::Axis("x", values.size())}),
+        m_values(std::move(values)) {
+    setPlace(&m_values.back(), {-static_cast<long>(sizeof(double))});
+  }
+
+ private:
+  std::vector<double> m_values;
+};
+
+TEST(ValuesComparisonTest, ValuesMayLieBackwards) {
+  const unsigned long size = 2 * BLOCK + 3;
+  std::vector<double> values(size);
+  for (unsigned long k = 0; k < size; ++k) {
+    values[k] = static_cast<double>(k);
+  }
+  const ReversedArray backwards(values);
+  std::reverse(values.begin(), values.end());
+  EXPECT_TRUE(compare(backwards, row<double>("a", values)).same);
+  values[size - 2] = -1;
+  EXPECT_EQ(text(compare(backwards, row<double>("a", values))),
+            "/: 1 of 2097155 values differ; the largest delta is 2 at x=2097153: 1 and -1");
 }
 
 }  // namespace
