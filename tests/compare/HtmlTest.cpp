@@ -131,5 +131,95 @@ TEST(HtmlTest, TextsOfTheFilesAreNoMarkup) {
   EXPECT_THAT(body, HasSubstr("<td class=\"n\">&lt;img src=x"));
 }
 
+TEST(HtmlTest, AttributesStandBelowTheirEntry) {
+  RichArray array("a@b", {{"x", 1}}, {1});
+  array.given = {{"u", std::string("<x>")}, {"\x1b", std::string("y")}};
+  memory::Dictionary first("a");
+  first.add(std::move(array));
+  Options options;
+  options.attributes = true;
+  EXPECT_EQ(bodyOf(compare(first, dictionary("b", row<double>("a@b", {1})), options)),
+            "<h1>1 entry differs</h1>\n"
+            "<p><b>a.nc</b> and <b>b&lt;c&gt;.nc</b> · 1 value compared · the same: a = b or both "
+            "missing</p>\n"
+            "<details>\n"
+            "<summary><strong>/a@b</strong> @u: only in the first: &#39;&lt;x&gt;&#39;<br>\n"
+            "@\\x1b: only in the first: &#39;y&#39;</summary>\n"
+            "<div class=\"figures\">\n</div>\n</details>\n");
+}
+
+TEST(HtmlTest, WithoutPairsThereAreCountsOnly) {
+  Options options;
+  options.largest = 0;
+  const std::string start =
+      "<div class=\"figures\">\n<table>\n<tr><th>values</th><td class=\"n\">2</td></tr>\n"
+      "<tr><th>differ</th><td class=\"n\">1 (50 %)</td></tr>\n</table>\n";
+  EXPECT_THAT(bodyOf(compare(row<double>("a", {1, 2}), row<double>("a", {1, 3}), options)),
+              HasSubstr(start + "</div>\n"));
+  options.largest = 1;
+  EXPECT_THAT(
+      bodyOf(
+          compare(row<std::string>("a", {"a", "b"}), row<std::string>("a", {"a", "c"}), options)),
+      HasSubstr(start +
+                "<table>\n<tr><th>x</th><th>first</th><th>second</th></tr>\n"
+                "<tr><td class=\"n\">1</td><td class=\"n\">b</td><td class=\"n\">c</td></tr>\n"
+                "</table>\n</div>\n"));
+}
+
+TEST(HtmlTest, PlacesHaveTheirCoordinates) {
+  RichArray first("a", {{"x", 2}}, {1, 2});
+  first.located = {
+      std::make_shared<memory::StringArray>(row<std::string>("x", {"left", "<right>"}))};
+  EXPECT_THAT(bodyOf(compare(first, row<double>("a", {1, 3}))),
+              HasSubstr("<td class=\"n\">1</td><td class=\"n\">1 (&lt;right&gt;)</td>"
+                        "<td class=\"n\">2</td><td class=\"n\">3</td>"));
+}
+
+TEST(HtmlTest, EachPictureHasANameOfItsOwn) {
+  const auto make = [](double value) {
+    return dictionary("a", StoredArray<double>("v", {1, 1}, {value}),
+                      StoredArray<double>("w", {1, 1}, {value}));
+  };
+  Options options;
+  options.pictures = true;
+  const std::string body = bodyOf(compare(make(1), make(2), options));
+  for (const char* name : {"picture1", "picture2"}) {
+    EXPECT_THAT(body, HasSubstr("<g id=\"" + std::string(name) + "\">"));
+    EXPECT_THAT(body, HasSubstr("<use href=\"#" + std::string(name) + "\"/>"));
+  }
+}
+
+TEST(HtmlTest, TheRuleHasBothTolerancesWhereOneIsGiven) {
+  const memory::DoubleArray a = row<double>("a", {1});
+  EXPECT_THAT(bodyOf(compare(a, a, within(0.5, 0))),
+              HasSubstr("a = b or |a − b| ≤ 0.5 + 0 · |b| or both missing</p>"));
+  EXPECT_THAT(bodyOf(compare(a, a, within(0, 0.5))),
+              HasSubstr("a = b or |a − b| ≤ 0 + 0.5 · |b| or both missing</p>"));
+}
+
+TEST(HtmlTest, HeadlineCountsWhatDiffersAndWhatWasNotCompared) {
+  const auto make = [](double value) {
+    memory::Dictionary result = dictionary("a", row<double>("v", {value}));
+    result.add(
+        std::make_unique<FailingArray<std::runtime_error>>("<bad>", std::runtime_error("no")));
+    return result;
+  };
+  const std::string body = bodyOf(compare(make(1), make(2)));
+  EXPECT_THAT(body, StartsWith("<h1>1 entry differs, 1 not compared</h1>\n"));
+  EXPECT_THAT(body, HasSubstr("<strong>/&lt;bad&gt;</strong> not compared"));
+}
+
+TEST(HtmlTest, NamesOfFilesAndOfAPicturesSidesAreNoMarkup) {
+  const std::vector<memory::Axis> axes = {{"<x>", 1}, {"<y>", 1}};
+  Options options;
+  options.pictures = true;
+  const Report report =
+      compare(memory::DoubleArray("a", axes, {1}), memory::DoubleArray("a", axes, {2}), options);
+  EXPECT_THAT(bodyOf(report),
+              HasSubstr("&lt;x&gt; (1) from left to right, &lt;y&gt; (1) downwards"));
+  EXPECT_THAT(toHtml(report, "<a>", "<b>"),
+              HasSubstr("<p><b>&lt;a&gt;</b> and <b>&lt;b&gt;</b> · 1 value compared"));
+}
+
 }  // namespace
 }  // namespace quillon::compare

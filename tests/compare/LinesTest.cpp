@@ -22,6 +22,10 @@ TEST(LinesTest, DeltaHasSixDigitsAndValuesReadBack) {
   EXPECT_THAT(linesOf(StoredArray<float>("a", {}, {0.1F}), StoredArray<double>("a", {}, {1.0 / 3})),
               ElementsAre("/: 1 of 1 values differ; the largest delta is 0.233333: 0.1 and "
                           "0.3333333333333333"));
+  EXPECT_THAT(linesOf(StoredArray<std::complex<float>>("a", {}, {{0.1F, 0}}),
+                      StoredArray<std::complex<double>>("a", {}, {{0.1F, 2}})),
+              ElementsAre("/: 1 of 1 values differ; the largest delta is 2: (0.1;0) and "
+                          "(0.10000000149011612;2)"));
   EXPECT_THAT(
       linesOf(row<double>("a", {INFINITE}), row<double>("a", {-INFINITE})),
       ElementsAre("/: 1 of 1 values differ; the largest delta is inf at x=0: inf and -inf"));
@@ -94,6 +98,65 @@ TEST(LinesTest, TextIsTheLinesWithBreaksBetween) {
       compare(dictionary("a", row<double>("x", {1}), row<double>("y", {1})), Dictionary("b"));
   EXPECT_EQ(text(report), "/x: only in the first\n/y: only in the first");
   EXPECT_EQ(message(report), "/x: only in the first");
+}
+
+TEST(LinesTest, ExcerptsSayWhereTextsGoOn) {
+  const std::string shared(30, 'x');
+  const std::string rest(40, 'y');
+  EXPECT_THAT(
+      linesOf(row<std::string>("a", {shared + "a" + rest}), row<std::string>("a", {shared + "b"})),
+      ElementsAre("/: 1 of 1 values differ; the first is at x=0: "
+                  "...'xxxxxxxxxxayyyyyyyyyyyyyyyyyyyyyyyyyyyyy'... and ...'xxxxxxxxxxb'"));
+}
+
+TEST(LinesTest, ExcerptsBeginAtTheStartWhereLittleIsShared) {
+  const std::string shared(19, 'x');
+  const std::string rest(30, 'y');
+  EXPECT_THAT(
+      linesOf(row<std::string>("a", {shared + "a" + rest}), row<std::string>("a", {shared + "b"})),
+      ElementsAre("/: 1 of 1 values differ; the first is at x=0: "
+                  "'xxxxxxxxxxxxxxxxxxxayyyyyyyyyyyyyyyyyyyy'... and "
+                  "'xxxxxxxxxxxxxxxxxxxb'"));
+}
+
+TEST(LinesTest, ExcerptsDoNotCutCharacters) {
+  std::string pairs;  // of bytes
+  for (int k = 0; k < 20; ++k) {
+    pairs += "ä";
+  }
+  EXPECT_THAT(linesOf(row<std::string>("a", {pairs + "x1" + pairs}),
+                      row<std::string>("a", {pairs + "x22" + pairs})),
+              ElementsAre("/: 1 of 1 values differ; the first is at x=0: "
+                          "...'äääääx1ääääääääääääää'... and ...'äääääx22äääääääääääää'..."));
+}
+
+TEST(LinesTest, NoMoreOfTheLargestAreListedThanAskedFor) {
+  Options options;
+  options.largest = 3;
+  const Report report = compare(row<double>("a", {1, 1, 1}), row<double>("a", {4, 3, 2}), options);
+  EXPECT_THAT(lines(report, {20, 2}),
+              ElementsAre("/: 3 of 3 values differ; the largest delta is 3 at x=0: 1 and 4",
+                          "  3 at x=0: 1 and 4", "  2 at x=1: 1 and 3"));
+}
+
+TEST(LinesTest, LongListOfWhatWasNotComparedEndsWithHowManyMoreThereAre) {
+  Dictionary many("a");
+  for (int k = 0; k < 3; ++k) {
+    many.add(std::make_unique<FailingArray<std::runtime_error>>("v" + std::to_string(k),
+                                                                std::runtime_error("no")));
+  }
+  EXPECT_THAT(lines(compare(many, many), {2, 0}),
+              ElementsAre("/v0: not compared: no", "/v1: not compared: no", "... and 1 more"));
+}
+
+TEST(LinesTest, NamesOfDimensionsAndOfWhatWasNotComparedAreEscaped) {
+  EXPECT_THAT(linesOf(memory::DoubleArray("a", {{"\x1b[2J", 1}}, {1}),
+                      memory::DoubleArray("a", {{"\x1b[3J", 1}}, {1})),
+              ElementsAre("/: the dimensions differ: (\\x1b[2J) and (\\x1b[3J)"));
+  Dictionary failing("a");
+  failing.add(
+      std::make_unique<FailingArray<std::runtime_error>>("\x1b[2J", std::runtime_error("no")));
+  EXPECT_THAT(linesOf(failing, failing), ElementsAre("/\\x1b[2J: not compared: no"));
 }
 
 }  // namespace
