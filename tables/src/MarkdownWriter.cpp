@@ -13,10 +13,14 @@ bool isWord(char character) {
          (character >= 'a' && character <= 'z');
 }
 
-/// Whether the character has a meaning in Markdown. An underline within a word has none.
+/// Whether the character has a meaning in Markdown. An underline within a word has none, nor has a
+/// bracket that makes no link.
 bool isSpecial(std::string_view text, std::size_t at) {
   if (text[at] == '_') {
     return at == 0 || at + 1 == text.size() || !isWord(text[at - 1]) || !isWord(text[at + 1]);
+  }
+  if (text[at] == ']') {
+    return at + 1 < text.size() && text[at + 1] == '(';
   }
   return std::string_view("\\`*~|<&").find(text[at]) != std::string_view::npos;
 }

@@ -49,5 +49,15 @@ TEST(MarkdownTest, TenRowsAreShownUnlessMoreAreAskedFor) {
   EXPECT_EQ(lines({0, 6, 0}), 14);
 }
 
+TEST(MarkdownTest, TextsMakeNoLinksAndNoPictures) {
+  memory::Dictionary data("data");
+  data.add(memory::StringArray("a[x=0]", {{"x", 2}}, {"[a](b)", "![a](b) [c] (d)]"}));
+  EXPECT_EQ(markdown(data),
+            "| x | a[x=0] |\n"
+            "| ---: | :--- |\n"
+            "| 0 | [a\\](b) |\n"
+            "| 1 | ![a\\](b) [c] (d)] |\n");
+}
+
 }  // namespace
 }  // namespace quillon::tables
