@@ -7,6 +7,7 @@
 
 #include "AxisChoice.h"
 #include "TestArrays.h"
+#include "support/Thrown.h"
 
 namespace quillon::tables {
 namespace {
@@ -76,10 +77,13 @@ INSTANTIATE_TEST_SUITE_P(
         ChoiceCase{"Text", labels(), "@GFP", 1, 1, true},
         ChoiceCase{"TextWithAColon", labels(), "@a:b", 2, 1, true},
         ChoiceCase{"RangeOfTexts", labels(), "@GFP:a:b", 1, 2, false},
+        ChoiceCase{"RangeOfTextsBackwards", labels(), "@a:b:GFP", 1, 2, false},
         ChoiceCase{"Time", days(), "@1970-01-02T06:00", 5, 1, true},
         ChoiceCase{"NearestTime", days(), "@1970-01-02T07:00:00", 5, 1, true},
         ChoiceCase{"TimesToTheEndOfTheDay", days(), "@1970-01-02:1970-01-03", 4, 8, false},
         ChoiceCase{"TimesToTheEndOfTheMonth", days(), "@1970-01-09:1970-01", 32, 8, false},
+        ChoiceCase{"TimesBackwardsToTheEndOfTheDay", days(), "@1970-01-03:1970-01-02", 4, 8, false},
+        ChoiceCase{"NearestToTheBeginningOfTheDay", days(), "@1970-01-02", 4, 1, true},
         ChoiceCase{"TimesWithColons", days(), "@1970-01-01T06:00:1970-01-01T18:00:00", 1, 3,
                    false}),
     [](const auto& some) { return some.param.rule; });
@@ -118,6 +122,9 @@ INSTANTIATE_TEST_SUITE_P(
         RefusedCase{"RangeBehindTheEnd", levels(), "7:9",
                     "There is no position of the axis 'q' from 7 to 9, end excluded; it has 4 "
                     "positions"},
+        RefusedCase{"OpenRangeBehindTheEnd", levels(), "9:",
+                    "There is no position of the axis 'q' from 9 to 4, end excluded; it has 4 "
+                    "positions"},
         RefusedCase{"NoCoordinateInTheRange", levels(), "@110:120",
                     "No coordinate of the axis 'q' is in the chosen range"},
         RefusedCase{"UnknownText", labels(), "@dapi",
@@ -133,19 +140,26 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(ChoiceTest, CoordinatesInNoOrderHaveNoRangeUnlessTheyStandTogether) {
   const CoordinateValues values = valuesOf(memory::DoubleArray("l", {{"l", 4}}, {1, 3, 2, 9}));
   EXPECT_EQ(choose(CoordinateText{"2:3"}, "l", 4, &values).first, 1U);
-  EXPECT_THROW(choose(CoordinateText{"1:2"}, "l", 4, &values), Error);
+  EXPECT_EQ(::test::thrownBy<Error>([&] { choose(CoordinateText{"1:2"}, "l", 4, &values); }),
+            "The coordinates of the axis 'l' are in no order, so that a range of them is none of "
+            "positions");
 }
 
 TEST(ChoiceTest, MissingCoordinatesAreNeverNearest) {
   const CoordinateValues values = valuesOf(memory::DoubleArray("l", {{"l", 2}}, {std::nan(""), 7}));
   EXPECT_EQ(choose(Nearest{1.0}, "l", 2, &values).first, 1U);
   const CoordinateValues none = valuesOf(memory::DoubleArray("l", {{"l", 1}}, {std::nan("")}));
-  EXPECT_THROW(choose(Nearest{1.0}, "l", 1, &none), Error);
+  EXPECT_EQ(::test::thrownBy<Error>([&] { choose(Nearest{1.0}, "l", 1, &none); }),
+            "The axis 'l' has no coordinate that is not missing");
+  const CoordinateValues times = valuesOf(Hours("t", {{"t", 2}}, {std::nan(""), 0}));
+  const TimePoint early = {-9'000'000'000'000'000'000};
+  EXPECT_EQ(choose(Nearest{early}, "t", 2, &times).first, 1U);
 }
 
 TEST(ChoiceTest, AnAxisWithoutCoordinatesIsChosenFromByPosition) {
   EXPECT_EQ(choose(Position{1}, "l", 2, nullptr).first, 1U);
-  EXPECT_THROW(choose(Nearest{1.0}, "l", 2, nullptr), Error);
+  EXPECT_EQ(::test::thrownBy<Error>([&] { choose(Nearest{1.0}, "l", 2, nullptr); }),
+            "The axis 'l' has no coordinates; choose by position");
 }
 
 TEST(ChoiceTest, LargeIntegersAreToldApart) {
@@ -153,6 +167,8 @@ TEST(ChoiceTest, LargeIntegersAreToldApart) {
   const CoordinateValues values = valuesOf(memory::IntArray("l", {{"l", 2}}, {large - 1, large}));
   EXPECT_EQ(choose(CoordinateText{"9007199254740993"}, "l", 2, &values).first, 1U);
   EXPECT_EQ(values.asTexts()[1], "9007199254740993");
+  EXPECT_EQ(valuesOf(memory::UIntArray("l", {{"l", 1}}, {18446744073709551615UL})).asTexts()[0],
+            "18446744073709551615");
 }
 
 TEST(ChoiceTest, ProgramsGiveNumbersTimesAndSteps) {
@@ -161,8 +177,44 @@ TEST(ChoiceTest, ProgramsGiveNumbersTimesAndSteps) {
   const ChosenIndices stepped = choose(PositionRange{1, 8, 3}, "t", 40, nullptr);
   EXPECT_EQ(stepped.count, 3U);
   EXPECT_EQ(stepped.step, 3U);
-  EXPECT_THROW(choose(PositionRange{0, 3, 0}, "t", 40, nullptr), Error);
+  EXPECT_EQ(::test::thrownBy<Error>([&] {
+              choose(PositionRange{0, 3, 0}, "t", 40, nullptr);
+            }),
+            "The step along the axis 't' must be at least 1, not 0");
   EXPECT_THROW(choose(Nearest{5.0}, "t", 40, &some.coordinates), Error);
+}
+
+TEST(ChoiceTest, NumbersAndTimesAreLookedForInTextsAsTheyAreWritten) {
+  const CoordinateValues values =
+      valuesOf(memory::StringArray("l", {{"l", 2}}, {"1970-01-02T00:00:00", "0.5"}));
+  EXPECT_EQ(choose(Nearest{0.5}, "l", 2, &values).first, 1U);
+  EXPECT_EQ(choose(Nearest{TimePoint{86'400'000'000}}, "l", 2, &values).first, 0U);
+}
+
+TEST(ChoiceTest, ATimeIsNoNumber) {
+  const CoordinateAxis some = levels();
+  EXPECT_EQ(::test::thrownBy<Error>(
+                [&] { choose(Nearest{TimePoint{0}}, "l", some.size, &some.coordinates); }),
+            "The coordinates of the axis 'l' are numbers, and '1970-01-01T00:00:00' is none");
+}
+
+TEST(ChoiceTest, TruthValuesAreTexts) {
+  const CoordinateValues values = valuesOf(memory::BooleanArray("l", {{"l", 2}}, {false, true}));
+  EXPECT_THAT(values.asTexts(), ::testing::ElementsAre("false", "true"));
+  EXPECT_EQ(choose(CoordinateText{"true"}, "l", 2, &values).first, 1U);
+}
+
+TEST(ChoiceTest, TimesAreOfTheCalendarOfTheirArray) {
+  const CoordinateValues values =
+      valuesOf(Hours("t", {{"t", 2}}, {0, (2 * 365 + 59) * 24}, memory::Calendar::NoLeap));
+  EXPECT_EQ(values.asTexts()[1], "1972-03-01");
+  EXPECT_EQ(choose(CoordinateText{"1972-03-01:1972-03-01"}, "t", 2, &values).first, 1U);
+}
+
+TEST(SelectionTest, TheFirstEqualsSignEndsTheNameOfTheAxis) {
+  const AxisSelection selection = parseSelection("q=@a=b");
+  EXPECT_EQ(selection.axis, "q");
+  EXPECT_EQ(std::get<CoordinateText>(selection.choice).text, "a=b");
 }
 
 class NoSelectionTest : public ::testing::TestWithParam<std::string> {};

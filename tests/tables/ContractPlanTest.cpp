@@ -350,5 +350,28 @@ TEST_F(ContractPlanTest, NamesInSentencesAreEscaped) {
   EXPECT_EQ(failure(Names{"\n"}), "'a.nc' has no variable '\\n'; did you mean '\\x1b'?");
 }
 
+TEST_F(ContractPlanTest, OfArraysWithAsManyColumnsTheFirstIsTheWidest) {
+  add("A", "x3 y60");
+  add("B", "x3 y60");
+  EXPECT_EQ(failure({}, Names{"x"}),
+            "The table would have 121 columns, more than 100, 60 of them of 'A'; take fewer "
+            "variables, more axes into the index or a part of an axis, or ask for all columns");
+}
+
+TEST_F(ContractPlanTest, ColumnsAndValuesBeyond64BitsStopAtTheLargest) {
+  add("A", "x1 y4294967296 z2147483648");
+  add("B", "x1 y4294967296 z2147483648");
+  const ContractPlan made = contractPlan(m_group, {}, {"'a.nc'", {}, {}, Names{"x"}, true});
+  EXPECT_EQ(made.columns, 18446744073709551615UL);
+  EXPECT_EQ(made.values, 18446744073709551615UL);
+}
+
+TEST_F(ContractPlanTest, IndexThatLeavesNothingIsAnErrorWithTheReasons) {
+  add("A", "x3 x3");
+  EXPECT_EQ(failure({}, Names{"x"}),
+            "'a.nc' has no variables that the table could hold: 'A' (its axis 'x' occurs twice "
+            "and is in the index)");
+}
+
 }  // namespace
 }  // namespace quillon::tables

@@ -177,6 +177,7 @@ TEST_F(PlanTest, SpreadColumnsAreCalledByCoordinate) {
   add("a", "c2 t3");
   addTexts("c", "c", {"DAPI", "GFP"});
   EXPECT_THAT(columns(withIndex({"t"})), ElementsAre("t", "a[c=DAPI]", "a[c=GFP]"));
+  EXPECT_THAT(notes(withIndex({"t"})), IsEmpty());
 }
 
 TEST_F(PlanTest, SpreadColumnsAreCalledByPositionWhereCoordinatesOccurTwiceOrAreMissing) {
@@ -400,6 +401,101 @@ TEST_F(PlanTest, MoreRowsThanCanBeCountedAreAnError) {
   m_data.add(Claim("b"));
   EXPECT_EQ(error(withIndex({"a", "b"})),
             "The table would have more rows than can be counted; choose another index");
+}
+
+TEST_F(PlanTest, SpreadColumnsOfASelectionKeepTheirCoordinatesAndPositions) {
+  add("a", "c5 t3");
+  add("b", "x5 t3");
+  addTexts("c", "c", {"A", "B", "C", "D", "E"});
+  Request request = withIndex({"t"});
+  request.selections = {{"c", PositionRange{1, {}, 3}}, {"x", PositionRange{2, 4, 1}}};
+  EXPECT_THAT(columns(request), ElementsAre("t", "a[c=B]", "a[c=E]", "b[x=2]", "b[x=3]"));
+}
+
+TEST_F(PlanTest, ASelectionMayBeOfCoordinates) {
+  add("a", "x9");
+  m_data.add(DoubleArray("x", {{"x", 9}}, {0, 10, 20, 30, 40, 50, 60, 70, 80}));
+  const Plan planned = plan(m_data, selecting("x=@30:52"));
+  EXPECT_EQ(planned.rows, 3U);
+  EXPECT_EQ(planned.columns[1].dimensions[0].first, 3U);
+}
+
+TEST_F(PlanTest, CoordinatesThatNoColumnCanHoldAreNone) {
+  add("a", "c2 t3");
+  m_data.add(memory::ComplexArray("c", {{"c", 2}}, std::vector<std::complex<double>>(2)));
+  EXPECT_THAT(columns(withIndex({"t"})), ElementsAre("t", "a[c=0]", "a[c=1]"));
+}
+
+TEST_F(PlanTest, AnArrayAlongAnotherAxisIsNoCoordinate) {
+  add("a", "t3");
+  add("t", "s3");
+  const Plan planned = plan(m_data, withIndex({"t"}));
+  EXPECT_FALSE(planned.columns[0].source.has_value());
+}
+
+TEST_F(PlanTest, AnArrayKnowsCoordinatesOfAnyOfItsDimensions) {
+  const auto known =
+      std::make_shared<StringArray>("labels", std::vector<Axis>{{"t", 2}}, Names{"early", "late"});
+  m_data.add(Labelled("a", {{"x", 3}, {"t", 2}}, countedUp<double>(6), {nullptr, known}));
+  EXPECT_THAT(columns(withIndex({"x"})), ElementsAre("x", "a[t=early]", "a[t=late]"));
+}
+
+TEST_F(PlanTest, LabelsThatAreVariablesAreNoCoordinates) {
+  const auto labels =
+      std::make_shared<StringArray>("labels", std::vector<Axis>{{"t", 2}}, Names{"early", "late"});
+  const auto labelled = [&] {
+    return Labelled("a", {{"t", 2}, {"x", 3}}, countedUp<double>(6), {labels, nullptr});
+  };
+  addTexts("labels", "t", {"early", "late"});
+  Dictionary inner("inner");
+  inner.add(labelled());
+  auto& placed = m_data.add(std::move(inner));
+  m_data.add(labelled());
+  EXPECT_THAT(columns(withIndex({"x"})), ElementsAre("x", "a[t=0]", "a[t=1]"));
+  const Plan below = plan(placed, withIndex({"x"}));
+  EXPECT_EQ(below.columns.at(1).name, "a[t=0]");
+}
+
+TEST_F(PlanTest, CoordinatesBesideAVariableOfThatNameAreCalledSo) {
+  const auto known =
+      std::make_shared<StringArray>("labels", std::vector<Axis>{{"t", 3}}, Names{"a", "b", "c"});
+  m_data.add(Labelled("t", {{"t", 3}, {"u", 2}}, countedUp<double>(6), {known, nullptr}));
+  EXPECT_THAT(columns(withIndex({"t", "u"})), ElementsAre("t (coordinate)", "u", "t"));
+}
+
+TEST_F(PlanTest, SinglePositionsCountAmongTheColumns) {
+  add("a", "x99 t200 z2");
+  Request request = selecting("z=0");
+  request.index = Names{"t"};
+  EXPECT_THAT(error(request), HasSubstr("The table would have 101 columns, more than 100, 99"));
+}
+
+TEST_F(PlanTest, OfVariablesWithAsManyColumnsTheFirstIsTheWidest) {
+  add("a", "x60 t200");
+  add("b", "x60 t200");
+  EXPECT_THAT(error(withIndex({"t"})), HasSubstr("121 columns, more than 100, 60 of them of 'a'"));
+}
+
+TEST_F(PlanTest, AnAxisWhereThereAreNoneIsAnError) {
+  add("one", "");
+  EXPECT_EQ(error(withIndex({"x"})), "No variable for the table has an axis 'x' or any other");
+}
+
+TEST_F(PlanTest, WhatIsExcludedIsLeftOutOfWhatIsNamed) {
+  add("a1", "x3");
+  add("a2", "x3");
+  Request request = withVariables({"a*"});
+  request.exclude = {"a1"};
+  EXPECT_THAT(columns(request), ElementsAre("x", "a2"));
+}
+
+TEST_F(PlanTest, WhatIsUnreadableIsNotedWhereItIsChosen) {
+  add("a", "x3");
+  Request request = withVariables({"a"});
+  request.unreadable = {{"bad", "it is of a type of its own"}};
+  EXPECT_THAT(notes(request), IsEmpty());
+  request.variables = Names{"a", "bad"};
+  EXPECT_THAT(notes(request), ElementsAre("'bad' is not in the table: it is of a type of its own"));
 }
 
 }  // namespace
