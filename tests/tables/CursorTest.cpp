@@ -5,6 +5,7 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "SomeCells.h"
 #include "TestArrays.h"
 
 namespace quillon::tables {
@@ -88,6 +89,28 @@ TEST(CursorTest, CellsOfAnotherTypeAreRefused) {
   ASSERT_TRUE(cursor.next());
   EXPECT_THROW(cursor.cells<float>(1), std::invalid_argument);
   EXPECT_THROW(cursor.cells<double>(2), std::out_of_range);
+}
+
+TEST(CursorTest, EachRunTellsWhatIsMissingInIt) {
+  constexpr unsigned long ROWS = 200'000;
+  std::vector<bool> missing(ROWS);
+  missing[5] = true;
+  missing[150'000] = true;
+  std::vector<std::unique_ptr<ColumnSource>> columns;
+  columns.push_back(std::make_unique<SomeCells<int>>("i", ColumnType::Int32, std::vector<int>(ROWS),
+                                                     std::move(missing)));
+  Cursor cursor(Table(std::move(columns), ROWS));
+  std::vector<unsigned long> found;
+  unsigned long runs = 0;
+  for (; cursor.next(); ++runs) {
+    for (unsigned long k = 0; k < cursor.rows(); ++k) {
+      if (cursor.isMissing(0, k)) {
+        found.push_back(cursor.firstRow() + k);
+      }
+    }
+  }
+  EXPECT_GT(runs, 1U);
+  EXPECT_EQ(found, (std::vector<unsigned long>{5, 150'000}));
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <object_model/TupleX.h>
 #include <quillon/memory/Dictionary.h>
 #include <quillon/memory/TimeArray.h>
 #include <quillon/tables/Error.h>
@@ -9,11 +10,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <stdexcept>
 #include <tuple>
 
 #include "TestArrays.h"
 #include "support/Properties.h"
+#include "support/Thrown.h"
 
 namespace quillon::tables {
 namespace {
@@ -194,13 +197,17 @@ TEST(TableTest, WhatIsNotThereIsRefused) {
   data.add(DoubleArray("a", {{"x", 2}}, {1, 2}));
   const Table table(data, plan(data));
   double cells[3] = {};
-  EXPECT_THROW(table.read(2, 0, 1, cells), std::out_of_range);
-  EXPECT_THROW(table.read(1, 0, 3, cells), std::out_of_range);
+  EXPECT_EQ(::test::thrownBy<std::out_of_range>([&] { table.read(2, 0, 1, cells); }),
+            "The table has 2 columns and none of number 2");
+  EXPECT_EQ(::test::thrownBy<std::out_of_range>([&] { table.read(1, 0, 3, cells); }),
+            "The table has 2 rows, not 3 from row 0 on");
   EXPECT_THROW(table.read(1, 3, 0, cells), std::out_of_range);
   EXPECT_THROW(table.read(1, 1, ~0UL, cells), std::out_of_range);
   float other = 0;
-  EXPECT_THROW(table.read(1, 0, 1, &other), std::invalid_argument);
-  EXPECT_THROW(table.timeForm(1), std::invalid_argument);
+  EXPECT_EQ(::test::thrownBy<std::invalid_argument>([&] { table.read(1, 0, 1, &other); }),
+            "The column 'a' is of another type than it was read as");
+  EXPECT_EQ(::test::thrownBy<std::invalid_argument>([&] { (void)table.timeForm(1); }),
+            "The column 'a' holds no times");
   EXPECT_NO_THROW(table.read(1, 2, 0, cells));
 }
 
@@ -212,6 +219,8 @@ TEST(TableTest, APlanThatDoesNotSuitTheArraysIsRefused) {
   planned.columns[1].dimensions[0].step = 2;
   EXPECT_THROW(Table(data, planned), Error);
   planned.columns[1].dimensions[0].step = 0;
+  EXPECT_THROW(Table(data, planned), Error);
+  planned.columns[1].dimensions[0] = {5, 1, 0};
   EXPECT_THROW(Table(data, planned), Error);
   planned.columns[1].dimensions[0] = {0, 1, 7};
   EXPECT_THROW(Table(data, planned), Error);
@@ -251,6 +260,96 @@ TEST(TableTest, FormOfManyTimesIsSeenInTheFirstThatIsNoMidnight) {
     EXPECT_EQ(table.timeForm(0), memory::TimeForm::DateAndTime) << odd;
     EXPECT_EQ(times.read() == 64, odd < 64) << odd;
   }
+}
+
+/// Integers that are read by their accessor alone.
+template <class T>
+class Plain final : public memory::ArrayBase {
+ public:
+  Plain(const std::string& name, std::vector<T> values)
+      : ArrayBase(name, memory::ElementTraits<T>::TYPE, {memory::Axis("x", values.size())}),
+        m_values(std::move(values)) {}
+  long getValueAsInt(const object_model::Tuple& index) const override {
+    return static_cast<long>(m_values[index[0]]);
+  }
+  unsigned long getValueAsUInt(const object_model::Tuple& index) const override {
+    return static_cast<unsigned long>(m_values[index[0]]);
+  }
+
+ private:
+  std::vector<T> m_values;
+};
+
+TEST(TableTest, IntegersWithoutBulkValuesStayIntegers) {
+  const long lowest = std::numeric_limits<long>::min() + 1;
+  Dictionary data("data");
+  data.add(Plain<long>("i", {lowest, 2}));
+  data.add(Plain<unsigned long>("u", {~0UL, 2}));
+  const Table table(data, plan(data));
+  EXPECT_THAT(cellsOf<long>(table, 1), ElementsAre(lowest, 2));
+  EXPECT_THAT(cellsOf<unsigned long>(table, 2), ElementsAre(~0UL, 2));
+}
+
+/// An array that becomes shorter.
+class Shrinking final : public memory::ArrayBase {
+ public:
+  Shrinking()
+      : ArrayBase("a", object_model::ElementType::Double, {memory::Axis("x", 3)}), m_short(1) {
+    m_short[0] = 2;
+  }
+  const object_model::Tuple& size() const override { return isShort ? m_short : ArrayBase::size(); }
+
+  bool isShort = false;
+
+ private:
+  object_model::TupleX m_short;
+};
+
+TEST(TableTest, AnArrayThatChangesItsShapeIsNotRead) {
+  Dictionary data("data");
+  auto& array = data.add(Shrinking());
+  const Table table(data, plan(data));
+  array.isShort = true;
+  double cell = 0;
+  const std::string sentence = "The array 'a' has another shape than the table was planned with";
+  EXPECT_EQ(::test::thrownBy<Error>([&] { table.read(1, 0, 1, &cell); }), sentence);
+  EXPECT_EQ(::test::thrownBy<Error>([&] { (void)table.cellsInPlace(1, 0, 1); }), sentence);
+}
+
+TEST(TableTest, CoordinatesThatAreGoneAreRefused) {
+  const auto known = std::make_shared<memory::StringArray>(
+      "labels", std::vector<memory::Axis>{{"x", 2}}, std::vector<std::string>{"a", "b"});
+  Dictionary data("data");
+  data.add(Labelled("v", {{"x", 2}}, {1, 2}, {known}));
+  const Plan planned = plan(data);
+  Dictionary other("data");
+  other.add(Labelled("v", {{"x", 2}}, {1, 2}, {nullptr}));
+  EXPECT_EQ(::test::thrownBy<Error>([&] { Table(other, planned); }),
+            "The table was planned with an array 'v' that is not there any more");
+}
+
+TEST(TableTest, PositionsMayBeReadFromAnyRowOn) {
+  Dictionary data("data");
+  data.add(DoubleArray("a", {{"x", 3}, {"y", 2}}, countedUp<double>(6)));
+  const Table table(data, plan(data));
+  unsigned long cells[4] = {};
+  table.read(1, 1, 4, cells);
+  EXPECT_THAT(cells, ElementsAre(0, 0, 1, 1));
+}
+
+TEST(TableTest, ADataFrameWithAColumnOfAnotherTypeIsRefused) {
+  tabra::MemoryDataFrame frame;
+  frame.addColumn("odd", tabra::DataType(static_cast<tabra::DataTypeId>(7)));
+  EXPECT_EQ(::test::thrownBy<Error>([&] { const Table table(frame); }),
+            "The column 'odd' is of a type that tables cannot read");
+}
+
+TEST(TableTest, TheNotesAreThoseOfThePlan) {
+  Dictionary data("data");
+  data.add(DoubleArray("a", {{"x", 2}}, {1, 2}));
+  Plan planned = plan(data);
+  planned.notes = {"one", "two"};
+  EXPECT_THAT(Table(data, planned).notes(), ElementsAre("one", "two"));
 }
 
 /// The value at a position of an array whose values are counted up in storage order.
