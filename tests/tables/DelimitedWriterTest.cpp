@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "Python.h"
+#include "SomeCells.h"
 #include "TestArrays.h"
 
 namespace quillon::tables {
@@ -45,7 +46,9 @@ TEST(CsvTest, MissingCellsAreEmptyFields) {
   Dictionary data("data");
   data.add(DoubleArray("d", {{"x", 3}}, {std::nan(""), HUGE_VAL, -HUGE_VAL}));
   data.add(Hours("t", {{"x", 3}}, {std::nan(""), 0, 1}));
-  EXPECT_EQ(csv(data), "x,d,t\n0,,\n1,inf,1970-01-01T00:00:00\n2,-inf,1970-01-01T01:00:00\n");
+  data.add(Stored<float>("f", {{"x", 3}}, {-HUGE_VAL, std::nan(""), HUGE_VAL}));
+  EXPECT_EQ(csv(data),
+            "x,d,t,f\n0,,,-inf\n1,inf,1970-01-01T00:00:00,\n2,-inf,1970-01-01T01:00:00,inf\n");
 }
 
 TEST(CsvTest, FieldsAreQuotedWhereTheyMust) {
@@ -107,6 +110,15 @@ rows = list(csv.reader(io.StringIO(text, newline='')))
 assert rows == [['x', 'd,"1"', 's'], ['0', repr(1 / 3), 'a"b\n,c\r'], ['1', '5e-324', ''],
                 ['2', '', 'ü']], rows)"),
             0);
+}
+
+TEST(CsvTest, AnEmptyNameAloneIsQuotedSoThatTheLineOfNamesIsThere) {
+  std::vector<std::unique_ptr<ColumnSource>> columns;
+  columns.push_back(std::make_unique<SomeCells<int>>("", ColumnType::Int32, std::vector<int>{7},
+                                                     std::vector<bool>()));
+  std::string text;
+  writeCsv(Table(std::move(columns), 1), into(text));
+  EXPECT_EQ(text, "\"\"\n7\n");
 }
 
 }  // namespace

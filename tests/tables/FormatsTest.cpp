@@ -8,6 +8,7 @@
 namespace quillon::tables {
 namespace {
 
+using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
 class FormatsTest : public ::testing::Test {
@@ -65,6 +66,9 @@ TEST_F(FormatsTest, RowsThatAreAskedForHoldInEachFormat) {
   EXPECT_EQ(lines(three[1]), 3 + 2);
   EXPECT_EQ(lines(three[2]), 3 + 1);
   EXPECT_EQ(lines(three[3]), 3);
+  EXPECT_EQ(lines(text("html", {3})), 3 + 7);
+  EXPECT_EQ(lines(text("tsv", {3})), 3 + 1);
+  EXPECT_EQ(lines(text("json", {3})), 3 + 2);
   EXPECT_EQ(lines(text("text", {0})), 12 + 2);
   EXPECT_EQ(lines(text("html", {0})), 12 + 7);
 }
@@ -73,6 +77,26 @@ TEST_F(FormatsTest, HtmlWithAPageIsADocument) {
   Writing writing;
   writing.page = Page{"title", "group"};
   EXPECT_THAT(text("html", writing), StartsWith("<!DOCTYPE html>"));
+  EXPECT_THAT(text("html", writing), HasSubstr("10 of 12 rows"));
+  writing.maxRows = 3;
+  EXPECT_THAT(text("html", writing), HasSubstr("3 of 12 rows"));
+}
+
+TEST(FormatsOfFractionsTest, DigitsAndWidthAreThoseThatAreAskedFor) {
+  memory::Dictionary data("data");
+  data.add(memory::DoubleArray("v", {{"x", 1}}, {1.0 / 3}));
+  data.add(memory::DoubleArray("wide", {{"x", 1}}, {1}));
+  const Table table(data, plan(data));
+  const auto text = [&](Format format, const Writing& writing) {
+    std::string result;
+    write(table, format, into(result), writing);
+    return result;
+  };
+  EXPECT_EQ(text(Format::Text, {{}, 2, 0}), "x     v  wide\n0  0.33     1\n[1 row x 3 columns]\n");
+  EXPECT_EQ(text(Format::Text, {{}, 2, 12}), "x  ...  wide\n0  ...     1\n[1 row x 3 columns]\n");
+  EXPECT_THAT(text(Format::Markdown, {{}, 2, 0}), HasSubstr("| 0 | 0.33 | 1 |\n"));
+  EXPECT_THAT(text(Format::Html, {{}, 2, 0}), HasSubstr(">0.33</td>"));
+  EXPECT_EQ(text(Format::Csv, {{}, 2, 0}), "x,v,wide\n0,0.3333333333333333,1\n");
 }
 
 }  // namespace

@@ -72,6 +72,8 @@ TEST(HtmlPageTest, HasTheTableItsTitleAndHowManyRowsThereAre) {
   EXPECT_THAT(page(data), HasSubstr("<strong>A &lt;title&gt;</strong> <span>Group /cells &amp; "
                                     "more · 2 rows</span>"));
   EXPECT_THAT(page(data, {1, 6, 0}), HasSubstr(" · 1 of 2 rows</span>"));
+  EXPECT_THAT(page(data, {2, 6, 0}), HasSubstr(" · 2 rows</span>"));
+  EXPECT_THAT(page(data, {0, 6, 0}), HasSubstr(" · 2 rows</span>"));
 }
 
 TEST(HtmlPageTest, IsForBrightAndDarkScreensAndRunsNothing) {
@@ -106,6 +108,13 @@ assert not reader.open
 assert reader.rows == [['x', '<area>', 's'], ['', '"um"', ''], ['0', '0.333333', "a & 'b'"],
                        ['1', '', '\\n']], reader.rows)"),
             0);
+}
+
+TEST(HtmlPageTest, WithoutASubtitleTheRowsStandAlone) {
+  const Dictionary data = cells();
+  std::string text;
+  writeHtmlPage(Table(data, plan(data)), {"A", ""}, into(text));
+  EXPECT_THAT(text, HasSubstr("<strong>A</strong> <span>2 rows</span>"));
 }
 
 }  // namespace

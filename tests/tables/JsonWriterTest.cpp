@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <quillon/memory/Dictionary.h>
+#include <quillon/tables/ColumnSource.h>
 #include <quillon/tables/Writers.h>
 
 #include <cmath>
@@ -75,6 +76,16 @@ assert rows == [
   {'x': 1, 'd': 'Infinity', 'f': 1e5, 'b': False, 's "q"': '\n\t\r\x01', 't': '1970-01-01'},
   {'x': 2, 'd': '-Infinity', 'f': -2, 'b': True, 's "q"': '', 't': '1970-01-02'}], rows)"),
             0);
+}
+
+TEST(JsonTest, RowsWithoutColumnsAreEmptyObjects) {
+  const Table table(std::vector<std::unique_ptr<ColumnSource>>(), 2);
+  std::string text;
+  writeJson(table, into(text));
+  EXPECT_EQ(text, "[\n{},\n{}\n]\n");
+  text.clear();
+  writeJsonLines(table, into(text));
+  EXPECT_EQ(text, "{}\n{}\n");
 }
 
 }  // namespace

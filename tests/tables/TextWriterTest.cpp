@@ -102,8 +102,10 @@ TEST_F(TextWriterTest, WideAndCombiningCharactersKeepTheColumns) {
 }
 
 TEST_F(TextWriterTest, WhatATerminalWouldObeyIsEscaped) {
-  m_data.add(memory::StringArray("a\nb", {{"x", 1}}, {"\x1b[31m\xFF"}));
-  EXPECT_EQ(text(), "x  a\\nb\n0  \\x1b[31m\\xff\n[1 row x 2 columns]\n");
+  memory::StringArray array("a\nb", {{"x", 1}}, {"\x1b[31m\xFF"});
+  array.setUnit("\x1b[2J");
+  m_data.add(std::move(array));
+  EXPECT_EQ(text(), "x  a\\nb\n   \\x1b[2J\n0  \\x1b[31m\\xff\n[1 row x 2 columns]\n");
 }
 
 TEST_F(TextWriterTest, TimesAreDatesWhereAllAreMidnights) {
@@ -134,6 +136,15 @@ TEST_F(TextWriterTest, AnOutputThatFailsEndsIt) {
   };
   EXPECT_THROW(writeText(Table(m_data, plan(m_data)), failing, {0, 6, 0}), std::runtime_error);
   EXPECT_EQ(pieces, 2);
+}
+
+TEST_F(TextWriterTest, UnitsMayBeTheWidestOfAColumn) {
+  add("a", "micrometre", {1});
+  EXPECT_EQ(text(),
+            "x           a\n"
+            "   micrometre\n"
+            "0           1\n"
+            "[1 row x 2 columns]\n");
 }
 
 }  // namespace
