@@ -1,6 +1,7 @@
 #include "WriteAttributes.h"
 
 #include <netcdf.h>
+#include <quillon/memory/AsciiText.h>
 #include <quillon/memory/ElementTypes.h>
 #include <quillon/memory/Wording.h>
 
@@ -75,9 +76,17 @@ std::string unitOf(const Array& array) {
   return unit.empty() ? array.getPhysicalUnit() : unit;
 }
 
+/// Whether the unit has the word, spelled and parted from others as in units that are read as
+/// times.
+bool saysSinceWhen(const std::string& unit) {
+  std::string words = memory::lowerCase(unit);
+  std::replace(words.begin(), words.end(), '\t', ' ');
+  return words.find(" since ") != std::string::npos;
+}
+
 void addTimes(const Array& array, const memory::HasTimes& times, StoredType type,
               const std::string& path, Attributes& attributes) {
-  if (unitOf(array).find(" since ") == std::string::npos) {
+  if (!saysSinceWhen(unitOf(array))) {
     throw Refusal(inQuotes(path) + " has times, but its unit " + inQuotes(unitOf(array)) +
                   " does not say since when they count");
   }

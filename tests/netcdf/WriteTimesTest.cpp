@@ -122,9 +122,35 @@ TEST_F(WriteTimesTest, MissingOnesOfFloatingPointNumbersAreNan) {
             "a:calendar = \"noleap\" ;\n a = _, 0.5 ;\n");
 }
 
+TEST_F(WriteTimesTest, UnitsAreSpelledInAnyWayInWhichTheyAreRead) {
+  EXPECT_EQ(variableOf(hours<int>({1}, {}, "HOURS SINCE 1970-01-01")),
+            "int a(x) ;\na:units = \"HOURS SINCE 1970-01-01\" ;\n"
+            "a:calendar = \"noleap\" ;\n a = 1 ;\n");
+  write(hours<int>({1}, {}, "hours\tSince\t1970-01-01"));
+  EXPECT_NE(dynamic_cast<const memory::HasTimes*>(&arrayAt(File(m_path), "a")), nullptr);
+}
+
 TEST_F(WriteTimesTest, WithoutABeginningAreRefused) {
   EXPECT_EQ(refusalOf(hours<int>({1}, {}, "hours")),
             "'/a' has times, but its unit 'hours' does not say since when they count");
+}
+
+/// A text that says of itself that it is a time.
+class TextOfATime final : public memory::ValueArray<std::string>, public memory::HasTimes {
+ public:
+  TextOfATime() : ValueArray("a", {Axis("x", 1)}) {}
+  std::string valueAt(const object_model::Tuple& /*index*/) const override { return "noon"; }
+  Calendar calendar() const override { return Calendar::Standard; }
+  void readTimes(const unsigned long* /*start*/, const unsigned long* /*extent*/,
+                 long* destination) const override {
+    *destination = 0;
+  }
+};
+
+TEST_F(WriteTimesTest, TextsOfTimesAreTexts) {
+  memory::Dictionary dictionary("d");
+  dictionary.add(std::make_unique<TextOfATime>());
+  EXPECT_EQ(variableOf(dictionary), "string a(x) ;\n a = \"noon\" ;\n");
 }
 
 TEST_F(WriteTimesTest, UnitsOfTimesMakeNoTimesOfNumbers) {
