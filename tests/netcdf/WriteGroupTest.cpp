@@ -104,6 +104,23 @@ TEST_F(WriteGroupTest, GroupsHaveADimensionOfAnotherSizeThemselves) {
             "group: second {\n  x = 1 ;\n  int b(x) ;\n");
 }
 
+TEST_F(WriteGroupTest, NearestDimensionOfItsNameCountsForAnAxis) {
+  EXPECT_EQ(outlineOf(dictionaryOf(
+                row<int>("a", "x", {1, 2, 3}),
+                named("g", dictionaryOf(row<int>("b", "x", {1, 2}),
+                                        named("h", dictionaryOf(row<int>("c", "x", {1, 2}))),
+                                        named("i", dictionaryOf(row<int>("d", "x", {1, 2, 3}))))))),
+            "x = 3 ;\nint a(x) ;\ngroup: g {\n  x = 2 ;\n  int b(x) ;\n"
+            "  group: h {\n    int c(x) ;\n  group: i {\n    x = 3 ;\n    int d(x) ;\n");
+}
+
+TEST_F(WriteGroupTest, DictionaryMayBeCalledAsAnAxisOfAGroupAroundIt) {
+  EXPECT_EQ(outlineOf(dictionaryOf(
+                row<int>("a", "x", {1, 2}),
+                named("g", dictionaryOf(row<int>("b", "x", {3, 4}), Dictionary("x"))))),
+            "x = 2 ;\nint a(x) ;\ngroup: g {\n  int b(x) ;\n  group: x {\n");
+}
+
 TEST_F(WriteGroupTest, DictionaryCalledAsAnAxisBesideItIsRefused) {
   EXPECT_EQ(refusalOf(dictionaryOf(row<int>("a", "x", {1}), Dictionary("x"))),
             "axis 'x' of '/a' is called as the dictionary '/x', which netCDF files cannot tell "
@@ -164,6 +181,11 @@ TEST_F(WriteGroupTest, CoordinatesThatDifferAreRefused) {
   EXPECT_EQ(
       refusalOf(dictionaryOf(first(), along("b", {1, 2}, shared(row<double>("x", "x", {0, 2}))))),
       "the coordinates of axis 'x' of '/b' are not those of '/a'");
+  auto other = row<int>("b", "y", {1, 2});
+  other.setCoordinates(0, shared(row<double>("p", "y", {0, 1})));
+  EXPECT_EQ(refusalOf(dictionaryOf(along("a", {1, 2}, shared(row<double>("p", "x", {0, 1}))),
+                                   std::move(other))),
+            "the coordinates of axis 'y' of '/b' are not those of '/a'");
   EXPECT_EQ(refusalOf(dictionaryOf(first(), row<long>("x", "x", {0, 1}))),
             "the coordinates of axis 'x' of '/a' are not those of '/x'");
   EXPECT_EQ(refusalOf(dictionaryOf(first(), DoubleArray("x", {}, {0}))),
@@ -174,6 +196,20 @@ TEST_F(WriteGroupTest, CoordinatesThatDifferAreRefused) {
   metres.setUnit("m");
   EXPECT_EQ(refusalOf(dictionaryOf(first(), std::move(metres))),
             "the coordinates of axis 'x' of '/a' are not those of '/x'");
+}
+
+TEST_F(WriteGroupTest, CoordinatesThatDifferInTheirFirstBlockAloneAreRefused) {
+  std::vector<int> values(2000000);
+  auto first = row<int>("x", "x", values);
+  values[0] = 1;
+  EXPECT_EQ(refusalOf(dictionaryOf(along("a", values, shared(row<int>("x", "x", values))),
+                                   std::move(first))),
+            "the coordinates of axis 'x' of '/a' are not those of '/x'");
+}
+
+TEST_F(WriteGroupTest, CoordinatesWhoseNameNoFileTakesAreRefused) {
+  EXPECT_EQ(refusalOf(dictionaryOf(along("a", {1}, shared(row<int>("p/q", "x", {1}))))),
+            "'/p/q' has a name that netCDF files do not take: it has a slash");
 }
 
 TEST_F(WriteGroupTest, CoordinatesWhereADictionaryStandsAreRefused) {
@@ -205,9 +241,13 @@ TEST_F(WriteGroupTest, ListedCoordinatesAreAddedToThoseThatTheArrayLists) {
   lists.setAttribute("coordinates", "height");
   auto has = along("b", {1}, shared(row<int>("station", "x", {1})));
   has.setAttribute("coordinates", "station height");
-  write(dictionaryOf(std::move(lists), std::move(has)));
+  auto hasLonger = along("c", {1}, shared(row<int>("station", "x", {1})));
+  hasLonger.setAttribute("coordinates", "old_station station_height");
+  auto itself = along("station", {1}, shared(row<int>("station", "x", {1})));
+  write(dictionaryOf(std::move(lists), std::move(has), std::move(hasLonger), std::move(itself)));
   EXPECT_EQ(printedBy("'" NCDUMP "' -h '" + m_path + "' | grep coordinates").text,
-            "\t\ta:coordinates = \"height station\" ;\n\t\tb:coordinates = \"station height\" ;\n");
+            "\t\ta:coordinates = \"height station\" ;\n\t\tb:coordinates = \"station height\" ;\n"
+            "\t\tc:coordinates = \"old_station station_height station\" ;\n");
 }
 
 TEST_F(WriteGroupTest, CoordinatesWhoseNameCannotBeListedAreTheAxes) {
@@ -220,6 +260,27 @@ TEST_F(WriteGroupTest, GroupsFindTheSameCoordinatesAroundThem) {
   EXPECT_EQ(outlineOf(dictionaryOf(along("a", {1, 2}, values),
                                    named("g", dictionaryOf(along("b", {1, 2}, values))))),
             "x = 2 ;\ndouble x(x) ;\nint a(x) ;\ngroup: g {\n  int b(x) ;\n");
+}
+
+TEST_F(WriteGroupTest, GroupsHaveListedCoordinatesUnlessTheNearestOfTheirNameAreTheSame) {
+  const auto p = shared(row<int>("p", "x", {5, 6}));
+  EXPECT_EQ(outlineOf(dictionaryOf(
+                along("a", {1, 2}, p),
+                named("g", dictionaryOf(along("b", {1, 2}, shared(row<int>("p", "x", {7, 8}))),
+                                        named("h", dictionaryOf(along("c", {1, 2}, p))))),
+                named("i", dictionaryOf(along("d", {1, 2}, p))))),
+            "x = 2 ;\nint p(x) ;\nint a(x) ;\n"
+            "group: g {\n  int p(x) ;\n  int b(x) ;\n"
+            "  group: h {\n    int p(x) ;\n    int c(x) ;\n"
+            "group: i {\n  int d(x) ;\n");
+}
+
+TEST_F(WriteGroupTest, GroupsHaveCoordinatesThatStandAlongAnotherAxisAroundThem) {
+  EXPECT_EQ(outlineOf(dictionaryOf(
+                row<int>("a", "x", {1, 2}), row<int>("p", "y", {5, 6}),
+                named("g", dictionaryOf(along("b", {1, 2}, shared(row<int>("p", "x", {5, 6}))))))),
+            "x = 2 ;\ny = 2 ;\nint a(x) ;\nint p(y) ;\n"
+            "group: g {\n  int p(x) ;\n  int b(x) ;\n");
 }
 
 TEST_F(WriteGroupTest, GroupsHaveOtherCoordinatesThemselves) {
@@ -277,6 +338,52 @@ TEST_F(WriteGroupTest, DictionaryInsideItselfIsRefused) {
   Dictionary outer("outer");
   outer.add(std::make_unique<Loop>(false));
   EXPECT_EQ(refusalOf(outer), "dictionary '/loop/again' contains itself");
+}
+
+/// A dictionary whose entries stand elsewhere.
+class Links final : public memory::DictionaryBase {
+ public:
+  Links() : DictionaryBase("links") {}
+  void add(const std::string& name, Data* data) { m_entries.emplace_back(name, data); }
+  unsigned long getNumOfData() const override { return m_entries.size(); }
+  std::string getDataName(int index) const override {
+    return m_entries[static_cast<std::size_t>(index)].first;
+  }
+  using object_model::Dictionary::data;
+  Data* data(const std::string& name) override { return find(name); }
+  const Data* data(const std::string& name) const override { return find(name); }
+
+ private:
+  using Data = object_model::Data;
+  Data* find(const std::string& name) const {
+    for (const auto& [known, data] : m_entries) {
+      if (known == name) {
+        return data;
+      }
+    }
+    return nullptr;
+  }
+  std::vector<std::pair<std::string, Data*>> m_entries;
+};
+
+TEST_F(WriteGroupTest, DictionaryInsideOneThatIsInsideItIsRefused) {
+  Links outer;
+  Links inner;
+  outer.add("inner", &inner);
+  inner.add("outer", &outer);
+  EXPECT_EQ(refusalOf(outer), "dictionary '/inner/outer' contains itself");
+}
+
+TEST_F(WriteGroupTest, DictionaryThatStandsInTwoPlacesIsWrittenTwice) {
+  Dictionary twice = dictionaryOf(row<int>("a", "x", {1}));
+  Links inner;
+  inner.add("second", &twice);
+  Links outer;
+  outer.add("first", &twice);
+  outer.add("inner", &inner);
+  write(outer);
+  EXPECT_EQ(contentOf(File(m_path).root()), (std::map<std::string, std::vector<std::string>>{
+                                                {"/first/a", {"1"}}, {"/inner/second/a", {"1"}}}));
 }
 
 TEST_F(WriteGroupTest, EntryThatIsNoneIsRefused) {
