@@ -109,6 +109,10 @@ TEST_F(WriteAttributesTest, ThatContradictTheObjectAreRefused) {
   unit.setUnit("K");
   EXPECT_EQ(refusalOf(dictionaryOf(std::move(unit))),
             "attribute 'units' of '/a' is not what the file has there for its unit");
+  auto units = arrayWith<int>("units", std::vector<std::string>{"K", "m"});
+  units.setUnit("K");
+  EXPECT_EQ(refusalOf(dictionaryOf(std::move(units))),
+            "attribute 'units' of '/a' is not what the file has there for its unit");
   auto description = arrayWith<int>("long_name", std::vector<int>{1});
   description.setDescription("warm");
   EXPECT_EQ(refusalOf(dictionaryOf(std::move(description))),

@@ -143,9 +143,11 @@ TEST_F(WriteTest, NewFileIsThereAloneWithThePermissionsOfNewFiles) {
 
 TEST_F(WriteTest, FileThatWasThereIsReplacedAndKeepsItsPermissions) {
   writeBytes(m_path, "something else");
-  fs::permissions(m_path, static_cast<fs::perms>(0604));
-  EXPECT_EQ(dump(smallDictionary()), SMALL_DUMP);
-  EXPECT_EQ(fs::status(m_path).permissions(), static_cast<fs::perms>(0604));
+  for (const auto permissions : {static_cast<fs::perms>(0604), static_cast<fs::perms>(0751)}) {
+    fs::permissions(m_path, permissions);
+    EXPECT_EQ(dump(smallDictionary()), SMALL_DUMP);
+    EXPECT_EQ(fs::status(m_path).permissions(), permissions);
+  }
 }
 
 TEST_F(WriteTest, LinksStayAndLeadToTheFile) {
