@@ -164,8 +164,23 @@ TEST_P(ClassicHeaderTest, ValuesWithinTheHeaderAreRefused) {
 TEST_P(ClassicHeaderTest, UnknownTypeIsRefused) {
   writeFixedAndRecords();
   const unsigned long title = readBytes(path()).find("title");
-  EXPECT_THAT(errorAfterPatch(title + 8, std::string("\0\0\0\x63", 4)),
-              HasSubstr("names a type that does not exist"));
+  const int last = GetParam().mode == NC_64BIT_DATA ? NC_UINT64 : NC_DOUBLE;
+  for (const int type : {0, last + 1, 99}) {
+    EXPECT_THAT(errorAfterPatch(title + 8, std::string("\0\0\0", 3) + static_cast<char>(type)),
+                HasSubstr("names a type that does not exist"))
+        << type;
+  }
+}
+
+TEST_P(ClassicHeaderTest, ListBehindAnotherTagThanItsOwnIsRefused) {
+  const unsigned long dimensions = 4 + GetParam().sizeBytes;
+  const unsigned long attributes = dimensions + 8 + 3 * GetParam().sizeBytes;  // behind "time"
+  for (const auto& [position, tag] : {std::pair(dimensions, '\0'), {attributes, '\x0b'}}) {
+    writeOneRecordVariable();
+    EXPECT_THAT(errorAfterPatch(position + 3, std::string(1, tag)),
+                HasSubstr("its header is damaged"))
+        << position;
+  }
 }
 
 TEST_P(ClassicHeaderTest, FlippedBytesNeverCrash) {
