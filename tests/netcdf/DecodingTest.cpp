@@ -237,6 +237,26 @@ INSTANTIATE_TEST_SUITE_P(
          "-5, 5",
          {"int16", "-5", "5"}},
         {"NaNIsMissingAnyway", "float", "v:_FillValue = NaNf;", "NaN, 1", {"float32", "nan", "1"}},
+        {"InfinityMayBeMissing",
+         "float",
+         "v:missing_value = Infinity;",
+         "1, Infinityf, -Infinityf",
+         {"float32", "1", "nan", "-inf"}},
+        {"NumberBehindTheGreatestIsNotTheLeast",
+         "short",
+         "v:missing_value = 32768.;",
+         "-32768, 32767",
+         {"float32", "-32768", "32767"}},
+        {"NumberWithoutSignIsNotTheNegativeOfItsBits",
+         "byte",
+         "v:missing_value = 255UB;",
+         "-1, 1",
+         {"float32", "-1", "1"}},
+        {"UnpackedValueThatIsTheFillValueIsAValue",
+         "float",
+         "v:scale_factor = 2.f; v:_FillValue = 4.f;",
+         "2, 4",
+         {"float32", "4", "nan"}},
         {"TextIsNoMissingValue", "short", "v:missing_value = \"1\";", "1, 2", {"int16", "1", "2"}},
     }),
     nameOf);
@@ -258,6 +278,12 @@ INSTANTIATE_TEST_SUITE_P(
          "v:_Unsigned = \"true\"; v:missing_value = 255s;",
          "-1, -2",
          {"float32", "nan", "254"}},
+        {"NegativeMissingValueIsWiderForNone",
+         "byte",
+         "v:_Unsigned = \"true\"; v:missing_value = -1s;",
+         "-1, -2",
+         {"float32", "255", "254"}},
+        {"SpelledWithACapital", "byte", "v:_Unsigned = \"True\";", "-1, 1", {"uint8", "255", "1"}},
         {"PackedAfterIt",
          "byte",
          "v:_Unsigned = \"true\"; v:scale_factor = 0.5;",
@@ -421,6 +447,25 @@ TEST(DecodedTimes, BoundsHaveTheUnitsOfTheirCoordinate) {
               ElementsAre("2000-01-01", "2000-01-02", "2000-01-02", "2000-03-01"));
   EXPECT_EQ(arrayAt(file, "time_bnds").getUnit(), "days since 2000-01-01");
   EXPECT_EQ(dynamic_cast<const memory::HasTimes*>(&arrayAt(file, "other")), nullptr);
+}
+
+TEST(DecodedTimes, ClimatologiesHaveTheUnitsOfTheirCoordinate) {
+  const Scratch scratch;
+  writeCdl(scratch.path("a.nc"),
+           "dimensions: time = 1; nv = 2; variables: int time(time); "
+           "time:units = \"days since 2000-01-01\"; time:climatology = \"clim\"; "
+           "int clim(time, nv); data: time = 0; clim = 0, 31;");
+  EXPECT_THAT(timesOf(arrayAt(File(scratch.path("a.nc")), "clim")),
+              ElementsAre("2000-01-01", "2000-02-01"));
+}
+
+TEST(DecodedTimes, BoundsOfOtherCoordinatesHaveNoUnitsButTheirOwn) {
+  const Scratch scratch;
+  writeCdl(scratch.path("a.nc"),
+           "dimensions: lat = 1; nv = 2; variables: int lat(lat); "
+           "lat:units = \"degrees_north\"; lat:bounds = \"lat_bnds\"; int lat_bnds(lat, nv); "
+           "data: lat = 5; lat_bnds = 0, 10;");
+  EXPECT_EQ(arrayAt(File(scratch.path("a.nc")), "lat_bnds").getUnit(), "");
 }
 
 TEST(DecodedTimes, PartsOfThemAreRead) {
