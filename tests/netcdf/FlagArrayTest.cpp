@@ -67,6 +67,29 @@ TEST_F(FlagArrayTest, EnumerationIsReadAsItsNames) {
   EXPECT_THAT(valuesOf(clouds), ElementsAre("stratus", "clear", "below", "clear"));
 }
 
+TEST_F(FlagArrayTest, NamesOfGreatNumbersWithoutSignAreRead) {
+  for (const auto& [type, number] :
+       {std::pair("ubyte", "200"), {"ushort", "60000"}, {"uint", "4000000000"}}) {
+    EXPECT_THAT(
+        valuesOf(read(std::string("types: ") + type + " enum level {low = 1, high = " + number +
+                      "}; dimensions: x = 2; variables: level v(x); " + "data: v = high, low;")),
+        ElementsAre("high", "low"))
+        << type;
+  }
+}
+
+TEST_F(FlagArrayTest, EachReadIsReported) {
+  writeCdl(m_path, MARKED);
+  std::vector<unsigned long> reads;
+  const File file(m_path, countingReads(2, reads));
+  const memory::ArrayBase& flags = arrayAt(file, "v");
+  bool values[3] = {};
+  memory::copyValues(flags, memory::BlockLayout(flags, 3).blockAt(0), values);
+  EXPECT_THAT(reads, ElementsAre(3));
+  valuesOf(flags);
+  EXPECT_THAT(reads, ElementsAre(3, 2, 1));
+}
+
 TEST_F(FlagArrayTest, ValueWithoutANameIsItsNumber) {
   {
     const Writer writer(m_path, NC_NETCDF4);
@@ -96,9 +119,13 @@ TEST_F(FlagArrayTest, OtherTypesOrMarksAreNoFlags) {
   EXPECT_EQ(read("dimensions: x = 1; variables: byte v(x); v:dtype = \"int\"; data: v = 1;")
                 .getElementType(),
             ElementType::Int);
-  EXPECT_EQ(read("types: byte enum flag {FALSE = 1, TRUE = 0}; variables: flag v; data: v = TRUE;")
-                .getElementType(),
-            ElementType::String);
+  for (const char* cdl :
+       {"types: byte enum flag {FALSE = 1, TRUE = 0}; variables: flag v; data: v = TRUE;",
+        "types: int enum flag {FALSE = 0, TRUE = 1}; variables: flag v; data: v = TRUE;",
+        "types: byte enum flag {NO = 0, TRUE = 1}; variables: flag v; v:dtype = \"bool\"; "
+        "data: v = TRUE;"}) {
+    EXPECT_THAT(valuesOf(read(cdl)), ElementsAre("TRUE")) << cdl;
+  }
 }
 
 }  // namespace
