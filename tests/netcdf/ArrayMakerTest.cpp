@@ -91,6 +91,12 @@ TEST_F(ArrayMakerTest, AttributesThatTheArrayTellsByItselfAreLeftOut) {
                           "standard_name", "valid_min", "coordinates"));
 }
 
+TEST_F(ArrayMakerTest, AttributesOfTypesWithoutAPlaceInTheModelAreLeftOut) {
+  const File& file =
+      open("types: int(*) list; variables: int v; list v:a = {1, 2}; v:b = 3; data: v = 1;");
+  EXPECT_THAT(namesOf(arrayAt(file, "v").attributes()), ElementsAre("b"));
+}
+
 TEST_F(ArrayMakerTest, UnitThatIsNoTextStaysAnAttribute) {
   const File& file = open("variables: int v; v:units = 1; v:long_name = 2.5; data: v = 1;");
   EXPECT_THAT(namesOf(arrayAt(file, "v").attributes()), ElementsAre("units", "long_name"));
@@ -116,6 +122,12 @@ TEST_F(ArrayMakerTest, CoordinatesAreThoseCalledAsTheDimension) {
   EXPECT_THAT(coordinatesOf(arrayAt(file, "y"), 0), ElementsAre("y", "one", "two"));
 }
 
+TEST_F(ArrayMakerTest, OneTextCalledAsItsLengthIsNoCoordinate) {
+  const File& file =
+      open("dimensions: x = 2; variables: char x(x); float v(x); data: x = \"ab\"; v = 1, 2;");
+  EXPECT_THAT(coordinatesOf(arrayAt(file, "v"), 0), ElementsAre());
+}
+
 TEST_F(ArrayMakerTest, CoordinatesAreTimesWhereTheFilesAre) {
   const File& file = open(
       "dimensions: t = 1; variables: float v(t); int t(t); t:units = \"days since 2000-01-01\"; "
@@ -134,6 +146,13 @@ TEST_F(ArrayMakerTest, NearestGroupsCoordinatesCount) {
   EXPECT_THAT(coordinatesOf(arrayAt(file, "near/v"), 0), ElementsAre("x", "3", "4"));
   EXPECT_THAT(coordinatesOf(arrayAt(file, "far/v"), 0), ElementsAre("x", "1", "2"));
   EXPECT_THAT(coordinatesOf(arrayAt(file, "far/below/v"), 0), ElementsAre("x", "1", "2"));
+}
+
+TEST_F(ArrayMakerTest, CoordinatesOfAnInnerGroupMayBeStrings) {
+  const File& file = open(
+      "group: outer { group: inner { dimensions: s = 2; variables: float v(s); string s(s); "
+      "data: s = \"one\", \"two\"; } }");
+  EXPECT_THAT(coordinatesOf(arrayAt(file, "outer/inner/v"), 0), ElementsAre("s", "one", "two"));
 }
 
 TEST_F(ArrayMakerTest, AttributeNamesCoordinatesWhereNoVariableIsCalledSo) {

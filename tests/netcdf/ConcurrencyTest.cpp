@@ -6,6 +6,7 @@
 #include <quillon/netcdf/LibraryLock.h>
 
 #include <atomic>
+#include <chrono>
 #include <mutex>
 #include <numeric>
 #include <thread>
@@ -182,6 +183,22 @@ TEST_F(ConcurrencyTest, AnotherThreadUsesAThreadSafeHdf5WithoutTheLock) {
   const std::string own = m_scratch.path("own.nc");
   write(own, NC_NETCDF4);
   runBeside(m_netcdf4, [&] { EXPECT_EQ(valuesByHdf5(own), static_cast<hssize_t>(VALUES)); });
+}
+
+TEST_F(ConcurrencyTest, CoordinatesAreLookedForUnderTheLock) {
+  const File file(m_netcdf4);
+  const memory::ArrayBase& numbers = arrayAt(file, "numbers");
+  std::atomic<bool> isDone = false;
+  std::unique_lock<std::mutex> lock(libraryLock());
+  std::thread thread([&] {
+    numbers.coordinates(0);
+    isDone = true;
+  });
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  EXPECT_FALSE(isDone);
+  lock.unlock();
+  thread.join();
+  EXPECT_TRUE(isDone);
 }
 
 TEST_F(ConcurrencyTest, LockIsFreeAfterwards) {
