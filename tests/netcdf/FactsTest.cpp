@@ -51,6 +51,15 @@ TEST_F(FactsTest, VariablesAreAsTheFileHasThem) {
                   "flag /f() |", "point /p() |! compound type 'point'", "int64 /l(n=2 ) |"));
 }
 
+TEST_F(FactsTest, WhatCannotBeReadStandsInItsGroupAlone) {
+  const std::string cdl =
+      "types: compound point { int a; }; variables: int v; data: v = 1; "
+      "group: inner { variables: point p; group: below { variables: point q; } }";
+  EXPECT_THAT(outlinesOf(factsOf(cdl)), ElementsAre("int /v() |"));
+  EXPECT_THAT(outlinesOf(factsOf(cdl, "inner")),
+              ElementsAre("point /inner/p() |! compound type 'point'"));
+}
+
 TEST_F(FactsTest, GroupHasPathTitleAndAllAttributes) {
   const GroupFacts facts = factsOf(
       "dimensions: t = UNLIMITED; variables: int v(t); data: v = 1; "

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "Filters.h"
 #include "Hdf5Files.h"
 #include "TestFiles.h"
@@ -37,7 +39,8 @@ class FiltersTest : public testing::Test {
       const hsize_t chunk = 2;
       mustHdf5(H5Pset_chunk(creation, 1, &chunk));
       mustHdf5(H5Pset_shuffle(creation));
-      mustHdf5(H5Pset_filter(creation, STRANGE, 0, 0, nullptr));
+      const unsigned int parameters[] = {7, 8};
+      mustHdf5(H5Pset_filter(creation, STRANGE, 0, 2, parameters));
     });
     const std::vector<int> values{1, 2};
     writeAll(v, H5T_NATIVE_INT, values.data());
@@ -61,6 +64,19 @@ TEST_F(FiltersTest, VariableWhoseFilterIsNotThereIsSkippedAndEndsNothingElse) {
   write("strange codec");
   EXPECT_EQ(skipped(), "/v: filter 32099 'strange codec', which is not there\n");
   EXPECT_THAT(valuesOf(arrayAt(File(m_path), "kept")), ElementsAre("1", "2"));
+}
+
+TEST_F(FiltersTest, FilterIsAFactOfItsVariableWithItsParameters) {
+  write("strange codec");
+  const StrangeFilter filter("strange codec");
+  const GroupFacts facts = File(m_path).facts("/");
+  const auto v = std::find_if(facts.variables.begin(), facts.variables.end(),
+                              [](const VariableFacts& each) { return each.path == "/v"; });
+  ASSERT_NE(v, facts.variables.end());
+  ASSERT_EQ(v->compression.filters.size(), 1U);
+  EXPECT_EQ(v->compression.filters[0].id, static_cast<unsigned>(STRANGE));
+  EXPECT_EQ(v->compression.filters[0].name, "filter 32099");
+  EXPECT_THAT(v->compression.filters[0].parameters, ElementsAre(7, 8));
 }
 
 TEST_F(FiltersTest, FilterWithoutANameIsNamedByItsNumber) {

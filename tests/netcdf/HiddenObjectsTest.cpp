@@ -84,6 +84,21 @@ TEST_F(HiddenObjectsTest, WhatMakesDimensionsIsNotListed) {
   EXPECT_THAT(attributes(), IsEmpty());
 }
 
+TEST_F(HiddenObjectsTest, AttributesThatMakeDimensionsAreNotListedInFilesOfOtherPrograms) {
+  {
+    const Writer writer(m_path, NC_NETCDF4);
+    const int x = writer.dimension("x", 2);
+    const int y = writer.dimension("y", 2);
+    writer.variable("x", NC_INT, {x});
+    writer.variable("y", NC_INT, {y, x});
+  }
+  {
+    const Hdf5Object file(mustHdf5(H5Fopen(m_path.c_str(), H5F_ACC_RDWR, H5P_DEFAULT)), H5Fclose);
+    mustHdf5(H5Adelete(file.id(), "_NCProperties"));
+  }
+  EXPECT_THAT(attributes(), IsEmpty());
+}
+
 TEST_F(HiddenObjectsTest, AreFoundBesideDimensionsThatLibnetcdfMakesUp) {
   {
     const Hdf5Writer writer(m_path);

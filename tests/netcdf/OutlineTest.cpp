@@ -62,6 +62,17 @@ TEST(OutlineTest, TextHasALineForEachVariableAndOneForItsStorage) {
       "      cannot be read: compound type 'point'\n");
 }
 
+TEST(OutlineTest, NothingIsSaidOfTheShapeOfWhatHasNoType) {
+  GroupFacts group;
+  group.path = "/";
+  VariableFacts hidden;
+  hidden.path = "/bits";
+  hidden.isReadable = false;
+  hidden.reason = "bit field type";
+  group.variables = {hidden};
+  EXPECT_EQ(outlineText({group}, false), "/\n  bits\n      cannot be read: bit field type\n");
+}
+
 TEST(OutlineTest, TextHasAttributesWhereTheyAreAskedFor) {
   EXPECT_EQ(
       outlineText(groups(), true),
