@@ -81,6 +81,12 @@ TEST_P(SelectTest, CoordinatesAndTextsAreCutAlike) {
   EXPECT_THAT(valuesOf(part.at<memory::ArrayBase>("names")), ElementsAre("dd", "ee"));
 }
 
+TEST_P(SelectTest, TextsStayWholeWhereTheirLengthIsNamed) {
+  const memory::Dictionary part = File(m_path).select("/", {{"length", {1, 1, 1}}});
+  EXPECT_THAT(valuesOf(part.at<memory::ArrayBase>("names")),
+              ElementsAre("aa", "bb", "cc", "dd", "ee"));
+}
+
 TEST_P(SelectTest, ReadsNothingElse) {
   std::vector<unsigned long> reads;
   const File file(m_path, countingReads(1000, reads));
@@ -103,6 +109,8 @@ TEST_P(SelectTest, RefusesWhatTheAxisDoesNotHave) {
             "Axis 'x' has 7 points, fewer than asked for (first 7, count 1, step 1)");
   EXPECT_EQ(refusalOf({{"x", {0, 2, 7}}}),
             "Axis 'x' has 7 points, fewer than asked for (first 0, count 2, step 7)");
+  EXPECT_EQ(refusalOf({{"x", {8, 0, 1}}}),
+            "Axis 'x' has 7 points, fewer than asked for (first 8, count 0, step 1)");
   EXPECT_EQ(refusalOf({{"x", {1, 0x7FFFFFFFFFFFFFFF, 0x7FFFFFFFFFFFFFFF}}}),
             "Axis 'x' has 7 points, fewer than asked for (first 1, count 9223372036854775807, step "
             "9223372036854775807)");
