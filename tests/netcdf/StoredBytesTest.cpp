@@ -109,6 +109,14 @@ TEST_P(StoredBytesTest, FileThatWasCutWhileItWasOpenIsAnError) {
   EXPECT_EQ(valuesOf(first)[0], 0);
 }
 
+TEST_P(StoredBytesTest, FileThatGrewWhileItWasOpenIsRead) {
+  const File first(file("a.nc", 1));
+  const File second(file("b.nc", 1));
+  writeBytes(m_scratch.path("b.nc"), readBytes(m_scratch.path("b.nc")) + "more");
+  EXPECT_TRUE(holdSame(first, second));
+  EXPECT_EQ(valuesOf(second), valuesOf(first));
+}
+
 TEST_P(StoredBytesTest, FileThatWasWrittenOverIsNotTheSame) {
   const File first(file("a.nc", 1));
   const File second(file("b.nc", 1));

@@ -344,6 +344,26 @@ INSTANTIATE_TEST_SUITE_P(
         Pair{"deflate", {NC_INT, 0, {3, 4}, 1}, {NC_INT, 0, {3, 4}}},
         Pair{"checksum", {NC_INT, 0, {3, 4}, 1, false, true}, {NC_INT, 0, {3, 4}, 1}}));
 
+TEST_F(StoredValuesTest, SameBytesOfWhichSomeWerePackedAreNotTheSame) {
+  const auto chunk = [&](const std::string& name, std::uint32_t skipped) {
+    const std::string path = m_scratch.path(name);
+    {
+      const Writer writer(path, NC_NETCDF4);
+      define(writer, "v", {writer.dimension("x", 2)}, {NC_SHORT, 0, {2}, 0, true});
+    }
+    const Hdf5Object file(H5Fopen(path.c_str(), H5F_ACC_RDWR, H5P_DEFAULT), H5Fclose);
+    const Hdf5Object data(H5Dopen2(file.id(), "v", H5P_DEFAULT), H5Dclose);
+    const hsize_t offset = 0;
+    EXPECT_GE(H5Dwrite_chunk(data.id(), H5P_DEFAULT, skipped, &offset, 4, "abcd"), 0);
+    return path;
+  };
+  const Variable shuffled = variableOf(chunk("a.nc", 0), "v");
+  const Variable plain = variableOf(chunk("b.nc", 1), "v");
+  EXPECT_EQ(fromStored(shuffled), "acbd");
+  EXPECT_EQ(fromStored(plain), "abcd");
+  EXPECT_FALSE(holdSame(shuffled, plain));
+}
+
 TEST_F(StoredValuesTest, ChunksThatWereNeverWrittenAreTheSameWithTheSameFillValue) {
   const auto unwritten = [&](const std::string& name, float fill) {
     const std::string path = m_scratch.path(name);
