@@ -98,10 +98,11 @@ TEST(ExportTest, WhatIsMissingIsNull) {
 TEST(ExportTest, NanStaysANumberWhereItIsAskedTo) {
   Dictionary data("data");
   data.add(DoubleArray("d", {{"x", 2}}, {std::nan(""), 1}));
+  data.add(tables::Hours("t", {{"x", 2}}, {std::nan(""), 1}));
   StreamOptions options;
   options.nanIsNull = false;
   EXPECT_THAT(batchesOf(streamOf(tableOf(data), options)),
-              ElementsAre("2 rows\nx: 0 1\nd: nan 1\n"));
+              ElementsAre("2 rows\nx: 0 1\nd: nan 1\nt: null 3600000000\n"));
 }
 
 TEST(ExportTest, CellsWithoutAValueAreNull) {
@@ -204,6 +205,31 @@ TEST(ExportTest, TheEndStaysTheEnd) {
     EXPECT_FALSE(batch);
   }
   EXPECT_EQ(stream->get_last_error(stream.get()), nullptr);
+}
+
+TEST(ExportTest, TheEndIsMarkedWhateverStoodThere) {
+  OwnedStream stream = streamOf(Table(std::vector<std::unique_ptr<tables::ColumnSource>>(), 0));
+  ArrowArray batch = {};
+  batch.length = 7;
+  batch.release = [](ArrowArray*) { FAIL() << "nobody's batch is released"; };
+  ASSERT_EQ(stream->get_next(stream.get(), &batch), 0);
+  EXPECT_EQ(batch.release, nullptr);
+  EXPECT_EQ(batch.length, 0);
+}
+
+TEST(ExportTest, WhatIsReleasedIsMarkedSo) {
+  ArrowArrayStream stream = {};
+  exportTable(tables::nullables(), &stream);
+  ArrowSchema schema = {};
+  ASSERT_EQ(stream.get_schema(&stream, &schema), 0);
+  ArrowArray batch = {};
+  ASSERT_EQ(stream.get_next(&stream, &batch), 0);
+  stream.release(&stream);
+  schema.release(&schema);
+  batch.release(&batch);
+  EXPECT_EQ(stream.release, nullptr);
+  EXPECT_EQ(schema.release, nullptr);
+  EXPECT_EQ(batch.release, nullptr);
 }
 
 TEST(ExportTest, CellsInMemoryAreNotCopied) {
@@ -327,6 +353,31 @@ TEST(ExportTest, AnExplanationThatFailsLeavesTheErrorWithoutWords) {
     EXPECT_EQ(static_cast<bool>(batch), expected == 0);
   }
   EXPECT_EQ(stream->get_last_error(stream.get()), nullptr);
+}
+
+TEST(ExportTest, WordsOfAnEarlierErrorAreNotThoseOfTheNext) {
+  const auto expectNoWordsAfter = [](const std::function<void()>& failAgain) {
+    bool isFirst = true;
+    OwnedStream stream = damaged(
+        [&] {
+          if (!isFirst) {
+            failAgain();
+          }
+          isFirst = false;
+          throw std::runtime_error("the disk is gone");
+        },
+        []() -> std::string { throw 8; });
+    for (const int expected : {0, 0, EIO}) {
+      Owned<ArrowArray> batch;
+      ASSERT_EQ(stream->get_next(stream.get(), batch.get()), expected);
+    }
+    EXPECT_STREQ(stream->get_last_error(stream.get()), "the disk is gone");
+    Owned<ArrowArray> batch;
+    EXPECT_NE(stream->get_next(stream.get(), batch.get()), 0);
+    EXPECT_EQ(stream->get_last_error(stream.get()), nullptr);
+  };
+  expectNoWordsAfter([] { throw std::bad_alloc(); });
+  expectNoWordsAfter([] { throw 7; });
 }
 
 TEST(ExportTest, RowsThatFailedAreTriedAgain) {
