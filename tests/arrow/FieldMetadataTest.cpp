@@ -30,6 +30,9 @@ TEST(FieldMetadataTest, AValueStandsUnderItsKey) {
 
 TEST(FieldMetadataTest, CountsBelowZeroAreNone) {
   EXPECT_EQ(metadataAt(numberBytes(-1).data(), "units"), "");
+  const std::string lengths = numberBytes(2) + numberBytes(-4) + numberBytes(-4) + numberBytes(5) +
+                              "units" + numberBytes(1) + "m";
+  EXPECT_EQ(metadataAt(lengths.data(), "units"), "m");
 }
 
 }  // namespace

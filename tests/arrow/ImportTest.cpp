@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <quillon/arrow/Import.h>
+#include <quillon/memory/TimeArray.h>
 #include <quillon/tables/Error.h>
 #include <quillon/tables/Writers.h>
 
@@ -58,13 +59,13 @@ TEST_P(FormatTest, IsRead) {
 constexpr long SECOND = 1000000;
 const std::string LONG_TEXT = "more than twelve bytes";
 
-/// One view of sixteen bytes: in itself, or to a place in the first further buffer.
-std::string viewOf(const std::string& text) {
+/// One view of sixteen bytes: in itself, or to a place in a further buffer.
+std::string viewOf(const std::string& text, int32_t buffer = 0) {
   const auto length = static_cast<int32_t>(text.size());
   if (length <= 12) {
     return bytesOf<int32_t>({length}) + text + std::string(12 - text.size(), '\0');
   }
-  return bytesOf<int32_t>({length}) + text.substr(0, 4) + bytesOf<int32_t>({0, 2});
+  return bytesOf<int32_t>({length}) + text.substr(0, 4) + bytesOf<int32_t>({buffer, 2});
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -123,10 +124,22 @@ INSTANTIATE_TEST_SUITE_P(
                      bytesOf<int64_t>({24})}},
                    ColumnType::Text,
                    "\"twelve bytes\" \"more than twelve bytes\" \"\""},
+        FormatCase{"TextViewsOfSeveralBuffers",
+                   {"v",
+                    "vu",
+                    2,
+                    {"", viewOf(LONG_TEXT, 1) + viewOf(LONG_TEXT), "__" + LONG_TEXT,
+                     "##MORE THAN TWELVE BYTES", bytesOf<int64_t>({24, 24})}},
+                   ColumnType::Text,
+                   "\"MORE THAN TWELVE BYTES\" \"more than twelve bytes\""},
         FormatCase{"Seconds",
                    {"v", "tss:", 2, {"", bytesOf<int64_t>({-1, 2})}},
                    ColumnType::Time,
                    "\"1969-12-31T23:59:59\" \"1970-01-01T00:00:02\""},
+        FormatCase{"SecondsOfWhichTheFirstIsAMidnight",
+                   {"v", "tss:", 2, {"", bytesOf<int64_t>({0, 2})}},
+                   ColumnType::Time,
+                   "\"1970-01-01T00:00:00\" \"1970-01-01T00:00:02\""},
         FormatCase{"Milliseconds",
                    {"v", "tsm:", 2, {"", bytesOf<int64_t>({-1, 2})}},
                    ColumnType::Time,
@@ -190,6 +203,18 @@ INSTANTIATE_TEST_SUITE_P(
                    {"v", "b", 2, {"", bytesOf<uint8_t>({0, 0b10})}, 0, 8},
                    ColumnType::Boolean,
                    "false true"},
+        FormatCase{"TimesBehindAnOffset",
+                   {"v", "tss:", 1, {"", bytesOf<int64_t>({1, 2})}, 0, 1},
+                   ColumnType::Time,
+                   "\"1970-01-01T00:00:02\""},
+        FormatCase{"TextsBehindAnOffset",
+                   {"v", "u", 1, {"", bytesOf<int32_t>({0, 2, 3}), "abc"}, 0, 1},
+                   ColumnType::Text,
+                   "\"c\""},
+        FormatCase{"ViewsBehindAnOffset",
+                   {"v", "vu", 1, {"", viewOf("a") + viewOf("b")}, 0, 1},
+                   ColumnType::Text,
+                   "\"b\""},
         FormatCase{"NoRows", {"v", "i", 0, {"", ""}}, ColumnType::Int32, ""}),
     [](const auto& some) { return some.param.rule; });
 
@@ -216,6 +241,21 @@ TEST(ImportTest, BatchesFollowEachOther) {
   int some[3] = {};
   table.read(0, 1, 3, some);
   EXPECT_THAT(some, ElementsAre(2, 1, 2));
+}
+
+TEST(ImportTest, OneTimeOfDayInAnyBatchGivesAllTimesOne) {
+  memory::Dictionary data("data");
+  data.add(memory::TimeArray("t", {{"x", 2}}, {SECOND, 0}));
+  StreamOptions options;
+  options.maxRows = 1;
+  EXPECT_EQ(csvOf(importTable(streamOf(Table(data, tables::plan(data)), options).get())),
+            "x,t\n0,1970-01-01T00:00:01\n1,1970-01-01T00:00:00\n");
+}
+
+TEST(ImportTest, TextsThatAreNullAreEmpty) {
+  HandMadeStream stream(
+      {{"v", "u", 2, {bytesOf<uint8_t>({0b10}), bytesOf<int32_t>({0, 2, 3}), "abc"}, 1}}, 2);
+  EXPECT_THAT(tables::cellsOf<std::string>(importTable(stream.get()), 0), ElementsAre("", "c"));
 }
 
 TEST(ImportTest, CellsOfOneBatchLieInPlace) {
@@ -278,6 +318,10 @@ TEST(ImportTest, ColumnsThatNoTableHasAreNamedWithTheirFormat) {
     EXPECT_EQ(refusal({"a\nb", format}), "The column 'a\\nb' is of the format '" +
                                              std::string(format) + "', which tables do not read");
   }
+  HandMadeStream nameless({{"v", "z"}}, 0);
+  nameless.schema().children[0]->name = nullptr;
+  nameless.schema().children[0]->format = nullptr;
+  EXPECT_EQ(refusal(nameless), "The column '' is of the format '', which tables do not read");
   HandMadeColumn encoded = {"v", "i", 1, {"", bytesOf<int32_t>({0})}};
   encoded.hasDictionary = true;
   EXPECT_EQ(
@@ -304,6 +348,10 @@ TEST(ImportTest, StreamsThatFailAreQuoted) {
   end.endStatus = ENOMEM;
   EXPECT_EQ(refusal(end), "The stream failed: Cannot allocate memory");
   EXPECT_EQ(end.batchesReleased(), 1);
+  HandMadeStream silent({}, 0);
+  silent.endStatus = EIO;
+  silent.words = "";
+  EXPECT_EQ(refusal(silent), "The stream failed: Input/output error");
 }
 
 TEST(ImportTest, WhatIsNoStreamOfColumnsIsRefused) {
@@ -319,6 +367,22 @@ TEST(ImportTest, WhatIsNoStreamOfColumnsIsRefused) {
   ArrowArrayStream released = {};
   EXPECT_EQ(::test::thrownBy<tables::Error>([&] { return importTable(&released); }),
             "The stream has been released");
+}
+
+TEST(ImportTest, RowsBeforeTheOffsetOfABatchMayBeNull) {
+  HandMadeStream stream({{"v", "i", 3, {"", bytesOf<int32_t>({1, 2, 3})}}}, 2);
+  stream.batch().offset = 1;
+  stream.batch().null_count = -1;
+  const unsigned char bits = 0b110;
+  stream.validity() = &bits;
+  EXPECT_EQ(csvOf(importTable(stream.get())), "v\n2\n3\n");
+  HandMadeStream last({{"v", "i", 3, {"", bytesOf<int32_t>({1, 2, 3})}}}, 2);
+  last.batch().offset = 1;
+  last.batch().null_count = -1;
+  const unsigned char others = 0b011;
+  last.validity() = &others;
+  EXPECT_EQ(refusal(last),
+            "The stream has rows that are null as a whole, which tables do not have");
 }
 
 TEST(ImportTest, ColumnsOfOneNameAreRefused) {
@@ -337,6 +401,18 @@ TEST(ImportTest, BatchesThatDoNotFitTheirSchemaAreRefused) {
   EXPECT_EQ(refusal(fewer), sentence);
   HandMadeStream negative({}, -1);
   EXPECT_EQ(refusal(negative), sentence);
+  HandMadeStream shifted({{"v", "i", 2, {"", two}}}, 2);
+  shifted.batch().offset = 1;
+  EXPECT_EQ(refusal(shifted), sentence);
+  HandMadeStream before({{"v", "i", 3, {"", two + two}, 0, 1}}, 2);
+  before.batch().offset = -1;
+  EXPECT_EQ(refusal(before), sentence);
+  HandMadeStream columnBefore({{"v", "i", 2, {"", two}, 0, -1}}, 2);
+  EXPECT_EQ(refusal(columnBefore), sentence);
+  HandMadeStream encoded({{"v", "i", 2, {"", two}}}, 2);
+  ArrowArray dictionary = {};
+  encoded.batch().children[0]->dictionary = &dictionary;
+  EXPECT_EQ(refusal(encoded), sentence);
   HandMadeStream buffers({{"v", "i", 2, {""}}}, 2);
   EXPECT_EQ(refusal(buffers), sentence);
   HandMadeStream nothing({{"v", "i", 2, {"", ""}}}, 2);
