@@ -1,5 +1,6 @@
 #include <array>
 #include <cstddef>
+#include <filesystem>
 #include <numeric>
 #include <ostream>
 
@@ -159,6 +160,22 @@ TEST_F(Hdf5TextsTest, PartOfThemIsReadInSteps) {
   const std::string y = v.getInformation()->getAxisInfo(1)->getAxisName();
   EXPECT_EQ(contentOf(file.select("/", {{x, {1, 2, 2}}, {y, {0, 2, 2}}})),
             (std::map<std::string, std::vector<std::string>>{{"/v", {"a1", "a3", "c1", "c3"}}}));
+  EXPECT_EQ(contentOf(file.select("/", {{x, {0, 2, 3}}, {y, {0, 3, 1}}})),
+            (std::map<std::string, std::vector<std::string>>{
+                {"/v", {"a0", "a3", "b0", "b3", "c0", "c3"}}}));
+}
+
+TEST_F(Hdf5TextsTest, FileThatIsCutWhileItIsOpenIsAnError) {
+  const std::vector<const char*> strings(1000, "text");
+  {
+    const Hdf5Writer writer(m_path);
+    const Hdf5Object type = textType(H5T_VARIABLE);
+    writeAll(writer.dataset("v", type.id(), {1000}), type.id(), strings.data());
+  }
+  const File file(m_path);
+  std::filesystem::resize_file(m_path, std::filesystem::file_size(m_path) - 1);
+  EXPECT_THAT(errorOf([&] { valuesOf(arrayAt(file, "v")); }),
+              testing::HasSubstr("bytes while it was open"));
 }
 
 TEST_F(Hdf5TextsTest, TypesThatHaveANameAreReadAsWell) {
@@ -313,6 +330,15 @@ TEST_P(PartlyWrittenStrings, AreReadInSteps) {
   const std::string x = arrayAt(file, "v").getInformation()->getAxisInfo(0)->getAxisName();
   EXPECT_EQ(contentOf(file.select("/", {{x, {1, 3, 2}}})),
             (std::map<std::string, std::vector<std::string>>{{"/v", {"a", "fill", "fill"}}}));
+}
+
+TEST_P(PartlyWrittenStrings, AreReadFromTheMiddleOfAChunkOn) {
+  write("fill");
+  const File file(m_path);
+  const std::string x = arrayAt(file, "v").getInformation()->getAxisInfo(0)->getAxisName();
+  EXPECT_EQ(
+      contentOf(file.select("/", {{x, {1, 5, 1}}})),
+      (std::map<std::string, std::vector<std::string>>{{"/v", {"a", "", "fill", "fill", "fill"}}}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Chunks, PartlyWrittenStrings, testing::Values(0U, 1U, 2U, 4U, 6U));
