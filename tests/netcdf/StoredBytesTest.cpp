@@ -109,6 +109,25 @@ TEST_P(StoredBytesTest, FileThatWasCutWhileItWasOpenIsAnError) {
   EXPECT_EQ(valuesOf(first)[0], 0);
 }
 
+TEST_P(StoredBytesTest, PartsAreTheSameOnlyAtTheSamePlaceAndWithoutSteps) {
+  const File whole(file("a.nc", 1));
+  const auto isSameAsTheFirst = [&](const Range& range) {
+    const memory::Dictionary first = whole.select("/", {{"x", {0, 8000, 1}}});
+    const memory::Dictionary other = whole.select("/", {{"x", range}});
+    const unsigned long start = 0;
+    const unsigned long extent = 8000;
+    const auto isSame = [&](const memory::Dictionary& a, const memory::Dictionary& b) {
+      return dynamic_cast<const memory::HasStoredBytes&>(*a.data("v"))
+          .holdsSameBytes(*b.data("v")->asArray(), &start, &extent);
+    };
+    EXPECT_EQ(isSame(first, other), isSame(other, first));
+    return isSame(first, other);
+  };
+  EXPECT_TRUE(isSameAsTheFirst({0, 8000, 1}));
+  EXPECT_FALSE(isSameAsTheFirst({8000, 8000, 1}));
+  EXPECT_FALSE(isSameAsTheFirst({0, 8000, 2}));
+}
+
 TEST_P(StoredBytesTest, FileThatGrewWhileItWasOpenIsRead) {
   const File first(file("a.nc", 1));
   const File second(file("b.nc", 1));
