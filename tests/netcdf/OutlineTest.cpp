@@ -2,9 +2,12 @@
 #include <quillon/netcdf/File.h>
 #include <quillon/netcdf/Outline.h>
 
+#include "TestFiles.h"
+
 namespace quillon::netcdf {
 namespace {
 
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
@@ -47,6 +50,22 @@ std::vector<GroupFacts> groups() {
   climate.attributes = {{"title", std::string("Ships")}, {"version", std::vector<int>{3}}};
   climate.variables = {temperature(), unreadable()};
   return {root, climate};
+}
+
+TEST(OutlineTest, FactsAreThoseOfAGroupAndOfAllBelowIt) {
+  const Scratch scratch;
+  writeCdl(scratch.path("a.nc"),
+           "variables: int v; data: v = 1; group: a { group: b { group: c { } } group: d { } }");
+  const File file(scratch.path("a.nc"));
+  const auto pathsBelow = [&](const std::string& path) {
+    std::vector<std::string> paths;
+    for (const GroupFacts& group : factsBelow(file, path)) {
+      paths.push_back(group.path);
+    }
+    return paths;
+  };
+  EXPECT_THAT(pathsBelow("/"), ElementsAre("/", "/a", "/a/b", "/a/b/c", "/a/d"));
+  EXPECT_THAT(pathsBelow("a/b/"), ElementsAre("/a/b", "/a/b/c"));
 }
 
 TEST(OutlineTest, TextHasALineForEachVariableAndOneForItsStorage) {
