@@ -89,10 +89,10 @@ std::vector<OutlineDifference> outlineDifferences(const Array& first, const Arra
   };
   const std::vector<AxisFacts> left = memory::axesOf(first);
   const std::vector<AxisFacts> right = memory::axesOf(second);
-  add(Reason::Shape, shapeText(left), shapeText(right));
   if (left.size() == right.size() && !haveSameNames(left, right)) {
     add(Reason::Dimensions, namesText(left), namesText(right));
   }
+  add(Reason::Shape, shapeText(left), shapeText(right));
   const auto [firstType, secondType] = typesThatDiffer(first, second, options);
   add(Reason::ElementType, firstType, secondType);
   const auto [firstUnit, secondUnit] = unitsThatDiffer(first, second);

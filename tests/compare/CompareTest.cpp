@@ -346,10 +346,10 @@ TEST(CompareTest, ManyThreadsCompareTheSameObjects) {
   EXPECT_THAT(counts, ElementsAre(5000, 5000, 5000, 5000));
 }
 
-TEST(CompareTest, ShapesGoBeforeDimensions) {
+TEST(CompareTest, DimensionNamesGoBeforeShapes) {
   EXPECT_THAT(
       linesOf(DoubleArray("a", {{"x", 1}}, {1}), DoubleArray("a", {{"y", 2}}, {1, 2})),
-      ElementsAre("/: the shapes differ: (1) and (2)", "/: the dimensions differ: (x) and (y)"));
+      ElementsAre("/: the dimensions differ: (x) and (y)", "/: the shapes differ: (1) and (2)"));
 }
 
 TEST(CompareTest, DecodedNumbersOfTheFirstSideHaveNoElementType) {

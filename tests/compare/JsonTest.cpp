@@ -75,8 +75,8 @@ TEST(JsonTest, EachReasonHasItsName) {
   EXPECT_EQ(toJson(report, "f", "g"),
             R"j({"first": "f", "second": "g", "same": false, "values": 0, )j"
             R"j("rule": {"absolute": 0, "relative": 0, "nan_equal": true}, "differences": [)j"
-            R"j({"path": "/", "reason": "shape", "first": "(1)", "second": "(2)"}, )j"
             R"j({"path": "/", "reason": "dimensions", "first": "(x)", "second": "(y)"}, )j"
+            R"j({"path": "/", "reason": "shape", "first": "(1)", "second": "(2)"}, )j"
             R"j({"path": "/", "reason": "element type", "first": "Double", "second": "Int"}, )j"
             R"j({"path": "/", "reason": "unit", "first": "m", "second": ""}, )j"
             R"j({"path": "/@source", "reason": "attribute", "first": "s", "second": null}, )j"

@@ -11,7 +11,8 @@
 
 namespace quillon::compare {
 
-/// Why two entries are not the same, in the order in which several reasons of one entry are listed.
+/// Why two entries are not the same, in the order in which several reasons of one entry are listed;
+/// but of arrays of as many dimensions the names of these go before the shape.
 enum class Reason {
   Kind,          ///< one is an array, the other a dictionary
   Shape,         ///< they have other numbers of dimensions, or other extents
