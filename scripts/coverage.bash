@@ -17,7 +17,7 @@ verb_coverage() {
   rm -rf "$build/profiles"
   for program in "${programs[@]}"; do
     say "${program##*/}"
-    LLVM_PROFILE_FILE="$build/profiles/%p.profraw" "$program" --gtest_brief=1 >&2
+    LLVM_PROFILE_FILE="$PWD/$build/profiles/%p.profraw" "$program" --gtest_brief=1 >&2
   done
   llvm-profdata merge -sparse "$build"/profiles/*.profraw -o "$build/all.profdata"
   say "the report: $build/report/index.html"
