@@ -48,11 +48,42 @@ def _objects(values: np.ndarray) -> tuple[str, np.ndarray]:
     raise _unfit(values.dtype, f" that are not all texts or all mappings, such as {odd!r}")
 
 
+class _Held:
+    """A mapping that numpy does not look into."""
+
+    __slots__ = ("content",)
+
+    def __init__(self, content: Mapping[str, Any]) -> None:
+        self.content = content
+
+
+def _holding(values: Any) -> Any:
+    """The same nested lists, their mappings held."""
+    if isinstance(values, (list, tuple)):
+        return [_holding(value) for value in values]
+    return _Held(values) if isinstance(values, Mapping) else values
+
+
+def _as_array(values: Any) -> np.ndarray:
+    """What numpy makes of values. Of a mapping that is no dict it would take the names alone."""
+    first = values
+    while isinstance(first, (list, tuple)) and first:
+        first = first[0]
+    if not isinstance(first, Mapping):
+        return np.asarray(values)
+    array = np.asarray(_holding(values))
+    cells = array.reshape(-1)
+    for k, cell in enumerate(cells):
+        if isinstance(cell, _Held):
+            cells[k] = cell.content
+    return array
+
+
 def prepared(values: Any) -> tuple[str, np.ndarray]:
     """What values are, "numbers", "texts" or "dictionaries", and the array to make ours of."""
     if isinstance(values, np.ma.MaskedArray) and np.ma.is_masked(values):
         raise ValueError("a masked array hides values; fill them first, with NaN for instance")
-    array = np.asarray(values)
+    array = _as_array(values)
     kind = array.dtype.kind
     if kind in "biufcMm":
         return "numbers", _plain_numbers(array)

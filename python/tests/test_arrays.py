@@ -2,6 +2,7 @@
 
 import copy
 import pickle
+import types
 
 import numpy as np
 import pytest
@@ -85,6 +86,23 @@ def test_takes_texts_and_mappings(values, expected):
     assert array.shape == (2,)
 
 
+def test_mappings_of_any_class_are_elements():
+    cell = quillon.Dictionary({"a": 1, "b": 2}, name="cell", attrs={"by": "me"})
+    view = types.MappingProxyType({"a": 3})
+    for values, shape in ((cell, ()), ([cell, view], (2,)), ([(view, {}), (cell, cell)], (2, 2))):
+        array = quillon.Array(values)
+        assert (array.element_type, array.shape) == ("Dictionary", shape)
+    assert quillon.Array([view, cell]).values[1] is cell
+    assert quillon.Array([cell, view]).values[1]["a"].values == 3
+    with pytest.raises(TypeError, match="'text'"):
+        quillon.Array([cell, "text"])
+
+
+def test_texts_have_the_dtype_that_numpy_gave_them():
+    assert quillon.Array(["a", "bcd"]).dtype == "<U3"
+    assert quillon.Array(np.array(["a"], object)).dtype == object
+
+
 @pytest.mark.parametrize(
     "values, dtype",
     [
@@ -103,6 +121,7 @@ def test_refuses_other_dtypes_by_name(values, dtype):
 def test_refuses_values_that_are_masked():
     with pytest.raises(ValueError, match="masked"):
         quillon.Array(np.ma.masked_invalid([1.0, np.nan]))
+    assert quillon.Array(np.ma.masked_invalid([1.0, 2.0])).values.tolist() == [1, 2]
 
 
 def test_says_what_it_is():
@@ -151,6 +170,43 @@ def test_refuses_attributes_that_no_object_can_have(value):
         quillon.Array([1], attrs={"odd": value})
 
 
+def test_a_single_name_is_one_of_one_dimension():
+    assert quillon.Array([1, 2], "time").dims == ("time",)
+    assert quillon.Array.lazy(lambda a, b: np.zeros(b - a), [2], "time").dims == ("time",)
+
+
+@pytest.mark.parametrize(
+    "given, kept",
+    [
+        ("text", "text"),
+        (np.str_("text"), "text"),
+        (b"text", "text"),
+        (["a"], ["a"]),
+        (("a", "b"), ["a", "b"]),
+        (np.array(["a"]), ["a"]),
+        (True, np.int8(1)),
+        ([True, False], np.int8([1, 0])),
+        (2, 2),
+        (2.5, 2.5),
+        (np.float32(0.5), np.float32(0.5)),
+        (np.array([1, 2], ">i4"), np.int32([1, 2])),
+        ([], np.zeros(0)),
+    ],
+    ids=repr,
+)
+def test_attributes_are_texts_numbers_and_lists_of_these(given, kept):
+    found = quillon.Array([1], attrs={"a": given}).attrs["a"]
+    assert type(found) is type(kept)
+    assert np.asarray(found).dtype == np.asarray(kept).dtype
+    np.testing.assert_array_equal(found, kept)
+
+
+def test_nobody_changes_texts():
+    for texts in (["a", "b"], np.array(["a", "b"], object)):
+        with pytest.raises(ValueError, match="read-only"):
+            quillon.Array(texts).values[0] = "c"
+
+
 def test_gives_arrays_to_numpy():
     values = np.arange(3.0)
     array = quillon.Array(values)
@@ -172,7 +228,7 @@ def read_array(values):
 KEYS = [
     0, -1, slice(None), slice(1, 3), slice(None, None, -1), slice(3, 0, -2), slice(5, 9), ...,
     (0, 1), (slice(None), 2), (..., -1), (slice(1, 2), slice(0, 3, 2)), None, (0, None),
-    [0, 2], np.array([True, False, True, False]), (slice(None), [0, 1]), (),
+    [0, 2], np.array([True, False, True, False]), (slice(None), [0, 1]), (), True, np.False_,
 ]  # fmt: skip
 
 
@@ -208,6 +264,15 @@ def test_copies_are_the_same(again, values):
     assert quillon.compare(array, other, attrs=True).same
     assert (other.name, other.unit, other.physical_unit) == ("a", "K", "mK")
     assert other.dtype == array.dtype
+
+
+def test_deep_copies_have_values_of_their_own():
+    values = np.arange(3)
+    array = quillon.Array(values)
+    plain, deep = copy.copy(array), copy.deepcopy(array)
+    values[0] = 9
+    assert plain.values is values
+    assert deep.values.tolist() == [0, 1, 2]
 
 
 @given(hnp.arrays(hnp.scalar_dtypes(), hnp.array_shapes(min_dims=0, max_dims=4, min_side=0)), st.data())
