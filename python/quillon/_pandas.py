@@ -21,7 +21,7 @@ def _values_of(column: Any) -> np.ndarray:
     pandas = require("pandas")
     missing = np.asarray(pandas.isna(column))
     if not missing.any():
-        return values
+        return values.astype(getattr(column.dtype, "numpy_dtype", object))  # that of nullable numbers
     present = values[~missing]
     if all(isinstance(cell, str) for cell in present):
         return np.where(missing, "", values).astype(object)

@@ -1,5 +1,8 @@
 """Objects of xarray and pandas, as ours and back."""
 
+import copy
+import pickle
+
 import numpy as np
 import pandas
 import pytest
@@ -44,6 +47,48 @@ def test_a_data_array_comes_back_as_it_was(dataset):
         xarray.testing.assert_identical(quillon.from_xarray(theirs).to_xarray(), theirs)
 
 
+@pytest.mark.parametrize("again", [copy.copy, copy.deepcopy, lambda o: pickle.loads(pickle.dumps(o))])
+def test_copies_keep_coordinates(dataset, again):
+    for theirs in (dataset, dataset["t"]):
+        xarray.testing.assert_identical(again(quillon.from_xarray(theirs)).to_xarray(), theirs)
+
+
+def test_a_dictionary_of_a_dictionary_keeps_coordinates(dataset):
+    ours = quillon.Dictionary(quillon.from_xarray(dataset))
+    xarray.testing.assert_equal(ours.to_xarray(), dataset)
+    assert set(ours.to_xarray().coords) == {"time", "x", "lat", "run"}
+
+
+def test_an_entry_in_place_of_a_coordinate_is_none(dataset):
+    ours = quillon.from_xarray(dataset)
+    del ours["lat"]
+    ours["lat"] = quillon.Array([1, 2, 3], ["x"])
+    assert set(ours.to_xarray().coords) == {"time", "x", "run"}
+
+
+def test_units_and_titles_that_are_no_text_stay_attributes():
+    data = xarray.Dataset(
+        {
+            "number": ("x", [1.0], {"units": 1, "long_name": 2}),
+            "empty": ("x", [1.0], {"units": "", "long_name": ""}),
+            "time": ("x", np.array(["2011-08-01"], "M8[ns]"), {"units": "days"}),
+        },
+        attrs={"title": 3},
+    )
+    ours = quillon.from_xarray(data)
+    assert [(array.unit, array.description) for array in ours.values()] == [("", "")] * 3
+    assert ours.description == ""
+    xarray.testing.assert_identical(ours.to_xarray(), data)
+
+
+def test_another_name_may_be_given(dataset):
+    assert quillon.from_xarray(dataset["t"]).name == "t"
+    assert quillon.from_xarray(dataset["t"], name="other").name == "other"
+    assert quillon.from_xarray(dataset, name="other").name == "other"
+    assert quillon.from_xarray(xarray.DataArray([1])).name == ""
+    assert quillon.from_xarray(xarray.DataArray([1])).to_xarray().name is None
+
+
 def test_values_are_not_copied(dataset):
     assert quillon.from_xarray(dataset)["t"].values is dataset["t"].values
 
@@ -62,6 +107,7 @@ def test_data_of_dask_stay_lazy(dataset):
     assert calls == []
     assert quillon.compare(ours, dataset["t"].values).same
     assert calls
+    xarray.testing.assert_identical(ours.to_xarray(), dataset["t"])
 
 
 def test_says_what_no_dataset_holds():
@@ -85,9 +131,12 @@ def test_compares_with_what_xarray_has(dataset):
 def test_compares_coordinates_of_data_arrays(dataset):
     moved = dataset["t"].assign_coords(x=[1, 2, 4], lat=("x", [0.5, 1.5, 3.5]))
     assert quillon.compare(dataset["t"], dataset["t"].rename("other")).same
-    assert [row.path for row in quillon.compare(dataset["t"], moved).rows] == ["/x", "/lat"] or [
-        row.path for row in quillon.compare(dataset["t"], moved).rows
-    ]
+    report = quillon.compare(dataset["t"], moved)
+    assert [(row.path, row.reason) for row in report.rows] == [("/x", "unit"), ("/x", "values"), ("/lat", "values")]
+    assert not report
+    assert report.values == 6 + 2 + 3 + 3 + 1
+    assert quillon.compare(dataset["t"], moved.values)
+    assert quillon.compare(moved.values, dataset["t"])
 
 
 def test_has_an_accessor(dataset):
@@ -100,6 +149,10 @@ def test_has_an_accessor(dataset):
     assert dataset["t"].quillon.compare(other["t"], atol=1e-6)
     assert dataset.quillon.to_table(["time"], variables=["t"]).shape == (2, 4)
     assert dataset["t"].quillon.to_table(["x", "time"]).columns[-1] == "t"
+    assert xarray.DataArray([1, 2], dims="x").quillon.to_table("x").columns == ["x", "values"]
+    other["t"][1, 2] = 9
+    row = dataset["t"].quillon.compare(other["t"]).rows[0]
+    assert (row.first, row.second) == (5, 9)
 
 
 def test_takes_frames():
@@ -115,11 +168,39 @@ def test_takes_frames():
     assert quillon.compare(frame["area"], [1.5, 2.0]).rows[0].where == {"row": 1}
 
 
+def test_missing_cells_are_nan_and_empty_texts():
+    frame = pandas.DataFrame(
+        {
+            "integer": pandas.array([1, None], "Int64"),
+            "number": np.array([1.5, None], object),
+            "text": pandas.array(["a", None], "string"),
+            "whole": pandas.array([1, 2], "Int64"),
+        }
+    )
+    ours = quillon.from_pandas(frame)
+    np.testing.assert_array_equal(ours["integer"].values, [1.0, np.nan])
+    np.testing.assert_array_equal(ours["number"].values, [1.5, np.nan])
+    assert ours["text"].values.tolist() == ["a", ""]
+    assert ours["whole"].values.tolist() == [1, 2]
+
+
+def test_columns_and_indices_alone_are_arrays_of_rows():
+    for some in (pandas.Series([1, 2]), pandas.Index([1, 2])):
+        array = quillon.Dictionary({"a": some})["a"]
+        assert (array.dims, array.values.tolist()) == (("row",), [1, 2])
+    assert quillon.compare(pandas.Series([1, 2], name="one"), pandas.Index([1, 2])).same
+    assert list(quillon.from_pandas(pandas.DataFrame([[1, 2]]))) == ["0", "1"]
+
+
 def test_indices_of_frames_are_coordinates():
     index = pandas.MultiIndex.from_product([[1, 2], ["a", "b"]], names=["k", None])
     ours = quillon.from_pandas(pandas.DataFrame({"v": range(4)}, index=index))
     assert list(ours) == ["k", "level_1", "v"]
+    assert set(ours.to_xarray().coords) == {"k", "level_1"}
     assert list(quillon.from_pandas(pandas.DataFrame({"v": [1]}, index=[5]))) == ["row", "v"]
+    named = pandas.DataFrame({"v": [1, 2]}, pandas.RangeIndex(2, name="label"))
+    assert list(quillon.from_pandas(named, dim="x")) == ["label", "v"]
+    assert list(quillon.from_pandas(named.reset_index(drop=True))) == ["v"]
     with pytest.raises(ValueError, match="'v'"):
         quillon.from_pandas(pandas.DataFrame([[1, 2]], columns=["v", "v"]))
 
