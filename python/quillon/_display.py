@@ -92,6 +92,10 @@ def _table(head: list[tuple[str, bool]], rows: list[list[Any]]) -> str:
     return f"<table><thead>{_row(head, 'th')}</thead><tbody>{body}</tbody></table>"
 
 
+def _counted(count: int, one: str, more: str) -> str:
+    return f"{count} {one if count == 1 else more}"
+
+
 def _extents(array: Array) -> str:
     return ", ".join(f"{dim}: {size}" for dim, size in zip(array.dims, array.shape))
 
@@ -108,7 +112,8 @@ def array_html(array: Array) -> str:
     content = _table(_FACTS, [_facts(array.name, array)])
     preview = _preview(array)
     if preview:
-        content += f"<details><summary>values</summary><pre>{_core.in_html(preview)}</pre></details>"
+        lines = "\n".join(map(_core.in_html, preview.splitlines()))
+        content += f"<details><summary>values</summary><pre>{lines}</pre></details>"
     return _page(content + _attributes(array))
 
 
@@ -116,7 +121,7 @@ def _attributes(owner: Any) -> str:
     if not owner.attrs:
         return ""
     table = _table([("attribute", False), ("value", False)], [[k, v] for k, v in owner.attrs.items()])
-    return f"<details><summary>{len(owner.attrs)} attributes</summary>{table}</details>"
+    return f"<details><summary>{_counted(len(owner.attrs), 'attribute', 'attributes')}</summary>{table}</details>"
 
 
 def _group(dictionary: Dictionary) -> str:
@@ -127,7 +132,8 @@ def _group(dictionary: Dictionary) -> str:
         if isinstance(entry, Array):
             arrays.append(_facts(name, entry))
         else:
-            title = f"{_core.in_html(name)} <span class='faint'>{len(entry)} entries</span>"
+            count = _counted(len(entry), "entry", "entries")
+            title = f"{_core.in_html(name)} <span class='faint'>{count}</span>"
             groups += f"<details><summary>{title}</summary>{_group(entry)}</details>"
     return (_table(_FACTS, arrays) if arrays else "") + _attributes(dictionary) + groups
 
@@ -172,6 +178,5 @@ def report_html(report: Report) -> str:
         return _page(f"<p>{_core.in_html(str(report))}</p>")
     rows = [_differing(row) for row in report.rows[:_MOST_LINES]]
     rows += [[path, "not compared", "", "", why, "", ""] for path, why in report.not_compared]
-    count = len(report.rows)
-    head = f"{count} difference{'' if count == 1 else 's'} in {report.values} values"
+    head = f"{_counted(len(report.rows), 'difference', 'differences')} in {report.values} values"
     return _page(f"<details open><summary>{head}</summary>{_table(_ROWS, rows)}</details>")
