@@ -42,8 +42,8 @@ class File(Dictionary):
         self.skipped: list[tuple[str, str]] = list(file.skipped)
 
     def _enter_group(self, group: str) -> None:
-        if group.strip("/"):
-            found = self._find(group)
+        if path := group.strip("/"):
+            found = self._find(path)
             if not isinstance(found, Dictionary):
                 raise KeyError(f"{group!r} in '{self.path}' is an array, not a group")
             self._container, self._handle = Dictionary._of(self._handle), found._handle

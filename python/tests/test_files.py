@@ -2,12 +2,14 @@
 
 import copy
 import gc
+import json
 import os
 import pickle
 import shutil
 import subprocess
 import sys
 import threading
+import zlib
 
 import numpy as np
 import pytest
@@ -54,9 +56,13 @@ def test_reads_outline_and_values(file):
 
 
 def test_opens_a_group(file):
-    inner = quillon.open(file, "/inner")
-    assert list(inner) == ["n"]
-    assert inner.to_table().notes == ["'odd' is not in the table: compound type 'point'"] or inner.to_table().notes
+    for group in ("/inner", "inner", "inner/"):
+        inner = quillon.open(file, group)
+        assert list(inner) == ["n"]
+        assert inner.to_table().notes == ["'odd' is not in the table: compound type 'point'"]
+    for root in ("", "/", "//"):
+        assert list(quillon.open(file, root)) == ["time", "v", "inner"]
+        assert quillon.open(file, root).to_table(variables=["time"]).notes == []
     with pytest.raises(KeyError, match="nothing"):
         quillon.open(file, "nothing")
     with pytest.raises(KeyError):
@@ -77,6 +83,30 @@ def test_is_read_only(file):
     mine["a"] = [1]
     mine["inner"]["b"] = [2]
     assert quillon.compare(mine["v"], some["v"]).same
+
+
+def test_a_path_may_be_bytes(file):
+    assert quillon.open(os.fsencode(file)).path == str(file)
+
+
+def test_a_report_names_files_by_their_paths(file):
+    report = json.loads(quillon.compare(quillon.open(file), quillon.open(file, "inner")).to_json())
+    assert (report["first"], report["second"]) == (str(file), str(file))
+
+
+def test_the_end_of_a_block_closes_the_file(file):
+    with quillon.open(file) as some:
+        v = some["v"]
+    with pytest.raises(quillon.FileError, match="closed"):
+        v[0, 0]
+
+
+def test_a_copy_of_a_group_keeps_the_coordinates_around_it(tmp_path):
+    entries = {"x": quillon.Array([5.0, 7.0], ["x"]), "g": {"v": quillon.Array([1, 2], ["x"])}}
+    quillon.save(entries, tmp_path / "a.nc")
+    for group in (quillon.open(tmp_path / "a.nc", "g"), copy.copy(quillon.open(tmp_path / "a.nc", "g"))):
+        gc.collect()
+        assert group.to_table()["x"].tolist() == [5.0, 7.0]
 
 
 def test_closing_ends_reading_for_all(file):
@@ -138,6 +168,23 @@ def test_files_that_are_none_say_why(tmp_path):
 
 def test_an_untrusted_file_is_read_twice(file):
     assert quillon.open(file, trusted=False)["v"][0, 0] == 1
+
+
+def test_an_untrusted_file_is_read_to_its_last_value(tmp_path):
+    values = np.random.default_rng(1).integers(0, 256, 5 << 20, "u1")
+    path = tmp_path / "a.nc"
+    with netCDF4.Dataset(path, "w") as to:
+        group = to.createGroup("inner")
+        group.createDimension("x", values.size)
+        group.createVariable("v", "u1", ("x",), zlib=True, complevel=4, shuffle=False, chunksizes=(1 << 20,))[:] = values
+    assert list(quillon.open(path, trusted=False)) == ["inner"]
+    packed = zlib.compress(values[-1 << 20 :].tobytes(), 4)
+    before = path.read_bytes()
+    assert before.count(packed) == 1
+    path.write_bytes(before.replace(packed, b"\xff" * len(packed)))
+    assert list(quillon.open(path)) == ["inner"]
+    with pytest.raises(quillon.FileError, match=f"^Cannot read '{path}': variable '/inner/v'"):
+        quillon.open(path, trusted=False)
 
 
 def test_a_crash_of_the_trial_is_an_error(file, monkeypatch):
