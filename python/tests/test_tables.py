@@ -1,5 +1,6 @@
 """Tables: columns, parts of axes, writers, and what takes them."""
 
+import datetime
 import gc
 import io
 import json
@@ -84,6 +85,8 @@ SELECTIONS = [
     ({"time": slice("2011-08-01", "2011-08-01")}, [0, 1, 2]),
     ({"time": slice(TIMES[0], TIMES[1])}, [0, 1, 2, 3, 4, 5]),
     ({"time": 1, "label": "c"}, [5]),
+    ({"time": datetime.date(2011, 8, 2)}, [3, 4, 5]),
+    ({"time": datetime.datetime(2011, 8, 1, 5)}, [0, 1, 2]),
 ]
 
 
@@ -102,6 +105,8 @@ def test_selects_positions_and_coordinates(grid, select, expected):
         ({"label": "d"}, quillon.ExportError),
         ({"nothing": 0}, quillon.ExportError),
         ({"label": slice("a", None)}, ValueError),
+        ({"label": slice("a", "c", 2)}, ValueError),
+        ({"time": True}, TypeError),
         ({"time": object()}, TypeError),
     ],
     ids=str,
@@ -111,13 +116,46 @@ def test_refuses_parts_that_are_not_there(grid, select, error):
         grid.to_table(["label", "time"], variables=["t"], select=select)
 
 
+@pytest.mark.parametrize(
+    "chosen, expected",
+    [
+        (1.4, [2]),
+        (np.float32(2.4), [3]),
+        (slice(0.6, 2.5), [2, 3]),
+        (slice(1, 2.4), [2]),
+        (slice(0.5, 2), [1, 2]),
+        (slice(1, 2), [2]),
+    ],
+    ids=str,
+)
+def test_numbers_with_a_point_are_coordinates(chosen, expected):
+    rows = quillon.Dictionary({"x": quillon.Array([0.5, 1.5, 2.5], ["x"]), "v": quillon.Array([1, 2, 3], ["x"])})
+    assert rows.to_table(select={"x": chosen})["v"].tolist() == expected
+
+
+def test_times_are_coordinates_to_the_microsecond():
+    times = np.datetime64("2011-08-01", "us") + np.array([0, 250, 500])
+    rows = quillon.Dictionary({"time": quillon.Array(times, ["time"]), "v": quillon.Array([1, 2, 3], ["time"])})
+    for time, value in zip(times, [1, 2, 3]):
+        assert rows.to_table(select={"time": time})["v"].tolist() == [value]
+        assert rows.to_table(select={"time": slice(time, time)})["v"].tolist() == [value]
+
+
+def test_one_name_may_stand_for_a_list(grid):
+    assert grid.to_table("time", variables="lag").columns == ["time", "lag"]
+    assert grid.to_pandas("label", variables="flag").index.name == "label"
+
+
 def test_refuses_what_matches_nothing(grid):
     with pytest.raises(quillon.ExportError, match="'tt'"):
         grid.to_table(variables=["tt"])
     with pytest.raises(ValueError):
         grid.to_table(["nothing"])
-    with pytest.raises(KeyError, match="'tt'"):
-        grid.to_table()["tt"]
+    table = grid.to_table(["label", "time"], variables=["t"])
+    with pytest.raises(KeyError, match="^\"there is no column 'tt'; the nearest are 't', 'time', 'label'\"$"):
+        table["tt"]
+    with pytest.raises(KeyError, match="no column 2"):
+        table[2]
 
 
 def test_refuses_a_dimension_of_two_sizes():
@@ -160,6 +198,7 @@ def test_an_index_may_have_coordinates_twice_or_missing(coordinates):
     level = frame.index.get_level_values("x").tolist()
     np.testing.assert_array_equal(np.array(level), table["x"])
     assert frame["v"].tolist() == [1, 3, 2, 4]
+    assert not any(level.hasnans for level in frame.index.levels)
 
 
 def test_writes_text(grid):
@@ -171,8 +210,15 @@ def test_writes_text(grid):
     assert table.to_html().count("<tr>") == 8
     assert table.to_html(2).count("<tr>") == 4
     assert str(table) == repr(table) == table.to_string(10).rstrip("\n")
-    with pytest.raises(ValueError):
-        table.to_string(-1)
+    assert table.to_string(0) == table.to_string(6) == table.to_string()
+    for write in (table.to_string, table.to_html):
+        with pytest.raises(ValueError, match="-1"):
+            write(-1)
+
+
+def test_text_is_as_wide_as_it_has_to_be():
+    table = quillon.Dictionary({"v": quillon.Array(["long " * 40], ["x"])}).to_table()
+    assert "long " * 39 + "long" in table.to_string()
 
 
 def test_shows_ten_rows():
@@ -196,6 +242,10 @@ def test_writes_files_whole_or_not_at_all(grid, tmp_path):
         assert text.getvalue() == write()
     with pytest.raises(OSError):
         table.to_csv(tmp_path / "none" / "t.csv")
+    other = quillon.Dictionary({"v": quillon.Array(["µ", "温"], ["x"])}).to_table()
+    text = io.StringIO()
+    other.to_csv(text)
+    assert text.getvalue() == other.to_csv() == "x,v\n0,µ\n1,温\n"
 
     def failing(start, stop):
         raise ZeroDivisionError
