@@ -52,6 +52,7 @@ def test_reports_are_those_of_the_whole_word_for_word(dtype, chunks):
     lazy = [data.chunk(chunks) for data in (one, other)]
     same(parts.compare(*lazy), quillon.compare(one, other))
     same(parts.compare(lazy[0], other, atol=1), quillon.compare(one, other, atol=1))
+    same(parts.compare(one, lazy[1], atol=1), quillon.compare(one, other, atol=1))
     same(parts.compare(lazy[0]["t"], lazy[1]["t"]), quillon.compare(one["t"], other["t"]))
     assert parts.compare(lazy[0], lazy[0])
 
@@ -174,6 +175,19 @@ def test_what_cannot_be_computed_is_named_and_all_else_is_compared():
     assert [why.rpartition(": ")[2] for _, why in parts.compare(one, shared).not_compared] == ["the disk is gone"] * 3
 
 
+def fail(block):
+    raise OSError("the disk is gone")
+
+
+def test_what_fails_is_told_in_the_order_of_the_grid():
+    one = dataset(1)["t"].chunk({"time": 2, "x": 3})
+    broken = one.copy(data=one.data.map_blocks(fail, dtype="f8", meta=np.empty((0, 0))))
+    starts = [(time, x) for time in (0, 2, 4) for x in (0, 3)]
+    assert parts.compare(broken, one).not_compared == [
+        ("/", f"the chunk time={time}:{time + 2}, x={x}:{min(x + 3, 5)}: OSError: the disk is gone") for time, x in starts
+    ]
+
+
 def write_chunks(path, values):
     """A file of chunks of (2, 4)."""
     netCDF4 = pytest.importorskip("netCDF4", reason="python3-netcdf4 is not installed")
@@ -248,9 +262,47 @@ def test_opened_files_are_what_quillon_opens(data):
 
 def test_a_file_that_was_written_anew_is_read_anew(tmp_path):
     path = tmp_path / "t.nc"
+    names = []
     for number in (1.0, 2.0):
         quillon.save({"t": quillon.Array(np.full((4, 2), number), ["time", "x"])}, path)
         assert parts.open(path)["t"].values[3, 1] == number
+        names += [parts.open(path)["t"].data.name for _ in range(2)]
+    assert names[0] == names[1] != names[2] == names[3]
+
+
+def test_an_opened_file_is_the_dataset_that_quillon_makes_of_it(tmp_path):
+    data = dataset(1).assign_coords(run=7, name=("x", list("vwxyz"))).assign_attrs(title="Some", history="made")
+    data = data.assign(other=data["t"] + 1, flag=("x", [True] * 5))
+    quillon.save({"g": quillon.from_xarray(data)}, tmp_path / "t.nc")
+    opened = parts.open(tmp_path / "t.nc", "g", chunks={"time": 4})
+    assert {name: v.chunks for name, v in opened.variables.items() if v.chunks} == {
+        "t": ((4, 2), (5,)),
+        "other": ((4, 2), (5,)),
+        "n": ((5,),),
+        "flag": ((5,),),
+        "lat": ((5,),),
+    }
+    xarray.testing.assert_identical(opened.compute(), quillon.open(tmp_path / "t.nc", "g").to_xarray())
+
+
+def test_values_are_read_as_they_are_stored_where_asked(tmp_path):
+    packed = xarray.Dataset({"t": (("time", "x"), np.arange(6.0).reshape(2, 3))})
+    how = {"dtype": "i2", "scale_factor": 0.5, "_FillValue": -1, "chunksizes": (1, 3)}
+    packed.to_netcdf(tmp_path / "t.nc", encoding={"t": how})
+    opened = parts.open(tmp_path / "t.nc", decode=False)
+    assert opened["t"].chunks == ((1, 1), (3,))
+    assert opened["t"].dtype == np.int16
+    assert opened["t"].values.tolist() == [[0, 2, 4], [6, 8, 10]]
+    assert parts.open(tmp_path / "t.nc")["t"].values.tolist() == [[0, 1, 2], [3, 4, 5]]
+
+
+def test_tasks_find_the_file_wherever_they_run(tmp_path, monkeypatch):
+    quillon.save({"t": quillon.Array(np.ones((4, 2)), ["time", "x"])}, tmp_path / "t.nc")
+    monkeypatch.chdir(tmp_path)
+    opened = parts.open("t.nc")
+    (tmp_path / "elsewhere").mkdir()
+    monkeypatch.chdir(tmp_path / "elsewhere")
+    assert float(opened["t"].sum()) == 8
 
 
 def test_what_cannot_be_read_is_left_out_with_a_sentence(tmp_path):
@@ -261,8 +313,9 @@ def test_what_cannot_be_read_is_left_out_with_a_sentence(tmp_path):
         point = to.createCompoundType(np.dtype([("a", "i4")]), "point")
         to.createVariable("odd", point, ("x",))
         to.createVariable("even", "f8", ("x",))
-    with pytest.warns(UserWarning, match=f"^'odd' of '{path}' is left out: compound type 'point'$"):
+    with pytest.warns(UserWarning, match=f"^'odd' of '{path}' is left out: compound type 'point'$") as told:
         assert list(parts.open(path)) == ["even"]
+    assert [warning.filename for warning in told] == [__file__]
 
 
 def test_threads_that_read_print_nothing(data):
