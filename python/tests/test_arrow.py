@@ -361,6 +361,16 @@ def test_streams_are_compared():
     ]
 
 
+def test_a_dictionary_takes_the_columns_of_a_stream():
+    table = quillon.Dictionary({"d": quillon.Array([1.0, 2.0], ["x"], unit="m")}).to_table()
+    for given in (table, Offered(table)):
+        columns = quillon.Dictionary({"t": given})["t"]
+        assert {name: (array.dims, array.unit, array.values.tolist()) for name, array in columns.items()} == {
+            "x": (("row",), "", [0, 1]),
+            "d": (("row",), "m", [1.0, 2.0]),
+        }
+
+
 def test_streams_are_compared_with_frames():
     pandas = pytest.importorskip("pandas")
     frame = pandas.DataFrame({"d": [1.0, 2.0], "n": ["a", "b"]})

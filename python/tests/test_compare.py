@@ -98,6 +98,28 @@ def test_a_side_without_names_takes_those_of_the_other():
         assert quillon.compare(quillon.Dictionary({"a": array}), {"a": nameless}).same
 
 
+def test_every_rule_holds_for_arrays_of_numpy():
+    one, other = np.array([1.0]), np.array([1.5])
+    assert not quillon.compare(one, other)
+    assert quillon.compare(one, other, tolerances={"/": {"atol": 0.5}})
+    assert quillon.compare([1.0, 2.0], [2.0, 4.0], largest=2).lines() == quillon.compare(
+        np.array([1.0, 2.0]), np.array([2.0, 4.0]), largest=2
+    ).lines()
+
+
+def test_arrays_of_numpy_lie_as_they_like():
+    records = np.zeros(2, np.dtype([("flag", "i1"), ("value", "f8")]))
+    plain = np.zeros(2)
+    for other in (records["value"], plain.astype(">f8"), plain.astype("f2"), plain[::-1]):
+        assert quillon.compare(plain, other)
+        assert quillon.compare(other, plain)
+        assert quillon.compare(other, other)
+    masked = np.ma.masked_equal([1.0, 2.0], 2)
+    for sides in ((masked, masked), (masked, plain), (plain, masked)):
+        with pytest.raises(ValueError, match="masked"):
+            quillon.compare(*sides)
+
+
 def test_names_of_the_roots_do_not_count():
     assert quillon.compare(quillon.Array([1], name="a"), quillon.Array([1], name="b")).same
     assert quillon.compare(quillon.Dictionary(name="a"), quillon.Dictionary(name="b")).same
@@ -121,7 +143,9 @@ def test_reports_pickle(values, dtype):
     if dtype is not None and not isinstance(values[0], (int, float)):
         pytest.skip("for numbers")
     arrays = [np.array([v, v], dtype) for v in values]
-    report = quillon.compare({"x": arrays[0], "y": [1]}, {"x": arrays[1]}, atol=0.25, largest=3)
+    first, second = quillon.Dictionary({"x": arrays[0], "y": [1]}, name="one"), quillon.Dictionary({"x": arrays[1]}, name="other")
+    report = quillon.compare(first, second, atol=0.25, largest=3)
+    assert (first.name, second.name) == tuple(json.loads(report.to_json())[side] for side in ("first", "second"))
     again = pickle.loads(pickle.dumps(report))
     assert str(again) == str(report)
     assert str(again.rows) == str(report.rows)
@@ -136,9 +160,10 @@ def test_gives_json():
 
 
 def test_gives_a_frame():
-    frame = quillon.compare({"a": [1]}, {"a": [2]}).differences
-    assert list(frame.columns) == list(quillon.Difference._fields)
-    assert frame["path"].tolist() == ["/a"]
+    for second, paths in ([2], ["/a"]), ([1], []):
+        frame = quillon.compare({"a": [1]}, {"a": second}).differences
+        assert list(frame.columns) == list(quillon.Difference._fields)
+        assert frame["path"].tolist() == paths
 
 
 def test_shows_markup_of_its_own():

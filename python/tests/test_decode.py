@@ -1,5 +1,7 @@
 """Decoded files: what xarray makes of them, and what it cannot."""
 
+import pickle
+
 import numpy as np
 import pytest
 import quillon
@@ -66,6 +68,7 @@ def test_is_as_it_is_stored_where_asked(packed):
         assert (file["v"].dtype, file["time"].dtype, file["flag"].dtype) == (np.int16, np.int32, np.int8)
         assert file["v"].attrs["scale_factor"] == np.float32(0.5)
         assert file["v"].attrs["coordinates"] == "lat run"
+        assert pickle.loads(pickle.dumps(file))["v"].values.tolist() == [[1, 2], [3, -999], [5, 6]]
 
 
 def test_tables_have_times_and_other_coordinates(packed):

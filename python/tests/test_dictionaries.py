@@ -53,8 +53,15 @@ def test_says_which_entry_is_missing(cells, path):
 
 
 def test_offers_the_nearest_names(cells):
-    with pytest.raises(KeyError, match="'cells' has no 'araa'; the nearest are 'area'"):
-        cells["araa"]
+    sentences = {
+        "there is no entry 'araa': the dictionary 'cells' has no 'araa'; the nearest are 'area', 'otsu'": cells,
+        "there is no entry 'araa': the dictionary has no 'araa'; the nearest are 'a'": quillon.Dictionary({"a": [1]}),
+        "there is no entry 'araa': the dictionary has no 'araa'": quillon.Dictionary(),
+    }
+    for sentence, dictionary in sentences.items():
+        with pytest.raises(KeyError) as error:
+            dictionary["araa"]
+        assert error.value.args == (sentence,)
 
 
 @pytest.mark.parametrize("path", ["none/x", "area/x", "otsu/none/x"])
@@ -67,6 +74,9 @@ def test_sets_only_in_what_is_there(cells, path):
 def test_refuses_names_that_no_entry_can_have(name, error):
     with pytest.raises(error):
         quillon.Dictionary({name: [1]})
+    if name != "a/b":  # which is a path
+        with pytest.raises(error):
+            quillon.Dictionary()[name] = [1]
 
 
 def test_shares_values_and_not_outlines():
@@ -115,6 +125,15 @@ def test_copies_are_the_same(cells, again):
     assert (other.name, dict(other.attrs)) == ("cells", {"by": "me"})
     del other["area"]
     assert "area" in cells
+
+
+def test_deep_copies_have_values_of_their_own():
+    values = np.arange(3)
+    outer = quillon.Dictionary({"inner": {"a": values}})
+    plain, deep = outer.copy(), copy.deepcopy(outer)
+    values[0] = 9
+    assert plain["inner/a"].values is values
+    assert deep["inner/a"].values.tolist() == [0, 1, 2]
 
 
 def test_shows_an_outline(cells):

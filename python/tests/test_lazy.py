@@ -33,6 +33,22 @@ def test_reads_nothing_before_it_is_asked():
     assert read.calls == [(0, 3)]
 
 
+def test_says_what_other_arrays_say():
+    array = quillon.Array.lazy(
+        failing,
+        [1, 2],
+        ["time", "x"],
+        name="t",
+        unit="K",
+        physical_unit="mK",
+        description="Temperature",
+        attrs={"standard_name": "air_temperature"},
+    )
+    assert (array.name, array.dims, array.shape, array.dtype) == ("t", ("time", "x"), (1, 2), "f8")
+    assert (array.unit, array.physical_unit, array.description) == ("K", "mK", "Temperature")
+    assert array.attrs == {"standard_name": "air_temperature"}
+
+
 def test_reads_windows_of_about_the_given_size():
     read = Recorder(np.arange(40).reshape(10, 4))
     array = read.array(window=3 * 4 * 8)
@@ -99,6 +115,12 @@ def test_refuses_values_of_another_shape(given, sentence):
 def test_refuses_values_of_another_kind():
     with pytest.raises(TypeError, match="int64.*float64"):
         quillon.Array.lazy(lambda a, b: np.zeros(b - a), [3], dtype="int64").values
+
+
+def test_takes_values_of_another_precision():
+    array = quillon.Array.lazy(lambda a, b: np.arange(a, b), [3], dtype="f4")
+    assert array.values.dtype == np.float32
+    assert array.values.tolist() == [0, 1, 2]
 
 
 @pytest.mark.parametrize("shape, window", [([], 8), ([-1], 8), ([1], 0)])

@@ -53,7 +53,7 @@ def test_we_read_what_xarray_writes(dataset, tmp_path):
         assert quillon.compare(file, dataset, attrs=True).same
 
 
-@pytest.mark.parametrize("dtype", ["i1", "i2", "i4", "i8", "u1", "u2", "u4", "u8", "f4", "f8", "?", "U2", "M8[D]", "M8[ns]", "M8[Y]"])
+@pytest.mark.parametrize("dtype", ["i1", "i2", "i4", "i8", "u1", "u2", "u4", "u8", "f4", "f8", "?", "U2", "M8[D]", "M8[ns]", "M8[Y]", "M8[25s]", "M8[W]"])
 def test_keeps_types(dtype, tmp_path):
     values = np.arange(6).reshape(2, 3).astype("i8").astype(dtype)
     quillon.save({"v": quillon.Array(values, ["y", "x"])}, tmp_path / "v.nc")
@@ -61,6 +61,23 @@ def test_keeps_types(dtype, tmp_path):
         np.testing.assert_array_equal(file["v"].values, values)
         if values.dtype.kind in "iufb":
             assert file["v"].dtype == values.dtype
+
+
+def test_times_finer_than_nanoseconds_are_stored_as_these(tmp_path):
+    quillon.save({"v": quillon.Array(np.array([2500, -1], "M8[ps]"), ["x"])}, tmp_path / "v.nc")
+    np.testing.assert_array_equal(quillon.open(tmp_path / "v.nc")["v"].values, np.array([2, -1], "M8[ns]"))
+
+
+def test_variables_name_the_coordinates_along_their_dimensions(dataset, tmp_path):
+    ours = quillon.from_xarray(dataset.assign_coords(day=("time", [1, 2]), run=7))
+    ours["mine"] = quillon.Array([1, 2, 3], ["x"], attrs={"coordinates": "other"})
+    quillon.save(ours, tmp_path / "a.nc")
+    with netCDF4.Dataset(tmp_path / "a.nc") as file:
+        named = {name: getattr(v, "coordinates", None) for name, v in file.variables.items()}
+    alone = {"time": None, "lat": None, "day": None, "run": None}
+    along = {"t": "day lat run", "n": "lat run", "flag": "lat run", "name": "lat run", "mine": "other"}
+    assert named == {**along, **alone}
+    assert "coordinates" not in ours["t"].attrs
 
 
 @pytest.mark.parametrize("dtype", ["M8[s]", "M8[ns]", "M8[D]"])
