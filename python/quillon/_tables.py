@@ -176,6 +176,8 @@ class Table:
             return None
         if len(axes) == 1:
             return pandas.Index(self[self.index[0]], name=names[0])
+        if not self._table.rows:
+            return pandas.MultiIndex.from_arrays([self[column] for column in self.index], names=names)
         levels, codes, stride = [], [], 1
         for column, (_, size) in zip(self.index, axes):
             level = pandas.Index(self._level(column, stride, size))

@@ -122,8 +122,8 @@ def test_refuses_parts_that_are_not_there(grid, select, error):
         (1.4, [2]),
         (np.float32(2.4), [3]),
         (slice(0.6, 2.5), [2, 3]),
-        (slice(1, 2.4), [2]),
-        (slice(0.5, 2), [1, 2]),
+        (slice(1, 2.6), [2, 3]),
+        (slice(0.6, 2), [2]),
         (slice(1, 2), [2]),
     ],
     ids=str,
@@ -199,6 +199,23 @@ def test_an_index_may_have_coordinates_twice_or_missing(coordinates):
     np.testing.assert_array_equal(np.array(level), table["x"])
     assert frame["v"].tolist() == [1, 3, 2, 4]
     assert not any(level.hasnans for level in frame.index.levels)
+
+
+def test_an_index_is_called_by_its_dimensions():
+    both = quillon.Array([[1, 2], [3, 4]], ["x", "y"])
+    entries = quillon.Dictionary({"x": both, "v": both})
+    frame = entries.to_pandas(["x", "y"])
+    assert (frame.index.names, list(frame.columns)) == (["x", "y"], ["x", "v"])
+    assert entries.to_table(["x"]).index == ["x (position)"]
+    assert entries.to_pandas(["x"]).index.name == "x"
+
+
+@pytest.mark.parametrize("order", [["x", "y"], ["y", "x"], ["x"], ["y"]])
+def test_a_frame_without_rows_has_its_index_and_columns(order):
+    entries = {"y": quillon.Array(["a", "b"], ["y"]), "v": quillon.Array(np.zeros((0, 2)), ["x", "y"])}
+    frame = quillon.Dictionary(entries).to_pandas(order, variables=["v"])
+    assert frame.index.names == order
+    assert len(frame) == (2 if order == ["y"] else 0)
 
 
 def test_writes_text(grid):
