@@ -74,6 +74,7 @@ def test_patterns_choose_tolerances_and_what_is_left_out():
     paths = lambda **options: [row.path for row in quillon.compare(one, other, **options).rows]  # noqa: E731
     assert paths() == ["/a/x", "/b"]
     assert paths(tolerances={"*": {"atol": 1}, "/b": {"rtol": 0.1}}) == ["/b"]
+    assert paths(tolerances={"*": {"atol": 0.25}}) == paths(tolerances={"*": {"rtol": 0.25}}) == ["/a/x", "/b"]
     assert paths(ignore=["a/*"]) == ["/b"]
     assert paths(ignore="/a") == ["/b"]
 
@@ -87,6 +88,11 @@ def test_refuses_tolerances_that_are_none(options):
     if "tolerances" not in options:
         with pytest.raises(ValueError):
             quillon.compare(np.zeros(1), np.zeros(1), **options)
+
+
+def test_names_what_is_no_tolerance():
+    with pytest.raises(ValueError, match="^the tolerance of 'a' has 'tol', not 'atol' or 'rtol'$"):
+        quillon.compare({"a": [1]}, {"a": [1]}, tolerances={"a": {"atol": 1, "tol": 1}})
 
 
 def test_a_side_without_names_takes_those_of_the_other():

@@ -199,7 +199,7 @@ def test_indices_of_frames_are_coordinates():
     assert set(ours.to_xarray().coords) == {"k", "level_1"}
     assert list(quillon.from_pandas(pandas.DataFrame({"v": [1]}, index=[5]))) == ["row", "v"]
     named = pandas.DataFrame({"v": [1, 2]}, pandas.RangeIndex(2, name="label"))
-    assert list(quillon.from_pandas(named, dim="x")) == ["label", "v"]
+    assert {name: array.dims for name, array in quillon.from_pandas(named, dim="x").items()} == {"label": ("x",), "v": ("x",)}
     assert list(quillon.from_pandas(named.reset_index(drop=True))) == ["v"]
     with pytest.raises(ValueError, match="'v'"):
         quillon.from_pandas(pandas.DataFrame([[1, 2]], columns=["v", "v"]))
