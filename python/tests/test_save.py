@@ -68,15 +68,26 @@ def test_times_finer_than_nanoseconds_are_stored_as_these(tmp_path):
     np.testing.assert_array_equal(quillon.open(tmp_path / "v.nc")["v"].values, np.array([2, -1], "M8[ns]"))
 
 
+@pytest.mark.parametrize("dtype", ["m8[s]", "m8[W]", "m8[25s]", "m8[ps]"])
+def test_durations_are_stored_in_units_that_others_read(dtype, tmp_path):
+    values = np.array([0, 2000], dtype)
+    quillon.save({"v": quillon.Array(values, ["x"])}, tmp_path / "v.nc")
+    with xarray.open_dataset(tmp_path / "v.nc") as theirs:
+        np.testing.assert_array_equal(theirs["v"].values, values.astype("m8[ns]"))
+
+
 def test_variables_name_the_coordinates_along_their_dimensions(dataset, tmp_path):
     ours = quillon.from_xarray(dataset.assign_coords(day=("time", [1, 2]), run=7))
     ours["mine"] = quillon.Array([1, 2, 3], ["x"], attrs={"coordinates": "other"})
     quillon.save(ours, tmp_path / "a.nc")
-    with netCDF4.Dataset(tmp_path / "a.nc") as file:
-        named = {name: getattr(v, "coordinates", None) for name, v in file.variables.items()}
+    quillon.save({"g": ours}, tmp_path / "b.nc")
+    with netCDF4.Dataset(tmp_path / "a.nc") as file, netCDF4.Dataset(tmp_path / "b.nc") as nested:
+        named, within = (
+            {name: getattr(v, "coordinates", None) for name, v in group.variables.items()} for group in (file, nested["g"])
+        )
     alone = {"time": None, "lat": None, "day": None, "run": None}
     along = {"t": "day lat run", "n": "lat run", "flag": "lat run", "name": "lat run", "mine": "other"}
-    assert named == {**along, **alone}
+    assert named == within == {**along, **alone}
     assert "coordinates" not in ours["t"].attrs
 
 
@@ -91,7 +102,7 @@ def test_keeps_missing_times(dtype, tmp_path):
 
 def test_compresses(tmp_path):
     values = quillon.Array(np.zeros(10**5), ["x"])
-    for level in (None, 1, 9):
+    for level in (None, 0, 1, 9):
         quillon.save({"v": values}, tmp_path / f"{level}.nc", deflate=level)
         assert quillon.open(tmp_path / f"{level}.nc")["v"].shape == (10**5,)
     assert os.path.getsize(tmp_path / "9.nc") * 10 < os.path.getsize(tmp_path / "None.nc")
