@@ -77,7 +77,9 @@ bool takeField(std::string_view& text, char separator, int& field, bool& isThere
 
 bool takeDate(std::string_view& text, CivilTime& civil) {
   const bool isNegative = takeCharacter(text, '-');
-  takeCharacter(text, isNegative ? '-' : '+');
+  if (!isNegative) {
+    takeCharacter(text, '+');
+  }
   const std::optional<int> year = takeNumber(text, 1, 6);
   civil.year = isNegative ? -year.value_or(0) : year.value_or(0);
   bool isThere = false;

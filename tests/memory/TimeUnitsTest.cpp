@@ -76,6 +76,8 @@ INSTANTIATE_TEST_SUITE_P(
         {"YearAlone", "days since 1970", STANDARD, 1L, "1970-01-02T00:00:00"},
         {"YearAndMonth", "days since 1970-02", STANDARD, 0L, "1970-02-01T00:00:00"},
         {"YearZero", "hour since 0000-01-01 00:00:00", STANDARD, 366L, "0000-01-16T06:00:00"},
+        {"SignedYear", "days since +2000-01-01", STANDARD, 0L, "2000-01-01T00:00:00"},
+        {"TwoSigns", "days since --2000-01-01", STANDARD, 0L, "none"},
         {"NegativeYear", "days since -4712-01-01", STANDARD, 0L, "-4712-01-01T00:00:00"},
         {"WithHour", "hours since 2000-01-01 06", STANDARD, 0L, "2000-01-01T06:00:00"},
         {"WithMinutes", "hours since 2000-01-01 6:30", STANDARD, 0L, "2000-01-01T06:30:00"},
@@ -85,7 +87,9 @@ INSTANTIATE_TEST_SUITE_P(
         {"WithMoreDigitsThanCount", "hours since 2000-01-01 00:00:00.1234567", STANDARD, 0L,
          "2000-01-01T00:00:00.123456"},
         {"WithT", "hours since 2000-01-01T06:00:00", STANDARD, 0L, "2000-01-01T06:00:00"},
+        {"WithSmallT", "hours since 2000-01-01t06:00:00", STANDARD, 0L, "2000-01-01T06:00:00"},
         {"InUtc", "hours since 2000-01-01 06:00:00 UTC", STANDARD, 0L, "2000-01-01T06:00:00"},
+        {"InGmt", "hours since 2000-01-01 06:00:00 GMT", STANDARD, 0L, "2000-01-01T06:00:00"},
         {"InZulu", "hours since 2000-01-01T06:00:00Z", STANDARD, 0L, "2000-01-01T06:00:00"},
         {"AheadOfUtc", "hours since 2000-01-01 06:00:00 +01:30", STANDARD, 0L,
          "2000-01-01T04:30:00"},
@@ -99,6 +103,7 @@ INSTANTIATE_TEST_SUITE_P(
          "2001-03-01T00:00:00"},
         {"TextBehind", "days since 2000-01-01 noon", STANDARD, 0L, "none"},
         {"ZoneThatIsNone", "days since 2000-01-01 00:00 +25", STANDARD, 0L, "none"},
+        {"ZoneOfTooManyMinutes", "days since 2000-01-01 00:00 +01:60", STANDARD, 0L, "none"},
         {"HourOfNoDay", "days since 2000-01-01 24:00", STANDARD, 0L, "none"},
         {"MissingDay", "days since 2000-01-", STANDARD, 0L, "none"},
         {"MissingFraction", "days since 2000-01-01 00:00:00.", STANDARD, 0L, "none"},
@@ -125,10 +130,36 @@ INSTANTIATE_TEST_SUITE_P(
          -std::numeric_limits<double>::infinity(), ""},
         {"BeyondAllTimesIsMissing", "days since 2000-01-01", STANDARD, 200000000L, ""},
         {"FractionsBeyondAreMissing", "days since 2000-01-01", STANDARD, 1e30, ""},
+        {"FractionsOfDaysBeyondAreMissing", "days since 2000-01-01", STANDARD, 200000000.5, ""},
         {"BeforeAllTimesIsMissing", "s since 2000-01-01", STANDARD,
          std::numeric_limits<long>::min(), ""},
     }),
     [](const auto& c) { return c.param.rule; });
+
+TEST(TimeUnits, MayBeSpeltInSeveralWays) {
+  const std::pair<std::vector<std::string>, long> lengths[] = {
+      {{"weeks", "week"}, 7 * MICROSECONDS_PER_DAY},
+      {{"days", "day", "d"}, MICROSECONDS_PER_DAY},
+      {{"hours", "hour", "hrs", "hr", "h"}, 3600000000L},
+      {{"minutes", "minute", "mins", "min"}, 60000000L},
+      {{"seconds", "second", "secs", "sec", "s"}, 1000000L},
+      {{"milliseconds", "millisecond", "millisecs", "millisec", "msecs", "msec", "ms"}, 1000L},
+      {{"microseconds", "microsecond", "microsecs", "microsec", "usecs", "usec", "us"}, 1L},
+  };
+  for (const auto& [spellings, length] : lengths) {
+    for (const std::string& spelling : spellings) {
+      const auto units = TimeUnits::parse(spelling + " since 1970-01-01", STANDARD);
+      ASSERT_TRUE(units.has_value()) << spelling;
+      EXPECT_EQ(units->timeOf(3L), 3 * length) << spelling;
+    }
+  }
+  for (const std::string spelling :
+       {"nanoseconds", "nanosecond", "nanosecs", "nanosec", "nsecs", "nsec", "ns"}) {
+    const auto units = TimeUnits::parse(spelling + " since 1970-01-01", STANDARD);
+    ASSERT_TRUE(units.has_value()) << spelling;
+    EXPECT_EQ(units->timeOf(3000L), 3) << spelling;
+  }
+}
 
 TEST(TimeUnits, NumberWithoutSignBeyondLongIsMissing) {
   const TimeUnits units = TimeUnits::parse("us since 1970-01-01", STANDARD).value();
