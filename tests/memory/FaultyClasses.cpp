@@ -4,8 +4,12 @@
 #include <quillon/testing.h>
 #include <tabra/MemoryDataFrame.h>
 
+#include <algorithm>
 #include <iostream>
+#include <memory>
+#include <numeric>
 #include <set>
+#include <stdexcept>
 #include <string>
 
 namespace quillon::testing {
@@ -41,6 +45,93 @@ struct FaultyArray {
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Faulty, ArraySuite, FaultyArray, );
 
+/// It writes past the end of blocks, and what it says besides its values fits neither them nor
+/// itself.
+struct OddArray {
+  class Odd final : public memory::ArrayBase,
+                    public object_model::BulkValues,
+                    public memory::HasTimes {
+   public:
+    Odd() : ArrayBase("odd", object_model::ElementType::Int, {{"x", 2}}) {}
+    long getValueAsInt(const object_model::Tuple& index) const override {
+      return static_cast<long>(offsetOf(index));
+    }
+    object_model::StoredType storedType() const override { return object_model::StoredType::Int64; }
+    void readValues(const unsigned long* start, const unsigned long* extent,
+                    void* destination) const override {
+      auto* to = static_cast<long*>(destination);
+      for (unsigned long x = start[0]; x < start[0] + extent[0]; ++x) {
+        *to++ = static_cast<long>(x);
+      }
+      *to = -1;
+    }
+    const unsigned long* chunkExtents() const override { return &m_chunk; }
+    std::vector<memory::Attribute> attributes() const override { return {{"k", "v"}, {"k", "w"}}; }
+    std::shared_ptr<const object_model::Array> coordinates(
+        unsigned long /*dimension*/) const override {
+      return std::make_shared<memory::IntArray>("x", std::vector<Axis>{{"x", 1}},
+                                                std::vector<long>{0});
+    }
+    memory::Calendar calendar() const override { return memory::Calendar::Standard; }
+    void readTimes(const unsigned long* /*start*/, const unsigned long* extent,
+                   long* destination) const override {
+      std::fill_n(destination, extent[0], static_cast<long>(extent[0]));
+    }
+
+   private:
+    unsigned long m_chunk = 0;
+  };
+  static std::unique_ptr<object_model::Array> make() { return std::make_unique<Odd>(); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Odd, ArraySuite, OddArray, );
+
+/// Its values lie elsewhere.
+struct LyingArray {
+  class Lying final : public memory::ArrayBase, public object_model::BulkValues {
+   public:
+    Lying() : ArrayBase("lying", object_model::ElementType::Int, {{"x", 2}}) {}
+    long getValueAsInt(const object_model::Tuple& index) const override {
+      return static_cast<long>(offsetOf(index));
+    }
+    object_model::StoredType storedType() const override { return object_model::StoredType::Int64; }
+    object_model::ValuesInPlace valuesInPlace() const override { return {m_values, &m_stride}; }
+    void readValues(const unsigned long* start, const unsigned long* extent,
+                    void* destination) const override {
+      auto* const to = static_cast<long*>(destination);
+      std::iota(to, to + extent[0], static_cast<long>(start[0]));
+    }
+
+   private:
+    long m_stride = sizeof(long);
+    long m_values[2] = {7, 8};
+  };
+  static std::unique_ptr<object_model::Array> make() { return std::make_unique<Lying>(); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Lying, ArraySuite, LyingArray, );
+
+/// It has one name twice, under which it finds an entry of another name.
+struct TwinDictionary {
+  class Twin final : public memory::DictionaryBase {
+   public:
+    Twin() : DictionaryBase("twin") { m_entry.setParent(this); }
+    unsigned long getNumOfData() const override { return 2; }
+    std::string getDataName(int /*index*/) const override { return "a"; }
+    using object_model::Dictionary::data;
+    object_model::Data* data(const std::string& name) override { return find(name); }
+    const object_model::Data* data(const std::string& name) const override { return find(name); }
+    std::vector<memory::Attribute> attributes() const override { return {{"k", "v"}, {"k", "w"}}; }
+
+   private:
+    object_model::Data* find(const std::string& name) const {
+      return name == "a" ? &m_entry : throw std::out_of_range(name);
+    }
+
+    mutable memory::DoubleArray m_entry{"b", {}, {1}};
+  };
+  static std::unique_ptr<object_model::Dictionary> make() { return std::make_unique<Twin>(); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Twin, DictionarySuite, TwinDictionary, );
+
 /// It finds its one entry under every name and is not its parent.
 struct FaultyDictionary {
   class Faulty final : public memory::DictionaryBase {
@@ -73,15 +164,25 @@ struct FaultyFrame {
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Faulty, DataFrameSuite, FaultyFrame, );
 
-const std::set<std::string> EXPECTED = {"AccessorGivesTheExpectedValues",
-                                        "OtherAccessorsRefuse",
-                                        "BulkValuesAreWhatTheAccessorGives",
-                                        "ParentIsWhatItIsTold",
-                                        "EntriesStandInTheExpectedOrder",
-                                        "MissingNamesThrow",
-                                        "EntriesKnowTheirParent",
-                                        "ARunOfRemovalsCountsColumnsAsTheyWere",
-                                        "RemovingAllColumnsInTheirOrderEmptiesTheTable"};
+const std::set<std::string> EXPECTED = {
+    "Faulty/ArraySuite/0.AccessorGivesTheExpectedValues",
+    "Faulty/ArraySuite/0.OtherAccessorsRefuse",
+    "Faulty/ArraySuite/0.BulkValuesAreWhatTheAccessorGives",
+    "Faulty/ArraySuite/0.ParentIsWhatItIsTold",
+    "Odd/ArraySuite/0.BulkValuesAreWhatTheAccessorGives",
+    "Odd/ArraySuite/0.ChunksHaveAnExtentInEachDimension",
+    "Odd/ArraySuite/0.CoordinatesFitTheirAxes",
+    "Odd/ArraySuite/0.TimesAreTheSameInEachBlock",
+    "Odd/ArraySuite/0.AttributesHaveNamesOfTheirOwn",
+    "Lying/ArraySuite/0.BulkValuesAreWhatTheAccessorGives",
+    "Twin/DictionarySuite/0.NamesAreUnique",
+    "Twin/DictionarySuite/0.EachEntryIsFoundUnderItsName",
+    "Twin/DictionarySuite/0.AttributesHaveNamesOfTheirOwn",
+    "Faulty/DictionarySuite/0.EntriesStandInTheExpectedOrder",
+    "Faulty/DictionarySuite/0.MissingNamesThrow",
+    "Faulty/DictionarySuite/0.EntriesKnowTheirParent",
+    "Faulty/DataFrameSuite/0.ARunOfRemovalsCountsColumnsAsTheyWere",
+    "Faulty/DataFrameSuite/0.RemovingAllColumnsInTheirOrderEmptiesTheTable"};
 
 std::set<std::string> failedTests() {
   std::set<std::string> failed;
@@ -91,7 +192,7 @@ std::set<std::string> failedTests() {
     for (int k = 0; k < suite.total_test_count(); ++k) {
       const ::testing::TestInfo& test = *suite.GetTestInfo(k);
       if (test.result()->Failed()) {
-        failed.insert(test.name());
+        failed.insert(std::string(suite.name()) + "." + test.name());
       }
     }
   }
