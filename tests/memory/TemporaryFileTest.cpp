@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <quillon/memory/TemporaryFile.h>
@@ -56,6 +57,27 @@ TEST_F(TemporaryFileTest, IsThereAloneWhenItIsMoved) {
   EXPECT_EQ(contentOf(m_scratch.path("new")), "text");
   EXPECT_EQ(file.path(), "");
   EXPECT_THAT(m_paths, ElementsAre(StartsWith(m_scratch.path(".quillon-")), ""));
+}
+
+TEST_F(TemporaryFileTest, HasNoNameBeforeItIsMoved) {
+  const TemporaryFile file(m_scratch.path("new"), remember());
+  write(file, "text");
+  EXPECT_EQ(file.path(), "");
+  EXPECT_THAT(m_scratch.entries(), IsEmpty());
+  EXPECT_THAT(m_paths, IsEmpty());
+}
+
+TEST_F(TemporaryFileTest, HasThePermissionsOfNewFilesAndStaysInThisProcess) {
+  const mode_t before = ::umask(0027);
+  for (const auto naming : {TemporaryFile::Naming::WhenMoved, TemporaryFile::Naming::AtOnce}) {
+    TemporaryFile file(m_scratch.path("new"), {}, naming);
+    EXPECT_EQ(::fcntl(file.descriptor(), F_GETFD), FD_CLOEXEC);
+    EXPECT_EQ(file.moveToTarget(), 0);
+    struct stat status = {};
+    EXPECT_EQ(::stat(m_scratch.path("new").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0640U);
+  }
+  ::umask(before);
 }
 
 TEST_F(TemporaryFileTest, MayHaveANameFromTheStart) {
