@@ -349,6 +349,8 @@ TEST_F(DictionaryPathTest, SaysHowFarThePathLeads) {
   EXPECT_EQ(sentence("cells/area/x"),
             "Dictionary 'root' has no entry 'cells/area/x': 'cells/area' is no dictionary");
   EXPECT_EQ(sentence("cells/"), "Dictionary 'root' has no entry 'cells/': 'cells' has no ''");
+  EXPECT_EQ(sentence("cells//area"),
+            "Dictionary 'root' has no entry 'cells//area': 'cells' has no ''");
   EXPECT_EQ(sentence(""), "Dictionary 'root' has no entry ''");
   EXPECT_EQ(sentence("/"), "Dictionary 'root' has no entry '/': it has no ''");
 }

@@ -19,7 +19,7 @@ TEST(NearestTest, InsertedRemovedAndReplacedLettersCountAlike) {
 }
 
 TEST(NearestTest, CaseIsNoChange) {
-  EXPECT_THAT(nearestNames("AREA", {"arena", "area"}, 1), ElementsAre("area"));
+  EXPECT_THAT(nearestNames("AREA", {"AREXY", "area"}, 1), ElementsAre("area"));
 }
 
 TEST(NearestTest, FewerNamesAreAllOffered) {

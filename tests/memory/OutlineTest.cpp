@@ -70,6 +70,9 @@ TEST(OutlineTest, NothingReachesTheTerminalRaw) {
             "/  1 array\n"
             "  \\x1b[1m  Int  \\x07=1  \\x1b]  a\\nb\n"
             "  \\x08  left out: type '\\x0b'\n");
+  Dictionary outer("/");
+  outer.add(Dictionary("\x1b[2m"));
+  EXPECT_EQ(describe(outer), "/  1 group\n\n/\\x1b[2m  0 arrays\n");
 }
 
 TEST(OutlineTest, GroupsFollowWithTheirPathsAndRemarks) {

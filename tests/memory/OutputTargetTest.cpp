@@ -36,7 +36,8 @@ TEST_F(OutputTargetTest, NamesOfDescriptorsAreDescriptors) {
 }
 
 TEST_F(OutputTargetTest, OtherNamesAreNone) {
-  for (const std::string path : {"/dev/null", "/proc/self/fd/x", "/proc/self/fd/-1", "1"}) {
+  for (const std::string path :
+       {"/dev/null", "/proc/self/fd/x", "/proc/self/fd/1x", "/proc/self/fd/-1", "1"}) {
     EXPECT_EQ(outputTargetOf(path).descriptor, -1) << path;
   }
 }

@@ -131,6 +131,9 @@ TEST(TimeTest, KnownDaysHaveTheirNumbers) {
   EXPECT_EQ(midnight(1582, 10, 15, Calendar::Standard), -141427 * MICROSECONDS_PER_DAY);
   EXPECT_EQ(midnight(1582, 10, 4, Calendar::Standard), -141428 * MICROSECONDS_PER_DAY);
   EXPECT_EQ(midnight(1, 1, 1, Calendar::ProlepticGregorian), -719162 * MICROSECONDS_PER_DAY);
+  EXPECT_EQ(midnight(294247, 1, 9, Calendar::ProlepticGregorian), 106751990 * MICROSECONDS_PER_DAY);
+  EXPECT_EQ(midnight(-290308, 12, 23, Calendar::ProlepticGregorian),
+            -106751990 * MICROSECONDS_PER_DAY);
   EXPECT_EQ(midnight(2011, 1, 1, Calendar::NoLeap), 41 * 365 * MICROSECONDS_PER_DAY);
   EXPECT_EQ(midnight(1971, 2, 30, Calendar::Day360), 419 * MICROSECONDS_PER_DAY);
 }
@@ -151,23 +154,26 @@ TEST_P(NoTimeTest, IsNone) {
 
 INSTANTIATE_TEST_SUITE_P(
     Rules, NoTimeTest,
-    ::testing::Values(NoTime{"MonthBefore", {2011, 0, 1, 0, 0, 0, 0}, Calendar::Standard},
-                      NoTime{"MonthAfter", {2011, 13, 1, 0, 0, 0, 0}, Calendar::Standard},
-                      NoTime{"DayBefore", {2011, 1, 0, 0, 0, 0, 0}, Calendar::Standard},
-                      NoTime{"DayAfter", {2011, 2, 29, 0, 0, 0, 0}, Calendar::Standard},
-                      NoTime{"LeapDay", {2012, 2, 29, 0, 0, 0, 0}, Calendar::NoLeap},
-                      NoTime{"DayThirtyOne", {2012, 1, 31, 0, 0, 0, 0}, Calendar::Day360},
-                      NoTime{"SkippedFirst", {1582, 10, 5, 0, 0, 0, 0}, Calendar::Standard},
-                      NoTime{"SkippedLast", {1582, 10, 14, 0, 0, 0, 0}, Calendar::Standard},
-                      NoTime{"Hour", {2011, 1, 1, 24, 0, 0, 0}, Calendar::Standard},
-                      NoTime{"Minute", {2011, 1, 1, 0, 60, 0, 0}, Calendar::Standard},
-                      NoTime{"Second", {2011, 1, 1, 0, 0, 60, 0}, Calendar::Standard},
-                      NoTime{"Microsecond", {2011, 1, 1, 0, 0, 0, 1000000}, Calendar::Standard},
-                      NoTime{"Negative", {2011, 1, 1, -1, 0, 0, 0}, Calendar::Standard},
-                      NoTime{"FarYear", {295000, 1, 1, 0, 0, 0, 0}, Calendar::Standard},
-                      NoTime{"AbsurdYear",
-                             {std::numeric_limits<long>::max(), 1, 1, 0, 0, 0, 0},
-                             Calendar::Standard}),
+    ::testing::Values(
+        NoTime{"MonthBefore", {2011, 0, 1, 0, 0, 0, 0}, Calendar::Standard},
+        NoTime{"MonthAfter", {2011, 13, 1, 0, 0, 0, 0}, Calendar::Standard},
+        NoTime{"DayBefore", {2011, 1, 0, 0, 0, 0, 0}, Calendar::Standard},
+        NoTime{"DayAfter", {2011, 2, 29, 0, 0, 0, 0}, Calendar::Standard},
+        NoTime{"LeapDay", {2012, 2, 29, 0, 0, 0, 0}, Calendar::NoLeap},
+        NoTime{"DayThirtyOne", {2012, 1, 31, 0, 0, 0, 0}, Calendar::Day360},
+        NoTime{"SkippedFirst", {1582, 10, 5, 0, 0, 0, 0}, Calendar::Standard},
+        NoTime{"SkippedLast", {1582, 10, 14, 0, 0, 0, 0}, Calendar::Standard},
+        NoTime{"Hour", {2011, 1, 1, 24, 0, 0, 0}, Calendar::Standard},
+        NoTime{"Minute", {2011, 1, 1, 0, 60, 0, 0}, Calendar::Standard},
+        NoTime{"Second", {2011, 1, 1, 0, 0, 60, 0}, Calendar::Standard},
+        NoTime{"Microsecond", {2011, 1, 1, 0, 0, 0, 1000000}, Calendar::Standard},
+        NoTime{"Negative", {2011, 1, 1, -1, 0, 0, 0}, Calendar::Standard},
+        NoTime{"DayBehindTheLast", {294247, 1, 10, 0, 0, 0, 0}, Calendar::ProlepticGregorian},
+        NoTime{"DayBeforeTheFirst", {-290308, 12, 22, 0, 0, 0, 0}, Calendar::ProlepticGregorian},
+        NoTime{"FarYear", {295000, 1, 1, 0, 0, 0, 0}, Calendar::Standard},
+        NoTime{"AbsurdYear",
+               {std::numeric_limits<long>::max(), 1, 1, 0, 0, 0, 0},
+               Calendar::Standard}),
     [](const auto& row) { return row.param.rule; });
 
 // Texts

@@ -315,6 +315,11 @@ TYPED_TEST(StoredArrayTest, DataLeadsToTheValues) {
   EXPECT_EQ(array.value(1, 0), TypeParam(this->values()[0]));
 }
 
+TYPED_TEST(StoredArrayTest, AnEmptyArrayMayBeAskedForWriting) {
+  TypedArray<TypeParam> array("a", {{"x", 0}}, std::vector<TypeParam>());
+  EXPECT_NO_THROW(array.data());
+}
+
 TYPED_TEST(StoredArrayTest, ACloneIsIndependent) {
   auto array = this->array();
   auto clone = array.clone("b");

@@ -97,6 +97,8 @@ TEST(BlockLayoutTest, BlocksEndWhereChunksDo) {
   const unsigned long chunks[] = {3, 2};
   const BlockLayout layout({3, 10}, 15, chunks);
   EXPECT_THAT(layout.blockAt(0).extent, ElementsAre(3, 4));
+  const unsigned long others[] = {3, 3};
+  EXPECT_THAT(BlockLayout({3, 4}, 15, others).blockAt(0).extent, ElementsAre(3, 4));
 }
 
 TEST(BlockLayoutTest, EmptyGridHasNoValuesAndAScalarHasOne) {
