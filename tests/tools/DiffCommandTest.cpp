@@ -206,6 +206,53 @@ TEST_F(DiffFilesTest, TheLargestDeltasAreListedBelow) {
             failed("--largest takes a whole number from 0 to 1000000, not 'x'"));
 }
 
+TEST_F(DiffFilesTest, NoneOfTheLargestIsALineForEachVariable) {
+  EXPECT_EQ(diffOf(ROW + "1, 2, 3 ;", ROW + "2, 4, 3 ;", {"--largest", "0"}),
+            different("/v: 2 of 3 values differ; the largest delta is 2 at x=1: 2 and 4\n"));
+}
+
+TEST_F(DiffFilesTest, AttributesAreComparedWhereTheyAreAskedFor) {
+  const std::string first =
+      "variables: int v ; v:note = \"a\" ; v:k = 1 ; :history = \"x\" ; :title = \"one\" ; "
+      "data: v = 1 ;";
+  const std::string second =
+      "variables: int v ; v:note = \"b\" ; v:k = 1s ; :history = \"y\" ; :title = \"two\" ; "
+      "data: v = 1 ;";
+  const std::string title = "/@title: the attributes differ: 'one' and 'two'\n";
+  const std::string note = "/v@note: the attributes differ: 'a' and 'b'\n";
+  const std::string size = "/v@k: the attributes differ: '1 (int32)' and '1 (int16)'\n";
+  EXPECT_EQ(diffOf(first, second), same());
+  EXPECT_EQ(diffOf(first, second, {"--attributes"}), different(title + note + size));
+  EXPECT_EQ(diffOf(first, second, {"--attributes", "--ignore-attributes", "note"}),
+            different(title + size));
+  EXPECT_EQ(diffOf(first, second, {"--attributes", "--ignore-attributes", " note , title, k"}),
+            same());
+  EXPECT_EQ(diffOf(first, second, {"--ignore-attributes", "note,"}),
+            failed("--ignore-attributes takes names separated by commas, and 'note,' holds an "
+                   "empty one"));
+}
+
+TEST_F(DiffFilesTest, OutputFileHoldsWhatWouldBePrinted) {
+  const std::string line = "/v: 1 of 3 values differ; the largest delta is 2 at x=1: 2 and 4\n";
+  const std::string first = ROW + "1, 2, 3 ;";
+  for (const char* option : {"--all", "--quiet"}) {
+    EXPECT_EQ(diffOf(first, ROW + "1, 4, 3 ;", {option, "-o", "report"}), different(""));
+    EXPECT_EQ(contentOf(m_scratch.path("report")), line);
+  }
+  EXPECT_EQ(diffOf(first, first, {"--output", "report"}), same());
+  EXPECT_EQ(contentOf(m_scratch.path("report")), "");
+  for (const std::string input : {"a.nc", "b.nc"}) {
+    EXPECT_EQ(diffOf(first, first, {"--output", "./" + input}),
+              failed("--output names './" + input + "', the file that is read"));
+  }
+  EXPECT_EQ(diffOf(first, first), same());
+}
+
+TEST(DiffCommandTest, FormatIsOneOfThree) {
+  EXPECT_EQ(diff({"a", "b", "--format", "jsn"}),
+            failed("--format takes one of text, json, html, not 'jsn'; did you mean 'json'?"));
+}
+
 TEST_F(DiffFilesTest, JsonHasTheFiguresAndSaysWhenThereAreNone) {
   EXPECT_EQ(
       diffOf(ROW + "1, 2, 3 ;", ROW + "1, 4, 3 ;", {"--format", "json", "--absolute", "1"}),

@@ -153,6 +153,11 @@ TEST(InfoCommandTest, HtmlIsAPage) {
   EXPECT_NE(page.find("<h2>/cells/otsu <span>"), std::string::npos);
 }
 
+TEST(InfoCommandTest, FormatIsOneOfThree) {
+  EXPECT_EQ(runTool({"info", "data/nuclei_measurements.nc", "--format", "htm"}),
+            failed("--format takes one of text, json, html, not 'htm'; did you mean 'html'?"));
+}
+
 TEST(InfoCommandTest, UnknownGroupSaysWhichThereAre) {
   EXPECT_EQ(
       runTool({"info", "data/observations.nc", "--group", "cells/Li"}),

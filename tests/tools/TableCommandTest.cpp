@@ -279,6 +279,30 @@ INSTANTIATE_TEST_SUITE_P(
     }),
     [](const auto& c) { return c.param.name; });
 
+TEST(TableCommandTest, ContractTakesTheOtherOptions) {
+  const Scratch scratch;
+  const std::string path = scratch.file("packed.nc", R"(
+    dimensions: x = 12 ; variables: short v(x) ; v:scale_factor = 0.5 ; int w(x) ;
+    data: v = 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12 ; )");
+  EXPECT_EQ(table({path, "--format", "contract", "--exclude", "w"}), printed("Index [x]      v\n"
+                                                                             "0              0.5\n"
+                                                                             "1              1\n"
+                                                                             "2              1.5\n"
+                                                                             "3              2\n"
+                                                                             "4              2.5\n"
+                                                                             "5              3\n"
+                                                                             "6              3.5\n"
+                                                                             "7              4\n"
+                                                                             "8              4.5\n"
+                                                                             "9              5\n"
+                                                                             "...\n"));
+  EXPECT_EQ(table({path, "--format", "contract", "--variables", "v", "--raw", "-n", "2"}),
+            printed("Index [x]      v\n"
+                    "0              1\n"
+                    "1              2\n"
+                    "...\n"));
+}
+
 class OddFileTest : public ::testing::Test {
  protected:
   Scratch m_scratch;
