@@ -114,11 +114,11 @@ class Offered:
 class Nullable:
     """A batch of integers, truth values and texts, the last of each of which is null."""
 
-    def __init__(self, large=False):
+    def __init__(self, second=2):
         self.released = []
         self.left = 1
         self.buffers = [
-            (b"i", b"l", [b"\3", np.array([1, 2**60 if large else 2, 9])]),
+            (b"i", b"l", [b"\3", np.array([1, second, 9])]),
             (b"b", b"b", [b"\3", np.array([0b101], "u1")]),
             (b"t", b"u", [b"\3", np.array([0, 1, 2, 3], "i4"), np.frombuffer(b"abc", "u1")]),
         ]
@@ -293,14 +293,20 @@ def test_nulls_of_other_types_are_nan_and_empty_texts():
     assert offer.released.count("Column") == 1
 
 
-def test_integers_that_no_float_holds_are_not_rounded():
-    offer = Nullable(large=True)
+@pytest.mark.parametrize("number", [2**60, 2**53 + 1, -(2**53) - 1])
+def test_integers_that_no_float_holds_are_not_rounded(number):
+    offer = Nullable(second=number)
     taken = quillon.from_arrow(offer)
-    with pytest.raises(quillon.ExportError, match="^The column 'i' has missing values beside 1152921504606846976, which"):
+    with pytest.raises(quillon.ExportError, match=f"^The column 'i' has missing values beside {number}, which no float64 holds$"):
         taken["i"]
-    assert taken.to_csv().splitlines()[2] == "1152921504606846976,false,b"
+    assert taken.to_csv().splitlines()[2] == f"{number},false,b"
     del taken
     assert offer.released.count("Column") == 1
+
+
+@pytest.mark.parametrize("number", [2**53, -(2**53)])
+def test_the_largest_integers_that_floats_hold_are_taken(number):
+    np.testing.assert_array_equal(quillon.from_arrow(Nullable(second=number))["i"], [1.0, number, np.nan])
 
 
 def test_a_table_that_was_taken_is_a_table():

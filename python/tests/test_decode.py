@@ -96,6 +96,20 @@ def written(path, dtype, values, **attributes):
     return quillon.open(path)
 
 
+def test_nanoseconds_since_any_day_are_exact(tmp_path):
+    file = written(tmp_path / "a.nc", "i8", [5, -1], units="nanoseconds since 2011-08-01", standard_name="time")
+    expected = np.datetime64("2011-08-01", "ns") + np.array([5, -1])
+    np.testing.assert_array_equal(file["v"].values, expected)
+    assert file["v"].attrs == {"standard_name": "time"}
+
+
+def test_coordinates_that_are_not_there_are_none(tmp_path):
+    with written(tmp_path / "a.nc", "f8", [1, 2], coordinates="gone") as file:
+        quillon.save(file, tmp_path / "b.nc")
+        assert set(file.to_xarray().coords) == set()
+    assert quillon.open(tmp_path / "b.nc")["v"].values.tolist() == [1, 2]
+
+
 def test_packed_values_are_compared_as_numbers_of_any_type(tmp_path):
     packed = written(tmp_path / "packed.nc", "i2", [1, 2, 3], scale_factor=0.5)
     plain = written(tmp_path / "plain.nc", "f4", [0.5, 1, 1.5])

@@ -55,6 +55,13 @@ def test_values_that_have_to_be_read_are_not_shown():
     assert repr(lazy) == "<quillon.Array>  a  Double  x=2  m"
 
 
+def test_axes_of_known_names_are_of_their_kinds(monkeypatch):
+    monkeypatch.setenv("COLUMNS", "200")
+    array = quillon.Array(np.zeros((1, 0, 1, 1, 1)), ["slice", "time", "channel", "label", "x"], name="a")
+    axes = "x=1 label=1 (label) channel=1 (channel) time=0 (time) slice=1 (slice)"
+    assert repr(array).splitlines()[0] == f"<quillon.Array>  a  Double  {axes}"
+
+
 def test_of_many_values_the_first_and_last_are_shown():
     assert repr(quillon.Array(np.arange(100), ["x"], name="a")) == (
         "<quillon.Array>  a  Int  x=100\n[ 0  1  2 ... 97 98 99]"

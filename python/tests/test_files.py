@@ -132,6 +132,7 @@ def test_closing_ends_reading_for_all(file):
     report = quillon.compare(some, some)
     assert not report.same
     assert {why for _, why in report.not_compared} == {f"Cannot read '{file}': the file is closed"}
+    assert pickle.loads(pickle.dumps(report)).lines() == report.lines()
     with netCDF4.Dataset(file, "a") as again:
         again["v"][:] = 0
 

@@ -56,6 +56,13 @@ def test_reads_windows_of_about_the_given_size():
     assert read.calls == [(0, 3), (3, 6), (6, 9), (9, 10)]
 
 
+def test_keeps_the_window_that_it_read_last():
+    read = Recorder(np.arange(6))
+    array = read.array(window=3 * 8)
+    assert [array[k] for k in (0, 2, 1, 3, 5, 0)] == [0, 2, 1, 3, 5, 0]
+    assert read.calls == [(0, 3), (3, 6), (0, 3)]
+
+
 def test_reads_one_index_at_least():
     read = Recorder(np.arange(8).reshape(2, 4))
     assert quillon.compare(read.array(window=1), read.values).same

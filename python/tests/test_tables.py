@@ -141,6 +141,24 @@ def test_times_are_coordinates_to_the_microsecond():
         assert rows.to_table(select={"time": slice(time, time)})["v"].tolist() == [value]
 
 
+@pytest.mark.parametrize(
+    "number, unit, text",
+    [
+        (-1, "ns", "1969-12-31T23:59:59.999999"),
+        (1999, "ns", "1970-01-01T00:00:00.000001"),
+        (-1, "ms", "1969-12-31T23:59:59.999"),
+        (2, "25s", "1970-01-01T00:00:50"),
+        (1, "W", "1970-01-08"),
+        (-1, "M", "1969-12-01"),
+        (41, "Y", "2011-01-01"),
+    ],
+)
+def test_times_of_any_unit_are_written(number, unit, text):
+    values = np.array([number, "NaT"], f"M8[{unit}]")
+    table = quillon.Dictionary({"v": quillon.Array(values, ["x"])}).to_table()
+    assert table.to_csv() == f"x,v\n0,{text}\n1,\n"
+
+
 def test_one_name_may_stand_for_a_list(grid):
     assert grid.to_table("time", variables="lag").columns == ["time", "lag"]
     assert grid.to_pandas("label", variables="flag").index.name == "label"
