@@ -2,7 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <string>
+#include <vector>
 
+#include "Completion.h"
 #include "RunTool.h"
 
 namespace quillon::tools::test {
@@ -60,6 +63,20 @@ TEST(CompletionTest, ZshAndFishHaveALineForEachOption) {
                               "look at'\n"));
   EXPECT_THAT(fish, HasSubstr("complete -c quillon -n '__fish_seen_subcommand_from diff' -s o -l "
                               "output -r -d "));
+}
+
+TEST(CompletionTest, DescriptionsAreQuotedForTheirShell) {
+  CLI::App application;
+  CLI::App* const command = application.add_subcommand("verb", "It's one");
+  std::string value;
+  command->add_option("--option", value, "It's [a:b]\\\nc")->type_name("N");
+  const std::vector<Verb> verbs = {{command, [] { return 0; }, {}}};
+  const std::string zsh = completionFor("zsh", verbs);
+  EXPECT_THAT(zsh, HasSubstr(R"(    'verb:It'\''s one')"));
+  EXPECT_THAT(zsh, HasSubstr(R"('*--option[It'\''s \[a\:b\]\\ c]:N: ' \)"));
+  const std::string fish = completionFor("fish", verbs);
+  EXPECT_THAT(fish, HasSubstr(R"( -a verb -d 'It'\''s one')"));
+  EXPECT_THAT(fish, HasSubstr(R"( -l option -x -d 'It'\''s [a:b]\\ c')"));
 }
 
 /// Where the shell is installed, it reads the script without running it.

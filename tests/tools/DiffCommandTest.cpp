@@ -235,9 +235,9 @@ TEST_F(DiffFilesTest, AttributesAreComparedWhereTheyAreAskedFor) {
 TEST_F(DiffFilesTest, OutputFileHoldsWhatWouldBePrinted) {
   const std::string line = "/v: 1 of 3 values differ; the largest delta is 2 at x=1: 2 and 4\n";
   const std::string first = ROW + "1, 2, 3 ;";
-  for (const char* option : {"--all", "--quiet"}) {
-    EXPECT_EQ(diffOf(first, ROW + "1, 4, 3 ;", {option, "-o", "report"}), different(""));
-    EXPECT_EQ(contentOf(m_scratch.path("report")), line);
+  for (const std::string option : {"--all", "--quiet"}) {
+    EXPECT_EQ(diffOf(first, ROW + "1, 4, 3 ;", {option, "-o", "report" + option}), different(""));
+    EXPECT_EQ(contentOf(m_scratch.path("report" + option)), line);
   }
   EXPECT_EQ(diffOf(first, first, {"--output", "report"}), same());
   EXPECT_EQ(contentOf(m_scratch.path("report")), "");
@@ -278,6 +278,36 @@ TEST_F(DiffFilesTest, HtmlIsAPage) {
   const std::string page = contentOf(m_scratch.path("page.html"));
   EXPECT_EQ(page.substr(0, 15), "<!DOCTYPE html>");
   EXPECT_NE(page.find("<b>a.nc</b> and <b>b.nc</b> · 3 values compared"), std::string::npos);
+}
+
+TEST_F(DiffFilesTest, HtmlHasAPictureAndTenOfTheLargestUnlessToldOtherwise) {
+  const std::string head = "dimensions: y = 3 ; x = 4 ; variables: int v(y, x) ; data: v = ";
+  const auto partsOf = [&](std::vector<std::string> options) {
+    options.insert(options.end(), {"--format", "html"});
+    const std::string page = diffOf(head + "1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12 ;",
+                                    head + "2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13 ;", options)
+                                 .out;
+    std::pair<int, int> parts;
+    for (std::size_t at = 0; (at = page.find("<figure>", at)) != std::string::npos; ++at) {
+      ++parts.first;
+    }
+    for (std::size_t at = 0; (at = page.find("<tr><td class=\"n\">", at)) != std::string::npos;
+         ++at) {
+      ++parts.second;
+    }
+    return parts;
+  };
+  EXPECT_EQ(partsOf({}), std::pair(1, 10));
+  EXPECT_EQ(partsOf({"--largest", "3"}), std::pair(1, 3));
+}
+
+TEST_F(DiffFilesTest, DecodedNumbersMayBeStoredAsAnyType) {
+  const std::string head = "dimensions: x = 2 ; variables: ";
+  const std::string packed = head + "short v(x) ; v:scale_factor = 0.5 ; data: v = 2, 4 ;";
+  const std::string plain = head + "int v(x) ; data: v = 1, 2 ;";
+  EXPECT_EQ(diffOf(packed, plain), same());
+  EXPECT_EQ(diffOf(packed, plain, {"--raw"}),
+            different("/v: 2 of 2 values differ; the largest delta is 2 at x=1: 4 and 2\n"));
 }
 
 TEST_F(DiffFilesTest, QuietAndBriefGoBeforeTheFormat) {
@@ -462,6 +492,8 @@ TEST_F(DiffFilesTest, VariableThatCannotBeReadAndIsInOneFileAloneIsADifference) 
   const std::string without = "variables: int v ; data: v = 1 ;";
   EXPECT_EQ(diffOf(POINT, without), different("/p: only in the first\n"));
   EXPECT_EQ(diffOf(without, POINT), different("/p: only in the second\n"));
+  EXPECT_EQ(diffOf(POINT, without, {"--contract", "--variables", "p"}), incomplete(""));
+  EXPECT_EQ(diffOf(without, POINT, {"--contract", "--variables", "p"}), incomplete(""));
 }
 
 /// A file whose variable `bad` has a checksum that its values do not have.

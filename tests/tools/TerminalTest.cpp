@@ -136,6 +136,14 @@ TEST(TerminalEscapeTest, TheContractsTextIsEscapedAtATerminalAlone) {
   EXPECT_THAT(atTerminal(command, 80), HasSubstr("a\\u202eb"));
   EXPECT_THAT(runShell(command).out, HasSubstr("a\xE2\x80\xAE"
                                                "b"));
+  const std::string other = scratch.file("b.nc",
+                                         "dimensions: x = 1 ; variables: int a\xE2\x80\xAE"
+                                         "b(x) ; data: a\xE2\x80\xAE"
+                                         "b = 2 ;");
+  const std::string diff = "$QUILLON diff " + path + " " + other + " --contract";
+  EXPECT_THAT(atTerminal(diff, 80), HasSubstr("Array 'a\\u202eb'"));
+  EXPECT_THAT(runShell(diff).out, HasSubstr("Array 'a\xE2\x80\xAE"
+                                            "b'"));
 }
 
 class TerminalTest : public ::testing::Test {
