@@ -31,7 +31,7 @@ def same(one, other):
 
 
 def test_refuses_parts_that_are_none():
-    for arguments in (([1.0], [1.0, 2.0]), ([1.0], [1.0], [2], [2]), ([1.0], ["a"]), ({"a": [1]}, {"a": [1]})):
+    for arguments in (([1.0], [1.0, 2.0]), ([1.0], [1.0], [2], [2]), ([1.0], ["a"]), ({"a": [1]}, {"a": [1]}), ([1], {"a": [1]})):
         with pytest.raises(ValueError):
             parts.figures(*arguments)
 
@@ -233,6 +233,7 @@ def test_files_are_opened_in_their_chunks(tmp_path):
     data = parts.open(tmp_path / "t.nc")
     assert data["t"].chunks == ((2, 2, 2), (4,))
     assert parts.open(tmp_path / "t.nc", chunks={"time": 3})["t"].chunks == ((3, 3), (4,))
+    assert parts.open(tmp_path / "t.nc", chunks={"x": 2})["t"].chunks == ((2, 2, 2), (2, 2))
     assert parts.open(tmp_path / "t.nc", chunks="auto")["t"].chunks == ((6,), (4,))
     assert parts.open(tmp_path / "t.nc", chunks=5)["t"].chunks == ((5, 1), (4,))
     np.testing.assert_array_equal(data["t"].values, values)
@@ -282,7 +283,18 @@ def test_an_opened_file_is_the_dataset_that_quillon_makes_of_it(tmp_path):
         "flag": ((5,),),
         "lat": ((5,),),
     }
-    xarray.testing.assert_identical(opened.compute(), quillon.open(tmp_path / "t.nc", "g").to_xarray())
+    for some in (opened, pickle.loads(pickle.dumps(opened))):
+        xarray.testing.assert_identical(some.compute(), quillon.open(tmp_path / "t.nc", "g").to_xarray())
+
+
+def test_chunks_are_those_of_the_group(tmp_path):
+    netCDF4 = pytest.importorskip("netCDF4", reason="python3-netcdf4 is not installed")
+    with netCDF4.Dataset(tmp_path / "t.nc", "w") as to:
+        to.createDimension("x", 12)
+        for place, chunk in ((to, 3), (to.createGroup("g"), 4)):
+            place.createVariable("t", "f8", ("x",), chunksizes=(chunk,))[:] = np.arange(12)
+    assert parts.open(tmp_path / "t.nc")["t"].chunks == ((3,) * 4,)
+    assert parts.open(tmp_path / "t.nc", "g")["t"].chunks == ((4,) * 3,)
 
 
 def test_values_are_read_as_they_are_stored_where_asked(tmp_path):
