@@ -396,6 +396,7 @@ TEST(CompareTest, LoneEntryThatIsNoneHasNoKind) {
 class OddArray final : public memory::ArrayBase {
  public:
   explicit OddArray(object_model::ElementType type) : ArrayBase("odd", type, {}) {}
+  using ArrayBase::asArray;
   const object_model::Array* asArray() const override { return nullptr; }
 };
 
