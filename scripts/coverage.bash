@@ -17,10 +17,10 @@ verb_coverage() {
   rm -rf "$build/profiles"
   for program in "${programs[@]}"; do
     say "${program##*/}"
-    LLVM_PROFILE_FILE="$PWD/$build/profiles/%p.profraw" "$program" --gtest_brief=1 >&2
+    # One file for the program and for each shared library, to which child processes add.
+    LLVM_PROFILE_FILE="$PWD/$build/profiles/%m.profraw" "$program" --gtest_brief=1 >&2
   done
-  # Of processes that a test ends on purpose there are profiles cut short.
-  llvm-profdata merge -sparse -failure-mode=all "$build"/profiles/*.profraw -o "$build/all.profdata"
+  llvm-profdata merge -sparse "$build"/profiles/*.profraw -o "$build/all.profdata"
   say "the report: $build/report/index.html"
   python3 scripts/coverage.py "$build/all.profdata" "$build/report" "${folders[*]}" \
     "$build"/{ObjectModel/libquillon_object_model,tabra/libtabra}.so "${programs[@]}"

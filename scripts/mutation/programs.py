@@ -170,16 +170,17 @@ class Coverage:
 
     def _lines(self, number: int) -> list[tuple[str, int]]:
         suite = self.suites[number]
-        raw = self.folder / f"{number}.profraw"
         merged = self.folder / f"{number}.profdata"
         program = str(self.build.directory / suite.program)
         subprocess.run(
             [program, f"--gtest_filter={suite.name}.*"],
             check=True,
             capture_output=True,
-            env={**ENVIRONMENT, "LLVM_PROFILE_FILE": str(raw)},
+            # One file for the program and for each shared library, to which child processes add.
+            env={**ENVIRONMENT, "LLVM_PROFILE_FILE": str(self.folder / f"{number}.%m.profraw")},
         )
-        subprocess.run(["llvm-profdata", "merge", "-sparse", raw, "-o", merged], check=True)
+        raw = list(self.folder.glob(f"{number}.*.profraw"))
+        subprocess.run(["llvm-profdata", "merge", "-sparse", *raw, "-o", merged], check=True)
         objects = [f"-object={self.build.directory / each}" for each in self.libraries]
         report = subprocess.run(
             [
@@ -191,8 +192,8 @@ class Coverage:
             capture_output=True,
             text=True,
         ).stdout
-        raw.unlink()
-        merged.unlink()
+        for each in (*raw, merged):
+            each.unlink()
         return list(self._covered(report))
 
     def _covered(self, report: str):
