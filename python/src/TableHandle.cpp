@@ -130,10 +130,10 @@ py::array TableHandle::read(unsigned long column, unsigned long first, unsigned 
     }
     return textsArray(texts, {count});
   }
-  if (table.columns()[column].isNullable) {
+  const std::string spelled = spelledDtype(column);
+  if (table.columns()[column].isNullable && spelled.empty()) {
     return readNullable(column, first, count);
   }
-  const std::string spelled = spelledDtype(column);
   const auto stored = static_cast<object_model::StoredType>(type);
   py::array cells =
       emptyArray(py::dtype(spelled.empty() ? memory::nameOf(stored) : spelled), {count});

@@ -52,6 +52,17 @@ def test_times_keep_their_precision(name):
     assert table["v"].dtype == values.dtype
 
 
+def test_durations_that_are_none_are_missing():
+    lags = np.array([1, "NaT"], "m8[h]")
+    table = quillon.Dictionary({"lag": quillon.Array(lags, ["x"])}).to_table()
+    assert table.to_csv() == "x,lag\n0,1\n1,\n"
+    assert table.to_json() == '[\n{"x": 0, "lag": 1},\n{"x": 1, "lag": null}\n]\n'
+    assert str(table).splitlines()[2:4] == ["0      1", "1"]
+    np.testing.assert_array_equal(table["lag"], lags)
+    assert table["lag"].dtype == lags.dtype
+    assert table.to_pandas()["lag"].isna().tolist() == [False, True]
+
+
 def test_columns_outlive_tables_and_tables_what_they_are_made_of(grid):
     table = grid.to_table(["label", "time"])
     for name in list(grid):

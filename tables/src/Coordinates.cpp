@@ -90,6 +90,15 @@ std::vector<Number> readNumbers(const Array& array) {
   return {values.begin(), values.end()};
 }
 
+std::vector<Number> readIntegers(const Array& array) {
+  std::vector<Number> numbers = readNumbers<long>(array);
+  if (lowestIsMissing(array)) {
+    std::replace(numbers.begin(), numbers.end(), static_cast<Number>(memory::MISSING_TIME),
+                 std::nanl(""));
+  }
+  return numbers;
+}
+
 /// A number as text, in the type in which it is stored: 0.1 of floats is no long fraction.
 std::string textOf(Number value, const CoordinateValues& coordinates) {
   if (std::isnan(value)) {
@@ -119,6 +128,10 @@ std::string misfitOf(const Array& array) {
       return "it holds dictionaries";
   }
   return "it holds values of " + memory::nameOf(array.getElementType());
+}
+
+bool lowestIsMissing(const Array& array) {
+  return dynamic_cast<const memory::HasMissing*>(&array) != nullptr;
 }
 
 std::shared_ptr<const Array> findArray(const Dictionary& dictionary, const ArraySource& source) {
@@ -222,7 +235,7 @@ CoordinateValues valuesOf(const Array& coordinates) {
       result.isInteger = true;
       break;
     case object_model::ElementType::Int:
-      result.values = readNumbers<long>(coordinates);
+      result.values = readIntegers(coordinates);
       result.isInteger = true;
       break;
     default: {

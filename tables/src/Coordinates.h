@@ -16,6 +16,9 @@ namespace quillon::tables {
 /// Why no column can hold the array's values; empty when one can.
 std::string misfitOf(const object_model::Array& array);
 
+/// Whether the array's values are integers the lowest of which stands for none.
+bool lowestIsMissing(const object_model::Array& array);
+
 /// The array where `source` says that it is, seen from `dictionary`, which it does not outlive.
 /// @throws Error when it is not there.
 std::shared_ptr<const object_model::Array> findArray(const object_model::Dictionary& dictionary,

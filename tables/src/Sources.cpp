@@ -64,6 +64,7 @@ class ArraySourceOf final : public ColumnSource {
 
   void describe(Column& column) const override {
     column.type = m_type;
+    column.isNullable = m_type == ColumnType::Int64 && lowestIsMissing(*m_array);
     if (const memory::HasTimes* times = asTimes()) {
       column.calendar = times->calendar();
     } else {
@@ -82,6 +83,15 @@ class ArraySourceOf final : public ColumnSource {
         fetch(box.start, box.extent, packedSteps(box.extent), cells + box.offset);
       }
     });
+  }
+
+  void readMissing(unsigned long firstRow, unsigned long count, bool* destination) const override {
+    if constexpr (std::is_same_v<T, long>) {
+      const auto cells = std::make_unique<long[]>(count);
+      read(firstRow, count, cells.get());
+      std::transform(cells.get(), cells.get() + count, destination,
+                     [](long cell) { return cell == memory::MISSING_TIME; });
+    }
   }
 
   const void* cellsInPlace(unsigned long firstRow, unsigned long count) const override {

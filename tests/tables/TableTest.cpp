@@ -5,6 +5,7 @@
 #include <quillon/memory/TimeArray.h>
 #include <quillon/tables/Error.h>
 #include <quillon/tables/Table.h>
+#include <quillon/tables/Writers.h>
 #include <rapidcheck/gtest.h>
 #include <tabra/MemoryDataFrame.h>
 
@@ -288,6 +289,42 @@ TEST(TableTest, IntegersWithoutBulkValuesStayIntegers) {
   const Table table(data, plan(data));
   EXPECT_THAT(cellsOf<long>(table, 1), ElementsAre(lowest, 2));
   EXPECT_THAT(cellsOf<unsigned long>(table, 2), ElementsAre(~0UL, 2));
+}
+
+/// Integers the lowest of which stands for none.
+class Lags final : public memory::ArrayBase, public memory::HasMissing {
+ public:
+  Lags(const std::string& name, std::vector<long> values)
+      : ArrayBase(name, object_model::ElementType::Int, {memory::Axis("x", values.size())}),
+        m_values(std::move(values)) {}
+  long getValueAsInt(const object_model::Tuple& index) const override { return m_values[index[0]]; }
+
+ private:
+  std::vector<long> m_values;
+};
+
+TEST(TableTest, LowestIntegerIsMissingWhereItStandsForNone) {
+  Dictionary data("data");
+  data.add(Lags("lag", {memory::MISSING_TIME, 2}));
+  data.add(Plain<long>("number", {memory::MISSING_TIME, 2}));
+  const Table table(data, plan(data));
+  std::string text;
+  writeCsv(table, into(text));
+  EXPECT_EQ(text, "x,lag,number\n0,,-9223372036854775808\n1,2,2\n");
+  bool missing[2] = {};
+  table.readMissing(1, 0, 2, missing);
+  EXPECT_THAT(missing, ElementsAre(true, false));
+}
+
+TEST(TableTest, ColumnsAreNotCalledAfterCoordinatesThatStandForNone) {
+  Dictionary data("data");
+  data.add(Lags("x", {memory::MISSING_TIME, 2}));
+  data.add(DoubleArray("v", {{"x", 2}, {"y", 3}}, {1, 2, 3, 4, 5, 6}));
+  Request request = withIndex({"y"});
+  request.variables = {"v"};
+  const Table table(data, plan(data, request));
+  EXPECT_EQ(table.columns()[1].name, "v[x=0]");
+  EXPECT_EQ(table.columns()[2].name, "v[x=1]");
 }
 
 /// An array that becomes shorter.
