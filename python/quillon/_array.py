@@ -155,7 +155,7 @@ class Array:
             raise ValueError("a lazy array has at least one dimension")
         if min(extents) < 0 or window < 1:
             raise ValueError("extents and windows of lazy arrays are not negative")
-        plain = np.dtype(dtype)
+        plain = _numpy.lazy_dtype(dtype)
         array = cls._of(
             _core.lazy(name, _names_of(dims, len(extents)), extents, plain, read, int(window))
         )

@@ -7,7 +7,7 @@ from typing import Any
 
 import numpy as np
 
-__all__ = ["PLAIN", "attribute", "prepared", "window"]
+__all__ = ["PLAIN", "attribute", "lazy_dtype", "prepared", "window"]
 
 PLAIN = frozenset(np.dtype(code) for code in "bhilBHILfdFD?")
 """The dtypes whose values are viewed as they are."""
@@ -79,10 +79,14 @@ def _as_array(values: Any) -> np.ndarray:
     return array
 
 
-def prepared(values: Any) -> tuple[str, np.ndarray]:
-    """What values are, "numbers", "texts" or "dictionaries", and the array to make ours of."""
+def _require_all(values: Any) -> None:
     if isinstance(values, np.ma.MaskedArray) and np.ma.is_masked(values):
         raise ValueError("a masked array hides values; fill them first, with NaN for instance")
+
+
+def prepared(values: Any) -> tuple[str, np.ndarray]:
+    """What values are, "numbers", "texts" or "dictionaries", and the array to make ours of."""
+    _require_all(values)
     array = _as_array(values)
     kind = array.dtype.kind
     if kind in "biufcMm":
@@ -94,13 +98,28 @@ def prepared(values: Any) -> tuple[str, np.ndarray]:
     raise _unfit(array.dtype)
 
 
+def lazy_dtype(dtype: Any) -> np.dtype:
+    """The dtype of the values that a lazy array of this one has."""
+    plain = np.dtype(dtype)
+    is_half = plain.kind == "f" and plain.itemsize == 2
+    return np.dtype(np.float32) if is_half else plain.newbyteorder("=")
+
+
 def window(values: Any, dtype: str) -> np.ndarray:
     """What a lazy array was given, as values of its dtype that lie one after the other."""
+    _require_all(values)
     given = np.asarray(values)
     wanted = np.dtype(dtype)
     if not np.can_cast(given.dtype, wanted, "same_kind"):
         raise TypeError(f"a lazy array of the dtype '{wanted}' was given values of '{given.dtype}'")
-    return np.ascontiguousarray(given, wanted).reshape(given.shape)
+    cast = np.ascontiguousarray(given, wanted).reshape(given.shape)
+    if wanted.kind in "iu" and not np.can_cast(given.dtype, wanted):
+        lost = given[(cast != given) | ((cast < 0) != (given < 0))]
+        if lost.size:
+            raise ValueError(
+                f"a lazy array of the dtype '{wanted}' was given {lost.flat[0]}, which that does not hold"
+            )
+    return cast
 
 
 def attribute(name: str, value: Any) -> str | list[str] | np.ndarray:

@@ -32,7 +32,7 @@ def _array_of(variable: Any, name: str) -> Array:
         return Array(variable.values, dims, **remarks)
     data = variable.data
     return Array.lazy(
-        lambda start, stop: np.asarray(data[start:stop]),
+        lambda start, stop: np.asanyarray(data[start:stop]),
         variable.shape,
         dims,
         dtype=variable.dtype,

@@ -130,6 +130,34 @@ def test_takes_values_of_another_precision():
     assert array.values.tolist() == [0, 1, 2]
 
 
+def test_refuses_integers_that_its_dtype_does_not_hold():
+    for given, dtype, sentence in (
+        (np.int64([1, 300]), "i1", "'int8' was given 300"),
+        (np.int64([-1, -200]), "i1", "'int8' was given -200"),
+        (np.uint64([1, 2**64 - 1]), "i8", "'int64' was given 18446744073709551615"),
+    ):
+        with pytest.raises(ValueError, match=sentence):
+            quillon.Array.lazy(lambda a, b, values=given: values[a:b], [2], dtype=dtype).values
+    held = quillon.Array.lazy(lambda a, b: np.uint64([1, 2**63 - 1])[a:b], [2], dtype="i8")
+    assert held.values.tolist() == [1, 2**63 - 1]
+
+
+def test_refuses_values_that_are_masked():
+    masked = np.ma.masked_equal([1.0, 2.0], 2)
+    with pytest.raises(ValueError, match="masked"):
+        quillon.Array.lazy(lambda a, b: masked[a:b], [2]).values
+    assert quillon.Array.lazy(lambda a, b: masked[a:b], [1]).values.tolist() == [1]
+
+
+@pytest.mark.parametrize("given, kept", [(">f8", "f8"), (">i2", "i2"), (">M8[s]", "M8[s]"), ("f2", "f4")])
+def test_takes_what_other_arrays_copy(given, kept):
+    values = np.array([1, 0, 1]).astype(given)
+    array = quillon.Array.lazy(Recorder(values), [3], dtype=given)
+    assert array.dtype == kept
+    assert array.values.dtype == kept
+    np.testing.assert_array_equal(array.values, values)
+
+
 @pytest.mark.parametrize("shape, window", [([], 8), ([-1], 8), ([1], 0)])
 def test_refuses_shapes_and_windows_that_are_none(shape, window):
     with pytest.raises(ValueError):

@@ -110,6 +110,13 @@ def test_data_of_dask_stay_lazy(dataset):
     xarray.testing.assert_identical(ours.to_xarray(), dataset["t"])
 
 
+def test_data_of_dask_that_hide_values_are_refused():
+    dask = pytest.importorskip("dask.array")
+    masked = dask.from_array(np.ma.masked_equal([1.0, 2.0, 3.0], 2), chunks=2, asarray=False)
+    with pytest.raises(ValueError, match="masked"):
+        quillon.from_xarray(xarray.DataArray(masked, dims="x")).values
+
+
 def test_says_what_no_dataset_holds():
     with pytest.raises(ValueError, match="'inner'"):
         quillon.Dictionary({"inner": {}}).to_xarray()
