@@ -15,7 +15,7 @@ if TYPE_CHECKING:
 
     from quillon._tables import Table
 
-__all__ = ["Dictionary", "as_entry"]
+__all__ = ["Dictionary", "as_entry", "require_name"]
 
 
 def as_entry(value: Any) -> Array | Dictionary:
@@ -38,7 +38,8 @@ def as_entry(value: Any) -> Array | Dictionary:
     return Dictionary(value) if isinstance(value, Mapping) else Array(value)
 
 
-def _require_name(name: Any) -> str:
+def require_name(name: Any) -> str:
+    """The name of an entry. A path is none."""
     if not isinstance(name, str):
         raise TypeError(f"entries are called by texts, not by {name!r}")
     if "/" in name or not name:
@@ -85,7 +86,7 @@ class Dictionary(MutableMapping):
         if isinstance(entries, Dictionary):
             self._handle.coordinates = entries._handle.coordinates
         for entry, value in (entries or {}).items():
-            self._set(_require_name(entry), value)
+            self._set(require_name(entry), value)
 
     @classmethod
     def _of(cls, handle: _core.Dictionary, container: Dictionary | None = None) -> Dictionary:
@@ -151,7 +152,7 @@ class Dictionary(MutableMapping):
         if not isinstance(container, Dictionary):
             raise KeyError(f"there is no entry {path!r}: {group!r} is an array")
         container._require_writable()
-        return container, _require_name(name)
+        return container, require_name(name)
 
     def __getitem__(self, path: str) -> Any:
         if not isinstance(path, str):
@@ -159,7 +160,7 @@ class Dictionary(MutableMapping):
         return self._find(path)
 
     def __setitem__(self, path: str, value: Any) -> None:
-        container, name = self._container_of(path if isinstance(path, str) else _require_name(path))
+        container, name = self._container_of(path if isinstance(path, str) else require_name(path))
         container._set(name, value)
 
     def __delitem__(self, path: str) -> None:

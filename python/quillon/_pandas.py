@@ -2,12 +2,13 @@
 
 from __future__ import annotations
 
+from numbers import Integral, Real
 from typing import Any
 
 import numpy as np
 
 from quillon._array import Array
-from quillon._dictionary import Dictionary
+from quillon._dictionary import Dictionary, require_name
 from quillon._optional import require
 
 __all__ = ["entry_of", "from_pandas"]
@@ -25,7 +26,15 @@ def _values_of(column: Any) -> np.ndarray:
     present = values[~missing]
     if all(isinstance(cell, str) for cell in present):
         return np.where(missing, "", values).astype(object)
-    return column.to_numpy(dtype=float, na_value=np.nan)
+    if not all(isinstance(cell, (Real, np.bool_)) for cell in present):
+        return values
+    numbers = column.to_numpy(dtype=float, na_value=np.nan)
+    for cell, number in zip(present, numbers[~missing]):
+        if isinstance(cell, Integral) and int(cell) != int(number):
+            raise ValueError(
+                f"the column {column.name!r} has missing values beside {cell}, which no float64 holds"
+            )
+    return numbers
 
 
 def from_pandas(frame: Any, *, name: str = "", dim: str = "row") -> Dictionary:
@@ -56,17 +65,21 @@ def from_pandas(frame: Any, *, name: str = "", dim: str = "row") -> Dictionary:
         raise TypeError(f"a DataFrame is wanted, not a {type(frame).__name__}")
     dictionary = Dictionary(name=name)
     coordinates = set()
+
+    def add(name: Any, column: Any) -> str:
+        key = require_name(str(name))
+        if dictionary._handle.contains(key):
+            raise ValueError(f"the frame has several columns {key!r}")
+        dictionary._set(key, Array(_values_of(column), [dim], name=key))
+        return key
+
     if not frame.index.equals(pandas.RangeIndex(len(frame))) or frame.index.name is not None:
         for k in range(frame.index.nlevels):
             level = frame.index.get_level_values(k)
             alone = dim if frame.index.nlevels == 1 else f"level_{k}"
-            key = alone if level.name is None else str(level.name)
-            dictionary[key] = Array(_values_of(level), [dim], name=key)
-            coordinates.add(key)
-    for k, key in enumerate(frame.columns):
-        if str(key) in dictionary:
-            raise ValueError(f"the frame has several columns {str(key)!r}")
-        dictionary[str(key)] = Array(_values_of(frame.iloc[:, k]), [dim], name=str(key))
+            coordinates.add(add(alone if level.name is None else level.name, level))
+    for k, name_of_column in enumerate(frame.columns):
+        add(name_of_column, frame.iloc[:, k])
     dictionary._handle.coordinates = coordinates
     return dictionary
 

@@ -8,7 +8,7 @@ from typing import Any
 import numpy as np
 
 from quillon._array import Array
-from quillon._dictionary import Dictionary
+from quillon._dictionary import Dictionary, require_name
 from quillon._errors import ExportError
 from quillon._optional import require
 
@@ -77,7 +77,7 @@ def from_xarray(data: Any, *, name: str = "") -> Array | Dictionary:
     title, attrs = _taken(data.attrs, "title")
     dictionary = Dictionary(name=name, description=title, attrs=attrs)
     for key, variable in data.variables.items():
-        dictionary._set(str(key), _array_of(variable, str(key)))
+        dictionary._set(require_name(str(key)), _array_of(variable, str(key)))
     dictionary._handle.coordinates = {str(key) for key in data.coords}
     return dictionary
 

@@ -191,6 +191,30 @@ def test_missing_cells_are_nan_and_empty_texts():
     assert ours["whole"].values.tolist() == [1, 2]
 
 
+def test_integers_beside_missing_cells_are_not_rounded():
+    for column in (pandas.array([2**53 + 1, None], "Int64"), np.array([2**53 + 1, None], object)):
+        with pytest.raises(ValueError, match="'big' has missing values beside 9007199254740993"):
+            quillon.from_pandas(pandas.DataFrame({"big": column}))
+    whole = quillon.from_pandas(pandas.DataFrame({"big": pandas.array([2**53 + 1], "Int64")}))
+    assert whole["big"].values.tolist() == [2**53 + 1]
+
+
+def test_says_what_columns_with_missing_cells_hold():
+    for cell in (pandas.Timestamp("2011-08-01", tz="UTC"), pandas.Period("2011", "Y")):
+        with pytest.raises(TypeError, match=type(cell).__name__):
+            quillon.from_pandas(pandas.DataFrame({"day": np.array([cell, None], object)}))
+
+
+def test_refuses_names_that_are_paths():
+    for frame in ({"a/b": [1]}, {"b": [1], "/b": [2]}, {"": [1]}):
+        with pytest.raises(ValueError, match="no entry can be called"):
+            quillon.from_pandas(pandas.DataFrame(frame))
+    with pytest.raises(ValueError, match="several columns 'k'"):
+        quillon.from_pandas(pandas.DataFrame({"k": [1]}, index=pandas.Index([3], name="k")))
+    with pytest.raises(ValueError, match="no entry can be called 'a/b'"):
+        quillon.from_xarray(xarray.Dataset({"a/b": ("x", [1])}))
+
+
 def test_columns_and_indices_alone_are_arrays_of_rows():
     for some in (pandas.Series([1, 2]), pandas.Index([1, 2])):
         array = quillon.Dictionary({"a": some})["a"]
