@@ -152,11 +152,12 @@ std::string lineOf(const NotCompared& entry, const Paint& paint) {
   return paint.path(escaped(entry.path)) + ": not compared: " + memory::disarmed(entry.reason);
 }
 
-/// "  0.5 at time=3 (2011-08-01): 1 and 1.5"; without a delta, "  at ...".
+/// "  0.5 at time=3 (2011-08-01): 1 and 1.5"; without a delta, "  at ...", without a place either
+/// the two values alone.
 std::string lineOf(const PlacedPair& pair, const Paint& paint) {
   const std::string delta = std::isnan(pair.delta) ? "" : " " + deltaInWords(pair.delta);
-  return " " + delta + placeInWords(pair.at, true) + ": " +
-         pairInWords(pair.first, pair.second, paint);
+  const std::string where = delta + placeInWords(pair.at, true);
+  return " " + (where.empty() ? " " : where + ": ") + pairInWords(pair.first, pair.second, paint);
 }
 
 void addLines(const Difference& row, const LineOptions& options, std::vector<std::string>& result) {

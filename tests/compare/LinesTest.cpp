@@ -55,6 +55,14 @@ TEST(LinesTest, FirstDifferencesAreListedBelowWhereNothingHasADelta) {
                           "  at x=0: 'a' and 'A'", "  at x=1: 'b' and 'B'"));
 }
 
+TEST(LinesTest, ASingleTextIsListedBelowWithoutAPlace) {
+  const Report report =
+      compare(memory::StringArray("a", {}, {"run"}), memory::StringArray("a", {}, {"rerun"}));
+  EXPECT_THAT(lines(report, {20, 5}),
+              ElementsAre("/: 1 of 1 values differ; the first is: 'run' and 'rerun'",
+                          "  'run' and 'rerun'"));
+}
+
 TEST(LinesTest, ColorsSetPathsAndValuesApart) {
   Options options;
   options.largest = 1;
