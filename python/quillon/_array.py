@@ -9,6 +9,7 @@ from typing import TYPE_CHECKING, Any
 import numpy as np
 
 from quillon import _core, _numpy
+from quillon._arguments import mapping, text
 
 if TYPE_CHECKING:
     import xarray
@@ -104,9 +105,9 @@ class Array:
         attrs: Mapping[str, Any] | None = None,
     ) -> None:
         kind, array = _numpy.prepared(values)
-        self._handle = _made(kind, name, _names_of(dims, array.ndim), array)
+        self._handle = _made(kind, text("name", name), _names_of(dims, array.ndim), array)
         self._others: Mapping[str, Array] = {}
-        self._handle.set_remarks(unit, physical_unit, description, dict(attrs or {}))
+        self._set_remarks(unit, physical_unit, description, attrs)
 
     @classmethod
     def lazy(
@@ -157,10 +158,20 @@ class Array:
             raise ValueError("extents and windows of lazy arrays are not negative")
         plain = _numpy.lazy_dtype(dtype)
         array = cls._of(
-            _core.lazy(name, _names_of(dims, len(extents)), extents, plain, read, int(window))
+            _core.lazy(text("name", name), _names_of(dims, len(extents)), extents, plain, read, int(window))
         )
-        array._handle.set_remarks(unit, physical_unit, description, dict(attrs or {}))
+        array._set_remarks(unit, physical_unit, description, attrs)
         return array
+
+    def _set_remarks(
+        self, unit: str, physical_unit: str | None, description: str, attrs: Mapping[str, Any] | None
+    ) -> None:
+        self._handle.set_remarks(
+            text("unit", unit),
+            None if physical_unit is None else text("physical_unit", physical_unit),
+            text("description", description),
+            dict(mapping("attrs", attrs)),
+        )
 
     @classmethod
     def _of(cls, handle: _core.Array) -> Array:

@@ -8,6 +8,7 @@ from typing import TYPE_CHECKING, Any, NamedTuple, Optional
 import numpy as np
 
 from quillon import _core
+from quillon._arguments import mapping, number, text, texts, whole_number
 from quillon._array import Array
 from quillon._dictionary import Dictionary, as_entry
 from quillon._numpy import PLAIN
@@ -194,13 +195,14 @@ def sides(first: Any, second: Any) -> tuple[Array | Dictionary, Array | Dictiona
 
 def _tolerances(tolerances: Mapping[str, Any] | None) -> list[tuple[str, float, float]]:
     result = []
-    for pattern, rule in (tolerances or {}).items():
-        unknown = set(rule) - {"atol", "rtol"}
+    for pattern, rule in mapping("tolerances", tolerances).items():
+        unknown = set(mapping(f"the tolerance of {pattern!r}", rule)) - {"atol", "rtol"}
         if unknown:
             raise ValueError(
                 f"the tolerance of {pattern!r} has {sorted(unknown)[0]!r}, not 'atol' or 'rtol'"
             )
-        result.append((pattern, float(rule.get("atol", 0)), float(rule.get("rtol", 0))))
+        atol, rtol = (number(f"{key} of {pattern!r}", rule.get(key, 0)) for key in ("atol", "rtol"))
+        result.append((text("a pattern of tolerances", pattern), atol, rtol))
     return result
 
 
@@ -224,10 +226,18 @@ def core_rules(
     largest: int = 1,
 ) -> tuple[Any, ...]:
     """The rules of a comparison as the library takes them."""
-    if largest < 0:
+    wanted = whole_number("largest", largest)
+    if wanted < 0:
         raise ValueError(f"the number of the largest deltas is not negative, as {largest} is")
-    patterns = [ignore] if isinstance(ignore, str) else list(ignore)
-    return (atol, rtol, _tolerances(tolerances), equal_nan, attrs, patterns, largest)
+    return (
+        number("atol", atol),
+        number("rtol", rtol),
+        _tolerances(tolerances),
+        bool(equal_nan),
+        bool(attrs),
+        texts("ignore", ignore),
+        max(wanted, 1),  # as every row tells one
+    )
 
 
 Known = Callable[[str, float, float], Optional[tuple[_core.Figures, list[str]]]]
@@ -307,5 +317,6 @@ def compare(
     rules = core_rules(atol, rtol, tolerances, equal_nan, attrs, ignore, largest)
     if type(first) is type(second) is np.ndarray and not (tolerances or attrs or ignore):
         if first.dtype in PLAIN and second.dtype in PLAIN and first.flags.aligned and second.flags.aligned:
-            return Report(_core.compare_values(first, second, atol, rtol, equal_nan, largest), largest)
+            values_rules = (rules[0], rules[1], rules[3], rules[-1])
+            return Report(_core.compare_values(first, second, *values_rules), rules[-1])
     return Comparison(first, second, rules).report()

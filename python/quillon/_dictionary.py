@@ -7,6 +7,7 @@ from collections.abc import Iterator, Mapping, MutableMapping, Sequence
 from typing import TYPE_CHECKING, Any
 
 from quillon import _core
+from quillon._arguments import mapping, text
 from quillon._array import Array
 
 if TYPE_CHECKING:
@@ -80,12 +81,14 @@ class Dictionary(MutableMapping):
         description: str = "",
         attrs: Mapping[str, Any] | None = None,
     ) -> None:
-        self._handle = _core.Dictionary(name, description)
+        self._handle = _core.Dictionary(text("name", name), text("description", description))
         self._container: Dictionary | None = None
-        self._handle.set_attrs(dict(attrs or {}))
+        self._handle.set_attrs(dict(mapping("attrs", attrs)))
+        if type(entries).__module__.partition(".")[0] in ("xarray", "pandas"):
+            entries = as_entry(entries)
         if isinstance(entries, Dictionary):
             self._handle.coordinates = entries._handle.coordinates
-        for entry, value in (entries or {}).items():
+        for entry, value in mapping("entries", entries).items():
             self._set(require_name(entry), value)
 
     @classmethod

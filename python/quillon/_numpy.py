@@ -124,6 +124,8 @@ def window(values: Any, dtype: str) -> np.ndarray:
 
 def attribute(name: str, value: Any) -> str | list[str] | np.ndarray:
     """An attribute's value: a text, a list of texts, or an array of one dimension."""
+    if not isinstance(name, str):
+        raise TypeError(f"attributes are called by texts, not by {name!r}")
     if isinstance(value, str):
         return str(value)
     if isinstance(value, (list, tuple)) and value and all(isinstance(v, str) for v in value):

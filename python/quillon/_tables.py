@@ -4,12 +4,14 @@ from __future__ import annotations
 
 import datetime
 import os
+import sys
 from collections.abc import Mapping, Sequence
 from typing import TYPE_CHECKING, Any
 
 import numpy as np
 
 from quillon import _core
+from quillon._arguments import mapping, text, texts, whole_number
 
 if TYPE_CHECKING:
     import pandas
@@ -28,37 +30,44 @@ def _coordinate(dimension: str, value: Any) -> Any:
     if isinstance(value, str):
         return value
     if isinstance(value, (np.datetime64, datetime.date)):
+        if value != value:  # noqa: PLR0124
+            raise ValueError(f"no coordinate of {dimension!r} is {value}")
         return (int(np.datetime64(value).astype("datetime64[us]").astype(np.int64)),)
     if isinstance(value, (float, np.floating)) or _is_position(value):
         return float(value)
     raise TypeError(f"no coordinate of {dimension!r} is of the type {type(value).__name__}")
 
 
-def _choice(dimension: str, chosen: Any) -> tuple[str, str, Any, Any, int]:
+def _position(value: Any) -> int:
+    return max(-sys.maxsize, min(int(value), sys.maxsize))  # which no dimension has
+
+
+def _choice(dimension: Any, chosen: Any) -> tuple[str, str, Any, Any, int]:
+    text("a dimension of select", dimension)
     if _is_position(chosen):
-        return dimension, "position", int(chosen), None, 1
+        return dimension, "position", _position(chosen), None, 1
     if not isinstance(chosen, slice):
         return dimension, "nearest", _coordinate(dimension, chosen), None, 1
     ends = (chosen.start, chosen.stop)
     if all(end is None or _is_position(end) for end in ends):
-        start, stop = (None if end is None else int(end) for end in ends)
-        return dimension, "positions", start, stop, 1 if chosen.step is None else int(chosen.step)
+        start, stop = (None if end is None else _position(end) for end in ends)
+        step = 1 if chosen.step is None else whole_number(f"the step of {dimension!r}", chosen.step)
+        return dimension, "positions", start, stop, step
     if None in ends or chosen.step is not None:
         raise ValueError(f"a slice of coordinates of {dimension!r} has both ends and no step")
     start, stop = (_coordinate(dimension, end) for end in ends)
     return dimension, "between", start, stop, 1
 
 
-def _listed(names: str | Sequence[str] | None) -> list[str] | None:
-    if names is None:
-        return None
-    return [names] if isinstance(names, str) else list(names)
+def _listed(argument: str, names: str | Sequence[str] | None) -> list[str] | None:
+    return None if names is None else texts(argument, names)
 
 
 def _limit(max_rows: int | None) -> int:
-    if max_rows is not None and max_rows < 0:
+    count = 0 if max_rows is None else whole_number("max_rows", max_rows)
+    if count < 0:
         raise ValueError(f"a number of rows is not negative, as {max_rows} is")
-    return max_rows or 0
+    return count
 
 
 class Table:
@@ -89,11 +98,15 @@ class Table:
         variables: Sequence[str] | None,
         select: Mapping[str, Any] | None,
     ) -> Table:
-        choices = [_choice(dimension, chosen) for dimension, chosen in (select or {}).items()]
+        choices = [_choice(dimension, chosen) for dimension, chosen in mapping("select", select).items()]
         unreadable = getattr(dictionary, "_unreadable", list)()
         return cls._over(
             _core.make_table(
-                dictionary._handle, _listed(index), _listed(variables), choices, unreadable
+                dictionary._handle,
+                _listed("index", index),
+                _listed("variables", variables),
+                choices,
+                unreadable,
             )
         )
 

@@ -191,7 +191,7 @@ def compare(
     comparison.report(ask)  # which reads nothing, but says what values are to be compared, and how
     found = _parts.compute(
         {
-            path: _parts.Pair(*_alike(path, one, other), one.dims, _parts.Rule(*asked[path], equal_nan, largest))
+            path: _parts.Pair(*_alike(path, one, other), one.dims, _parts.Rule(*asked[path], rules[3], rules[-1]))
             for path, one, other in _pairs(first, second)
             if path in asked
         }

@@ -4,6 +4,7 @@
 #include <quillon/memory/ElementTypes.h>
 
 #include <type_traits>
+#include <utility>
 #include <variant>
 
 #include "Outline.h"
@@ -77,7 +78,8 @@ py::dict attributesOf(const memory::HasAttributes& owner) {
 void setAttributes(const py::dict& attributes, memory::AttributeList& owner) {
   const py::object normal = py::module_::import("quillon._numpy").attr("attribute");
   for (const auto& [name, value] : attributes) {
-    owner.setAttribute(utf8Of(name), fromPython(normal(name, value)));
+    memory::AttributeValue known = fromPython(normal(name, value));
+    owner.setAttribute(utf8Of(name), std::move(known));
   }
 }
 

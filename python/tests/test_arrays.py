@@ -286,3 +286,18 @@ def test_holds_what_numpy_holds(values, data):
     np.testing.assert_array_equal(quillon.Array(values.T).values, values.T)
     key = data.draw(hnp.basic_indices(values.shape))
     np.testing.assert_array_equal(array[key], values[key])
+
+
+@pytest.mark.parametrize("name", ["name", "unit", "physical_unit", "description"])
+def test_says_which_remark_is_no_text(name):
+    with pytest.raises(TypeError, match=f"^{name} is a text, not 3$"):
+        quillon.Array([1], **{name: 3})
+    with pytest.raises(TypeError, match=f"^{name} is a text, not 3$"):
+        quillon.Array.lazy(np.arange, [1], **{name: 3})
+
+
+def test_says_what_attributes_are_called_by():
+    with pytest.raises(TypeError, match="^attributes are called by texts, not by 1$"):
+        quillon.Array([1], attrs={1: 2})
+    with pytest.raises(TypeError, match=r"^attrs is a mapping, not \[1\]$"):
+        quillon.Array([1], attrs=[1])

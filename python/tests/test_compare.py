@@ -90,6 +90,43 @@ def test_refuses_tolerances_that_are_none(options):
             quillon.compare(np.zeros(1), np.zeros(1), **options)
 
 
+@pytest.mark.parametrize(
+    "options, sentence",
+    [
+        ({"atol": "1"}, "atol is a number, not '1'"),
+        ({"rtol": None}, "rtol is a number, not None"),
+        ({"largest": 2.0}, "largest is a whole number, not 2.0"),
+        ({"ignore": [1]}, "each of ignore is a text, not 1"),
+        ({"ignore": 1}, "ignore is a text or several, not 1"),
+        ({"tolerances": ["a"]}, "tolerances is a mapping, not ['a']"),
+        ({"tolerances": {"a": 1}}, "the tolerance of 'a' is a mapping, not 1"),
+        ({"tolerances": {"a": {"atol": "1"}}}, "atol of 'a' is a number, not '1'"),
+        ({"tolerances": {1: {"atol": 1}}}, "a pattern of tolerances is a text, not 1"),
+    ],
+)
+def test_says_which_option_is_of_another_type(options, sentence):
+    for sides in (({"a": [1]}, {"a": [1]}), (np.zeros(1), np.zeros(1))):
+        with pytest.raises(TypeError) as error:
+            quillon.compare(*sides, **options)
+        assert str(error.value) == sentence
+
+
+def test_a_tolerance_is_a_float64():
+    with pytest.raises(ValueError, match="atol is too large"):
+        quillon.compare([1], [1], atol=10**400)
+    for atol in (1, True, np.float32(1), np.array(1)):
+        assert quillon.compare([1], [2], atol=atol).same
+
+
+def test_a_row_has_its_largest_delta_however_many_are_listed():
+    one, other = [1.0, 2.0, 3.0], [1.0, 2.5, 4.0]
+    for sides in ((one, other), (np.array(one), np.array(other))):
+        report = quillon.compare(*sides, largest=0)
+        assert (report.rows[0].largest, report.rows[0].where) == (1, {"dim_0": 2})
+        assert report.lines() == quillon.compare(*sides).lines()
+        assert len(quillon.compare(*sides, largest=10**30).lines()) == 3
+
+
 def test_names_what_is_no_tolerance():
     with pytest.raises(ValueError, match="^the tolerance of 'a' has 'tol', not 'atol' or 'rtol'$"):
         quillon.compare({"a": [1]}, {"a": [1]}, tolerances={"a": {"atol": 1, "tol": 1}})

@@ -158,3 +158,12 @@ def test_shows_markup_of_its_own(cells):
     assert "<details>" in page
     for markup in ("<b>", "<i>", "<u>", "<s>"):
         assert markup not in page.replace("&lt;", "")
+
+
+@pytest.mark.parametrize("entries", [[1], [("a", 1)], "ab", 3])
+def test_says_what_entries_are(entries):
+    with pytest.raises(TypeError) as error:
+        quillon.Dictionary(entries)
+    assert str(error.value) == f"entries is a mapping, not {entries!r}"
+    with pytest.raises(TypeError, match="^name is a text, not 3$"):
+        quillon.Dictionary(name=3)

@@ -63,6 +63,42 @@ def test_durations_that_are_none_are_missing():
     assert table.to_pandas()["lag"].isna().tolist() == [False, True]
 
 
+@pytest.mark.parametrize(
+    "options, sentence",
+    [
+        ({"index": [1]}, "each of index is a text, not 1"),
+        ({"variables": 1}, "variables is a text or several, not 1"),
+        ({"select": "x=0"}, "select is a mapping, not 'x=0'"),
+        ({"select": {0: 1}}, "a dimension of select is a text, not 0"),
+        ({"select": {"x": slice(0, 1, 0.5)}}, "the step of 'x' is a whole number, not 0.5"),
+    ],
+)
+def test_says_which_argument_is_of_another_type(options, sentence):
+    with pytest.raises(TypeError) as error:
+        quillon.Dictionary({"x": [1, 2]}).to_table(**options)
+    assert str(error.value) == sentence
+    with pytest.raises(TypeError, match="max_rows is a whole number, not 1.5"):
+        quillon.Dictionary({"x": [1, 2]}).to_table().to_string(1.5)
+
+
+def test_positions_may_be_of_any_size():
+    dictionary = quillon.Dictionary({"v": quillon.Array([1, 2], ["x"])})
+    assert dictionary.to_table(select={"x": slice(1, 10**30)})["v"].tolist() == [2]
+    assert dictionary.to_table(select={"x": slice(-(10**30), 10**30)})["v"].tolist() == [1, 2]
+    for position in (10**30, -(10**30)):
+        with pytest.raises(quillon.ExportError, match="2 positions and none of number"):
+            dictionary.to_table(select={"x": position})
+    assert len(dictionary.to_table().to_string(10**30).splitlines()) == 4
+
+
+@pytest.mark.parametrize("none", [np.datetime64("NaT"), pandas.NaT])
+def test_no_time_is_no_coordinate(none):
+    days = quillon.Array(np.array(["2011-08-01", "2011-08-02"], "M8[D]"), ["time"])
+    for select in (none, slice(none, np.datetime64("2011-08-02"))):
+        with pytest.raises(ValueError, match="^no coordinate of 'time' is NaT$"):
+            quillon.Dictionary({"time": days}).to_table(select={"time": select})
+
+
 def test_columns_outlive_tables_and_tables_what_they_are_made_of(grid):
     table = grid.to_table(["label", "time"])
     for name in list(grid):

@@ -59,6 +59,12 @@ def test_a_dictionary_of_a_dictionary_keeps_coordinates(dataset):
     assert set(ours.to_xarray().coords) == {"time", "x", "lat", "run"}
 
 
+def test_datasets_and_frames_are_entries(dataset):
+    xarray.testing.assert_equal(quillon.Dictionary(dataset).to_xarray(), dataset)
+    frame = pandas.DataFrame({"v": [1.5, 2.5]}, index=pandas.Index([3, 7], name="label"))
+    assert list(quillon.Dictionary(frame, name="cells")) == ["label", "v"]
+
+
 def test_an_entry_in_place_of_a_coordinate_is_none(dataset):
     ours = quillon.from_xarray(dataset)
     del ours["lat"]

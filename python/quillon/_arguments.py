@@ -1,0 +1,53 @@
+"""What callers give, or a sentence that names what they gave instead."""
+
+from __future__ import annotations
+
+import operator
+import sys
+from collections.abc import Iterable, Mapping
+from typing import Any
+
+__all__ = ["mapping", "number", "text", "texts", "whole_number"]
+
+
+def number(name: str, value: Any) -> float:
+    """A number."""
+    try:
+        if not isinstance(value, (str, bytes, bytearray)):
+            return float(value)
+    except (TypeError, ValueError):
+        pass
+    except OverflowError:
+        raise ValueError(f"{name} is too large for a float64") from None
+    raise TypeError(f"{name} is a number, not {value!r}")
+
+
+def whole_number(name: str, value: Any) -> int:
+    """A whole number. One that is larger than all sizes is the largest of these."""
+    try:
+        return min(operator.index(value), sys.maxsize)
+    except TypeError:
+        raise TypeError(f"{name} is a whole number, not {value!r}") from None
+
+
+def text(name: str, value: Any) -> str:
+    """A text."""
+    if not isinstance(value, str):
+        raise TypeError(f"{name} is a text, not {value!r}")
+    return str(value)
+
+
+def texts(name: str, value: str | Iterable[str]) -> list[str]:
+    """Texts; one alone is a list of one."""
+    if isinstance(value, str):
+        return [str(value)]
+    if not isinstance(value, Iterable):
+        raise TypeError(f"{name} is a text or several, not {value!r}")
+    return [text(f"each of {name}", each) for each in value]
+
+
+def mapping(name: str, value: Mapping[Any, Any] | None) -> Mapping[Any, Any]:
+    """A mapping; none is an empty one."""
+    if value is not None and not isinstance(value, Mapping):
+        raise TypeError(f"{name} is a mapping, not {value!r}")
+    return {} if value is None else value
