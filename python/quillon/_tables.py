@@ -2,11 +2,13 @@
 
 from __future__ import annotations
 
+import contextlib
 import datetime
 import os
+import shutil
 import sys
-from collections.abc import Mapping, Sequence
-from typing import TYPE_CHECKING, Any
+from collections.abc import Iterator, Mapping, Sequence
+from typing import TYPE_CHECKING, Any, BinaryIO
 
 import numpy as np
 
@@ -68,6 +70,37 @@ def _limit(max_rows: int | None) -> int:
     if count < 0:
         raise ValueError(f"a number of rows is not negative, as {max_rows} is")
     return count
+
+
+@contextlib.contextmanager
+def _whole(path: str) -> Iterator[BinaryIO]:
+    """A file to write that is there whole or not at all, behind all links.
+
+    Devices and pipes are written to; what this process has open, as ``/dev/stdout``, goes on.
+    """
+    if not path or "\0" in path:
+        raise ValueError(f"{path!r} is empty or has a null character, as no file's name")
+    descriptor, target, fault = _core.output_target(os.fsencode(path))
+    if descriptor >= 0 or (os.path.exists(path) and not os.path.isfile(path)):
+        with open(descriptor if descriptor >= 0 else path, "wb", closefd=descriptor < 0) as file:
+            yield file
+        return
+    if fault:
+        raise OSError(fault, os.strerror(fault), path)
+    beside = target + b".%d.part" % os.getpid()
+    try:
+        file = open(beside, "wb")  # noqa: SIM115
+    except OSError as error:
+        raise OSError(error.errno, error.strerror, path) from None
+    try:
+        with file:
+            yield file
+        with contextlib.suppress(FileNotFoundError):
+            shutil.copymode(target, beside)
+        os.replace(beside, target)
+    finally:
+        if os.path.exists(beside):
+            os.remove(beside)
 
 
 class Table:
@@ -226,14 +259,8 @@ class Table:
         if hasattr(path, "write"):
             self._table.write(form, lambda piece: path.write(piece.decode()))
             return None
-        beside = f"{os.fspath(path)}.{os.getpid()}.part"
-        try:
-            with open(beside, "wb") as file:
-                self._table.write(form, file.write)
-            os.replace(beside, path)
-        finally:
-            if os.path.exists(beside):
-                os.remove(beside)
+        with _whole(os.fsdecode(path)) as file:
+            self._table.write(form, file.write)
         return None
 
     def to_csv(self, path: Any = None) -> str | None:

@@ -2,6 +2,7 @@
 
 #include <pybind11/stl.h>
 #include <quillon/memory/HtmlText.h>
+#include <quillon/memory/OutputTarget.h>
 #include <quillon/tables/Writers.h>
 
 #include <variant>
@@ -76,6 +77,12 @@ std::string written(const TableHandle& table, const Write& write) {
   return text;
 }
 
+/// The descriptor of this process to write to, or the file, and the number of an error.
+py::tuple outputTarget(const std::string& path) {
+  const memory::OutputTarget target = memory::outputTargetOf(path);
+  return py::make_tuple(target.descriptor, py::bytes(target.file.string()), target.error.value());
+}
+
 /// The writer called `format`.
 void writeAs(const std::string& format, const tables::Table& table, const tables::Output& output,
              const tables::Shown& shown) {
@@ -146,6 +153,7 @@ void bindTables(py::module_& module) {
       .def("arrow_stream", &arrowStream);
   module.def("make_table", &makeTable);
   module.def("table_from_arrow", &tableFromArrow);
+  module.def("output_target", &outputTarget);
   module.def("in_html", [](const std::string& text) { return memory::inHtml(text); });
 }
 

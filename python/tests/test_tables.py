@@ -4,6 +4,8 @@ import datetime
 import gc
 import io
 import json
+import os
+import threading
 
 import numpy as np
 import pandas
@@ -337,6 +339,46 @@ def test_writes_files_whole_or_not_at_all(grid, tmp_path):
         broken.to_csv(tmp_path / "table.csv")
     assert sorted(p.name for p in tmp_path.iterdir()) == ["table.csv", "table.json"]
     assert (tmp_path / "table.csv").read_text() == table.to_csv()
+
+
+def test_writes_behind_links_and_to_what_is_no_file(grid, tmp_path):
+    table = grid.to_table(["label", "time"])
+    real, link, pipe = (tmp_path / name for name in ("real.csv", "link.csv", "pipe"))
+    real.write_text("old")
+    real.chmod(0o640)
+    link.symlink_to("real.csv")
+    table.to_csv(link)
+    assert link.is_symlink()
+    assert real.read_text() == table.to_csv()
+    assert real.stat().st_mode & 0o777 == 0o640
+
+    os.mkfifo(pipe)
+    got = []
+    reader = threading.Thread(target=lambda: got.append(pipe.read_text()))
+    reader.start()
+    table.to_csv(pipe)
+    reader.join()
+    assert got == [table.to_csv()]
+    assert pipe.is_fifo()
+
+    with open(tmp_path / "out", "w+b", buffering=0) as out:
+        out.write(b"before\n")
+        table.to_csv(f"/dev/fd/{out.fileno()}")
+        out.write(b"after\n")
+    assert (tmp_path / "out").read_text() == f"before\n{table.to_csv()}after\n"
+
+    table.to_csv(os.fsencode(tmp_path / "bytes.csv"))
+    assert (tmp_path / "bytes.csv").read_text() == table.to_csv()
+
+
+@pytest.mark.parametrize("path, error", [("", IsADirectoryError), ("none/t.csv", FileNotFoundError)])
+def test_names_the_path_that_cannot_be_written(grid, tmp_path, path, error):
+    with pytest.raises(error) as raised:
+        grid.to_table().to_csv(tmp_path / path)
+    assert raised.value.filename == str(tmp_path / path)
+    for none in ("", f"{tmp_path}/a\0b"):
+        with pytest.raises(ValueError, match="no file's name"):
+            grid.to_table().to_csv(none)
 
 
 def test_gives_columns_to_other_frames(grid):
