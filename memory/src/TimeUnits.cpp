@@ -140,6 +140,9 @@ std::optional<long> originOf(std::string_view text, Calendar calendar) {
     return std::nullopt;
   }
   const bool isMarked = takeCharacter(text, 'T') || takeCharacter(text, 't');
+  if (!isMarked && !text.empty() && isDigit(text.front())) {
+    return std::nullopt;  // of a date that is one number, such as "20110801"
+  }
   text = trimmed(text);
   const bool hasTime = isMarked || (!text.empty() && isDigit(text.front()));
   if (hasTime && !takeTimeOfDay(text, civil)) {

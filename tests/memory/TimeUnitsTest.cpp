@@ -63,6 +63,8 @@ INSTANTIATE_TEST_SUITE_P(
         {"LetterOfAnotherUnit", "m since 2000-01-01", STANDARD, 1L, "none"},
         {"NoUnit", "since 2000-01-01", STANDARD, 1L, "none"},
         {"NoDate", "days since", STANDARD, 1L, "none"},
+        {"DateInOneNumber", "days since 20110801", STANDARD, 1L, "none"},
+        {"TimeWithoutABlank", "days since 2011-08-0106", STANDARD, 1L, "none"},
         {"NoSince", "days", STANDARD, 1L, "none"},
         {"Nothing", "", STANDARD, 1L, "none"},
         {"OtherWord", "days until 2000-01-01", STANDARD, 1L, "none"},
