@@ -29,6 +29,10 @@ int descriptorOf(const fs::path& directory, const std::string& name) {
 OutputTarget outputTargetOf(const std::string& path) {
   OutputTarget target;
   target.file = path;
+  if (path.empty()) {
+    target.error = std::make_error_code(std::errc::no_such_file_or_directory);
+    return target;
+  }
   for (int links = 0; links < MOST_LINKS; ++links) {
     const fs::path directory = fs::canonical(fs::absolute(target.file).parent_path(), target.error);
     if (target.error) {

@@ -58,6 +58,10 @@ TEST_F(OutputTargetTest, LinkIntoAMissingDirectoryLeadsNowhere) {
   EXPECT_EQ(outputTargetOf(link("first", "none/new")).error, std::errc::no_such_file_or_directory);
 }
 
+TEST_F(OutputTargetTest, NoNameLeadsNowhere) {
+  EXPECT_EQ(outputTargetOf("").error, std::errc::no_such_file_or_directory);
+}
+
 TEST_F(OutputTargetTest, LinksInACircleLeadNowhere) {
   link("first", "second");
   EXPECT_EQ(outputTargetOf(link("second", "first")).error,
