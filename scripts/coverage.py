@@ -1,6 +1,7 @@
 """Tells which lines and branches of the libraries no test reaches, and fails if there are any.
 
-A branch is a condition that was never true or never false. A comment at the line or above it with
+A branch is a condition that was never true or never false; a value that no case of a switch has is none.
+A comment at the line or above it with
 "never run: REASON", "never true: REASON" or "never false: REASON" explains what is not reached.
 See `./dev coverage`, which runs the tests.
 """
@@ -21,9 +22,15 @@ def llvm_cov(*arguments: str) -> str:
     return run.stdout  # without the warning about functions of one name in several programs
 
 
+# Where only the end of a block is not reached, the line before it is told as well.
+END_OF_BLOCK = re.compile(r"\s*}( else {)?")
+
+
 def gap(path: Path, line: int, what: str) -> str | None:
     """The line of the report, unless a comment explains it."""
     lines = ["", *path.read_text().splitlines()]
+    if END_OF_BLOCK.fullmatch(lines[line]) or lines[line].lstrip().startswith("switch ("):
+        return None
     if any(f"{what}: " in each for each in lines[line - 1 : line + 1]):
         return None
     return f"{path.relative_to(ROOT)}:{line}: {what}: {lines[line].strip()}"
