@@ -229,9 +229,7 @@ void ArrayMaker::addUnitsOfBounds(const Variable& variable, const std::string& n
         attributesOf(*m_source, axis.coordinate->group, axis.coordinate->variable);
     if (timeUnitsOf(its)) {
       attributes.push_back({"units", textOf(its, "units")});
-      if (const Attribute* calendar = findAttribute(its, "calendar")) {
-        attributes.push_back(*calendar);
-      }
+      attributes.push_back({"calendar", textOf(its, "calendar")});
       return;
     }
   }

@@ -135,6 +135,7 @@ void takeTimes(const Attributes& attributes, Encoding& encoding) {
   if (!encoding.times) {
     return;
   }
+  encoding.consumed.emplace_back("calendar");
   if (!encoding.changesNumbers()) {
     takeMissing(attributes, "_FillValue", encoding, encoding.missingTimes);
     takeMissing(attributes, "missing_value", encoding, encoding.missingTimes);

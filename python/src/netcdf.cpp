@@ -150,9 +150,7 @@ ArrayPointer nanosecondsOf(const memory::ArrayBase& array, const memory::HasTime
   ArrayPointer moments = ticksOf(array.getName(), integers, {"ns", 1, true}, gate);
   moments->setDescription(array.getDescription());
   for (const memory::Attribute& attribute : array.attributes()) {
-    if (attribute.name != "calendar") {  // which numpy's dtype tells
-      moments->setAttribute(attribute.name, attribute.value);
-    }
+    moments->setAttribute(attribute.name, attribute.value);
   }
   return moments;
 }

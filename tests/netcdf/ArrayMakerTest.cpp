@@ -83,7 +83,7 @@ TEST_F(ArrayMakerTest, AttributesThatTheArrayTellsByItselfAreLeftOut) {
   EXPECT_EQ(arrayAt(file, "v").getDescription(), "name");
   EXPECT_THAT(namesOf(arrayAt(file, "u").attributes()), ElementsAre("kept"));
   EXPECT_THAT(namesOf(arrayAt(file, "l").attributes()), ElementsAre("_FillValue"));
-  EXPECT_THAT(namesOf(arrayAt(file, "t").attributes()), ElementsAre("calendar", "bounds"));
+  EXPECT_THAT(namesOf(arrayAt(file, "t").attributes()), ElementsAre("bounds"));
   EXPECT_THAT(namesOf(arrayAt(file, "s").attributes()), ElementsAre());
   EXPECT_THAT(namesOf(arrayAt(file, "m").attributes()), ElementsAre("calendar"));
   EXPECT_THAT(namesOf(arrayAt(open(cdl, false), "v").attributes()),
