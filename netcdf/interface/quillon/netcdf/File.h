@@ -89,7 +89,7 @@ struct Skipped {
 ///     as a whole is missing and reads as the empty text.
 ///
 /// Descriptors: `long_name` is the description, `units` both the unit and the physical unit. All
-/// other attributes, `calendar` among them, but those that decoding has used up, are the array's
+/// other attributes, but those that decoding has used up, are the array's
 /// (`memory::HasAttributes`); those of a group but its title are the dictionary's. Attributes of
 /// types that are neither numbers nor text are left out.
 ///
