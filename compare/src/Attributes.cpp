@@ -3,6 +3,7 @@
 #include <quillon/memory/ElementTypes.h>
 #include <quillon/memory/Facets.h>
 #include <quillon/memory/NumberText.h>
+#include <quillon/memory/TimeUnits.h>
 
 #include <algorithm>
 #include <type_traits>
@@ -21,10 +22,17 @@ std::vector<Attribute> attributesOf(const object_model::Data& data) {
       owner == nullptr ? std::vector<Attribute>() : owner->attributes();
   const std::string name = data.isDictionary() ? "title" : "long_name";
   const std::string description = data.getDescription();
-  const bool isListed = std::any_of(attributes.begin(), attributes.end(),
-                                    [&](const Attribute& some) { return some.name == name; });
-  if (!description.empty() && !isListed) {
+  const auto has = [&](const std::string& wanted) {
+    return std::any_of(attributes.begin(), attributes.end(),
+                       [&](const Attribute& some) { return some.name == wanted; });
+  };
+  if (!description.empty() && !has(name)) {
     attributes.insert(attributes.begin(), Attribute{name, description});
+  }
+  // Times without a word on their calendar are those of the standard one.
+  const auto* const times = dynamic_cast<const memory::HasTimes*>(&data);
+  if (times != nullptr && times->calendar() != memory::Calendar::Standard && !has("calendar")) {
+    attributes.push_back({"calendar", memory::nameOf(times->calendar())});
   }
   return attributes;
 }

@@ -35,11 +35,12 @@ constexpr std::array<Unit, 8> UNITS = {{
     {" nanoseconds nanosecond nanosecs nanosec nsecs nsec ns ", 1, 1000},
 }};
 
+// The first name of a calendar is the one that it is given.
 constexpr std::array<std::pair<std::string_view, Calendar>, 9> CALENDARS = {{
-    {"", Calendar::Standard},
-    {"none", Calendar::Standard},
     {"standard", Calendar::Standard},
     {"gregorian", Calendar::Standard},
+    {"none", Calendar::Standard},
+    {"", Calendar::Standard},
     {"proleptic_gregorian", Calendar::ProlepticGregorian},
     {"julian", Calendar::Julian},
     {"noleap", Calendar::NoLeap},
@@ -167,6 +168,13 @@ std::optional<Calendar> calendarCalled(std::string_view name) {
       std::find_if(CALENDARS.begin(), CALENDARS.end(),
                    [&lower](const auto& calendar) { return calendar.first == lower; });
   return found == CALENDARS.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::string nameOf(Calendar calendar) {
+  const auto* const found =
+      std::find_if(CALENDARS.begin(), CALENDARS.end(),
+                   [calendar](const auto& known) { return known.second == calendar; });
+  return found == CALENDARS.end() ? "" : std::string(found->first);
 }
 
 std::optional<TimeUnits> TimeUnits::parse(std::string_view text, Calendar calendar) {

@@ -3,6 +3,7 @@
 #include <netcdf.h>
 #include <quillon/memory/AsciiText.h>
 #include <quillon/memory/ElementTypes.h>
+#include <quillon/memory/TimeUnits.h>
 #include <quillon/memory/Wording.h>
 
 #include <algorithm>
@@ -90,7 +91,7 @@ void addTimes(const Array& array, const memory::HasTimes& times, StoredType type
     throw Refusal(inQuotes(path) + " has times, but its unit " + inQuotes(unitOf(array)) +
                   " does not say since when they count");
   }
-  attributes.push_back({CALENDAR, calendarName(times.calendar())});
+  attributes.push_back({CALENDAR, memory::nameOf(times.calendar())});
   if (std::optional<AttributeValue> fill = fillOfTimes(array, times, type, path)) {
     attributes.insert(attributes.begin(), {FILL, std::move(*fill)});
   }

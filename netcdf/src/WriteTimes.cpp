@@ -78,21 +78,6 @@ const HasTimes* timesOf(const Array& array) {
   return isOfNumbers ? dynamic_cast<const HasTimes*>(&array) : nullptr;
 }
 
-std::string calendarName(memory::Calendar calendar) {
-  switch (calendar) {
-    case memory::Calendar::ProlepticGregorian:
-      return "proleptic_gregorian";
-    case memory::Calendar::Julian:
-      return "julian";
-    case memory::Calendar::NoLeap:
-      return "noleap";
-    case memory::Calendar::Day360:
-      return "360_day";
-    default:
-      return "standard";
-  }
-}
-
 std::optional<memory::AttributeValue> fillOfTimes(const Array& array, const HasTimes& times,
                                                   object_model::StoredType type,
                                                   const std::string& path) {

@@ -12,9 +12,6 @@ namespace quillon::netcdf {
 /// The array as an array of times; null where it is none or holds no numbers.
 const memory::HasTimes* timesOf(const object_model::Array& array);
 
-/// The CF conventions' name of the calendar.
-std::string calendarName(memory::Calendar calendar);
-
 /// The number that stands for missing times in the file, as an attribute of the values' type; none
 /// where no time of `array`, which is of whole numbers of that type, is missing. All times are
 /// read.

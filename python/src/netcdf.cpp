@@ -227,6 +227,10 @@ class FileEntries {
       // The gate keeps the original from being read when it is gone.
       const ConstArrayPointer borrowed(std::shared_ptr<void>(), &original);
       result = siblingOf(borrowed, original.getName(), m_file);
+      // Who makes dates of the numbers has to know it, as from a file.
+      if (times != nullptr && m_decode && times->calendar() != memory::Calendar::Standard) {
+        result->setAttribute("calendar", memory::nameOf(times->calendar()));
+      }
     }
     setCoordinates(original, *result);
     return result;

@@ -55,6 +55,10 @@ def test_times_that_numpy_does_not_have_are_numbers_with_their_unit(packed):
         for name, unit in (("odd", "days since 2001-02-28"), ("far", "days since 0001-01-01")):
             assert (file[name].dtype, file[name].unit) == (np.float64, unit)
             assert file[name].values.tolist() == [0, 1, 2]
+        assert file["odd"].attrs == {"calendar": "noleap"}
+        assert "calendar" not in file["time"].attrs
+        again = xarray.decode_cf(quillon.Dictionary({"odd": file["odd"]}).to_xarray())
+        assert again["odd"].values[1].isoformat() == "2001-03-01T00:00:00"
         table = file.to_table(variables=["odd", "far"])
         assert table["odd"].tolist() == [0, 1, 2]
         assert table.units["odd"] == "days since 2001-02-28"

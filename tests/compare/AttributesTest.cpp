@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <quillon/memory/TimeArray.h>
 
 #include "Support.h"
 
@@ -31,6 +32,26 @@ TEST(AttributesTest, DifferInValueOrAreOnOneSideOnly) {
                                 {{"c", std::vector<int>{1, 2}}, {"a", std::string("z")}}),
               ElementsAre("/@a: the attributes differ: 'x' and 'z'", "/@b: only in the first: 'y'",
                           "/@c: only in the second: '1, 2'"));
+}
+
+TEST(AttributesTest, CalendarsAreAttributesUnlessTheyAreTheStandardOne) {
+  const auto times = [](memory::Calendar calendar) {
+    return memory::TimeArray("t", {{"x", 1}}, {1}, calendar);
+  };
+  Options options;
+  options.attributes = true;
+  const memory::TimeArray standard = times(memory::Calendar::Standard);
+  const memory::TimeArray noLeap = times(memory::Calendar::NoLeap);
+  EXPECT_TRUE(compare(noLeap, noLeap, options).same);
+  EXPECT_THAT(linesOf(noLeap, standard, options),
+              ElementsAre("/@calendar: only in the first: 'noleap'"));
+  EXPECT_THAT(linesOf(noLeap, times(memory::Calendar::Day360), options),
+              ElementsAre("/@calendar: the attributes differ: 'noleap' and '360_day'"));
+  memory::TimeArray named = times(memory::Calendar::NoLeap);
+  named.setAttribute("calendar", std::string("365_day"));
+  EXPECT_THAT(linesOf(named, standard, options),
+              ElementsAre("/@calendar: only in the first: '365_day'"));
+  EXPECT_TRUE(compare(noLeap, standard).same);
 }
 
 TEST(AttributesTest, TypesDifferWhereTextsDoNot) {

@@ -183,6 +183,15 @@ TEST(Calendars, AreCalledAsTheConventionsSay) {
   }
 }
 
+TEST(Calendars, HaveTheFirstOfTheirNames) {
+  EXPECT_EQ(nameOf(STANDARD), "standard");
+  EXPECT_EQ(nameOf(Calendar::ProlepticGregorian), "proleptic_gregorian");
+  EXPECT_EQ(nameOf(Calendar::Julian), "julian");
+  EXPECT_EQ(nameOf(Calendar::NoLeap), "noleap");
+  EXPECT_EQ(nameOf(Calendar::Day360), "360_day");
+  EXPECT_EQ(nameOf(static_cast<Calendar>(99)), "");
+}
+
 RC_GTEST_PROP(TimeUnitsLaw, WholeNumbersGiveTheSameTimeInEveryType, ()) {
   const TimeUnits units = TimeUnits::parse("hours since 1850-06-15 12:00", STANDARD).value();
   const long number = *rc::gen::inRange(-100000000L, 100000000L);

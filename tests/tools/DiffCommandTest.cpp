@@ -232,6 +232,19 @@ TEST_F(DiffFilesTest, AttributesAreComparedWhereTheyAreAskedFor) {
                    "empty one"));
 }
 
+TEST_F(DiffFilesTest, CalendarsAreComparedAsAttributes) {
+  const auto times = [](const std::string& calendar) {
+    return "dimensions: x = 1 ; variables: int v(x) ; v:units = \"days since 2000-02-28\" ; " +
+           calendar + "data: v = 1 ;";
+  };
+  const std::string noleap = times("v:calendar = \"noleap\" ; ");
+  EXPECT_EQ(diffOf(noleap, noleap, {"--attributes"}), same());
+  EXPECT_EQ(diffOf(noleap, times("v:calendar = \"360_day\" ; "), {"--attributes"}),
+            different("/v@calendar: the attributes differ: 'noleap' and '360_day'\n"));
+  EXPECT_EQ(diffOf(noleap, times(""), {"--attributes"}),
+            different("/v@calendar: only in the first: 'noleap'\n"));
+}
+
 TEST_F(DiffFilesTest, OutputFileHoldsWhatWouldBePrinted) {
   const std::string line = "/v: 1 of 3 values differ; the largest delta is 2 at x=1: 2 and 4\n";
   const std::string first = ROW + "1, 2, 3 ;";

@@ -55,7 +55,8 @@ struct Options {
   /// Whether two missing values (NaN) are the same.
   bool nanEqual = true;
   /// Whether attributes are compared, where objects offer them (`memory::HasAttributes`), and
-  /// descriptions and the sizes of stored types with them.
+  /// descriptions, the sizes of stored types and calendars (`memory::HasTimes`) with them: one that
+  /// is not the standard one as the attribute `calendar`.
   bool attributes = false;
   /// Names of attributes that are left out.
   std::vector<std::string> ignoredAttributes;

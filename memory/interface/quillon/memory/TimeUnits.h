@@ -5,6 +5,7 @@
 #include <quillon/memory/Time.h>
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace quillon::memory {
@@ -13,6 +14,9 @@ namespace quillon::memory {
 /// no name at all, `proleptic_gregorian`, `julian`, `noleap` and `365_day`, `360_day`. None for
 /// others.
 [[nodiscard]] std::optional<Calendar> calendarCalled(std::string_view name);
+
+/// What the CF conventions call a calendar; the first of its names where it has several.
+[[nodiscard]] std::string nameOf(Calendar calendar);
 
 /// A unit of time and the point in time at which numbers of it begin.
 ///
