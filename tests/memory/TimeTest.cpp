@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <quillon/memory/Time.h>
+#include <quillon/memory/TimeUnits.h>
 #include <rapidcheck.h>
 #include <rapidcheck/gtest.h>
 
@@ -116,11 +117,6 @@ RC_GTEST_PROP(TimeTest, AnyTimeReadsBack, ()) {
   RC_ASSERT(span.has_value());
   RC_ASSERT(span->first == time);
   RC_ASSERT(span->last >= time);
-}
-
-std::string nameOf(Calendar calendar) {
-  const char* const names[] = {"Standard", "ProlepticGregorian", "Julian", "NoLeap", "Day360"};
-  return names[static_cast<std::size_t>(calendar)];
 }
 
 INSTANTIATE_TEST_SUITE_P(All, CalendarTest, ::testing::ValuesIn(CALENDARS),
