@@ -66,6 +66,7 @@ std::string pairInWords(const Value& first, const Value& second, const Paint& pa
   const auto* const a = std::get_if<std::string>(&first);
   const auto* const b = std::get_if<std::string>(&second);
   const Texts texts =
+      // never false: of two values that are shown together, both are texts or neither is
       a != nullptr && b != nullptr ? excerpts(*a, *b) : Texts(textOf(first), textOf(second));
   return paint.pair(texts);
 }

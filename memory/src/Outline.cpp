@@ -63,6 +63,7 @@ std::string aligned(const std::vector<Line>& lines) {
         row += "  " + line.at(i) + std::string(widths.at(i) - displayWidth(line.at(i)), ' ');
       }
     }
+    // never false: each row has a type, whose name is not empty
     while (!row.empty() && row.back() == ' ') {
       row.pop_back();
     }

@@ -14,6 +14,7 @@ std::string_view characterAtStart(std::string_view text) {
 
 /// The next character of a bracket's content, a backslash before it taken off.
 std::string_view takeListed(std::string_view& content) {
+  // never false: bracketEnd() leaves in the bracket what a backslash quotes
   if (content[0] == '\\' && content.size() > 1) {
     content.remove_prefix(1);
   }

@@ -64,9 +64,9 @@ const object_model::DynamicDictionary* Selection::asDynamicDictionary() const { 
 
 unsigned long Selection::getNumOfData() const { return m_names.size(); }
 
-void Selection::reservedDictionary0() const {}
+void Selection::reservedDictionary0() const {}  // never run: holds a place, never called
 
-void Selection::reservedDictionary1() const {}
+void Selection::reservedDictionary1() const {}  // never run: holds a place, never called
 
 std::string Selection::getDataName(int index) const {
   return m_names.at(static_cast<std::size_t>(index));

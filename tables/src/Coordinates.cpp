@@ -40,7 +40,7 @@ const Array* arrayIn(const Data* container, const std::string& name) {
     return nullptr;
   }
   const Data* entry = dictionary->data(name);
-  return entry == nullptr ? nullptr : entry->asArray();
+  return entry == nullptr ? nullptr : entry->asArray();  // never true: data() throws instead
 }
 
 /// Whether an array of another name than the axis stands among the variables: it labels the axis,
@@ -179,6 +179,7 @@ std::vector<Number> CoordinateValues::asNumbers() const {
     return *numbers;
   }
   std::vector<Number> result;
+  // never false: who asks knows that the values are no texts
   if (const auto* times = std::get_if<std::vector<long>>(&values)) {
     for (const long time : *times) {
       result.push_back(time == memory::MISSING_TIME ? std::nanl("") : static_cast<Number>(time));

@@ -112,11 +112,12 @@ class ArraySourceOf final : public ColumnSource {
 
   memory::TimeForm timeForm() const override {
     if constexpr (std::is_same_v<T, long>) {
+      // never false: Table asks only columns of times
       if (const memory::HasTimes* times = asTimes()) {
         return formOf(*times);
       }
     }
-    return memory::TimeForm::Date;
+    return memory::TimeForm::Date;  // never run: Table asks only columns of times
   }
 
   bool isInMemory() const override { return place().first != nullptr; }
@@ -219,6 +220,7 @@ class ArraySourceOf final : public ColumnSource {
              const std::vector<long>& steps, T* cells) const {
     memory::Block block = blockOf(start, extent);
     const std::size_t axis = axisToSplit(extent);
+    // never false: a block of more than one value has an axis to split
     if (block.count * sizeof(T) > BLOCK_BYTES && axis != NO_AXIS) {
       fetchHalves(start, extent, axis, steps, cells);
       return;
