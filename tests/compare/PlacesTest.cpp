@@ -2,6 +2,7 @@
 #include <object_model/InvalidCall.h>
 
 #include "Support.h"
+#include "support/BareArray.h"
 
 namespace quillon::compare {
 namespace {
@@ -98,6 +99,47 @@ TEST(PlacesTest, CoordinatesMayBeReadByTheirAccessor) {
   const auto numbers = std::make_shared<AccessorArray<long>>("x", std::vector<unsigned long>{2},
                                                              std::vector<long>{7, 8});
   EXPECT_THAT(linesAt({{"x", 2}}, {numbers}).at(1), "  0.5 at x=1 (8): 0 and 0.5");
+}
+
+TEST(PlacesTest, ArraysThatOfferNoCoordinatesHavePlaces) {
+  const std::string difference =
+      "/: 1 of 2 values differ; the largest delta is 0.5 at time=1: 0 and 0.5";
+  const ::test::BareArray zeros("a", {{"time", 2}}, {0, 0});
+  const ::test::BareArray half("a", {{"time", 2}}, {0, 0.5});
+  EXPECT_THAT(lines(compare(zeros, half), {20, 1}),
+              ElementsAre(difference, "  0.5 at time=1: 0 and 0.5"));
+  RichArray located("a", {{"time", 2}}, {0, 0.5});
+  located.located = {times({0, 15'187 * DAY})};
+  EXPECT_THAT(lines(compare(zeros, located), {20, 1}),
+              ElementsAre(difference, "  0.5 at time=1 (2011-08-01): 0 and 0.5"));
+}
+
+/// Times that cannot be read.
+class ClosedTimes final : public memory::ArrayBase, public memory::HasTimes {
+ public:
+  ClosedTimes() : ArrayBase("time", object_model::ElementType::Double, {{"time", 2}}) {}
+  memory::Calendar calendar() const override { return memory::Calendar::Standard; }
+  void readTimes(const unsigned long* /*start*/, const unsigned long* /*extent*/,
+                 long* /*destination*/) const override {
+    throw std::runtime_error("closed");
+  }
+};
+
+TEST(PlacesTest, TimesThatCannotBeReadAreLeftOut) {
+  EXPECT_THAT(linesAt({{"time", 2}}, {std::make_shared<ClosedTimes>()}),
+              ElementsAre("/: 1 of 2 values differ; the largest delta is 0.5 at time=1: 0 and 0.5",
+                          "  0.5 at time=1: 0 and 0.5"));
+}
+
+TEST(PlacesTest, PairsWithoutADeltaAreNotListedBesideThoseWithOne) {
+  Options options;
+  options.largest = 2;
+  const Report report =
+      compare(row<double>("a", {1, 1}), row<double>("a", {NOT_A_NUMBER, 2}), options);
+  EXPECT_THAT(lines(report, {20, 2}),
+              ElementsAre("/: 2 of 2 values differ, 1 missing in one file alone; the largest delta "
+                          "is 1 at x=1: 1 and 2",
+                          "  1 at x=1: 1 and 2"));
 }
 
 }  // namespace
