@@ -151,5 +151,35 @@ TEST(PathRulesTest, EntryThatFailsIsNoTroubleForAPattern) {
               ElementsAre("/thrown: not compared: gone"));
 }
 
+TEST(PathRulesTest, EmptyPatternIsThePathOfTheRoot) {
+  EXPECT_THAT(differing(ignoring({""})), ElementsAre("/a", "/a[1]", "/a1", "/g/a", "/g/b"));
+  EXPECT_TRUE(
+      compare(row<double>("a", {1}), row<double>("a", {2}), tolerating({{"", {1, 0}}})).same);
+}
+
+TEST(PathRulesTest, PatternsOfPathsThatAreNotBelowTheRootMatchNothing) {
+  const auto make = [](double value) {
+    return dictionary("cells", row<double>("x*", {value}), row<double>("x1", {value}));
+  };
+  Options options = ignoring({"/other/x*", "/cellsX/x*", "/x*"});
+  options.root = "/cells";
+  const std::string differs = ": 1 of 1 values differ; the largest delta is 1 at x=0: 1 and 2";
+  EXPECT_THAT(linesOf(make(1), make(2), options),
+              ElementsAre("/cells/x*" + differs, "/cells/x1" + differs));
+}
+
+TEST(PathRulesTest, EntryThatIsNoneIsNoTroubleForAPattern) {
+  const LooseDictionary none({"a"}, nullptr);
+  EXPECT_THAT(linesOf(none, none, ignoring({"/a/*"})),
+              ElementsAre("/a: not compared: neither side has an object there"));
+}
+
+TEST(PathRulesTest, EntryThatFailsInItsOwnWayIsNoTroubleForAPattern) {
+  const memory::DoubleArray entry = row<double>("a", {1});
+  const LooseDictionary failing({"closed"}, &entry);
+  EXPECT_THAT(linesOf(failing, failing, ignoring({"/closed/a[1]"})),
+              ElementsAre("/closed: not compared: shut"));
+}
+
 }  // namespace
 }  // namespace quillon::compare

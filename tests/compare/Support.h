@@ -1,5 +1,6 @@
 #pragma once
 
+#include <object_model/InvalidCall.h>
 #include <quillon/compare/Compare.h>
 #include <quillon/compare/Text.h>
 #include <quillon/memory/Facets.h>
@@ -226,6 +227,9 @@ class LooseDictionary final : public object_model::Dictionary {
   const object_model::Data* data(const std::string& name) const override {
     if (name == "thrown") {
       throw std::out_of_range("gone");
+    }
+    if (name == "closed") {
+      throw object_model::InvalidCall("shut");
     }
     return m_entry;
   }
