@@ -136,5 +136,26 @@ TEST(AttributesTest, DescriptionGoesBeforeTheOthersUnlessItIsAmongThem) {
                                                          "'named'"));
 }
 
+TEST(AttributesTest, ObjectsThatOfferNoneHaveTheirDescription) {
+  Options options;
+  options.attributes = true;
+  const LooseDictionary none({}, nullptr);
+  EXPECT_THAT(linesOf(none, none, options), IsEmpty());
+  EXPECT_THAT(linesOf(none, Dictionary("d", "A"), options),
+              ElementsAre("/@title: only in the second: 'A'"));
+}
+
+TEST(AttributesTest, NumbersDifferFromOthersAndFromMissingOnes) {
+  EXPECT_THAT(linesOfAttributes({{"a", std::vector<double>{1}},
+                                 {"b", std::vector<double>{NOT_A_NUMBER}},
+                                 {"c", std::vector<double>{2}}},
+                                {{"a", std::vector<double>{2}},
+                                 {"b", std::vector<double>{2}},
+                                 {"c", std::vector<double>{NOT_A_NUMBER}}}),
+              ElementsAre("/@a: the attributes differ: '1' and '2'",
+                          "/@b: the attributes differ: 'nan' and '2'",
+                          "/@c: the attributes differ: '2' and 'nan'"));
+}
+
 }  // namespace
 }  // namespace quillon::compare

@@ -149,5 +149,14 @@ TEST_F(ChoiceTest, AnEntryThatIsNoneCanBeChosen) {
   EXPECT_THAT(choose(none, none, {}).first, ElementsAre("a"));
 }
 
+TEST_F(ChoiceTest, ANameThatOccursTwiceIsChosenOnce) {
+  const memory::DoubleArray entry = row<double>("a", {1});
+  const LooseDictionary twice({"a", "a"}, &entry);
+  const Chosen all = choose(twice, twice, {});
+  EXPECT_THAT(all.paths, ElementsAre("a"));
+  EXPECT_THAT(all.first, ElementsAre("a"));
+  EXPECT_THAT(all.second, ElementsAre("a"));
+}
+
 }  // namespace
 }  // namespace quillon::compare

@@ -443,5 +443,33 @@ TEST(CompareTest, FiguresFromElsewhereAreNotAskedForTimesOfDifferentUnits) {
                                                   "and 'hours since 2000-01-01'"));
 }
 
+TEST(CompareTest, DictionariesAndNumbersAreNotComparedByValue) {
+  const DictionaryArray dictionaries("a", {{"x", 6}}, items(1));
+  const DoubleArray numbers = row<double>("a", std::vector<double>(6));
+  const Report report = compare(dictionaries, numbers);
+  EXPECT_EQ(text(report), "/: the element types differ: Dictionary and Double");
+  EXPECT_EQ(report.values, 0);
+  EXPECT_EQ(text(compare(numbers, dictionaries)),
+            "/: the element types differ: Double and Dictionary");
+}
+
+TEST(CompareTest, TextsDifferFromNumbersThatAreDecoded) {
+  Options options;
+  options.isDecoded = [](const object_model::Array&) { return true; };
+  EXPECT_EQ(text(compare(row<long>("a", {1}), row<std::string>("a", {"1"}), options)),
+            "/: the element types differ: Int and String");
+}
+
+TEST(CompareTest, SizesOfTypesAreComparedWhereBothSidesHaveOne) {
+  const AccessorArray<double> plain("a", {2}, {0.5, 1.5});
+  const StoredArray<float> stored("a", {2}, {0.5F, 1.5F});
+  for (const bool withAttributes : {true, false}) {
+    Options options;
+    options.attributes = withAttributes;
+    EXPECT_EQ(text(compare(plain, stored, options)), "the same: 2 values") << withAttributes;
+    EXPECT_EQ(text(compare(stored, plain, options)), "the same: 2 values") << withAttributes;
+  }
+}
+
 }  // namespace
 }  // namespace quillon::compare
