@@ -51,6 +51,14 @@ TEST(ValuesComparisonTest, InfinitiesAreTheSameOnlyAsThemselves) {
   EXPECT_EQ(differing(1.0, 1e300, within(INFINITE)), 0);
 }
 
+TEST(ValuesComparisonTest, InfiniteRelativeToleranceIsNoneForZeros) {
+  const Options relative = within(0, INFINITE);
+  EXPECT_EQ(differing(1L, 0L, relative), 1);
+  EXPECT_EQ(differing(1.0, 0.0, relative), 1);
+  EXPECT_EQ(differing(0L, 1L, relative), 0);
+  EXPECT_EQ(differing(0.0, 1.0, relative), 0);
+}
+
 TEST(ValuesComparisonTest, MissingValuesAreTheSameUnlessTheyDiffer) {
   EXPECT_EQ(differing(NOT_A_NUMBER, NOT_A_NUMBER), 0);
   EXPECT_EQ(differing(NOT_A_NUMBER, 1.0, within(INFINITE)), 1);
@@ -274,10 +282,12 @@ class BytesArray final : public memory::ArrayBase,
                          public object_model::BulkValues,
                          public memory::HasStoredBytes {
  public:
-  BytesArray(unsigned long size, double value, std::set<unsigned long> unknown = {})
+  BytesArray(unsigned long size, double value, std::set<unsigned long> unknown = {},
+             unsigned long chunk = 1UL << 18U)
       : ArrayBase("a", object_model::ElementType::Double, {memory::Axis("x", size)}),
         m_value(value),
-        m_unknown(std::move(unknown)) {}
+        m_unknown(std::move(unknown)),
+        m_chunk(chunk) {}
 
   object_model::StoredType storedType() const override { return object_model::StoredType::Float64; }
   void readValues(const unsigned long* start, const unsigned long* extent,
@@ -301,7 +311,7 @@ class BytesArray final : public memory::ArrayBase,
  private:
   double m_value;
   std::set<unsigned long> m_unknown;
-  unsigned long m_chunk = 1UL << 18U;
+  unsigned long m_chunk;
 };
 
 constexpr unsigned long BLOCK = 1UL << 20U;  // values of the blocks in which chunks are fetched
@@ -332,6 +342,21 @@ TEST(ValuesComparisonTest, BlockWhoseBytesAreNotKnownToBeTheSameIsRead) {
   EXPECT_EQ(exact.rows[0].count, 1);
   EXPECT_EQ(exact.rows[0].largest[0].at.at(0).index, 2 * BLOCK);
   EXPECT_EQ(exact.values, 2 * BLOCK + 1);
+}
+
+TEST(ValuesComparisonTest, ChunkTooLargeForABlockIsReadInParts) {
+  constexpr unsigned long PART = 1UL << 17U;  // values of the blocks that caches hold
+  const BytesArray first(2 * BLOCK + 1, 1, {2 * BLOCK}, 2 * BLOCK + 1);
+  const BytesArray second(2 * BLOCK + 1, 2, {}, 2 * BLOCK + 1);
+  EXPECT_EQ(text(compare(first, second)),
+            "/: 1 of 2097153 values differ; the largest delta is 1 at x=2097152: 1 and 2");
+  std::vector<unsigned long> starts(17);
+  for (std::size_t k = 0; k < starts.size(); ++k) {
+    starts[k] = k * PART;
+  }
+  EXPECT_EQ(first.asked, starts);
+  EXPECT_THAT(first.reads, ElementsAre(2 * BLOCK));
+  EXPECT_THAT(second.reads, ElementsAre(2 * BLOCK));
 }
 
 TEST(ValuesComparisonTest, BytesTellNothingWhereNanDiffersFromItself) {
