@@ -16,6 +16,7 @@
 #include <tuple>
 
 #include "TestArrays.h"
+#include "support/BareArray.h"
 #include "support/Properties.h"
 #include "support/Thrown.h"
 
@@ -110,6 +111,63 @@ TEST(TableTest, ReadsArraysOfFilesInBlocksOfLimitedSize) {
   }
   EXPECT_LE(stored.largestBlock, 1UL << 19U);
   EXPECT_LE(stored.blocks, 8U);
+}
+
+TEST(TableTest, OnePlaneOfAFileIsReadAlone) {
+  Dictionary data("data");
+  auto& stored = data.add(Stored<double>("a", {{"x", 3}, {"y", 2}}, countedUp<double>(6)));
+  Request request;
+  request.selections = {{"y", Position{0}}};
+  EXPECT_THAT(cellsOf<double>(Table(data, plan(data, request)), 2), ElementsAre(0, 1, 2));
+  request.selections = {{"y", Position{1}}};
+  EXPECT_THAT(cellsOf<double>(Table(data, plan(data, request)), 2), ElementsAre(3, 4, 5));
+  EXPECT_EQ(stored.blocks, 2U);
+  EXPECT_EQ(stored.largestBlock, 3U);
+}
+
+TEST(TableTest, PartsOfALargeBlockGoBetweenEachOther) {
+  constexpr unsigned long SIZE = 300'000;
+  Dictionary data("data");
+  auto& stored =
+      data.add(Stored<double>("a", {{"x", SIZE}, {"y", 2}}, countedUp<double>(2 * SIZE)));
+  const std::vector<double> cells =
+      cellsOf<double>(Table(data, plan(data, withIndex({"y", "x"}))), 2);
+  ASSERT_EQ(cells.size(), 2 * SIZE);
+  for (unsigned long row = 0; row < cells.size(); ++row) {
+    ASSERT_EQ(cells[row], static_cast<double>(row / 2 + SIZE * (row % 2)));
+  }
+  EXPECT_EQ(stored.blocks, 2U);
+  EXPECT_EQ(stored.largestBlock, SIZE);
+}
+
+TEST(TableTest, PartsOfALargeBlockAreRepeatedAlongOtherAxes) {
+  Dictionary data("data");
+  auto& stored = data.add(Stored<double>("a", {{"x", 600'001}}, countedUp<double>(600'001)));
+  data.add(DoubleArray("b", {{"u", 2}, {"v", 2}}, countedUp<double>(4)));
+  Request request = withIndex({"u", "x", "v"});
+  request.selections = {{"x", PositionRange{0, {}, 600'000}}};
+  const Table table(data, plan(data, request));
+  EXPECT_THAT(namesOf(table), ElementsAre("u", "x", "v", "a", "b"));
+  EXPECT_THAT(cellsOf<double>(table, 3),
+              ElementsAre(0, 0, 600'000, 600'000, 0, 0, 600'000, 600'000));
+  EXPECT_THAT(cellsOf<double>(table, 4), ElementsAre(0, 1, 0, 1, 2, 3, 2, 3));
+  EXPECT_EQ(stored.largestBlock, 1U);
+}
+
+TEST(TableTest, RunsEndWhereBlocksOfTheFirstStoredArrayDo) {
+  constexpr unsigned long SIZE = 600'000;
+  Dictionary data("data");
+  data.add(Stored<double>("a", {{"x", SIZE}, {"y", 1}}, countedUp<double>(SIZE))).chunks = {100'000,
+                                                                                            1};
+  data.add(Stored<double>("b", {{"x", SIZE}}, countedUp<double>(SIZE))).chunks = {70'000};
+  Request request;
+  request.selections = {{"y", Position{0}}};
+  const Table table(data, plan(data, request));
+  EXPECT_THAT(namesOf(table), ElementsAre("y", "x", "a", "b"));
+  EXPECT_EQ(table.runFrom(0), 200'000U);  // of 2^20 / 4 cells of each column
+  EXPECT_EQ(table.runFrom(200'000), 200'000U);
+  request.selections.push_back({"x", PositionRange{{}, {}, 2}});
+  EXPECT_EQ(Table(data, plan(data, request)).runFrom(0), 250'000U);
 }
 
 TEST(TableTest, WideStepsDoNotReadWhatLiesBetween) {
@@ -263,7 +321,7 @@ TEST(TableTest, FormOfManyTimesIsSeenInTheFirstThatIsNoMidnight) {
   }
 }
 
-/// Integers that are read by their accessor alone.
+/// Integers or truth values that are read by their accessor alone.
 template <class T>
 class Plain final : public memory::ArrayBase {
  public:
@@ -275,6 +333,9 @@ class Plain final : public memory::ArrayBase {
   }
   unsigned long getValueAsUInt(const object_model::Tuple& index) const override {
     return static_cast<unsigned long>(m_values[index[0]]);
+  }
+  bool getValueAsBoolean(const object_model::Tuple& index) const override {
+    return m_values[index[0]] != T();
   }
 
  private:
@@ -289,6 +350,16 @@ TEST(TableTest, IntegersWithoutBulkValuesStayIntegers) {
   const Table table(data, plan(data));
   EXPECT_THAT(cellsOf<long>(table, 1), ElementsAre(lowest, 2));
   EXPECT_THAT(cellsOf<unsigned long>(table, 2), ElementsAre(~0UL, 2));
+}
+
+TEST(TableTest, TruthValuesWithoutBulkValuesStayTruthValues) {
+  Dictionary data("data");
+  data.add(Plain<bool>("b", {true, false}));
+  const Table table(data, plan(data));
+  EXPECT_EQ(table.columns()[1].type, ColumnType::Boolean);
+  bool truths[2] = {};
+  table.read(1, 0, 2, truths);
+  EXPECT_THAT(truths, ElementsAre(true, false));
 }
 
 /// Integers the lowest of which stands for none.
@@ -363,6 +434,41 @@ TEST(TableTest, CoordinatesThatAreGoneAreRefused) {
   other.add(Labelled("v", {{"x", 2}}, {1, 2}, {nullptr}));
   EXPECT_EQ(::test::thrownBy<Error>([&] { Table(other, planned); }),
             "The table was planned with an array 'v' that is not there any more");
+  Dictionary bare("data");
+  bare.add(std::make_unique<::test::BareArray>("v", std::vector<memory::Axis>{{"x", 2}},
+                                               std::vector<double>{1, 2}));
+  EXPECT_EQ(::test::thrownBy<Error>([&] { Table(bare, planned); }),
+            "The table was planned with an array 'v' that is not there any more");
+}
+
+TEST(TableTest, CoordinatesAreReadFromTheDictionaryAround) {
+  Dictionary data("data");
+  data.add(DoubleArray("t", {{"t", 2}}, {10, 20}));
+  Dictionary inner("inner");
+  inner.add(DoubleArray("a", {{"t", 2}}, {1, 2}));
+  const auto& placed = data.add(std::move(inner));
+  const Plan planned = plan(placed);
+  const Table table(placed, planned);
+  EXPECT_THAT(namesOf(table), ElementsAre("t", "a"));
+  EXPECT_THAT(cellsOf<double>(table, 0), ElementsAre(10, 20));
+  EXPECT_THAT(cellsOf<double>(table, 1), ElementsAre(1, 2));
+  Dictionary alone("inner");
+  alone.add(DoubleArray("a", {{"t", 2}}, {1, 2}));
+  EXPECT_EQ(::test::thrownBy<Error>([&] { Table(alone, planned); }),
+            "The table was planned with an array 't' that is not there any more");
+}
+
+TEST(TableTest, CoordinatesAreReadFromAroundAnArrayOfDictionaries) {
+  Dictionary data("data");
+  data.add(DoubleArray("t", {{"t", 2}}, {10, 20}));
+  std::vector<Dictionary> elements;
+  elements.emplace_back("element").add(DoubleArray("a", {{"t", 2}}, {1, 2}));
+  const auto& array = data.add(memory::DictionaryArray("d", {{"x", 1}}, std::move(elements)));
+  const Dictionary& element = array.value(0);
+  const Table table(element, plan(element));
+  EXPECT_THAT(namesOf(table), ElementsAre("t", "a"));
+  EXPECT_THAT(cellsOf<double>(table, 0), ElementsAre(10, 20));
+  EXPECT_THAT(cellsOf<double>(table, 1), ElementsAre(1, 2));
 }
 
 TEST(TableTest, PositionsMayBeReadFromAnyRowOn) {

@@ -79,6 +79,11 @@ class Stored final : public memory::ArrayBase, public object_model::BulkValues {
                    [](auto value) { return static_cast<T>(value); });
   }
 
+  const unsigned long* chunkExtents() const override {
+    return chunks.empty() ? nullptr : chunks.data();
+  }
+
+  std::vector<unsigned long> chunks;  ///< one extent for each dimension; empty for none
   mutable unsigned long largestBlock = 0;
   mutable unsigned long blocks = 0;
 
