@@ -8,6 +8,7 @@
 #include <tuple>
 
 #include "TestArrays.h"
+#include "support/BareArray.h"
 
 namespace quillon::tables {
 namespace {
@@ -373,6 +374,44 @@ TEST_F(PlanTest, NothingToShowIsAnErrorThatSaysWhy) {
   EXPECT_EQ(error({}),
             "The dictionary has no variables that the table could hold: 'z' (it holds complex "
             "numbers)");
+  m_data.add(memory::DictionaryArray("d", {{"x", 0}}, {}));
+  EXPECT_EQ(error({}),
+            "The dictionary has no variables that the table could hold: 'z' (it holds complex "
+            "numbers), 'd' (it holds dictionaries)");
+}
+
+TEST_F(PlanTest, AnIndexOfNothingNeedsAColumn) {
+  add("a", "x0 y2");
+  EXPECT_EQ(error(withIndex({})),
+            "The dictionary has no variables that the table could hold: 'a' (it has no values "
+            "along its axis 'x')");
+  Request request = selecting("y=0");
+  request.index = Names{};
+  EXPECT_THAT(columns(request), ElementsAre("y"));
+  EXPECT_THAT(notes(request), ElementsAre("'a' is not in the table: it has no values along its "
+                                          "axis 'x'"));
+}
+
+TEST_F(PlanTest, ACoordinateWithoutValuesIsNotedWhereItIsNamed) {
+  add("x", "x0");
+  add("b", "t3");
+  Request request = withVariables({"x", "b"});
+  request.index = Names{"t"};
+  EXPECT_THAT(columns(request), ElementsAre("t", "b"));
+  EXPECT_THAT(notes(request), ElementsAre("'x' is not in the table: it has no values along its "
+                                          "axis 'x'"));
+}
+
+TEST_F(PlanTest, WhatIsOfAnUnknownTypeOrOfDictionariesIsNoted) {
+  class Unknown final : public memory::ArrayBase {
+   public:
+    Unknown() : ArrayBase("odd", static_cast<object_model::ElementType>(99), {{"x", 3}}) {}
+  };
+  add("a", "x3");
+  m_data.add(std::make_unique<Unknown>());
+  m_data.add(memory::DictionaryArray("d", {{"n", 0}}, {}));
+  EXPECT_THAT(notes(), ElementsAre("'odd' is not in the table: it holds values of element type 99",
+                                   "'d' is not in the table: it holds dictionaries"));
 }
 
 TEST_F(PlanTest, ColumnsNeverShareAName) {
@@ -496,6 +535,71 @@ TEST_F(PlanTest, WhatIsUnreadableIsNotedWhereItIsChosen) {
   EXPECT_THAT(notes(request), IsEmpty());
   request.variables = Names{"a", "bad"};
   EXPECT_THAT(notes(request), ElementsAre("'bad' is not in the table: it is of a type of its own"));
+}
+
+/// Numbers along t and x that claim to have an array as their coordinates along t.
+class Claiming final : public memory::ArrayBase {
+ public:
+  explicit Claiming(std::shared_ptr<const object_model::Array> claimed)
+      : ArrayBase("a", object_model::ElementType::Double, {{"t", 2}, {"x", 3}}),
+        m_claimed(std::move(claimed)) {}
+  std::shared_ptr<const object_model::Array> coordinates(unsigned long dimension) const override {
+    return dimension == 0 ? m_claimed : nullptr;
+  }
+
+ private:
+  std::shared_ptr<const object_model::Array> m_claimed;
+};
+
+TEST_F(PlanTest, CoordinatesThatAnArrayKnowsMustFitTheAxis) {
+  const auto columnsWith = [](std::shared_ptr<const object_model::Array> claimed) {
+    Dictionary data("data");
+    data.add(std::make_unique<Claiming>(std::move(claimed)));
+    Names names;
+    for (const PlannedColumn& column : plan(data, withIndex({"x"})).columns) {
+      names.push_back(column.name);
+    }
+    return names;
+  };
+  const auto known =
+      std::make_shared<StringArray>("k", std::vector<Axis>{{"t", 2}}, Names{"early", "late"});
+  EXPECT_THAT(columnsWith(known), ElementsAre("x", "a[t=early]", "a[t=late]"));
+  const auto plane = std::make_shared<StringArray>("k", std::vector<Axis>{{"t", 2}, {"y", 1}},
+                                                   Names{"early", "late"});
+  EXPECT_THAT(columnsWith(plane), ElementsAre("x", "a[t=0]", "a[t=1]"));
+  const auto longer =
+      std::make_shared<StringArray>("k", std::vector<Axis>{{"t", 3}}, Names{"a", "b", "c"});
+  EXPECT_THAT(columnsWith(longer), ElementsAre("x", "a[t=0]", "a[t=1]"));
+  const auto complex = std::make_shared<memory::ComplexArray>("k", std::vector<Axis>{{"t", 2}},
+                                                              std::vector<std::complex<double>>(2));
+  EXPECT_THAT(columnsWith(complex), ElementsAre("x", "a[t=0]", "a[t=1]"));
+}
+
+TEST_F(PlanTest, OwnCoordinatesCalledAsTheirAxisAreNoLabels) {
+  const auto known =
+      std::make_shared<StringArray>("t", std::vector<Axis>{{"t", 2}}, Names{"early", "late"});
+  m_data.add(Labelled("a", {{"t", 2}, {"x", 3}}, countedUp<double>(6), {known, nullptr}));
+  add("t", "t2");
+  EXPECT_THAT(columns(withIndex({"x"})), ElementsAre("x", "a[t=early]", "a[t=late]"));
+}
+
+TEST_F(PlanTest, ArraysThatKnowNoCoordinatesHaveThoseOfTheDictionary) {
+  m_data.add(std::make_unique<::test::BareArray>("a", std::vector<Axis>{{"t", 2}, {"x", 3}},
+                                                 countedUp<double>(6)));
+  m_data.add(DoubleArray("t", {{"t", 2}}, {0.5, 2}));
+  EXPECT_THAT(columns(withIndex({"x"})), ElementsAre("x", "a[t=0.5]", "a[t=2]"));
+}
+
+TEST_F(PlanTest, CoordinatesMayBeNegativeIntegers) {
+  add("a", "c2 t3");
+  m_data.add(IntArray("c", {{"c", 2}}, {-5, 7}));
+  EXPECT_THAT(columns(withIndex({"t"})), ElementsAre("t", "a[c=-5]", "a[c=7]"));
+}
+
+TEST_F(PlanTest, CoordinatesMayBeReadByTheirAccessor) {
+  add("a", "c2 t3");
+  m_data.add(Labelled("c", {{"c", 2}}, {0.1, 500}, {}));
+  EXPECT_THAT(columns(withIndex({"t"})), ElementsAre("t", "a[c=0.1]", "a[c=500]"));
 }
 
 }  // namespace
