@@ -85,5 +85,57 @@ TEST(ColumnSourceTest, WritersLeaveOutWhatIsMissing) {
             "[3 rows x 4 columns]\n");
 }
 
+/// Integers in the least that a source has to say, all of which may be missing.
+class LeastSource final : public ColumnSource {
+ public:
+  explicit LeastSource(ColumnType type) : m_type(type) {}
+  void describe(Column& column) const override {
+    column.name = "least";
+    column.type = m_type;
+    column.isNullable = true;
+  }
+  void read(unsigned long firstRow, unsigned long count, void* destination) const override {
+    const long cells[] = {memory::MISSING_TIME, 0, 1};
+    std::copy_n(cells + firstRow, count, static_cast<long*>(destination));
+  }
+
+ private:
+  ColumnType m_type;
+};
+
+Table leastTable(ColumnType type) {
+  std::vector<std::unique_ptr<ColumnSource>> columns;
+  columns.push_back(std::make_unique<LeastSource>(type));
+  return {std::move(columns), 3};
+}
+
+TEST(ColumnSourceTest, NothingIsMissingUnlessTheSourceOrAValueSaysSo) {
+  EXPECT_THAT(missingOf(leastTable(ColumnType::Int64), 0), ElementsAre(false, false, false));
+  EXPECT_THAT(missingOf(leastTable(ColumnType::Time), 0), ElementsAre(true, false, false));
+}
+
+TEST(ColumnSourceTest, TimesAreDatesUnlessTheSourceSaysOtherwise) {
+  EXPECT_EQ(leastTable(ColumnType::Time).timeForm(0), memory::TimeForm::Date);
+}
+
+TEST(ColumnSourceTest, FloatsThatAreNoNumbersAreMissing) {
+  std::vector<std::unique_ptr<ColumnSource>> columns;
+  columns.push_back(std::make_unique<SomeCells<float>>(
+      "f", ColumnType::Float32, std::vector<float>{1, std::nanf(""), 2}, std::vector<bool>()));
+  columns.push_back(std::make_unique<SomeCells<int>>(
+      "i", ColumnType::Int32, std::vector<int>{1, 2, 3}, std::vector<bool>()));
+  const Table table(std::move(columns), 3);
+  EXPECT_THAT(missingOf(table, 0), ElementsAre(false, true, false));
+  EXPECT_THAT(missingOf(table, 1), ElementsAre(false, false, false));
+}
+
+TEST(ColumnSourceTest, NoCellsAreNeitherMissingNorThere) {
+  const Table table = nullables();
+  bool missing[1] = {true};
+  table.readMissing(0, 3, 0, missing);
+  table.readMissing(3, 3, 0, missing);
+  EXPECT_THAT(missing, ElementsAre(true));
+}
+
 }  // namespace
 }  // namespace quillon::tables
