@@ -131,6 +131,8 @@ INSTANTIATE_TEST_SUITE_P(
                     "The axis 'q' has no coordinate 'dapi'; it has DAPI, GFP, a:b"},
         RefusedCase{"NoNumber", levels(), "@high",
                     "The coordinates of the axis 'q' are numbers, and 'high' is none"},
+        RefusedCase{"NumberWithMoreBehindIt", levels(), "@5x",
+                    "The coordinates of the axis 'q' are numbers, and '5x' is none"},
         RefusedCase{"NotANumber", levels(), "@nan",
                     "The coordinates of the axis 'q' are numbers, and 'nan' is none"},
         RefusedCase{"NoTime", days(), "@500",
@@ -198,6 +200,13 @@ TEST(ChoiceTest, ATimeIsNoNumber) {
             "The coordinates of the axis 'l' are numbers, and '1970-01-01T00:00:00' is none");
 }
 
+TEST(ChoiceTest, NothingIsNearestToWhatIsNoNumber) {
+  const CoordinateAxis some = levels();
+  EXPECT_EQ(::test::thrownBy<Error>(
+                [&] { choose(Nearest{std::nan("")}, "l", some.size, &some.coordinates); }),
+            "The coordinates of the axis 'l' are numbers, and 'nan' is none");
+}
+
 TEST(ChoiceTest, TruthValuesAreTexts) {
   const CoordinateValues values = valuesOf(memory::BooleanArray("l", {{"l", 2}}, {false, true}));
   EXPECT_THAT(values.asTexts(), ::testing::ElementsAre("false", "true"));
@@ -230,7 +239,7 @@ TEST_P(NoSelectionTest, IsRefused) {
 
 INSTANTIATE_TEST_SUITE_P(Texts, NoSelectionTest,
                          ::testing::Values("", "time", "time=", "=3", "time=x", "time=1:2:3",
-                                           "time=@", "time=1:x", "time=1.5"));
+                                           "time=@", "time=1:x", "time=x:1", "time=1.5"));
 
 }  // namespace
 }  // namespace quillon::tables

@@ -59,5 +59,28 @@ TEST(MarkdownTest, TextsMakeNoLinksAndNoPictures) {
             "| 1 | ![a\\](b) [c] (d)] |\n");
 }
 
+TEST(MarkdownTest, UnderlinesWithinWordsNeedNoEscape) {
+  memory::Dictionary data("data");
+  data.add(memory::StringArray(
+      "s", {{"x", 13}},
+      {"1_2", "A_B", "Z_a", "a_.", "._a", "a_{", "a_[", "a_:", "_a", "a_", "0_9", "a_/", "a_@"}));
+  EXPECT_EQ(markdown(data, {0, 6, 0}),
+            "| x | s |\n"
+            "| ---: | :--- |\n"
+            "| 0 | 1_2 |\n"
+            "| 1 | A_B |\n"
+            "| 2 | Z_a |\n"
+            "| 3 | a\\_. |\n"
+            "| 4 | .\\_a |\n"
+            "| 5 | a\\_{ |\n"
+            "| 6 | a\\_[ |\n"
+            "| 7 | a\\_: |\n"
+            "| 8 | \\_a |\n"
+            "| 9 | a\\_ |\n"
+            "| 10 | 0_9 |\n"
+            "| 11 | a\\_/ |\n"
+            "| 12 | a\\_@ |\n");
+}
+
 }  // namespace
 }  // namespace quillon::tables

@@ -147,5 +147,10 @@ TEST_F(TextWriterTest, UnitsMayBeTheWidestOfAColumn) {
             "[1 row x 2 columns]\n");
 }
 
+TEST_F(TextWriterTest, ASingleColumnIsShownWhateverItsWidth) {
+  m_data.add(DoubleArray("one", {}, {1.25}));
+  EXPECT_EQ(text({10, 6, 1}), " one\n1.25\n[1 row x 1 column]\n");
+}
+
 }  // namespace
 }  // namespace quillon::tables
