@@ -68,16 +68,21 @@ TEST_F(OutputTargetTest, LinksInACircleLeadNowhere) {
             std::errc::too_many_symbolic_link_levels);
 }
 
+int errorFor(const std::string& path) {
+  struct stat status = {};
+  ::stat(path.c_str(), &status);
+  return errorOfReplacing(path, status);
+}
+
 TEST_F(OutputTargetTest, DirectoriesCannotBeReplaced) {
-  const auto errorFor = [](const std::string& path) {
-    struct stat status = {};
-    ::stat(path.c_str(), &status);
-    return errorOfReplacing(path, status);
-  };
   std::ofstream(m_scratch.path("file")) << "text";
   EXPECT_EQ(errorFor(m_scratch.path()), EISDIR);
   EXPECT_EQ(errorFor(m_scratch.path("file")), 0);
   EXPECT_EQ(errorFor("/dev/null"), 0);
+}
+
+TEST_F(OutputTargetTest, WhatIsGoneCannotBeReplaced) {
+  EXPECT_EQ(errorFor(m_scratch.path("gone")), ENOENT);
 }
 
 }  // namespace

@@ -109,6 +109,30 @@ TEST_F(TemporaryFileTest, WhatCannotBeMovedLeavesNothing) {
   EXPECT_THAT(m_scratch.entries(), ElementsAre("new"));
 }
 
+TEST_F(TemporaryFileTest, WhoseDirectoryIsGoneCannotBeMoved) {
+  std::filesystem::create_directory(m_scratch.path("inner"));
+  {
+    TemporaryFile file(m_scratch.path("inner/new"), remember());
+    std::filesystem::remove_all(m_scratch.path("inner"));
+    EXPECT_EQ(file.moveToTarget(), ENOENT);
+    EXPECT_EQ(file.descriptor(), -1);
+  }
+  EXPECT_THAT(m_scratch.entries(), IsEmpty());
+  EXPECT_THAT(m_paths, ElementsAre(StartsWith(m_scratch.path("inner/.quillon-")), ""));
+}
+
+TEST_F(TemporaryFileTest, WhatCannotBeClosedReplacesNothing) {
+  std::ofstream(m_scratch.path("new")) << "before";
+  {
+    TemporaryFile file(m_scratch.path("new"), {}, TemporaryFile::Naming::AtOnce);
+    ASSERT_EQ(::close(file.descriptor()), 0);
+    EXPECT_EQ(file.moveToTarget(), EBADF);
+    EXPECT_EQ(file.descriptor(), -1);
+  }
+  EXPECT_THAT(m_scratch.entries(), ElementsAre("new"));
+  EXPECT_EQ(contentOf(m_scratch.path("new")), "before");
+}
+
 TEST_F(TemporaryFileTest, WithoutADirectoryIsAnError) {
   for (const auto naming : {TemporaryFile::Naming::WhenMoved, TemporaryFile::Naming::AtOnce}) {
     const TemporaryFile file(m_scratch.path("none/new"), remember(), naming);
