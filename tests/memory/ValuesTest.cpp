@@ -62,6 +62,11 @@ TEST(ValuesTest, AnotherTypeIsRefusedByName) {
               copyValues(array, {0, 1, {0}, {1}}, &value);
             }),
             "Array 'a' holds Double, not int64");
+  EXPECT_EQ(test::thrownBy<InvalidCall>([&] {
+              copyValues(CountingArray({{"x", 1}}), {0, 1, {0}, {1}}, &value);
+            }),
+            "Array 'counted' holds Double, not int64");
+  EXPECT_EQ(value, 0);
 }
 
 TEST(ValuesTest, TypedArraysOfNumbersLieInPlace) {
