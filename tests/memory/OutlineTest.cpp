@@ -2,6 +2,8 @@
 #include <quillon/memory/Outline.h>
 #include <quillon/memory/TypedArray.h>
 
+#include "support/Interfaces.h"
+
 namespace quillon::memory {
 namespace {
 
@@ -92,6 +94,25 @@ TEST(OutlineTest, GroupsFollowWithTheirPathsAndRemarks) {
             "\n"
             "/cells/li  0 arrays  Li's threshold\n"
             "  outline  left out: opaque type 'o'\n");
+}
+
+/// Data that is neither an array nor a dictionary.
+class NeitherKind : public test::PlainArray {
+ public:
+  bool isArray() const override { return false; }
+  const object_model::Array* asArray() const override { return nullptr; }
+  object_model::Array* asArray() override { return nullptr; }
+};
+
+TEST(OutlineTest, WhatIsNeitherArrayNorGroupIsLeftOut) {
+  test::PlainDictionary root;
+  NeitherKind neither;
+  IntArray array("n", {}, {1});
+  root.add(neither);
+  root.add(array);
+  EXPECT_EQ(describe(root),
+            "/  1 array\n"
+            "  n  Int  single value\n");
 }
 
 TEST(OutlineTest, AnArrayIsALine) {
