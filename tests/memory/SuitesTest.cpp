@@ -4,7 +4,10 @@
 #include <quillon/testing.h>
 
 #include <complex>
+#include <stdexcept>
 #include <string>
+
+#include "support/Interfaces.h"
 
 namespace quillon::testing {
 namespace {
@@ -96,8 +99,24 @@ struct Times {
   static std::vector<long> values() { return {0, 1, 2, memory::MISSING_TIME, -4, 5}; }
 };
 
-using OtherArrays = ::testing::Types<OfDictionaries, Scalar, Empty, Strided<short>, Strided<float>,
-                                     Strided<bool>, Strided<std::complex<double>>, Times>;
+/// It offers nothing besides its values.
+struct BareArray {
+  class Bare final : public ::test::PlainArray {
+   public:
+    const object_model::DataInfo* getInformation() const override { return &m_descriptor; }
+    double getValueAsDouble(const object_model::Tuple& /*index*/) const override { return 0.5; }
+
+   private:
+    memory::ArrayDescriptor m_descriptor{
+        "a", object_model::ElementType::Double, {{"x", 1}, {"y", 1}}};
+  };
+  static std::unique_ptr<object_model::Array> make() { return std::make_unique<Bare>(); }
+  static std::vector<double> values() { return {0.5}; }
+};
+
+using OtherArrays =
+    ::testing::Types<OfDictionaries, Scalar, Empty, Strided<short>, Strided<float>, Strided<bool>,
+                     Strided<std::complex<double>>, Times, BareArray>;
 INSTANTIATE_TYPED_TEST_SUITE_P(Other, ArraySuite, OtherArrays, );
 
 struct InMemory {
@@ -128,7 +147,30 @@ struct SelectionOfGroup {
   static std::vector<std::string> names() { return {"z", ""}; }
 };
 
-using Dictionaries = ::testing::Types<InMemory, WithoutEntries, SelectionOfGroup>;
+/// It offers nothing besides its one entry.
+struct BareDictionary {
+  class Bare final : public ::test::PlainDictionary {
+   public:
+    Bare() {
+      m_entry.setParent(this);
+      add(m_entry);
+    }
+    using ::test::PlainDictionary::data;
+    object_model::Data* data(const std::string& name) override {
+      return name == "a" ? &m_entry : throw std::out_of_range(name);
+    }
+    const object_model::Data* data(const std::string& name) const override {
+      return name == "a" ? &m_entry : throw std::out_of_range(name);
+    }
+
+   private:
+    memory::DoubleArray m_entry{"a", {}, {1}};
+  };
+  static std::unique_ptr<object_model::Dictionary> make() { return std::make_unique<Bare>(); }
+  static std::vector<std::string> names() { return {"a"}; }
+};
+
+using Dictionaries = ::testing::Types<InMemory, WithoutEntries, SelectionOfGroup, BareDictionary>;
 INSTANTIATE_TYPED_TEST_SUITE_P(Own, DictionarySuite, Dictionaries, );
 
 }  // namespace
