@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <limits>
 #include <memory>
 #include <numeric>
 #include <set>
@@ -109,6 +110,31 @@ struct LyingArray {
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Lying, ArraySuite, LyingArray, );
 
+/// Its values are NaN for the accessor alone, or in bulk alone.
+template <bool IS_BULK>
+struct HalfNanArray {
+  class HalfNan final : public memory::ArrayBase, public object_model::BulkValues {
+   public:
+    HalfNan() : ArrayBase("half", object_model::ElementType::Double, {{"x", 2}}) {}
+    double getValueAsDouble(const object_model::Tuple& /*index*/) const override {
+      return IS_BULK ? 0 : NOT_A_NUMBER;
+    }
+    object_model::StoredType storedType() const override {
+      return object_model::StoredType::Float64;
+    }
+    void readValues(const unsigned long* /*start*/, const unsigned long* extent,
+                    void* destination) const override {
+      std::fill_n(static_cast<double*>(destination), extent[0], IS_BULK ? NOT_A_NUMBER : 0);
+    }
+
+   private:
+    static constexpr double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
+  };
+  static std::unique_ptr<object_model::Array> make() { return std::make_unique<HalfNan>(); }
+};
+using HalfNanArrays = ::testing::Types<HalfNanArray<false>, HalfNanArray<true>>;
+INSTANTIATE_TYPED_TEST_SUITE_P(HalfNan, ArraySuite, HalfNanArrays, );
+
 /// It has one name twice, under which it finds an entry of another name.
 struct TwinDictionary {
   class Twin final : public memory::DictionaryBase {
@@ -175,6 +201,8 @@ const std::set<std::string> EXPECTED = {
     "Odd/ArraySuite/0.TimesAreTheSameInEachBlock",
     "Odd/ArraySuite/0.AttributesHaveNamesOfTheirOwn",
     "Lying/ArraySuite/0.BulkValuesAreWhatTheAccessorGives",
+    "HalfNan/ArraySuite/0.BulkValuesAreWhatTheAccessorGives",
+    "HalfNan/ArraySuite/1.BulkValuesAreWhatTheAccessorGives",
     "Twin/DictionarySuite/0.NamesAreUnique",
     "Twin/DictionarySuite/0.EachEntryIsFoundUnderItsName",
     "Twin/DictionarySuite/0.AttributesHaveNamesOfTheirOwn",
