@@ -173,6 +173,10 @@ INSTANTIATE_TEST_SUITE_P(
                    {"v", "i", 2, {bytesOf<uint8_t>({0b10}), bytesOf<int32_t>({1, 9})}, -1},
                    ColumnType::Int32,
                    "null 9"},
+        FormatCase{"TimesOfWhichNoneIsMarkedAsNull",
+                   {"v", "tss:", 2, {"", bytesOf<int64_t>({0, 86400})}, -1},
+                   ColumnType::Time,
+                   "\"1970-01-01\" \"1970-01-02\""},
         FormatCase{"FloatsWithNulls",
                    {"v", "g", 2, {bytesOf<uint8_t>({0b10}), bytesOf<double>({1, 9})}, 1},
                    ColumnType::Float64,
@@ -270,6 +274,14 @@ TEST(ImportTest, CellsOfOneBatchLieInPlace) {
   EXPECT_EQ(table.cellsInPlace(0, 1, 2), nullptr);  // of two batches
   EXPECT_EQ(table.cellsInPlace(1, 0, 2), nullptr);  // with nulls
   EXPECT_EQ(table.cellsInPlace(2, 0, 2), nullptr);  // bits
+}
+
+TEST(ImportTest, CellsWithoutMarksOfNullsHaveNoneHoweverManyAreTold) {
+  HandMadeStream stream({{"v", "i", 2, {"", bytesOf<int32_t>({1, 2})}, -1}}, 2);
+  const Table table = importTable(stream.get());
+  EXPECT_FALSE(table.columns()[0].isNullable);
+  EXPECT_EQ(table.cellsInPlace(0, 0, 2), stream.batch().children[0]->buffers[1]);
+  EXPECT_THAT(tables::cellsOf<int>(table, 0), ElementsAre(1, 2));
 }
 
 TEST(ImportTest, CellsThatAreNotAlignedAreCopied) {
@@ -383,6 +395,18 @@ TEST(ImportTest, RowsBeforeTheOffsetOfABatchMayBeNull) {
   last.validity() = &others;
   EXPECT_EQ(refusal(last),
             "The stream has rows that are null as a whole, which tables do not have");
+}
+
+TEST(ImportTest, BatchesNeedNoMarksOfRowsThatAreNull) {
+  const HandMadeColumn column = {"v", "i", 2, {"", bytesOf<int32_t>({1, 2})}};
+  HandMadeStream uncounted({column}, 2);
+  uncounted.batch().null_count = -1;
+  EXPECT_EQ(csvOf(importTable(uncounted.get())), "v\n1\n2\n");
+  HandMadeStream without({column}, 2);
+  without.batch().null_count = -1;
+  without.batch().n_buffers = 0;
+  without.batch().buffers = nullptr;
+  EXPECT_EQ(csvOf(importTable(without.get())), "v\n1\n2\n");
 }
 
 TEST(ImportTest, ColumnsOfOneNameAreRefused) {
