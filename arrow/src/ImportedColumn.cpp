@@ -23,7 +23,7 @@ struct Part {
 };
 
 bool mayHaveNulls(const ArrowArray& array) {
-  return array.null_count != 0 && array.n_buffers > 0 && array.buffers[0] != nullptr;
+  return array.null_count != 0 && array.buffers[0] != nullptr;
 }
 
 /// What a table has for a null. No value of integers stands for one: their columns are nullable.
