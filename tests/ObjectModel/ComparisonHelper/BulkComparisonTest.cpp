@@ -150,6 +150,25 @@ TYPED_TEST(BulkComparisonOf, ReadsBackwardsAndWithGaps) {
   EXPECT_EQ(compareArrays(bulkList(with(same, 1, TypeParam(1))), a).same, false);
 }
 
+TYPED_TEST(BulkComparisonOf, LeavesWhatIsStoredForOtherElementsToTheAccessors) {
+  const std::pair<ElementType, StoredType> types[] = {
+      {ElementType::UInt, StoredType::UInt64},
+      {ElementType::Int, StoredType::Int64},
+      {ElementType::Double, StoredType::Float64},
+      {ElementType::Complex, StoredType::Complex128},
+      {ElementType::Boolean, StoredType::Boolean}};
+  for (const auto& [element, type] : types) {
+    auto a = bulkList(values<TypeParam>(ENOUGH));
+    const auto b = bulkList(values<TypeParam>(ENOUGH));
+    if (element != a.getElementType()) {
+      a.type = type;
+      EXPECT_EQ(compareArrays(a, b), same());
+      EXPECT_EQ(compareArrays(b, a), same());
+      EXPECT_EQ(accessorCalls(a, b), 4 * ENOUGH);
+    }
+  }
+}
+
 TEST(BulkComparison, ReadsTransposedAndRepeatedValues) {
   const Numbers shape = {40, 3, 5};
   const auto inOrder = values<double>(600);
@@ -218,6 +237,30 @@ TEST(BulkComparison, LeavesValuesWithoutStridesToTheAccessors) {
   const WithoutStrides a({100}, packed({100}), values<double>(100));
   EXPECT_EQ(compareArrays(a, a), same());
   EXPECT_EQ(a.accessorCalls, 200U);
+  const auto b = bulkList(values<double>(100));
+  EXPECT_EQ(compareArrays(a, b), same());
+  EXPECT_EQ(compareArrays(b, a), same());
+  EXPECT_EQ(b.accessorCalls, 200U);
+}
+
+/// An array of more values than 64 bits count.
+class Uncountable : public BulkArray<long> {
+ public:
+  Uncountable() : BulkArray({1, 1}, packed({1, 1}), {}) { inPlace = false; }
+  const object_model::Tuple& size() const override { return m_size; }
+  long getValueAsInt(const object_model::Tuple& /*at*/) const override {
+    throw std::runtime_error("the first value");
+  }
+
+ private:
+  // The number of values, modulo 2^64, is 2^40.
+  object_model::TupleX m_size = {1UL << 40U, (1UL << 24U) + 1};
+};
+
+TEST(BulkComparison, LeavesValuesThatCannotBeCountedToTheAccessors) {
+  const Uncountable a;
+  EXPECT_EQ(compareArrays(a, a), throws("the first value"));
+  EXPECT_THAT(a.blocks, testing::IsEmpty());
 }
 
 /// An array that has another shape after some questions.
