@@ -107,6 +107,7 @@ INSTANTIATE_TEST_SUITE_P(
         {"TextBehind", "days since 2000-01-01 noon", STANDARD, 0L, "none"},
         {"ZoneThatIsNone", "days since 2000-01-01 00:00 +25", STANDARD, 0L, "none"},
         {"ZoneOfTooManyMinutes", "days since 2000-01-01 00:00 +01:60", STANDARD, 0L, "none"},
+        {"ZoneOfASignAlone", "days since 2000-01-01 00:00 +", STANDARD, 0L, "none"},
         {"ZoneWithoutHours", "days since 2000-01-01 00:00 +x", STANDARD, 0L, "none"},
         {"ZoneWithTextForMinutes", "days since 2000-01-01 00:00 +1:x", STANDARD, 0L, "none"},
         {"TextBehindTheZone", "days since 2000-01-01 00:00 +01:00x", STANDARD, 0L, "none"},
