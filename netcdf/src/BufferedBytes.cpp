@@ -41,6 +41,7 @@ unsigned long BufferedBytes::readAt(unsigned long position, char* destination,
   ssize_t read = 0;
   do {
     read = pread(m_descriptor, destination, count, static_cast<off_t>(position));
+    // never true: no signal interrupts the reading of a regular file
   } while (read < 0 && errno == EINTR);
   return read > 0 ? static_cast<unsigned long>(read) : 0;
 }

@@ -84,6 +84,7 @@ class GroupWalk {
       return 0;
     }
     const Hdf5Object next(H5Gopen2(group, link.name.c_str(), H5P_DEFAULT), H5Gclose);
+    // never false: libhdf5 opens what it takes for a group
     return next.exists() ? visit(next.id(), addressOf(info), path) : 0;
   }
 
@@ -136,7 +137,7 @@ class Inspection {
       inspectGroup(object, path);
     } else if (type == H5O_TYPE_DATASET) {
       inspectDataset(object, path);
-    } else if (type == H5O_TYPE_NAMED_DATATYPE) {
+    } else if (type == H5O_TYPE_NAMED_DATATYPE) {  // never false: libhdf5 opens no others
       inspectType(object, path);
     }
   }
@@ -157,6 +158,7 @@ class Inspection {
     const Hdf5Object space(H5Dget_space(dataset), H5Sclose);
     const Hdf5Object creation(H5Dget_create_plist(dataset), H5Pclose);
     requireSound(type.exists() && space.exists() && creation.exists());
+    // never false: an open data set has a type
     if (type.exists() && H5Tget_class(type.id()) == H5T_TIME) {
       note("libnetcdf does not know the type of '" + path + "' (" + describeType(type.id()) + ")");
     }

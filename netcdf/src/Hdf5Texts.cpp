@@ -57,6 +57,7 @@ class Transfer {
                  H5Sclose) {}
 
   bool isPossible() const {
+    // never false: it is the data set that was found when the file was opened
     return m_type.exists() && m_memory.exists() && m_extents.size() == m_start.size();
   }
 
@@ -93,6 +94,7 @@ class Transfer {
     }
     const FileNumbers ones(first.size(), 1);
     return (first.empty() ||
+            // never false: libhdf5 selects any box of the space's rank
             (select(m_space, from, m_step, count) && select(m_memory, to, ones, count))) &&
            H5Dread(m_dataset.id(), type, m_memory.id(), m_space.id(), H5P_DEFAULT, values) >= 0;
   }
@@ -190,8 +192,10 @@ class Hdf5Strings {
 std::string fillOf(const Hdf5Object& creation, const Hdf5Object& type) {
   char* fill = nullptr;
   H5D_fill_value_t defined = H5D_FILL_VALUE_ERROR;
+  // never true: libnetcdf has asked the same before
   if (H5Pfill_value_defined(creation.id(), &defined) < 0 ||
       defined != H5D_FILL_VALUE_USER_DEFINED ||
+      // never true: libnetcdf has read the same before
       H5Pget_fill_value(creation.id(), type.id(), static_cast<void*>(&fill)) < 0 ||
       fill == nullptr) {
     return {};
@@ -211,6 +215,7 @@ class ChunkedStrings {
   bool read(const Hdf5Object& creation) {
     m_chunk.resize(m_end.size());
     return H5Pget_layout(creation.id()) == H5D_CHUNKED &&
+           // never false: what is chunked has chunks
            H5Pget_chunk(creation.id(), static_cast<int>(m_chunk.size()), m_chunk.data()) >= 0 &&
            readFrom(0, m_transfer.start());
   }
@@ -281,13 +286,16 @@ unsigned long bytesOf(const std::string* texts, unsigned long count) {
 }  // namespace
 
 TextType textTypeOf(const Variable& variable) {
+  // never true: libnetcdf has each file with strings open in libhdf5
   if (variable.source->hdf5() < 0) {
-    return {};
+    return {};  // never run: likewise
   }
   const QuietHdf5 quiet;
   const Hdf5Object dataset = openDataset(variable.source->hdf5(), variable.path);
   const Hdf5Object type(H5Dget_type(dataset.id()), H5Tclose);
+  // never true: libnetcdf has opened the same data set
   if (!type.exists()) {
+    // never run: likewise
     return {TextType::Kind::None, 0, "a type that libhdf5 does not find"};
   }
   if (H5Tget_class(type.id()) != H5T_STRING) {
@@ -305,8 +313,10 @@ unsigned long readHdf5Texts(const Variable& variable, const memory::Block& block
   const QuietHdf5 quiet;
   variable.chunkCache.prepare(variable, block.start.data(), block.extent.data());
   const Transfer transfer(variable, block);
+  // never false: see isPossible()
   const bool isVariable = transfer.isPossible() && H5Tis_variable_str(transfer.type().id()) > 0;
   const bool isRead =
+      // never false: see isPossible()
       transfer.isPossible() && (isVariable ? readStrings(variable, block, transfer, texts)
                                            : readFixed(variable, block, transfer, texts));
   variable.chunkCache.release(variable, block.start.data(), block.extent.data());

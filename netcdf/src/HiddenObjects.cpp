@@ -54,6 +54,7 @@ class Shown {
     std::set<std::string> names;
     Name name{};
     const auto add = [&](int status) {
+      // never false: libnetcdf has just listed it
       if (status == NC_NOERR) {
         names.insert(name.data());
       }
@@ -130,6 +131,7 @@ class Search {
   void searchGroup(int id, hid_t group, const std::string& path) {
     const Shown shown(id);
     H5G_info_t info{};
+    // never false: libnetcdf has listed the group's links before
     if (H5Gget_info(group, &info) >= 0 && info.nlinks != shown.links()) {
       searchLinks(group, path, shown.names());
     }
@@ -141,6 +143,7 @@ class Search {
       Name name{};
       nc_inq_grpname(child, name.data());
       const Hdf5Object next(H5Gopen2(group, name.data(), H5P_DEFAULT), H5Gclose);
+      // never false: libnetcdf has opened the same group
       if (next.exists()) {
         searchGroup(child, next.id(), std::string(path).append(name.data()).append("/"));
       }
@@ -154,6 +157,7 @@ class Search {
     for (const Hdf5Link& link : links) {
       if (shown.count(shownName(link.name)) == 0) {
         const Hdf5Object object(H5Oopen(group, link.name.c_str(), H5P_DEFAULT), H5Oclose);
+        // never false: libnetcdf shows all other objects, or refuses the file
         if (H5Iget_type(object.id()) == H5I_DATASET) {
           const Hdf5Object type(H5Dget_type(object.id()), H5Tclose);
           m_datasets.push_back({path + link.name, describeType(type.id())});
@@ -167,6 +171,7 @@ class Search {
       Name name{};
       nc_inq_varname(id, variable, name.data());
       const Hdf5Object dataset = openDataset(group, name.data());
+      // never false: libnetcdf has opened the same data set
       if (dataset.exists()) {
         searchAttributes(id, variable, dataset.id(), path + name.data());
       }

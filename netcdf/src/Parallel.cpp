@@ -65,7 +65,7 @@ class Helpers {
         m_threads.emplace_back([&work, k] { work.takePart(k + 1); });
       }
     } catch (const std::system_error&) {  // fewer then
-    } catch (const std::bad_alloc&) {
+    } catch (const std::bad_alloc&) {     // never run: only where memory is short
     }
   }
 

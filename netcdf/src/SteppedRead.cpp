@@ -43,6 +43,7 @@ class ClassicSteps {
  private:
   std::size_t innerDimensions() const {
     std::size_t inner = 0;
+    // never false: one dimension at least has steps
     while (inner < m_counts.size() && stepOf(m_variable, inner) == 1) {
       ++inner;
     }
@@ -57,6 +58,7 @@ class ClassicSteps {
     const std::size_t k = dimension - 1;
     const unsigned long begin = m_position[k];
     int status = NC_NOERR;
+    // never false: past the end of a classic file libnetcdf reads zeros
     for (unsigned long i = 0; i < m_extent[k] && status == NC_NOERR; ++i) {
       m_position[k] = begin + i * stepOf(m_variable, k);
       status = readAlong(k, values);

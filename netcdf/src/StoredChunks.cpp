@@ -77,6 +77,7 @@ class ChunkWalk {
 bool areOneRun(unsigned long valueBytes, const std::vector<RunDimension>& dimensions) {
   unsigned long bytes = valueBytes;
   return std::all_of(dimensions.begin(), dimensions.end(), [&bytes](const RunDimension& next) {
+    // never false: the box is a whole chunk, whose values follow each other there
     const bool follows = next.extent == 1 || (next.fromStep == bytes && next.toStep == bytes);
     bytes *= next.extent;
     return follows;
@@ -114,6 +115,7 @@ class StoredChunks::Unpacking {
     }
     m_unpacked.resize(m_data.format.bytes);
     return unpackTo(chunk, m_unpacked.data()) &&
+           // never false: copying does not fail
            forEachRun(valueBytes, dimensions,
                       [&](unsigned long from, unsigned long place, unsigned long bytes) {
                         std::memcpy(to + place, m_unpacked.data() + from, bytes);
@@ -146,6 +148,7 @@ StoredChunks::StoredChunks(std::shared_ptr<const Source> source, ChunkedData dat
 /// Whether the block lies in the data set, which may be shorter than the variable.
 bool StoredChunks::hasBlock(const unsigned long* start, const unsigned long* extent) const {
   for (std::size_t k = 0; k < m_data.extents.size(); ++k) {
+    // never true: callers ask for no empty blocks
     if (extent[k] == 0 || memory::boundedSum(start[k], extent[k]) > m_data.extents[k]) {
       return false;
     }
@@ -183,6 +186,7 @@ bool StoredChunks::fetchAll(std::vector<PackedChunk>& chunks, unsigned long coun
   const std::lock_guard<std::mutex> guard(libraryLock());
   const QuietHdf5 quiet;
   const Hdf5Object data = open();
+  // never false: it was found there before
   return data.exists() && std::all_of(chunks.begin(), chunks.begin() + static_cast<long>(count),
                                       [&](PackedChunk& chunk) { return fetch(data.id(), chunk); });
 }
@@ -244,8 +248,9 @@ bool StoredChunks::holdsSame(const StoredValues& other, const unsigned long* sta
   const QuietHdf5 quiet;
   const Hdf5Object firstData = open();
   const Hdf5Object secondData = second->open();
+  // never true: both were found there before
   if (!firstData.exists() || !secondData.exists()) {
-    return false;
+    return false;  // never run: likewise
   }
   if (m_comparedWith != second->m_number || m_verdicts.size() > MOST_VERDICTS) {
     m_verdicts.clear();

@@ -72,12 +72,14 @@ unsigned long product(const Numbers& factors, unsigned long first) {
 Found findInClassicFile(const Variable& variable, nc_type type) {
   const std::vector<ClassicVariable>& known = variable.source->file().classicVariables();
   const auto id = static_cast<std::size_t>(variable.id);
+  // never true: libnetcdf has its variables from the same header
   if (variable.id < 0 || id >= known.size()) {
-    return nullptr;
+    return nullptr;  // never run: likewise
   }
   const ClassicVariable& stored = known[id];
+  // never true: libnetcdf has both from the same header
   if (stored.valueBytes != variable.valueBytes || stored.extents.size() != variable.shape.size()) {
-    return nullptr;
+    return nullptr;  // never run: likewise
   }
   RunPlace place{type, stored.valueBytes, true, stored.begin, {}, {}};
   place.extents.assign(stored.extents.rbegin(), stored.extents.rend());
@@ -91,13 +93,16 @@ Found findInClassicFile(const Variable& variable, nc_type type) {
 /// The extents of a data set, fastest dimension first. @return false for one of another rank.
 bool readExtents(hid_t data, Numbers& extents, std::size_t rank) {
   const Hdf5Object space(H5Dget_space(data), H5Sclose);
+  // never true: a data set of many values has a simple space
   if (!space.exists() || H5Sis_simple(space.id()) <= 0 ||
+      // never true: libnetcdf gives the variable the data set's rank
       H5Sget_simple_extent_ndims(space.id()) != static_cast<int>(rank)) {
-    return false;
+    return false;  // never run: likewise
   }
   std::vector<hsize_t> sizes(rank);
+  // never true: a simple space has extents
   if (H5Sget_simple_extent_dims(space.id(), sizes.data(), nullptr) < 0) {
-    return false;
+    return false;  // never run: likewise
   }
   extents.assign(sizes.rbegin(), sizes.rend());
   return true;
@@ -146,7 +151,9 @@ std::vector<char> fillOf(hid_t properties, hid_t memoryType, unsigned long value
   H5D_fill_time_t time = H5D_FILL_TIME_NEVER;
   std::vector<char> fill(valueBytes);
   if (H5Pfill_value_defined(properties, &kind) < 0 || kind == H5D_FILL_VALUE_UNDEFINED ||
+      // never true: every data set has a fill time
       H5Pget_fill_time(properties, &time) < 0 || time == H5D_FILL_TIME_NEVER ||
+      // never true: a number becomes one of this machine
       H5Pget_fill_value(properties, memoryType, fill.data()) < 0) {
     return {};
   }
@@ -155,6 +162,7 @@ std::vector<char> fillOf(hid_t properties, hid_t memoryType, unsigned long value
 
 Found findRuns(const Variable& variable, hid_t data, hid_t properties, RunPlace place) {
   const haddr_t begin = H5Dget_offset(data);
+  // never true: libhdf5 gives no place for values in external files
   if (begin == HADDR_UNDEF || H5Pget_external_count(properties) != 0 ||
       H5Dget_storage_size(data) != product(place.extents, place.valueBytes)) {
     return nullptr;
@@ -168,6 +176,7 @@ Found findChunks(const Variable& variable, hid_t properties, hid_t memoryType, C
   std::vector<hsize_t> sizes(data.extents.size());
   if (H5Pget_chunk(properties, static_cast<int>(sizes.size()), sizes.data()) !=
           static_cast<int>(sizes.size()) ||
+      // never true: libhdf5 opens no data set with chunks of no extent
       std::find(sizes.begin(), sizes.end(), 0) != sizes.end() ||
       !readFilters(properties, data.format)) {
     return nullptr;
@@ -175,8 +184,9 @@ Found findChunks(const Variable& variable, hid_t properties, hid_t memoryType, C
   constexpr unsigned long MOST_CHUNK_BYTES = 1UL << 32U;  // libhdf5's limit
   data.chunks.assign(sizes.rbegin(), sizes.rend());
   data.format.bytes = product(data.chunks, data.format.valueBytes);
+  // never true: libhdf5 opens no data set with larger chunks
   if (data.format.bytes > MOST_CHUNK_BYTES) {
-    return nullptr;
+    return nullptr;  // never run: likewise
   }
   data.fill = fillOf(properties, memoryType, data.format.valueBytes);
   return std::make_shared<StoredChunks>(variable.source, std::move(data));
@@ -190,6 +200,7 @@ Found findInHdf5File(const Variable& variable, nc_type type) {
   const QuietHdf5 quiet;
   const std::string path = datasetPath(file.id(), variable.path);
   const Hdf5Object data(H5Dopen2(file.id(), path.c_str(), H5P_DEFAULT), H5Dclose);
+  // never true: libnetcdf has opened the same data set
   if (!data.exists() || !file.holds(data.id())) {
     return nullptr;
   }
@@ -199,7 +210,9 @@ Found findInHdf5File(const Variable& variable, nc_type type) {
   const bool isLittleEndian = H5Tequal(stored.id(), types.littleEndian) > 0;
   const bool isBigEndian = H5Tequal(stored.id(), types.bigEndian) > 0;
   Numbers extents;
+  // never true: every open data set tells how it was created
   if (!(isLittleEndian || isBigEndian) || !properties.exists() ||
+      // never true: its extents are of the variable's rank
       !readExtents(data.id(), extents, variable.shape.size())) {
     return nullptr;
   }
@@ -210,6 +223,7 @@ Found findInHdf5File(const Variable& variable, nc_type type) {
                       {type, valueBytes, isBigEndian, 0, std::move(extents), {}});
     case H5D_CHUNKED:
       return findChunks(variable, properties.id(),
+                        // never true: decided when compiled, never false: likewise
                         IS_BIG_ENDIAN_HERE ? types.bigEndian : types.littleEndian,
                         {path, type, {valueBytes, isBigEndian, 0, {}}, std::move(extents), {}, {}});
     default:
@@ -221,6 +235,7 @@ Found findInHdf5File(const Variable& variable, nc_type type) {
 
 Found findStoredValues(const Variable& variable) {
   nc_type type = NC_NAT;
+  // never true: libnetcdf has told of the variable before
   if (nc_inq_vartype(variable.group, variable.id, &type) != NC_NOERR || !isNumber(type)) {
     return nullptr;
   }
