@@ -37,6 +37,7 @@ std::vector<unsigned long> chunksOf(const Variable& variable) {
   std::vector<std::size_t> chunks(variable.shape.size());
   const int status = nc_inq_var_chunking(variable.group, variable.id, &storage, chunks.data());
   if (status != NC_NOERR || storage != NC_CHUNKED ||
+      // never true: libhdf5 opens nothing with chunks of no length
       std::find(chunks.begin(), chunks.end(), 0) != chunks.end()) {
     return {};
   }
@@ -68,6 +69,7 @@ void correctText(const Variable& variable, StoredForm& form) {
     form.name = "string";
     form.bytes = text.bytes;
     form.isFixedText = text.kind == TextType::Kind::Fixed;
+    // never false: libhdf5 has the type of whatever libnetcdf calls a string
   } else if (form.base == NC_STRING && !text.description.empty()) {
     form = unreadable(text.description);
   }

@@ -17,6 +17,7 @@ bool spansOnly(int group, int variable, int dimension) {
   }
   const bool isVector = rank == 1 && type != NC_CHAR;
   const bool isText = rank == 2 && type == NC_CHAR;
+  // never false: nc_inq_var has found the variable
   return (isVector || isText) && nc_inq_vardimid(group, variable, spanned.data()) == NC_NOERR &&
          spanned.front() == dimension;
 }

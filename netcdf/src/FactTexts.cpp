@@ -19,7 +19,8 @@ const char* typeName() {
   if constexpr (memory::IS_STORED_TYPE<T>) {
     return TYPE_NAMES.at(static_cast<std::size_t>(memory::StoredTraits<T>::TYPE));
   }
-  return nullptr;  // that of texts
+  // That of texts; never run: it is, but the count shown is that of what is made for numbers
+  return nullptr;
 }
 
 template <class T>

@@ -66,7 +66,7 @@ auto withinMemory(const Source& source, const std::string& path, const Read& rea
     return read();
   } catch (const std::bad_alloc&) {
     source.fail("there is no memory for what group '" + path + "' claims to have");
-  } catch (const std::length_error&) {
+  } catch (const std::length_error&) {  // never run: the library below has held as much before
     source.fail("there is no memory for what group '" + path + "' claims to have");
   }
 }

@@ -26,6 +26,7 @@ void requireNoError(int error) {
   }
 }
 
+// never false: only a failing disk lets its callers' calls fail
 int errorOf(int result) { return result == 0 ? 0 : errno; }
 
 void requireLevel(int deflate) {

