@@ -4,6 +4,7 @@
 
 #include <array>
 #include <complex>
+#include <cstdint>
 #include <optional>
 #include <utility>
 
@@ -17,7 +18,7 @@ namespace {
 // From this many positions on the values are read in bulk where the arrays offer that. Asking them
 // for it takes 200 ns, as long as the accessors take for 25 elements where they check positions,
 // and for 60 where they do next to nothing.
-constexpr unsigned long FEWEST_IN_BULK = 64;
+constexpr std::uint32_t FEWEST_IN_BULK = 64;
 
 template <class Rule, class Value>
 void reportLast(const Difference<Value>& last, const Rule& rule, const ArrayPair& pair,
@@ -55,7 +56,7 @@ bool areSameUnder(const Rule& rule, const ArrayPair& pair, std::string* message)
   }
   using Value = typename Element::Value;
   if constexpr (COMPARED_IN_BULK<Value, Rule>) {
-    if (positions.count() >= FEWEST_IN_BULK) {
+    if (positions.areAtLeast(FEWEST_IN_BULK)) {
       if (const auto same = areSameInBulk<Element>(rule, pair, message)) {
         return *same;
       }

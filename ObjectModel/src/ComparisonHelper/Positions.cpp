@@ -25,6 +25,18 @@ bool Positions::none() const {
   return std::find(m_bound.begin(), m_bound.end(), 0UL) != m_bound.end();
 }
 
+bool Positions::areAtLeast(std::uint32_t least) const {
+  // Both factors stay below 2^32, so that the product never starts again from 0.
+  unsigned long counted = 1;
+  for (const unsigned long bound : m_bound) {
+    counted *= std::min<unsigned long>(bound, least);
+    if (counted >= least) {
+      return true;
+    }
+  }
+  return false;
+}
+
 TupleX Positions::at(const Indices& indices) const {
   TupleX position(m_position.size());
   for (std::size_t loop = 0; loop < LOOPS; ++loop) {

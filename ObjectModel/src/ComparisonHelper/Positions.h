@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 #include "LocalPosition.h"
 
@@ -31,8 +32,8 @@ class Positions {
   /// Whether there is no position at all. Without dimensions there is one, the empty position.
   bool none() const;
 
-  /// How many positions come up, modulo 2^64.
-  unsigned long count() const { return m_bound[0] * m_bound[1] * m_bound[2] * m_bound[3]; }
+  /// Whether no fewer than `least` positions come up. Not to be used when none().
+  bool areAtLeast(std::uint32_t least) const;
 
   /// The current position, stepped in place by next(). Not to be used when none().
   const Tuple& current() const { return m_position; }
