@@ -96,7 +96,8 @@ unsigned long bytesTouched(const Variable& variable, const unsigned long* start,
 
 void ChunkCache::prepare(const Variable& variable, const unsigned long* start,
                          const unsigned long* extent) {
-  if (variable.chunks.empty()) {
+  const bool isEmpty = std::count(extent, extent + variable.shape.size(), 0UL) != 0;
+  if (variable.chunks.empty() || isEmpty) {
     return;
   }
   const std::size_t kept = bytesKept(variable);
