@@ -23,9 +23,9 @@ def number(name: str, value: Any) -> float:
 
 
 def whole_number(name: str, value: Any) -> int:
-    """A whole number. One that is larger than all sizes is the largest of these."""
+    """A whole number. One beyond all sizes is the largest of these, or its negative."""
     try:
-        return min(operator.index(value), sys.maxsize)
+        return max(-sys.maxsize, min(operator.index(value), sys.maxsize))
     except TypeError:
         raise TypeError(f"{name} is a whole number, not {value!r}") from None
 

@@ -5,8 +5,6 @@ from __future__ import annotations
 import contextlib
 import datetime
 import os
-import shutil
-import sys
 from collections.abc import Iterator, Mapping, Sequence
 from typing import TYPE_CHECKING, Any, BinaryIO
 
@@ -40,19 +38,15 @@ def _coordinate(dimension: str, value: Any) -> Any:
     raise TypeError(f"no coordinate of {dimension!r} is of the type {type(value).__name__}")
 
 
-def _position(value: Any) -> int:
-    return max(-sys.maxsize, min(int(value), sys.maxsize))  # which no dimension has
-
-
 def _choice(dimension: Any, chosen: Any) -> tuple[str, str, Any, Any, int]:
     text("a dimension of select", dimension)
     if _is_position(chosen):
-        return dimension, "position", _position(chosen), None, 1
+        return dimension, "position", whole_number(dimension, chosen), None, 1
     if not isinstance(chosen, slice):
         return dimension, "nearest", _coordinate(dimension, chosen), None, 1
     ends = (chosen.start, chosen.stop)
     if all(end is None or _is_position(end) for end in ends):
-        start, stop = (None if end is None else _position(end) for end in ends)
+        start, stop = (None if end is None else whole_number(dimension, end) for end in ends)
         step = 1 if chosen.step is None else whole_number(f"the step of {dimension!r}", chosen.step)
         return dimension, "positions", start, stop, step
     if None in ends or chosen.step is not None:
@@ -72,6 +66,11 @@ def _limit(max_rows: int | None) -> int:
     return count
 
 
+def _require_no_error(number: int, path: str) -> None:
+    if number:
+        raise OSError(number, os.strerror(number), path)
+
+
 @contextlib.contextmanager
 def _whole(path: str) -> Iterator[BinaryIO]:
     """A file to write that is there whole or not at all, behind all links.
@@ -85,22 +84,17 @@ def _whole(path: str) -> Iterator[BinaryIO]:
         with open(descriptor if descriptor >= 0 else path, "wb", closefd=descriptor < 0) as file:
             yield file
         return
-    if fault:
-        raise OSError(fault, os.strerror(fault), path)
-    beside = target + b".%d.part" % os.getpid()
+    _require_no_error(fault, path)
+    temporary = _core.TemporaryFile(target)
     try:
-        file = open(beside, "wb")  # noqa: SIM115
-    except OSError as error:
-        raise OSError(error.errno, error.strerror, path) from None
-    try:
-        with file:
+        _require_no_error(temporary.error, path)
+        with open(temporary.descriptor, "wb", closefd=False) as file:
             yield file
         with contextlib.suppress(FileNotFoundError):
-            shutil.copymode(target, beside)
-        os.replace(beside, target)
+            os.fchmod(temporary.descriptor, os.stat(target).st_mode & 0o777)
+        _require_no_error(temporary.move_to_target(), path)
     finally:
-        if os.path.exists(beside):
-            os.remove(beside)
+        del temporary  # a traceback would keep it
 
 
 class Table:

@@ -3,8 +3,11 @@
 #include <pybind11/stl.h>
 #include <quillon/memory/HtmlText.h>
 #include <quillon/memory/OutputTarget.h>
+#include <quillon/memory/TemporaryFile.h>
 #include <quillon/tables/Writers.h>
+#include <sys/stat.h>
 
+#include <memory>
 #include <variant>
 
 #include "Arrow.h"
@@ -80,7 +83,10 @@ std::string written(const TableHandle& table, const Write& write) {
 /// The descriptor of this process to write to, or the file, and the number of an error.
 py::tuple outputTarget(const std::string& path) {
   const memory::OutputTarget target = memory::outputTargetOf(path);
-  return py::make_tuple(target.descriptor, py::bytes(target.file.string()), target.error.value());
+  struct stat status = {};
+  const bool exists = ::stat(path.c_str(), &status) == 0;
+  const int fault = exists ? memory::errorOfReplacing(path, status) : target.error.value();
+  return py::make_tuple(target.descriptor, py::bytes(target.file.string()), fault);
 }
 
 /// The writer called `format`.
@@ -154,6 +160,13 @@ void bindTables(py::module_& module) {
   module.def("make_table", &makeTable);
   module.def("table_from_arrow", &tableFromArrow);
   module.def("output_target", &outputTarget);
+  py::class_<memory::TemporaryFile>(module, "TemporaryFile")
+      .def(py::init([](const std::string& target) {
+        return std::make_unique<memory::TemporaryFile>(target);
+      }))
+      .def_property_readonly("descriptor", &memory::TemporaryFile::descriptor)
+      .def_property_readonly("error", &memory::TemporaryFile::error)
+      .def("move_to_target", &memory::TemporaryFile::moveToTarget);
   module.def("in_html", [](const std::string& text) { return memory::inHtml(text); });
 }
 

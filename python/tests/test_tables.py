@@ -5,6 +5,9 @@ import gc
 import io
 import json
 import os
+import subprocess
+import sys
+import tempfile
 import threading
 
 import numpy as np
@@ -87,6 +90,7 @@ def test_positions_may_be_of_any_size():
     dictionary = quillon.Dictionary({"v": quillon.Array([1, 2], ["x"])})
     assert dictionary.to_table(select={"x": slice(1, 10**30)})["v"].tolist() == [2]
     assert dictionary.to_table(select={"x": slice(-(10**30), 10**30)})["v"].tolist() == [1, 2]
+    assert dictionary.to_table(select={"x": slice(0, 2, 10**30)})["v"].tolist() == [1]
     for position in (10**30, -(10**30)):
         with pytest.raises(quillon.ExportError, match="2 positions and none of number"):
             dictionary.to_table(select={"x": position})
@@ -379,6 +383,29 @@ def test_names_the_path_that_cannot_be_written(grid, tmp_path, path, error):
     for none in ("", f"{tmp_path}/a\0b"):
         with pytest.raises(ValueError, match="no file's name"):
             grid.to_table().to_csv(none)
+
+
+def test_replaces_no_file_that_may_not_be_written():
+    script = """
+import os, sys
+import quillon
+table = quillon.Dictionary({"v": quillon.Array([1], ["x"])}).to_table()
+os.chdir(sys.argv[1])
+with open("kept.csv", "w") as kept:
+    kept.write("old")
+os.chmod("kept.csv", 0o444)
+if os.geteuid() == 0:
+    os.setuid(65534)
+table.to_csv("new.csv")
+try:
+    table.to_csv("kept.csv")
+except PermissionError as error:
+    print(error.filename, open("kept.csv").read(), sorted(os.listdir()))
+"""
+    with tempfile.TemporaryDirectory(dir="/tmp") as folder:
+        os.chmod(folder, 0o777)
+        done = subprocess.run([sys.executable, "-c", script, folder], capture_output=True, text=True)
+    assert done.stdout == "kept.csv old ['kept.csv', 'new.csv']\n", done.stderr
 
 
 def test_gives_columns_to_other_frames(grid):
