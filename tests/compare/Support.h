@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "support/Interfaces.h"
+
 namespace quillon::compare {
 
 inline constexpr double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
@@ -206,24 +208,15 @@ class RichArray final : public memory::ArrayBase,
 };
 
 /// A dictionary of whatever names and entries.
-class LooseDictionary final : public object_model::Dictionary {
+class LooseDictionary final : public ::test::PlainDictionary {
  public:
   LooseDictionary(std::vector<std::string> names, const object_model::Data* entry)
-      : m_names(std::move(names)), m_entry(entry) {}
-  const object_model::DataInfo* getInformation() const override { return &m_info; }
-  const object_model::Data* parent() const override { return nullptr; }
-  object_model::Data* parent() override { return nullptr; }
-  void setParent(object_model::Data* /*parent*/) override {}
-  bool isDynamicDictionary() const override { return false; }
-  object_model::DynamicDictionary* asDynamicDictionary() override { return nullptr; }
-  const object_model::DynamicDictionary* asDynamicDictionary() const override { return nullptr; }
+      : PlainDictionaryOf("loose"), m_names(std::move(names)), m_entry(entry) {}
   unsigned long getNumOfData() const override { return m_names.size(); }
-  void reservedDictionary0() const override {}
-  void reservedDictionary1() const override {}
   std::string getDataName(int index) const override {
     return m_names[static_cast<std::size_t>(index)];
   }
-  object_model::Data* data(const std::string& /*name*/) override { return nullptr; }
+  using PlainDictionaryOf::data;
   const object_model::Data* data(const std::string& name) const override {
     if (name == "thrown") {
       throw std::out_of_range("gone");
@@ -235,7 +228,6 @@ class LooseDictionary final : public object_model::Dictionary {
   }
 
  private:
-  memory::DictionaryDescriptor m_info{"loose"};
   std::vector<std::string> m_names;
   const object_model::Data* m_entry;
 };

@@ -89,6 +89,7 @@ class PlainArray : public object_model::Array {
 template <class Interface>
 class PlainDictionaryOf : public Interface {
  public:
+  explicit PlainDictionaryOf(std::string name = "dictionary") : m_info(std::move(name)) {}
   const object_model::DataInfo* getInformation() const override { return &m_info; }
   const object_model::Data* parent() const override { return m_parent; }
   object_model::Data* parent() override { return m_parent; }
