@@ -2,7 +2,8 @@
 
 A branch is a condition that was never true or never false; a value that no case of a switch has is none.
 A comment at the line or above it with
-"never run: REASON", "never true: REASON" or "never false: REASON" explains what is not reached.
+"never run: REASON", "never true: REASON" or "never false: REASON" explains what is not reached, and with
+"never true, never run: REASON" both.
 See `./dev coverage`, which runs the tests.
 """
 
@@ -31,7 +32,7 @@ def gap(path: Path, line: int, what: str) -> str | None:
     lines = ["", *path.read_text().splitlines()]
     if END_OF_BLOCK.fullmatch(lines[line]) or lines[line].lstrip().startswith("switch ("):
         return None
-    if any(f"{what}: " in each for each in lines[line - 1 : line + 1]):
+    if any(re.search(f"{what}(, never \\w+)*: ", each) for each in lines[line - 1 : line + 1]):
         return None
     return f"{path.relative_to(ROOT)}:{line}: {what}: {lines[line].strip()}"
 

@@ -38,7 +38,7 @@ const char* formatOf(ColumnType type) {
       return "b";
     case ColumnType::Time:
       return "tsu:";
-    // never true: fieldOf() asks isText() before; never run: fieldOf() asks isText() before
+    // never true, never run: fieldOf() asks isText() before
     case ColumnType::Text:
       break;  // never run: fieldOf() asks isText() before
   }

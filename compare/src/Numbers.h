@@ -197,7 +197,7 @@ bool areAllSame(const Rule& rule, const T* a, const U* b, unsigned long count) {
     return false;
   } else {
     if constexpr (std::is_arithmetic_v<T> && FITS_DOUBLE<T>) {
-      // never true: decided when compiled; never false: decided when compiled
+      // never true, never false: decided when compiled
       if (!std::is_integral_v<T> || !rule.isExact()) {
         return areAllWithin(rule, a, b, count);
       }

@@ -121,7 +121,7 @@ class Tally {
     if (std::isnan(last.delta) || std::isnan(delta)) {
       return !std::isnan(delta) || (std::isnan(last.delta) && offset < last.offset);
     }
-    // never true: decided when compiled; never false: decided when compiled
+    // never true, never false: decided when compiled
     const bool isTie = delta == last.delta && (ARE_WIDE_INTEGERS<T, U> || offset < last.offset);
     return delta > last.delta || isTie;
   }

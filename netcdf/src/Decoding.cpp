@@ -24,7 +24,7 @@ std::optional<Stored> heldAs(Number number) {
   } else if constexpr (std::is_floating_point_v<Number>) {
     // The limits are powers of two, which doubles hold; the greatest number itself is one less.
     const double end = std::ldexp(1.0, std::numeric_limits<Stored>::digits);
-    // never true: decided when compiled, never false: likewise
+    // never true, never false: decided when compiled
     const double begin = std::is_signed_v<Stored> ? -end : 0.0;
     const auto wide = static_cast<double>(number);
     return wide >= begin && wide < end && wide == std::floor(wide)
@@ -36,9 +36,9 @@ std::optional<Stored> heldAs(Number number) {
     const bool isSame =
         static_cast<Number>(held) == number && (held < Stored{}) == (number < Number{});
     const bool isSameBits =
-        // never true: decided when compiled, never false: likewise
+        // never true, never false: decided when compiled
         sizeof(Stored) == sizeof(Number) && std::is_signed_v<Number> && !std::is_signed_v<Stored>;
-    // never true: decided when compiled, never false: likewise
+    // never true, never false: decided when compiled
     return isSame || isSameBits ? std::optional(held) : std::nullopt;
   }
 }
@@ -49,7 +49,7 @@ void append(const memory::AttributeValue& value, std::vector<Stored>& to) {
       [&to](const auto& content) {
         using Content = std::decay_t<decltype(content)>;
         if constexpr (!std::is_same_v<Content, std::string> &&
-                      // never true: decided when compiled, never false: likewise
+                      // never true, never false: decided when compiled
                       !std::is_same_v<Content, std::vector<std::string>>) {
           for (const auto number : content) {
             if (const std::optional<Stored> held = heldAs<Stored>(number)) {

@@ -49,7 +49,7 @@ std::optional<double> numberOf(const Attribute* attribute) {
       [](const auto& content) -> std::optional<double> {
         using Content = std::decay_t<decltype(content)>;
         if constexpr (!std::is_same_v<Content, std::string> &&
-                      // never true: never false: decided when compiled
+                      // never true, never false: decided when compiled
                       !std::is_same_v<Content, std::vector<std::string>>) {
           if (content.size() == 1) {
             return static_cast<double>(content.front());
@@ -182,7 +182,7 @@ bool areSameNumbers(const AttributeValue& first, const AttributeValue& second) {
                using Numbers = std::decay_t<decltype(numbers)>;
                const auto& others = std::get<Numbers>(second);
                if constexpr (std::is_same_v<Numbers, std::vector<float>> ||
-                             // never true: never false: decided when compiled
+                             // never true, never false: decided when compiled
                              std::is_same_v<Numbers, std::vector<double>>) {
                  return std::equal(numbers.begin(), numbers.end(), others.begin(), others.end(),
                                    areAlike);

@@ -38,7 +38,7 @@ herr_t addName(hid_t /*object*/, const char* name, const H5A_info_t* /*info*/, v
 }
 
 void rethrow(const std::exception_ptr& error) {
-  if (error) {  // never true: only where memory is short, never run: likewise
+  if (error) {  // never true, never run: only where memory is short
     std::rethrow_exception(error);
   }
 }
@@ -67,7 +67,7 @@ std::string kindOf(hid_t type) {
       return "variable-length type";
     case H5T_ARRAY:
       return "array type";
-    default:  // never true: libhdf5 opens nothing of another class, never run: likewise
+    default:  // never true, never run: libhdf5 opens nothing of another class
       return "unknown type";
   }
 }

@@ -93,7 +93,7 @@ std::unique_ptr<ArrayBase> makeNumericArray(const Encoding& encoding, Variable v
       return makeAs(0.0F);
     case NC_DOUBLE:
       return makeAs(0.0);
-    default:  // never true: never run: callers ask for types of numbers alone
+    default:  // never true, never run: callers ask for types of numbers alone
       return nullptr;
   }
 }

@@ -60,7 +60,7 @@ hid_t findOpened(const std::vector<hid_t>& before, const std::string& path) {
                opened.end());
   const auto named =
       std::find_if(opened.begin(), opened.end(), [&path](hid_t id) { return pathOf(id) == path; });
-  // never true: never false: libhdf5 names the file by the path that libnetcdf was given
+  // never true, never false: libhdf5 names the file by the path that libnetcdf was given
   return named != opened.end() ? *named : opened.size() == 1 ? opened.front() : H5I_INVALID_HID;
 }
 

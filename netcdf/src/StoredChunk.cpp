@@ -97,7 +97,7 @@ unsigned long mostStoredBytes(const ChunkFormat& format) {
 class ChunkUnpacker::Inflater {
  public:
   Inflater() : m_decompressor(libdeflate_alloc_decompressor()) {
-    if (m_decompressor == nullptr) {  // never true: only where memory is short, never run: likewise
+    if (m_decompressor == nullptr) {  // never true, never run: only where memory is short
       throw std::bad_alloc();
     }
   }

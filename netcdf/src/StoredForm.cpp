@@ -54,7 +54,7 @@ std::string kindOf(int kind) {
       return "variable-length";
     case NC_OPAQUE:
       return "opaque";
-    default:  // never true: of other kinds libnetcdf makes no variables, never run: likewise
+    default:  // never true, never run: of other kinds libnetcdf makes no variables
       return "unknown";
   }
 }

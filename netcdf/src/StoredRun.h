@@ -23,7 +23,7 @@ bool forEachRun(unsigned long valueBytes, const std::vector<RunDimension>& dimen
   unsigned long bytes = valueBytes;
   std::vector<RunDimension> outer;
   for (const RunDimension& next : dimensions) {
-    if (next.extent == 0) {  // never true: callers pass no empty boxes, never run: likewise
+    if (next.extent == 0) {  // never true, never run: callers pass no empty boxes
       return true;
     }
     if (outer.empty() && next.fromStep == bytes && next.toStep == bytes) {

@@ -223,7 +223,7 @@ Found findInHdf5File(const Variable& variable, nc_type type) {
                       {type, valueBytes, isBigEndian, 0, std::move(extents), {}});
     case H5D_CHUNKED:
       return findChunks(variable, properties.id(),
-                        // never true: decided when compiled, never false: likewise
+                        // never true, never false: decided when compiled
                         IS_BIG_ENDIAN_HERE ? types.bigEndian : types.littleEndian,
                         {path, type, {valueBytes, isBigEndian, 0, {}}, std::move(extents), {}, {}});
     default:

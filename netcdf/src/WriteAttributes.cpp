@@ -113,7 +113,7 @@ void requireFittingFill(Attribute& fill, std::optional<StoredType> type, const s
   const bool fits = std::visit(
       [&](const auto& values) {
         using Element = typename std::decay_t<decltype(values)>::value_type;
-        // never true: never false: decided when compiled
+        // never true, never false: decided when compiled
         const bool isOfType = std::is_same_v<Element, std::string>
                                   ? !type
                                   : NETCDF_TYPE<Element> == netcdfTypeOf(type);

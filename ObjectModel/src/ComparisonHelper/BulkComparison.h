@@ -128,7 +128,7 @@ class BulkComparison {
   /// What is equal is the same under every rule, which saves most values the rule.
   bool areAllSame(const Value* a, const Value* b, std::size_t count) const {
     return areAllSameUnder(ExactRule{}, a, b, count) ||
-           // never true: decided when compiled; never false: decided when compiled
+           // never true, never false: decided when compiled
            (!std::is_same_v<Rule, ExactRule> && areAllSameUnder(m_rule, a, b, count));
   }
 

@@ -129,7 +129,7 @@ TYPED_TEST_P(DictionarySuite, EntriesKnowTheirParent) {
     object_model::Data* entry = this->writable().data(name);
     const object_model::Data* readOnly = entry;
     EXPECT_EQ(readOnly->parent(), entry->parent()) << name;
-    // never true: decided when compiled; never false: decided when compiled
+    // never true, never false: decided when compiled
     if (BorrowsEntries<TypeParam>::value) {
       EXPECT_NE(entry->parent(), nullptr) << name;
     } else {
@@ -139,7 +139,7 @@ TYPED_TEST_P(DictionarySuite, EntriesKnowTheirParent) {
 }
 
 TYPED_TEST_P(DictionarySuite, ParentIsWhatItIsTold) {
-  // never true: decided when compiled; never false: decided when compiled
+  // never true, never false: decided when compiled
   if (BorrowsEntries<TypeParam>::value) {
     return;
   }
