@@ -72,7 +72,14 @@ verb_analyze() {
   tidy "$LINTED_AS_ONE" sanitize "${LINTED[@]}"
 }
 
-## check (25 min): formatting, scripts, documentation, interface, clang-tidy, sanitizers, instruction counts
+## packaging (15 min): test the project as users meet it: fetched, installed, packed (options go to ctest)
+verb_packaging() {
+  need "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}"
+  build dev
+  run_tests dev --label-regex '^packaging$' "$@"
+}
+
+## check (40 min): formatting, scripts, documentation, interface, packaging, clang-tidy, sanitizers, instruction counts
 verb_check() {
   need "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${CHECK_PACKAGES[@]}" "${DOCS_PACKAGES[@]}" \
     "${INTERFACE_PACKAGES[@]}" "${BENCH_PACKAGES[@]}"
@@ -82,6 +89,8 @@ verb_check() {
   say "what bounds what misses its goal"
   python3 scripts/performance.py
   check_interface
+  build dev
+  run_tests dev --label-regex '^packaging$'
   check_sources
   # One build is both clang++'s opinion and the sanitizers' subject.
   build sanitize
