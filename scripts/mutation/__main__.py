@@ -17,9 +17,11 @@ from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
 import explained
-from mutants import Mutant, make_mutants
-from programs import Build, Coverage
-from trial import SURVIVED, Trial
+import variants
+from mutants import Body, Mutant, make_mutants
+from programs import Build, Coverage, Suite
+from trial import INVALID, SURVIVED, Trial
+from variants import Place
 
 ROOT = Path(__file__).resolve().parents[2]
 EXPLAINED = ROOT / "tests/mutation/explained.txt"
@@ -116,57 +118,100 @@ def identity(mutant: Mutant, source: bytes) -> str:
 class Session:
     """Trials that run at once, and what they find."""
 
-    def __init__(self, trials: list[Trial], verdicts: Verdicts):
+    def __init__(self, builder: Trial, trials: list[Trial], verdicts: Verdicts, library: str):
+        self.builder = builder
         self.verdicts = verdicts
+        self.library = library
         self.trials: queue.Queue[Trial] = queue.Queue()
         for trial in trials:
             self.trials.put(trial)
 
-    def verdict(self, mutant: Mutant, name: str, library: str) -> str:
+    def verdict(self, mutant: Mutant, name: str, number: int, place: Place | None) -> str:
+        """That of a change which is built already at its place, or else of one alone."""
         if name not in self.verdicts.known:
-            verdict, _ = self._try(mutant, library)
+            trial = self.trials.get()
+            try:
+                verdict = SURVIVED
+                if place is not None:
+                    lines = mutant.lines((ROOT / mutant.file).read_bytes())
+                    suites = trial.coverage.covering(mutant.file, lines)
+                    verdict = trial.run(mutant.file, suites, self.builder.folder, number)
+                # Where the compiler called the function, it did not see the change.
+                is_seen = place is not None and (place.body is None or not place.body.may_be_constant)
+                if verdict == SURVIVED and not is_seen:
+                    verdict = trial.verdict(mutant, self.library)
+            finally:
+                self.trials.put(trial)
             self.verdicts.note(name, verdict)
         return self.verdicts.known[name]
 
-    def require_unchanged_file_to_pass(self, file: str, library: str) -> None:
-        """Else its mutants would fail for a reason that is none of theirs."""
-        verdict, output = self._try(Mutant(file, 0, 0, ""), library)
+    def build(
+        self, file: str, source: bytes, mutants: list[Mutant], within: dict[int, Place]
+    ) -> tuple[dict[int, Place], set[int]]:
+        """Builds the file with these changes. Returns which are built and which do not compile."""
+        suites = self._suites_of(file, source, mutants)
+        left = dict(within)
+        invalid: set[int] = set()
+        while True:
+            text = variants.combined(source, mutants, left)
+            if self.builder.prepare(file, text.text, self.library, suites):
+                break
+            found = variants.numbers_in_errors(self.builder.output(), file, text)
+            if not left:
+                sys.exit(f"{file} without any change:\n{self.builder.output()}")
+            if not found:
+                left = {}  # something else is wrong with them: each is tried alone
+                invalid = set()
+                continue
+            # A value may have to be known to the compiler: such a change is tried alone.
+            invalid |= {number for number in found if within[number].body is not None}
+            left = {number: place for number, place in left.items() if number not in found}
+        # Else its mutants would fail for a reason that is none of theirs.
+        verdict = self.builder.run(file, suites, self.builder.folder)
         if verdict != SURVIVED:
-            sys.exit(f"{file} without any change: {verdict}\n{output}")
+            sys.exit(f"{file} without any change: {verdict}\n{self.builder.output()}")
+        return left, invalid
 
-    def _try(self, mutant: Mutant, library: str) -> tuple[str, str]:
-        """The verdict, and what the last tests have printed."""
-        trial = self.trials.get()
-        try:
-            return trial.verdict(mutant, library), trial.output()
-        finally:
-            self.trials.put(trial)
+    def _suites_of(self, file: str, source: bytes, mutants: list[Mutant]) -> list[Suite]:
+        found = {}
+        for mutant in mutants:
+            for suite in self.builder.coverage.covering(file, mutant.lines(source)):
+                found[suite.program, suite.name] = suite
+        return list(found.values())
 
 
 def try_file(
     session: Session,
     executor: ThreadPoolExecutor,
-    library: str,
     file: str,
-    mutants: list[Mutant],
+    found: tuple[list[Mutant], list[Body]],
     again: bool,
 ) -> tuple[bytes, list[tuple[Mutant, str]]]:
     """The text of a file, and its mutants with their verdicts."""
     source = (ROOT / file).read_bytes()
-    named = [(mutant, identity(mutant, source)) for mutant in mutants]
+    named = [(mutant, identity(mutant, source)) for mutant in found[0]]
     if again:
         named = [each for each in named if session.verdicts.last.get(each[1]) == SURVIVED]
     start = time.monotonic()
+    mutants = [mutant for mutant, _ in named]
+    built: dict[int, Place] = {}
     if any(name not in session.verdicts.known for _, name in named):
-        session.require_unchanged_file_to_pass(file, library)
-    verdicts = list(executor.map(lambda each: session.verdict(*each, library), named))
+        within = variants.places_of(source, mutants, found[1])
+        built, invalid = session.build(file, source, mutants, within)
+        for number in invalid:
+            session.verdicts.note(named[number - 1][1], INVALID)
+
+    def verdict_of(number: int) -> str:
+        return session.verdict(*named[number - 1], number, built.get(number))
+
+    verdicts = list(executor.map(verdict_of, range(1, len(named) + 1)))
     if named:
         print(
             f"{file}: {len(named)} mutants, {verdicts.count(SURVIVED)} survived,"
             f" {time.monotonic() - start:.0f} s",
             flush=True,
         )
-    return source, list(zip((mutant for mutant, _ in named), verdicts))
+    return source, list(zip(mutants, verdicts))
 
 
 def main() -> int:
@@ -198,13 +243,13 @@ def main() -> int:
             trials = [
                 Trial(build, coverage, folder / f"trial-{number}") for number in range(options.jobs)
             ]
-            session = Session(trials, verdicts)
+            builder = Trial(build, coverage, folder / "variants", options.jobs)
+            session = Session(builder, trials, verdicts, library)
             for file in files:
                 tried.append(file)
-                mutants = make_mutants(ROOT, file, build.options(library))[:: options.every]
-                source, results = try_file(
-                    session, executor, library, file, mutants, options.again
-                )
+                mutants, bodies = make_mutants(ROOT, file, build.options(library))
+                some = mutants[:: options.every]
+                source, results = try_file(session, executor, file, (some, bodies), options.again)
                 for mutant, verdict in results:
                     totals[verdict] += 1
                     if verdict == SURVIVED:

@@ -92,12 +92,23 @@ class Mutant:
         return source.rfind(b"\n", 0, self.begin) + 1, len(source) if last < 0 else last
 
 
+@dataclass(frozen=True)
+class Body:
+    """Where the body of a function stands, with its braces."""
+
+    begin: int
+    end: int
+    gives_nothing: bool
+    may_be_constant: bool
+
+
 class _Maker:
     def __init__(self, name: str, source: bytes, path: str):
         self.name = name
         self.source = source
         self.path = path
         self.found: dict[Mutant, None] = {}  # a set that keeps the order
+        self.bodies: list[Body] = []
         self.last_breaks: set[int] = set()
 
     def add(self, begin: int, end: int, text: str) -> None:
@@ -118,11 +129,29 @@ class _Maker:
         if cursor.kind in SKIPPED:
             return
         if cursor.kind in FUNCTIONS:
+            if function is None:
+                self.note_body(cursor)
             function = cursor
         children = [child for child in cursor.get_children() if self.is_here(child)]
         self.mutate(cursor, children, function)
         for child in children:
             self.visit(child, function)
+
+    def note_body(self, function: Cursor) -> None:
+        """Not of a function whose type its body tells."""
+        compounds = [
+            each for each in function.get_children() if each.kind == CursorKind.COMPOUND_STMT
+        ]
+        type_ = function.type.spelling
+        if len(compounds) != 1 or function.kind == CursorKind.LAMBDA_EXPR or "auto" in type_:
+            return
+        begin, end = (each.offset for each in (compounds[0].extent.start, compounds[0].extent.end))
+        head = self.source[function.extent.start.offset : begin]
+        if self.source[begin : begin + 1] != b"{":
+            return
+        is_structor = function.kind in (CursorKind.CONSTRUCTOR, CursorKind.DESTRUCTOR)
+        gives_nothing = is_structor or type_.startswith("void ")
+        self.bodies.append(Body(begin, end, gives_nothing, b"constexpr" in head))
 
     def mutate(self, cursor: Cursor, children: list[Cursor], function: Cursor | None) -> None:
         kind = cursor.kind
@@ -326,8 +355,10 @@ def _type(cursor: Cursor) -> str:
     return re.sub(r"^const ", "", type_.spelling)
 
 
-def make_mutants(root: Path, name: str, options: list[str]) -> list[Mutant]:
-    """All mutants of the file `name` below `root`, in the order of their places."""
+def make_mutants(
+    root: Path, name: str, options: list[str]
+) -> tuple[list[Mutant], list[Body]]:
+    """All mutants of the file `name` below `root`, in the order of their places, and its bodies."""
     path = str(root / name)
     source = (root / name).read_bytes()
     unit = Index.create().parse(path, args=["-x", "c++", *options])
@@ -338,4 +369,5 @@ def make_mutants(root: Path, name: str, options: list[str]) -> list[Mutant]:
     for child in unit.cursor.get_children():
         if maker.is_here(child):
             maker.visit(child, None)
-    return sorted(maker.found, key=lambda each: (each.begin, each.end, each.text))
+    mutants = sorted(maker.found, key=lambda each: (each.begin, each.end, each.text))
+    return mutants, maker.bodies

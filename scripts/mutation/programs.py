@@ -60,12 +60,14 @@ class Build:
         """The options that the sources of the library `target` are parsed with."""
         object_ = next(each for each in self.compile_commands if is_part(each, target))
         command = self.compile_commands[object_]
-        return [each for each in command[1:] if each.startswith(("-I", "-D", "-std"))]
+        named = [each for each in command[1:] if each.startswith(("-I", "-D", "-std"))]
+        places = (k for k, each in enumerate(command) if each == "-isystem")
+        return named + [word for k in places for word in command[k : k + 2]]
 
     def _options_for_change(self, object_: str) -> list[str]:
         dropped = {"-fprofile-instr-generate", "-fcoverage-mapping", "-c"}
         command = [each for each in self.compile_commands[object_] if each not in dropped]
-        return [*command[: command.index("-o")], "-w"]
+        return [*command[: command.index("-o")], "-w", "-ferror-limit=0", "-fno-color-diagnostics"]
 
     def precompile(self, library: str, headers: set[str], folder: Path) -> None:
         """Reads the system's headers once for all changes of a library."""

@@ -1,14 +1,17 @@
 """Tries one mutant: builds what it changes and runs the tests that cover it."""
 
 import json
+import re
 import resource
 import shutil
 import signal
 import subprocess
+from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
 from mutants import Mutant
 from programs import ENVIRONMENT, Build, Coverage, Suite, is_part
+from variants import CHOICE
 
 INVALID, KILLED, TIMED_OUT, SURVIVED = "did not compile", "killed", "timed out", "survived"
 
@@ -23,8 +26,9 @@ MEMORY_BYTES = 4 << 30
 class Trial:
     """`folder` is this trial's own; one can be used for many mutants, one after the other."""
 
-    def __init__(self, build: Build, coverage: Coverage, folder: Path):
+    def __init__(self, build: Build, coverage: Coverage, folder: Path, compilers: int = 1):
         self.build = build
+        self.compilers = compilers
         self.coverage = coverage
         self.folder = folder
         folder.mkdir(parents=True, exist_ok=True)
@@ -35,62 +39,57 @@ class Trial:
         return path.read_text(errors="replace") if path.exists() else ""
 
     def verdict(self, mutant: Mutant, library: str) -> str:
+        source = (self.build.root / mutant.file).read_bytes()
+        suites = self.coverage.covering(mutant.file, mutant.lines(source))
+        if not self.prepare(mutant.file, mutant.applied_to(source), library, suites):
+            return INVALID
+        return self.run(mutant.file, suites, self.folder)
+
+    def prepare(self, file: str, text: bytes, library: str, suites: list[Suite]) -> bool:
+        """Builds what the suites need with another text of the file. Not where that does not compile."""
         shutil.rmtree(self.folder)
         self.folder.mkdir()
-        source = (self.build.root / mutant.file).read_bytes()
-        self._write_overlay(mutant, source)
-        suites = self.coverage.covering(mutant.file, mutant.lines(source))
-        users = self.build.users.get(mutant.file, [])
+        self._write_overlay(file, text)
+        users = self.build.users.get(file, [])
         in_library = [each for each in users if is_part(each, library)]
-        if in_library:
-            if not self._build_library(library, in_library, suites):
-                return INVALID
-            verdict = self._run(suites)
-            if verdict != SURVIVED:
-                return verdict
+        built = self._compile(library, in_library)
+        if built is None:
+            return False
+        parts: dict[str, Path] = {}
+        if built and library.endswith(".so"):
+            if not self._link(library, built):
+                return False
+        elif built:
+            # An archive, which is part of each program: its members go by their names.
+            archive = self.folder / Path(library).name
+            shutil.copy(self.build.directory / library, archive)
+            if not self._succeeds(["llvm-ar", "r", str(archive), *map(str, built.values())]):
+                return False
+            parts[library] = archive
         # Tests of what the library does not export have it compiled into themselves.
-        changed = []
         for program in sorted({each.program for each in suites}):
             in_program = [each for each in users if is_part(each, program)]
             if in_program:
                 own = [each for each in suites if each.program == program]
                 in_program = self.build.holding(in_program, own)
-                if not self._build(program, in_program):
-                    return INVALID
-                changed.append(program)
-        return self._run([each for each in suites if each.program in changed])
+            changed = self._compile(program, in_program)
+            if changed is None:
+                return False
+            if (parts or changed) and not self._link(program, {**parts, **changed}):
+                return False
+        return True
 
-    def _write_overlay(self, mutant: Mutant, source: bytes) -> None:
+    def _write_overlay(self, file: str, text: bytes) -> None:
         # The compiler sees the change at the file's own path; no source is touched.
         changed = self.folder / "changed"
-        changed.write_bytes(mutant.applied_to(source))
-        path = str(self.build.root / mutant.file)
+        changed.write_bytes(text)
+        path = str(self.build.root / file)
         overlay = {
             "version": 0,
             "use-external-names": False,
             "roots": [{"name": path, "type": "file", "external-contents": str(changed)}],
         }
         (self.folder / "overlay.yaml").write_text(json.dumps(overlay))
-
-    def _build_library(self, library: str, objects: list[str], suites: list[Suite]) -> bool:
-        if library.endswith(".so"):
-            return self._build(library, objects)
-        built = self._compile(library, objects)
-        if built is None:
-            return False
-        # An archive, which is part of each program: its members go by their names.
-        archive = self.folder / Path(library).name
-        shutil.copy(self.build.directory / library, archive)
-        if not self._succeeds(["llvm-ar", "r", str(archive), *map(str, built.values())]):
-            return False
-        return all(
-            self._link(program, {library: archive})
-            for program in sorted({each.program for each in suites})
-        )
-
-    def _build(self, target: str, objects: list[str]) -> bool:
-        built = self._compile(target, objects)
-        return built is not None and self._link(target, built)
 
     def _compile(self, target: str, objects: list[str]) -> dict[str, Path] | None:
         """The changed objects; none where one does not compile."""
@@ -99,12 +98,13 @@ class Trial:
             folder = self.folder / f"{Path(target).name}.{number}"
             folder.mkdir(exist_ok=True)
             built[object_] = folder / Path(object_).name
-            command = self.build.compile_command(
-                object_, built[object_], self.folder / "overlay.yaml"
-            )
-            if not self._succeeds(command):
-                return None
-        return built
+        overlay = self.folder / "overlay.yaml"
+
+        def compiles(object_: str) -> bool:
+            return self._succeeds(self.build.compile_command(object_, built[object_], overlay))
+
+        with ThreadPoolExecutor(self.compilers) as executor:
+            return built if all(list(executor.map(compiles, objects))) else None
 
     def _link(self, target: str, changed: dict[str, Path]) -> bool:
         return self._succeeds(
@@ -112,11 +112,16 @@ class Trial:
         )
 
     def _succeeds(self, command: list[str]) -> bool:
-        run = subprocess.run(command, cwd=self.build.directory, capture_output=True)
+        run = subprocess.run(command, cwd=self.build.directory, capture_output=True, text=True)
+        if run.returncode != 0:
+            (self.folder / "output").write_text(run.stderr)
         return run.returncode == 0
 
-    def _run(self, suites: list[Suite]) -> str:
-        """The quick tests of all programs first; most mutants end there."""
+    def run(self, file: str, suites: list[Suite], programs: Path, choice: int = 0) -> str:
+        """The quick tests of the file's own suites first, then those of all; most mutants end there.
+
+        `programs` has those that are not as in the build, `choice` is the change that is chosen in them.
+        """
         quick: dict[str, list[str]] = {}
         skipped: dict[str, list[str]] = {}
         for suite in suites:
@@ -125,21 +130,33 @@ class Trial:
             if slow:
                 skipped.setdefault(suite.program, []).extend(slow)
         runs = []
+        own = re.compile(rf"{Path(file).stem}(s?Test)?$")
+        for program, names in quick.items():
+            first = [each for each in names if own.search(each.removesuffix(".*").split("/")[-1])]
+            negative = "-" + ":".join(skipped[program]) if program in skipped else ""
+            if first:
+                runs.insert(0, (program, ":".join(first) + negative, QUICK_CPU_SECONDS))
         for program, names in quick.items():
             negative = "-" + ":".join(skipped[program]) if program in skipped else ""
             runs.append((program, ":".join(names) + negative, QUICK_CPU_SECONDS))
         runs.extend((program, ":".join(names), CPU_SECONDS) for program, names in skipped.items())
         for program, tests, seconds in runs:
-            verdict = self._run_program(program, tests, seconds)
+            verdict = self._run_program(programs, program, tests, seconds, choice)
             if verdict != SURVIVED:
                 return verdict
         return SURVIVED
 
-    def _run_program(self, program: str, tests: str, seconds: int) -> str:
-        changed = self.folder / Path(program).name
+    def _run_program(
+        self, programs: Path, program: str, tests: str, seconds: int, choice: int
+    ) -> str:
+        changed = programs / Path(program).name
         path = changed if changed.exists() else self.build.directory / program
         command = [str(path), "--gtest_fail_fast", "--gtest_brief=1", f"--gtest_filter={tests}"]
-        environment = {"LD_LIBRARY_PATH": str(self.folder), "MALLOC_PERTURB_": "165"}
+        environment = {
+            "LD_LIBRARY_PATH": str(programs),
+            "MALLOC_PERTURB_": "165",
+            CHOICE: str(choice),
+        }
         try:
             with (self.folder / "output").open("wb") as output:
                 run = subprocess.run(
