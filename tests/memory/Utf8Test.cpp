@@ -2,6 +2,7 @@
 #include <quillon/memory/Utf8.h>
 #include <quillon/memory/Wording.h>
 
+#include <cstdint>
 #include <string>
 
 namespace quillon::memory {
@@ -65,6 +66,34 @@ TEST(WidthTest, CombiningMarksAndWhatShowsNothingTakeNone) {
   EXPECT_EQ(widthOf(U'\u200B'), 0);
   EXPECT_EQ(widthOf(U'\uFEFF'), 0);
   EXPECT_EQ(widthOf(U'\U000E0100'), 0);
+}
+
+/// A checksum of what `tell` says of all code points.
+template <class Tell>
+std::uint64_t checksum(Tell tell) {
+  constexpr std::uint64_t PRIME = 4294967291;
+  std::uint64_t sum = 0;
+  for (char32_t point = 0; point <= 0x10FFFF; ++point) {
+    sum = (sum * 31 + static_cast<std::uint64_t>(tell(point)) + 1) % PRIME;
+  }
+  return sum;
+}
+
+// Of all points that stand for something, these are the widths that the general categories and East
+// Asian widths in Python's unicodedata 14.0.0 give.
+TEST(WidthTest, OfEachCodePointIsThatOfTheCharacterDatabase) {
+  EXPECT_EQ(checksum(widthOf), 2539626421U);
+}
+
+TEST(WidthTest, HangulVowelsAndFinalsJoinTheSyllableBefore) {
+  EXPECT_EQ(widthOf(U'\u1160'), 0);
+  EXPECT_EQ(widthOf(U'\u11FF'), 0);
+  EXPECT_EQ(widthOf(U'\uD7B0'), 0);
+  EXPECT_EQ(widthOf(U'\uD7FB'), 0);
+}
+
+TEST(InvisibleTest, EachCodePointThatShowsNothingIs) {
+  EXPECT_EQ(checksum(isInvisible), 504375445U);
 }
 
 TEST(WidthTest, OfATextIsTheSumOverItsCharacters) {
