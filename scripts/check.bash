@@ -26,20 +26,6 @@ check_headers() {
   cmake --build --preset "$1" --target all_verify_interface_header_sets >&2
 }
 
-# The presets compile sources of a folder as one, where each sees what those before it include.
-check_sources() {
-  say "each source alone"
-  local build=build/alone
-  cmake --preset dev -B "$build" -DCMAKE_UNITY_BUILD=OFF -DBUILD_TESTING=OFF -DQUILLON_PYTHON=ON >&2
-  python3 - "$build/compile_commands.json" <<'END' | xargs -P "$(nproc)" -d '\n' -I{} bash -c '{}'
-import json, shlex, sys
-for each in json.load(open(sys.argv[1])):
-    words = shlex.split(each["command"])
-    words[words.index("-o") : words.index("-o") + 2] = ["-fsyntax-only"]
-    print(shlex.join(["cd", each["directory"]]), "&&", shlex.join(words))
-END
-}
-
 # The thread sanitizer goes with no other, so the tests that need it have a build of their own.
 check_threads() {
   build thread --target object_model_thread_tests tabra_thread_tests netcdf_thread_tests
@@ -91,7 +77,6 @@ verb_check() {
   check_interface
   build dev
   run_tests dev --label-regex '^packaging$'
-  check_sources
   # One build is both clang++'s opinion and the sanitizers' subject.
   build sanitize
   check_headers sanitize
