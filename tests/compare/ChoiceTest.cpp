@@ -123,6 +123,23 @@ TEST_F(ChoiceTest, AGroupMayHaveNoName) {
   EXPECT_THAT(chosen(variables({"pitch"})).second, ElementsAre("/"));
 }
 
+TEST_F(ChoiceTest, AGroupWithoutANameMayLieInAnother) {
+  m_first.add(dictionary("deep", dictionary("", row<double>("pitch", {1}))));
+  m_second.add(dictionary("deep", row<double>("axis", {1})));
+  EXPECT_THAT(chosen(variables({"pitch"})).first, ElementsAre("deep//pitch"));
+  EXPECT_THAT(chosen(variables({"pitch"})).second, ElementsAre("deep/"));
+}
+
+TEST_F(ChoiceTest, OfNamesAsNearThoseOfTheFirstSideAreOfferedBeforeWhatIsUnreadable) {
+  m_first = dictionary("first", row<double>("tone3", {1}));
+  m_second = dictionary("second", row<double>("tone2", {1}), row<double>("tone3", {1}));
+  Choice choice = variables({"tone"});
+  choice.unreadable = {"tone1", "tone2"};
+  EXPECT_EQ(error(choice),
+            "Neither side has a variable 'tone'; did you mean 'tone3', 'tone2' or "
+            "'tone1'?");
+}
+
 TEST_F(ChoiceTest, SelectionsTakeThePaths) {
   const Chosen areas = chosen(variables({"area", "radius"}));
   const memory::Selection first(m_first, areas.first);

@@ -89,6 +89,17 @@ TEST(CompareTest, AllReasonsOfOneEntryComeInTheirOrder) {
                           "/: 1 of 2 values differ; the largest delta is 1 at x=1: 2 and 3"));
 }
 
+TEST(CompareTest, OnlyValuesHaveFigures) {
+  const std::vector<Difference> rows =
+      compare(dictionary("a", row<double>("x", {1})), Dictionary("b")).rows;
+  ASSERT_EQ(rows.size(), 1);
+  EXPECT_EQ(rows[0].count, 0);
+  EXPECT_EQ(rows[0].size, 0);
+  EXPECT_EQ(rows[0].missing, 0);
+  EXPECT_TRUE(std::isnan(rows[0].largestRelative));
+  EXPECT_TRUE(std::isnan(rows[0].mean));
+}
+
 TEST(CompareTest, PhysicalUnitsDifferWhereShownOnesAgree) {
   DoubleArray a = row<double>("a", {1});
   DoubleArray b = row<double>("a", {1});
@@ -168,6 +179,19 @@ TEST(CompareTest, ElementsThatAreDictionariesAreComparedAsEntries) {
       lines(report),
       ElementsAre("/items[2,1]/v: 1 of 1 values differ; the largest delta is 1 at x=0: 1 and 2"));
   EXPECT_EQ(report.values, 6);
+}
+
+TEST(CompareTest, ElementsAreComparedInStorageOrder) {
+  std::vector<Dictionary> empty;
+  for (int k = 0; k < 6; ++k) {
+    empty.emplace_back("item");
+  }
+  const DictionaryArray a("items", {{"x", 2}, {"y", 3}}, items(0));
+  const DictionaryArray b("items", {{"x", 2}, {"y", 3}}, std::move(empty));
+  EXPECT_THAT(linesOf(a, b),
+              ElementsAre("/[0,0]/v: only in the first", "/[0,1]/v: only in the first",
+                          "/[1,0]/v: only in the first", "/[1,1]/v: only in the first",
+                          "/[2,0]/v: only in the first", "/[2,1]/v: only in the first"));
 }
 
 TEST(CompareTest, ElementsOfARootHaveAPath) {
@@ -306,6 +330,18 @@ TEST(CompareTest, FiguresFromElsewhereStandForTheValues) {
             "/x: not compared: its first half is gone");
   EXPECT_EQ(report.values, 2);
   EXPECT_FALSE(report.same);
+}
+
+TEST(CompareTest, FiguresFromElsewhereStandAtThePlacesOfTheFirstSide) {
+  const DoubleArray a("a", {{"x", 2}}, {1, 2});
+  const DoubleArray b("a", {{"y", 2}}, {1, 3});
+  Options options;
+  options.figures = [&](const std::string&, const Tolerance&) {
+    return std::optional(FiguresInParts{figures(a, b, {}), {}});
+  };
+  EXPECT_EQ(text(compare(a, b, options)),
+            "/: the dimensions differ: (x) and (y)\n"
+            "/: 1 of 2 values differ; the largest delta is 1 at x=1: 2 and 3");
 }
 
 TEST(CompareTest, FiguresFromElsewhereAreNotAskedForWhereShapesDiffer) {

@@ -29,10 +29,12 @@ TEST(DeltaMapTest, ShowsTheLargestDeltaOfEachCell) {
   map.add(4, 2);
   map.add(4, 1);
   map.add(4, 3);
+  map.add(5, 2);
+  map.add(5, 1);
   const Picture picture = map.picture({"x", "y"});
   EXPECT_EQ(inWords(picture.across), "x 3 in 3");
   EXPECT_EQ(inWords(picture.down), "y 2 in 2");
-  EXPECT_THAT(picture.cells, ElementsAre(0.5, 0, 0, 0, 3, 0));
+  EXPECT_THAT(picture.cells, ElementsAre(0.5, 0, 0, 0, 3, 2));
 }
 
 TEST(DeltaMapTest, ADeltaGoesBeforeNone) {

@@ -102,6 +102,56 @@ TEST(FiguresTest, MeanIsExactWhereAPlainSumWouldNotBe) {
   EXPECT_DOUBLE_EQ(found.mean(), 1e12 + 999e-6);
 }
 
+TEST(FiguresTest, RestIsWhatTheRoundingOfTheSumLeftOut) {
+  const auto ofDeltas = [](const std::vector<double>& deltas) {
+    return figures(row<double>("a", std::vector<double>(deltas.size())), row<double>("b", deltas),
+                   {});
+  };
+  const Figures two = ofDeltas({1e16, 1});
+  EXPECT_EQ(two.sum, 1e16);
+  EXPECT_EQ(two.rest, 1);
+  const Figures three = ofDeltas({1e16, 1, 1e16});
+  EXPECT_EQ(three.sum, 2e16);
+  EXPECT_EQ(three.rest, 1);
+  const Figures merged = merge(two, two);
+  EXPECT_EQ(merged.sum, 2e16);
+  EXPECT_EQ(merged.rest, 2);
+  const Figures infinite = figures(row<double>("a", {INFINITE, 0}), row<double>("b", {0, 1}), {});
+  EXPECT_EQ(infinite.sum, INFINITE);
+  EXPECT_EQ(infinite.rest, 0);
+}
+
+TEST(FiguresTest, MergedOnesHaveNoMorePairsThanThereAre) {
+  Options options;
+  options.largest = 5;
+  const Figures left = figures(row<double>("a", {1}), row<double>("b", {2}), options, {0}, {2});
+  const Figures right = figures(row<double>("a", {1}), row<double>("b", {4}), options, {1}, {2});
+  const Figures merged = merge(left, right);
+  EXPECT_EQ(merged.kept, 5);
+  ASSERT_EQ(merged.largest.size(), 2);
+  EXPECT_EQ(merged.largest[0].offset, 1);
+  EXPECT_EQ(merged.largest[1].offset, 0);
+}
+
+TEST(FiguresTest, PairsOfEqualDeltasGoByTheirPlaceButIntegersByTheirDistance) {
+  constexpr long FAR = std::numeric_limits<long>::max();
+  const Pair numbers{1, 1, 1.0, 2.0};
+  const Pair mixed{1, 1, 1L, 2.0};
+  const Pair mixedUnsigned{1, 1, 1UL, 2.0};
+  EXPECT_FALSE(isBefore(numbers, numbers));
+  for (const Pair& a : {numbers, mixed, mixedUnsigned}) {
+    for (Pair b : {numbers, mixed, mixedUnsigned}) {
+      b.offset = 2;
+      EXPECT_TRUE(isBefore(a, b));
+      EXPECT_FALSE(isBefore(b, a));
+    }
+  }
+  const Pair near{1, 9223372036854775808.0, 1L, FAR};
+  const Pair far{2, 9223372036854775808.0, 0L, FAR};
+  EXPECT_TRUE(isBefore(far, near));
+  EXPECT_FALSE(isBefore(near, far));
+}
+
 TEST(FiguresTest, OffsetsAreThoseOfTheWholeGrid) {
   const DoubleArray a("a", {{"x", 2}, {"y", 2}}, {0, 0, 0, 0});
   const DoubleArray b("b", {{"x", 2}, {"y", 2}}, {0, 1, 0, 2});
@@ -141,6 +191,11 @@ TEST(FiguresTest, BlocksMustFitEachOtherAndTheGrid) {
             "The block from 1 on, of 2, does not lie in dimension 0 of the grid, of 2");
   EXPECT_EQ(sentence(a, a, {3}, {2}),
             "The block from 3 on, of 2, does not lie in dimension 0 of the grid, of 2");
+  const DoubleArray square("a", {{"x", 2}, {"y", 2}}, {1, 2, 3, 4});
+  EXPECT_EQ(sentence(square, square, {0, 1}, {2, 2}),
+            "The block from 1 on, of 2, does not lie in dimension 1 of the grid, of 2");
+  const DoubleArray empty = row<double>("a", {});
+  EXPECT_EQ(figures(empty, empty, {}, {2}, {2}).values, 0);
   for (const auto& [start, shape] :
        {std::pair(Extents{}, Extents{2}), std::pair(Extents{0}, Extents{}),
         std::pair(Extents{0}, Extents{2, 2}), std::pair(Extents{0, 0}, Extents{2})}) {

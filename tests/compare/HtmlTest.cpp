@@ -1,11 +1,16 @@
 #include <gmock/gmock.h>
 
+#include <regex>
+#include <set>
+
 #include "Support.h"
 
 namespace quillon::compare {
 namespace {
 
+using ::testing::Contains;
 using ::testing::HasSubstr;
+using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::StartsWith;
 
@@ -146,6 +151,57 @@ TEST(HtmlTest, AttributesStandBelowTheirEntry) {
             "<summary><strong>/a@b</strong> @u: only in the first: &#39;&lt;x&gt;&#39;<br>\n"
             "@\\x1b: only in the first: &#39;y&#39;</summary>\n"
             "<div class=\"figures\">\n</div>\n</details>\n");
+}
+
+TEST(HtmlTest, AnAtInTheNameOfAnEntryIsPartOfIt) {
+  const std::string body = bodyOf(compare(dictionary("a", row<double>("a@b", {1, 2, 3})),
+                                          dictionary("b", row<double>("a@b", {1, 2, 4}))));
+  EXPECT_THAT(body, HasSubstr("<strong>/a@b</strong> 1 of 3 values differ; the largest delta is 1 "
+                              "at x=2: 3 and 4</summary>\n"));
+}
+
+TEST(HtmlTest, ShareOfWhatDiffersHasThreeDigits) {
+  EXPECT_THAT(bodyOf(compare(row<double>("a", {1, 2, 3}), row<double>("a", {1, 2, 4}))),
+              HasSubstr("<td class=\"n\">1 (33.3 %)</td>"));
+}
+
+TEST(HtmlTest, EntriesOfOnePathAreOneRowWithTheFiguresOfBoth) {
+  const auto make = [](double value) {
+    std::vector<memory::Dictionary> items;
+    items.push_back(dictionary("item", row<double>("v", {value})));
+    return dictionary("a", memory::DictionaryArray("g", {{"x", 1}}, std::move(items)),
+                      dictionary("g[0]", row<double>("v", {value, value})));
+  };
+  const std::string body = bodyOf(compare(make(1), make(2)));
+  EXPECT_THAT(body, StartsWith("<h1>1 entry differs</h1>\n"));
+  EXPECT_THAT(body, HasSubstr("<tr><td class=\"n\">1</td><td class=\"n\">0</td><td class=\"n\">1"
+                              "</td><td class=\"n\">2</td></tr>\n</table>\n<table>\n"
+                              "<tr><th>values</th><td class=\"n\">2</td></tr>\n"
+                              "<tr><th>differ</th><td class=\"n\">2 (100 %)</td></tr>\n"));
+}
+
+TEST(HtmlTest, StyleIsMadeOfRulesWhoseColoursAreNamed) {
+  const std::string page = toHtml(Report(), "", "");
+  const std::size_t start = page.find("<style>") + std::string("<style>").size();
+  std::string rest = page.substr(start, page.find("</style>") - start);
+  std::set<std::string> named;
+  for (const std::regex& wanted :
+       {std::regex(R"(--[-\w]+(?=:))"), std::regex(R"(var\((--[-\w]+)\))")}) {
+    for (std::sregex_iterator found(rest.begin(), rest.end(), wanted), end; found != end; ++found) {
+      if (wanted.mark_count() == 0) {
+        named.insert(found->str());
+      } else {
+        EXPECT_THAT(named, Contains(found->str(1)));
+      }
+    }
+  }
+  // Without whole rules, those for dark pages and blanks nothing is left.
+  const std::regex rule(R"([-\s\w:>,.[\]]+\{(\s*[-\w]+: [^:;{}]+;)+\s*\})");
+  const std::regex dark(R"(@media \(prefers-color-scheme: dark\) \{\s*\})");
+  for (const std::regex& known : {rule, dark, std::regex("\\s+")}) {
+    rest = std::regex_replace(rest, known, "");
+  }
+  EXPECT_THAT(rest, IsEmpty());
 }
 
 TEST(HtmlTest, WithoutPairsThereAreCountsOnly) {

@@ -26,6 +26,13 @@ TEST(LinesTest, DeltaHasSixDigitsAndValuesReadBack) {
                       StoredArray<std::complex<double>>("a", {}, {{0.1F, 2}})),
               ElementsAre("/: 1 of 1 values differ; the largest delta is 2: (0.1;0) and "
                           "(0.10000000149011612;2)"));
+  EXPECT_THAT(linesOf(StoredArray<double>("a", {}, {1.0 / 3}), StoredArray<float>("a", {}, {0.1F})),
+              ElementsAre("/: 1 of 1 values differ; the largest delta is 0.233333: "
+                          "0.3333333333333333 and 0.1"));
+  EXPECT_THAT(linesOf(StoredArray<std::complex<double>>("a", {}, {{0.1F, 2}}),
+                      StoredArray<std::complex<float>>("a", {}, {{0.1F, 0}})),
+              ElementsAre("/: 1 of 1 values differ; the largest delta is 2: "
+                          "(0.10000000149011612;2) and (0.1;0)"));
   EXPECT_THAT(
       linesOf(row<double>("a", {INFINITE}), row<double>("a", {-INFINITE})),
       ElementsAre("/: 1 of 1 values differ; the largest delta is inf at x=0: inf and -inf"));
@@ -125,6 +132,39 @@ TEST(LinesTest, ExcerptsBeginAtTheStartWhereLittleIsShared) {
       ElementsAre("/: 1 of 1 values differ; the first is at x=0: "
                   "'xxxxxxxxxxxxxxxxxxxayyyyyyyyyyyyyyyyyyyy'... and "
                   "'xxxxxxxxxxxxxxxxxxxb'"));
+}
+
+TEST(LinesTest, TextsOfFortyCharactersAreShownWhole) {
+  const std::string shared(39, 'x');
+  EXPECT_THAT(linesOf(row<std::string>("a", {shared + "a"}), row<std::string>("a", {shared + "b"})),
+              ElementsAre("/: 1 of 1 values differ; the first is at x=0: "
+                          "'xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxa' and "
+                          "'xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxb'"));
+}
+
+TEST(LinesTest, ExcerptsBeginBehindTheStartWhereTwentyCharactersAreShared) {
+  const std::string shared(20, 'x');
+  const std::string rest(30, 'y');
+  EXPECT_THAT(
+      linesOf(row<std::string>("a", {shared + "a" + rest}), row<std::string>("a", {shared + "b"})),
+      ElementsAre("/: 1 of 1 values differ; the first is at x=0: "
+                  "...'xxxxxxxxxxayyyyyyyyyyyyyyyyyyyyyyyyyyyyy'... and ...'xxxxxxxxxxb'"));
+}
+
+TEST(LinesTest, ExcerptsDoNotCutCharactersOfFourBytes) {
+  const std::string shared(17, 'x');
+  const std::string rest(26, 'y');
+  EXPECT_THAT(linesOf(row<std::string>("a", {"\U0001F300" + shared + "a" + rest + "\U0001F300"}),
+                      row<std::string>("a", {"\U0001F300" + shared + "b"})),
+              ElementsAre("/: 1 of 1 values differ; the first is at x=0: "
+                          "...'xxxxxxxxxxayyyyyyyyyyyyyyyyyyyyyyyyyy'... and ...'xxxxxxxxxxb'"));
+}
+
+TEST(LinesTest, WithoutPairsTheCountIsAll) {
+  Options options;
+  options.largest = 0;
+  EXPECT_THAT(linesOf(row<double>("a", {1, 2}), row<double>("a", {1, 3}), options),
+              ElementsAre("/: 1 of 2 values differ"));
 }
 
 TEST(LinesTest, ExcerptsDoNotCutCharacters) {

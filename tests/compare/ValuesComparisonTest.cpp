@@ -134,19 +134,20 @@ TEST(ValuesComparisonTest, ComplexNumbersDifferByTheModulus) {
   EXPECT_EQ(differing(Complex(NOT_A_NUMBER, 0), Complex(1, NOT_A_NUMBER)), 0);
 }
 
-TEST(ValuesComparisonTest, OfEqualDeltasTheFirstInStorageOrderIsTheLargest) {
+TEST(ValuesComparisonTest, OfEqualDeltasAndOfNoneTheFirstInStorageOrderGoesFirst) {
   const std::vector<unsigned long> shape = {70, 70};
   const StoredArray<double> zeros("a", shape, std::vector<double>(4900));
-  std::vector<double> ones(4900, 1);
-  ones[0] = 0;
-  ones[1] = 0;
-  const StoredArray<double> transposed("a", shape, ones, Way::Transposed);
-  Options options;
-  options.largest = 2;
-  const Difference difference = compare(zeros, transposed, options).rows.at(0);
-  EXPECT_EQ(difference.largest.at(0).at.at(1).index, 2);
-  EXPECT_EQ(difference.largest.at(0).at.at(0).index, 0);
-  EXPECT_EQ(difference.largest.at(1).at.at(1).index, 3);
+  for (const double other : {1.0, NOT_A_NUMBER}) {
+    std::vector<double> others(4900, other);
+    std::fill_n(others.begin(), 66, 0.0);
+    const StoredArray<double> transposed("a", shape, others, Way::Transposed);
+    Options options;
+    options.largest = 2;
+    const Difference difference = compare(zeros, transposed, options).rows.at(0);
+    EXPECT_EQ(difference.largest.at(0).at.at(1).index, 66) << other;
+    EXPECT_EQ(difference.largest.at(0).at.at(0).index, 0) << other;
+    EXPECT_EQ(difference.largest.at(1).at.at(1).index, 67) << other;
+  }
 }
 
 TEST(ValuesComparisonTest, FiguresAreTakenOverTheValuesThatDifferAndHaveADelta) {
