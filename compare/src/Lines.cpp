@@ -19,13 +19,16 @@ constexpr std::size_t SHARED_TEXT = 10;
 
 using Texts = std::pair<std::string, std::string>;
 
-/// The last start of a UTF-8 character that is not behind `position`.
+/// Where the UTF-8 character begins that has the byte at `position`, which may be the end of the
+/// text; `position` where it is part of none.
 std::size_t characterStart(const std::string& text, std::size_t position) {
-  while (position > 0 && position < text.size() &&
-         (static_cast<unsigned char>(text[position]) & 0xC0U) == 0x80U) {
-    --position;
+  constexpr std::size_t MOST_BYTES_BEHIND_FIRST = 3;
+  for (std::size_t k = 0; k <= std::min(position, MOST_BYTES_BEHIND_FIRST); ++k) {
+    if ((static_cast<unsigned char>(text[position - k]) & 0xC0U) != 0x80U) {
+      return position - k;
+    }
   }
-  return std::min(position, text.size());
+  return position;
 }
 
 std::string excerpt(const std::string& text, std::size_t start) {

@@ -160,6 +160,20 @@ TEST(LinesTest, ExcerptsDoNotCutCharactersOfFourBytes) {
                           "...'xxxxxxxxxxayyyyyyyyyyyyyyyyyyyyyyyyyy'... and ...'xxxxxxxxxxb'"));
 }
 
+TEST(LinesTest, ExcerptsOfTextsThatAreNoUtf8ShowWhereTheyBeginToDiffer) {
+  const std::string bytes(32, '\x80');
+  const std::string ten = "\\x80\\x80\\x80\\x80\\x80\\x80\\x80\\x80\\x80\\x80";
+  EXPECT_THAT(linesOf(row<std::string>("a", {"xxxxxxx" + bytes.substr(0, 13) + "a" + bytes}),
+                      row<std::string>("a", {"xxxxxxx" + bytes.substr(0, 13) + "b"})),
+              ElementsAre("/: 1 of 1 values differ; the first is at x=0: ...'" + ten + "a" + ten +
+                          ten + ten.substr(0, 36) + "'... and ...'" + ten + "b'"));
+  EXPECT_THAT(linesOf(row<std::string>("a", {"\x80"
+                                             "a"}),
+                      row<std::string>("a", {"\x80"
+                                             "b"})),
+              ElementsAre("/: 1 of 1 values differ; the first is at x=0: '\\x80a' and '\\x80b'"));
+}
+
 TEST(LinesTest, WithoutPairsTheCountIsAll) {
   Options options;
   options.largest = 0;
