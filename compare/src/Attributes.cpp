@@ -43,15 +43,12 @@ AttributeValue unwrapped(const AttributeValue& value) {
   return texts != nullptr && texts->size() == 1 ? AttributeValue(texts->front()) : value;
 }
 
+/// Whether two texts, or two lists, have the same elements.
 template <class T>
 bool areSameValues(const T& a, const T& b) {
-  if constexpr (std::is_same_v<T, std::string>) {
-    return a == b;
-  } else {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const auto& x, const auto& y) {
-      return x == y || (isMissing(x) && isMissing(y));
-    });
-  }
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const auto& x, const auto& y) {
+    return x == y || (isMissing(x) && isMissing(y));
+  });
 }
 
 bool areSame(const AttributeValue& a, const AttributeValue& b) {

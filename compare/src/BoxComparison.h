@@ -117,8 +117,7 @@ class BoxComparison {
     const BoxDimension& along = m_dimensions[0];
     const BoxDimension& across = m_dimensions[m_across];
     const unsigned long length = std::min(m_length, along.extent - position[0]);
-    const unsigned long width =
-        m_across == 0 ? 1 : std::min(m_width, across.extent - position[m_across]);
+    const unsigned long width = std::min(m_width, across.extent - position[m_across]);
     const Rows<T> a = rowsOf(m_first.type, first, along.firstStride, across.firstStride, length,
                              width, m_firstCopies);
     const Rows<U> b = rowsOf(m_second.type, second, along.secondStride, across.secondStride, length,
@@ -189,7 +188,7 @@ class BoxComparison {
   unsigned long m_offset;
   std::size_t m_across = 0;    // the dimension along which tiles have their width; 0 for none
   unsigned long m_length = 1;  // of a tile along dimension 0
-  unsigned long m_width = 1;   // of a tile along m_across
+  unsigned long m_width = 1;   // of a tile along m_across; 1 for none
   std::unique_ptr<T[]> m_firstCopies;
   std::unique_ptr<U[]> m_secondCopies;
 };

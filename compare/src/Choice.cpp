@@ -39,17 +39,13 @@ Entries entriesOf(const Dictionary& dictionary) {
   return result;
 }
 
-/// What may be chosen: the arrays of both sides and what is unreadable, each once.
+/// What may be chosen: the arrays of both sides and what is unreadable. What is on both is there
+/// twice.
 std::vector<std::string> candidatesOf(const Entries& first, const Entries& second,
                                       const Choice& choice) {
   std::vector<std::string> result = first.arrays;
-  std::set<std::string> known = first.known;
   for (const auto* more : {&second.arrays, &choice.unreadable}) {
-    for (const std::string& path : *more) {
-      if (known.insert(path).second) {
-        result.push_back(path);
-      }
-    }
+    result.insert(result.end(), more->begin(), more->end());
   }
   return result;
 }

@@ -135,11 +135,10 @@ std::string pictureOf(const Difference& row, const std::string& id) {
 std::string sentences(const Entry& entry) {
   std::string text;
   for (const Difference* row : entry.rows) {
-    const bool isOfAttribute = row->reason == Reason::Attribute;
-    const std::string name = row->path.substr(isOfAttribute ? row->path.rfind('@') : 0);
-    // Escaped already where it quotes.
-    std::string sentence =
-        (isOfAttribute ? memory::escaped(name) + ": " : std::string()) + reasonInWords(*row);
+    std::string sentence = reasonInWords(*row);  // escaped already where it quotes
+    if (row->reason == Reason::Attribute) {
+      sentence.insert(0, memory::escaped(row->path.substr(row->path.rfind('@'))) + ": ");
+    }
     text += (text.empty() ? "" : "<br>\n") + memory::markupOf(sentence);
   }
   return text;
