@@ -93,10 +93,9 @@ std::string kindOf(const Data& object) {
 
 /// The class's name as the sources spell it.
 std::string className(const std::type_info& type) {
-  int status = 0;
   const std::unique_ptr<char, void (*)(void*)> name(
-      abi::__cxa_demangle(type.name(), nullptr, nullptr, &status), &std::free);
-  return status == 0 ? name.get() : type.name();  // never false: the name is the compiler's
+      abi::__cxa_demangle(type.name(), nullptr, nullptr, nullptr), &std::free);
+  return name == nullptr ? type.name() : name.get();  // never true: the name is the compiler's
 }
 
 /// Tells an object that stands in no container its name.

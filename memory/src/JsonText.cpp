@@ -54,16 +54,11 @@ std::string jsonText(std::string_view text) {
   while (!text.empty()) {
     const Character character = firstCharacter(text);
     const std::size_t length = character.length;
-    if (length == 0) {
-      result += "\\ufffd";
-      text.remove_prefix(1);
-      continue;
-    }
-    const std::string_view bytes = text.substr(0, length);
-    result += length == 1                    ? escapeInJson(text[0])
+    result += length == 0                    ? "\\ufffd"
+              : length == 1                  ? escapeInJson(text[0])
               : isInvisible(character.point) ? escapeInJson(character.point)
-                                             : std::string(bytes);
-    text.remove_prefix(length);
+                                             : std::string(text.substr(0, length));
+    text.remove_prefix(length == 0 ? 1 : length);
   }
   return result + '"';
 }

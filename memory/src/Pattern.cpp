@@ -14,9 +14,8 @@ std::string_view characterAtStart(std::string_view text) {
 
 /// The next character of a bracket's content, a backslash before it taken off.
 std::string_view takeListed(std::string_view& content) {
-  // never false: bracketEnd() leaves in the bracket what a backslash quotes
-  if (content[0] == '\\' && content.size() > 1) {
-    content.remove_prefix(1);
+  if (content[0] == '\\') {
+    content.remove_prefix(1);  // not the last: bracketEnd() leaves in the bracket what it quotes
   }
   const std::string_view character = characterAtStart(content);
   content.remove_prefix(character.size());
@@ -83,13 +82,11 @@ Step stepFor(std::string_view pattern, std::string_view text, Slash slash) {
 
 /// Matches greedily; where that fails, the last `*` takes one character more.
 bool matchesWhole(std::string_view pattern, std::string_view text, Slash slash) {
-  bool hasStar = false;
   std::string_view afterStar;
-  std::string_view leftToStar;
+  std::string_view leftToStar;  // empty before the first star
   while (!text.empty() || !pattern.empty()) {
     if (!pattern.empty() && pattern[0] == '*') {
       pattern.remove_prefix(1);
-      hasStar = true;
       afterStar = pattern;
       leftToStar = text;
       continue;
@@ -98,7 +95,7 @@ bool matchesWhole(std::string_view pattern, std::string_view text, Slash slash) 
     if (step.text > 0) {
       pattern.remove_prefix(step.pattern);
       text.remove_prefix(step.text);
-    } else if (hasStar && !leftToStar.empty() && (slash == Slash::Passes || leftToStar[0] != '/')) {
+    } else if (!leftToStar.empty() && (slash == Slash::Passes || leftToStar[0] != '/')) {
       leftToStar.remove_prefix(characterAtStart(leftToStar).size());
       pattern = afterStar;
       text = leftToStar;

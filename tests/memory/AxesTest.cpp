@@ -65,6 +65,7 @@ TEST(AxesTest, ShapesAreTheSameInNumberAndExtents) {
   const IntArray array = withAxes("a", {{"x", 2}, {"y", 1}});
   EXPECT_TRUE(haveSameShape(array, withAxes("b", {{"p", 2}, {"q", 1}})));
   EXPECT_FALSE(haveSameShape(array, withAxes("b", {{"x", 1}, {"y", 2}})));
+  EXPECT_FALSE(haveSameShape(array, withAxes("b", {{"x", 2}, {"y", 2}})));
   EXPECT_FALSE(haveSameShape(array, withAxes("b", {{"x", 2}})));
   EXPECT_TRUE(haveSameShape(withAxes("a", {}), withAxes("b", {})));
 }

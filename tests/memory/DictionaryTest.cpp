@@ -322,6 +322,11 @@ TEST_F(DictionaryPathTest, ASlashInFrontIsPassedOver) {
   EXPECT_EQ(&m_root.at("/cells/area"), &m_area);
 }
 
+TEST_F(DictionaryPathTest, NamesMayBeOfOneLetter) {
+  const DoubleArray& inner = m_root.add(Dictionary("c")).add(scalar("n"));
+  EXPECT_EQ(&m_root.at("c/n"), &inner);
+}
+
 TEST_F(DictionaryPathTest, ANameWithASlashGoesBefore) {
   const DoubleArray& slashed = m_root.add(scalar("cells/area"));
   const DoubleArray& inner = m_cells.add(scalar("x/y"));

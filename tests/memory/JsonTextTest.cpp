@@ -14,6 +14,9 @@ TEST(JsonTextTest, TextStandsInQuotes) {
 TEST(JsonTextTest, QuotesBackslashesAndControlCharactersAreEscaped) {
   EXPECT_EQ(jsonText("a\"b\\c\n\r\t"), R"("a\"b\\c\n\r\t")");
   EXPECT_EQ(jsonText(std::string("\0\x1f\x7f", 3)), R"("\u0000\u001f\u007f")");
+  EXPECT_EQ(jsonText("\x01\x02\x03\x04\x05\x06\x07\x08"),
+            R"("\u0001\u0002\u0003\u0004\u0005\u0006\u0007\u0008")");
+  EXPECT_EQ(jsonText("\x19\x1a\x1b\x1c\x1d\x1e"), R"("\u0019\u001a\u001b\u001c\u001d\u001e")");
 }
 
 TEST(JsonTextTest, InvisibleCharactersAreEscaped) {

@@ -58,6 +58,8 @@ TEST(SplitPatternsTest, BlanksAreTrimmedAndQuotedCommasStay) {
   EXPECT_THAT(splitPatterns(" A , B*\t"), ElementsAre("A", "B*"));
   EXPECT_THAT(splitPatterns("a b,c\\,d,\\\\,e"), ElementsAre("a b", "c\\,d", "\\\\", "e"));
   EXPECT_THAT(splitPatterns("A,,\\"), ElementsAre("A", "", "\\"));
+  EXPECT_THAT(splitPatterns(",A"), ElementsAre("", "A"));
+  EXPECT_THAT(splitPatterns("\\,A"), ElementsAre("\\,A"));
   EXPECT_THAT(splitPatterns(""), ElementsAre(""));
 }
 

@@ -18,8 +18,19 @@ TEST(NearestTest, InsertedRemovedAndReplacedLettersCountAlike) {
               ElementsAre("abcd", "ab", "abx", "xyz"));
 }
 
+TEST(NearestTest, LettersAreInsertedAndRemovedAtTheStartAsElsewhere) {
+  EXPECT_THAT(nearestNames("ab", {"xy", "b", "ab"}), ElementsAre("ab", "b", "xy"));
+  EXPECT_THAT(nearestNames("b", {"xy", "ab", "b"}), ElementsAre("b", "ab", "xy"));
+}
+
 TEST(NearestTest, CaseIsNoChange) {
   EXPECT_THAT(nearestNames("AREA", {"AREXY", "area"}, 1), ElementsAre("area"));
+  for (char lower = 'a'; lower <= 'z'; ++lower) {
+    const std::string name(1, lower);
+    const std::string upper(1, static_cast<char>(lower - 'a' + 'A'));
+    EXPECT_THAT(nearestNames(name, {"0", upper}, 1), ElementsAre(upper));
+  }
+  EXPECT_THAT(nearestNames("@[", {"00", "`{", "@["}), ElementsAre("@[", "00", "`{"));
 }
 
 TEST(NearestTest, FewerNamesAreAllOffered) {
@@ -34,6 +45,13 @@ TEST(NearestTest, AnEmptyNameIsNearestToTheShortest) {
 TEST(NearestTest, LongNamesEndSoon) {
   const std::string longOne(1U << 24U, 'x');
   EXPECT_THAT(nearestNames(longOne, {longOne, "y"}, 1), ElementsAre(longOne));
+}
+
+TEST(NearestTest, NamesAreComparedUpTo200Letters) {
+  const std::string name(201, 'x');
+  const std::string last = std::string(199, 'x') + "yx";
+  const std::string behind = std::string(200, 'x') + "y";
+  EXPECT_THAT(nearestNames(name, {last, behind, name}), ElementsAre(behind, name, last));
 }
 
 TEST(OfferTest, NamesTheNearestThree) {

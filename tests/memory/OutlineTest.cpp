@@ -29,6 +29,16 @@ TEST(OutlineTest, ColumnsAreAlignedByCharacters) {
             "  n       UInt    x=2 row=1  px2  pixels\n");
 }
 
+TEST(OutlineTest, AColumnThatIsEmptyEverywhereTakesNoPlace) {
+  Dictionary root("/");
+  root.add(IntArray("a", {}, {1})).setDescription("first");
+  root.add(IntArray("b", {}, {1})).setDescription("second");
+  EXPECT_EQ(describe(root),
+            "/  2 arrays\n"
+            "  a  Int  single value  first\n"
+            "  b  Int  single value  second\n");
+}
+
 TEST(OutlineTest, EveryElementTypeHasItsName) {
   Dictionary root("/");
   root.add(UIntArray("a", {}, {1}));

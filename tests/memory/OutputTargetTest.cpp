@@ -27,6 +27,7 @@ class OutputTargetTest : public ::testing::Test {
 };
 
 TEST_F(OutputTargetTest, NamesOfDescriptorsAreDescriptors) {
+  EXPECT_EQ(outputTargetOf("/dev/stdin").descriptor, 0);
   EXPECT_EQ(outputTargetOf("/dev/stdout").descriptor, 1);
   EXPECT_EQ(outputTargetOf("/dev/stderr").descriptor, 2);
   EXPECT_EQ(outputTargetOf("/dev/fd/17").descriptor, 17);
@@ -56,6 +57,26 @@ TEST_F(OutputTargetTest, LinksAreFollowedToWhatIsNotThere) {
 
 TEST_F(OutputTargetTest, LinkIntoAMissingDirectoryLeadsNowhere) {
   EXPECT_EQ(outputTargetOf(link("first", "none/new")).error, std::errc::no_such_file_or_directory);
+}
+
+TEST_F(OutputTargetTest, AMissingDirectoryIsNotTakenForTheCurrentOne) {
+  const fs::path before = fs::current_path();
+  fs::current_path(m_scratch.path());
+  link("first", "new");
+  const OutputTarget target = outputTargetOf("none/first");
+  fs::current_path(before);
+  EXPECT_EQ(target.error, std::errc::no_such_file_or_directory);
+}
+
+TEST_F(OutputTargetTest, AsManyLinksAreFollowedAsTheSystemFollows) {
+  link("1", "new");
+  for (int k = 2; k <= 41; ++k) {
+    link(std::to_string(k), std::to_string(k - 1));
+  }
+  EXPECT_EQ(outputTargetOf(m_scratch.path("40")).file, directory() / "new");
+  EXPECT_EQ(outputTargetOf(m_scratch.path("41")).error, std::errc::too_many_symbolic_link_levels);
+  EXPECT_FALSE(std::ofstream(m_scratch.path("41")).is_open());
+  EXPECT_TRUE(std::ofstream(m_scratch.path("40")).is_open());
 }
 
 TEST_F(OutputTargetTest, NoNameLeadsNowhere) {

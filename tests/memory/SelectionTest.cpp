@@ -1,15 +1,18 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <object_model/InvalidCall.h>
+#include <quillon/memory/InvalidCall.h>
 #include <quillon/memory/Selection.h>
 #include <quillon/memory/TypedArray.h>
 
 #include <stdexcept>
 
 #include "support/Interfaces.h"
+#include "support/Thrown.h"
 
 namespace quillon::memory {
 namespace {
+
+using test::thrownBy;
 
 class SelectionTest : public ::testing::Test {
  protected:
@@ -59,7 +62,16 @@ TEST_F(SelectionTest, PathsChooseFromDictionariesWithin) {
   EXPECT_EQ(selection.data("otsu")->asDictionary()->getNumOfData(), 0);
   EXPECT_EQ(Selection(m_group, {"li/Q", "li"}).data("li"), whole);
   EXPECT_THROW(Selection(m_group, {"li/R"}), std::out_of_range);
-  EXPECT_THROW(Selection(m_group, {"A/Q"}), std::out_of_range);
+  EXPECT_EQ(thrownBy<std::out_of_range>([&] { Selection(m_group, {"A/Q"}); }),
+            "The entry 'A' is no dictionary to choose from");
+}
+
+TEST_F(SelectionTest, WhatIsChosenWholeIsNotChosenFrom) {
+  m_group.add(Dictionary("li"));
+  const Selection selection(m_group, {"li", "li/R", "A", "A/Q"});
+  EXPECT_EQ(selection.getNumOfData(), 2);
+  EXPECT_EQ(selection.data("li"), m_group.data("li"));
+  EXPECT_EQ(selection.data("A"), m_group.data("A"));
 }
 
 TEST_F(SelectionTest, NoNamesGiveNoEntries) { EXPECT_EQ(Selection(m_group, {}).getNumOfData(), 0); }
@@ -71,8 +83,9 @@ TEST_F(SelectionTest, NameThatTheGroupLacksThrows) {
 TEST_F(SelectionTest, EntryThatWasNotChosenIsNotThere) {
   Selection selection(m_group, {"A"});
   const Selection& readOnly = selection;
-  EXPECT_THROW(selection.data("B"), std::out_of_range);
-  EXPECT_THROW(readOnly.data("B"), std::out_of_range);
+  const char* const message = "The selection has no entry 'B'";
+  EXPECT_EQ(thrownBy<std::out_of_range>([&] { selection.data("B"); }), message);
+  EXPECT_EQ(thrownBy<std::out_of_range>([&] { readOnly.data("B"); }), message);
   EXPECT_THROW(selection.getDataName(1), std::out_of_range);
   EXPECT_THROW(selection.getDataName(-1), std::out_of_range);
 }
@@ -92,7 +105,8 @@ TEST_F(SelectionTest, StandsWhereTheGroupStands) {
   Selection selection(group, {"A"});
   EXPECT_EQ(selection.parent(), &root);
   EXPECT_EQ(static_cast<const Selection&>(selection).parent(), &root);
-  EXPECT_THROW(selection.setParent(nullptr), object_model::InvalidCall);
+  EXPECT_EQ(thrownBy<InvalidCall>([&] { selection.setParent(nullptr); }),
+            "A selection stands in no container");
 }
 
 TEST_F(SelectionTest, AttributesAreTheGroups) {

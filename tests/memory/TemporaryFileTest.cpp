@@ -19,6 +19,7 @@ namespace {
 using Scratch = test::ScratchDirectory;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::MatchesRegex;
 using ::testing::StartsWith;
 
 void write(const TemporaryFile& file, const std::string& text) {
@@ -43,10 +44,39 @@ class TemporaryFileTest : public ::testing::Test {
 
 TEST_F(TemporaryFileTest, LeavesNothingUnlessItIsMoved) {
   {
-    const TemporaryFile file(m_scratch.path("new"));
+    const TemporaryFile file(m_scratch.path("new"), remember());
     write(file, "text");
   }
   EXPECT_THAT(m_scratch.entries(), IsEmpty());
+  EXPECT_THAT(m_paths, IsEmpty());
+}
+
+TEST_F(TemporaryFileTest, IsClosedAtItsEnd) {
+  for (const auto naming : {TemporaryFile::Naming::WhenMoved, TemporaryFile::Naming::AtOnce}) {
+    int descriptor = -1;
+    {
+      const TemporaryFile file(m_scratch.path("new"), {}, naming);
+      descriptor = file.descriptor();
+      EXPECT_NE(::fcntl(descriptor, F_GETFD), -1);
+    }
+    EXPECT_EQ(::fcntl(descriptor, F_GETFD), -1);
+  }
+}
+
+TEST_F(TemporaryFileTest, MayTakeThePlaceOfAStandardInputThatIsClosed) {
+  const int before = ::fcntl(0, F_DUPFD_CLOEXEC, 3);
+  ::close(0);
+  for (const auto naming : {TemporaryFile::Naming::WhenMoved, TemporaryFile::Naming::AtOnce}) {
+    const TemporaryFile file(m_scratch.path("new"), {}, naming);
+    EXPECT_EQ(file.descriptor(), 0);
+    EXPECT_EQ(file.error(), 0);
+    EXPECT_EQ(file.path().empty(), naming == TemporaryFile::Naming::WhenMoved);
+  }
+  EXPECT_EQ(::fcntl(0, F_GETFD), -1);
+  if (before != -1) {
+    ::dup2(before, 0);
+    ::close(before);
+  }
 }
 
 TEST_F(TemporaryFileTest, IsThereAloneWhenItIsMoved) {
@@ -89,7 +119,9 @@ TEST_F(TemporaryFileTest, MayHaveANameFromTheStart) {
   }
   EXPECT_THAT(m_scratch.entries(), IsEmpty());
   ASSERT_EQ(m_paths.size(), 2U);
-  EXPECT_EQ(m_paths.back(), "");
+  EXPECT_THAT(std::filesystem::path(m_paths[0]).filename().string(),
+              MatchesRegex("\\.quillon-[0-9]+-[0-9]+"));
+  EXPECT_EQ(m_paths[1], "");
 }
 
 TEST_F(TemporaryFileTest, WithANameIsMovedAsWell) {
