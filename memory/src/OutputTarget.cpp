@@ -33,7 +33,7 @@ OutputTarget outputTargetOf(const std::string& path) {
     target.error = std::make_error_code(std::errc::no_such_file_or_directory);
     return target;
   }
-  for (int links = 0; links < MOST_LINKS; ++links) {
+  for (int links = 0; links <= MOST_LINKS; ++links) {
     const fs::path directory = fs::canonical(fs::absolute(target.file).parent_path(), target.error);
     if (target.error) {
       return target;
