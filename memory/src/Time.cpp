@@ -303,7 +303,7 @@ std::optional<TimeSpan> parseTime(std::string_view text, Calendar calendar) {
   }
   CivilTime first = {*year, 1, 1, 0, 0, 0, 0};
   CivilTime last = {*year, 12, 0, 23, 59, 59, 999999};  // the day is known with the month
-  if (!takeParts(text, first, last) || !isIn(first.month, 1, 12)) {
+  if (!takeParts(text, first, last)) {
     return std::nullopt;
   }
   if (last.day == 0 && first.day == 1) {
