@@ -82,9 +82,12 @@ bool takeDate(std::string_view& text, CivilTime& civil) {
     takeCharacter(text, '+');
   }
   const std::optional<int> year = takeNumber(text, 1, 6);
-  civil.year = isNegative ? -year.value_or(0) : year.value_or(0);
+  if (!year) {
+    return false;
+  }
+  civil.year = isNegative ? -*year : *year;
   bool isThere = false;
-  return year && takeField(text, '-', civil.month, isThere) &&
+  return takeField(text, '-', civil.month, isThere) &&
          (!isThere || takeField(text, '-', civil.day, isThere));
 }
 
@@ -92,24 +95,28 @@ bool takeDate(std::string_view& text, CivilTime& civil) {
 bool takeFraction(std::string_view& text, CivilTime& civil) {
   const std::size_t before = text.size();
   const std::optional<int> number = takeNumber(text, 1, 6);
-  civil.microsecond = number.value_or(0);
+  if (!number) {
+    return false;
+  }
+  civil.microsecond = *number;
   for (std::size_t digits = before - text.size(); digits < 6; ++digits) {
     civil.microsecond *= 10;
   }
   text.remove_prefix(std::min(text.find_first_not_of("0123456789"), text.size()));
-  return number.has_value();
+  return true;
 }
 
 /// Takes a time of day, of the hours alone at least.
 bool takeTimeOfDay(std::string_view& text, CivilTime& civil) {
   const std::optional<int> hour = takeNumber(text, 1, 2);
-  civil.hour = hour.value_or(0);
-  bool isThere = false;
-  if (!hour || !takeField(text, ':', civil.minute, isThere)) {
+  if (!hour) {
     return false;
   }
-  return !isThere || (takeField(text, ':', civil.second, isThere) &&
-                      (!takeCharacter(text, '.') || takeFraction(text, civil)));
+  civil.hour = *hour;
+  bool isThere = false;
+  return takeField(text, ':', civil.minute, isThere) &&
+         (!isThere || (takeField(text, ':', civil.second, isThere) &&
+                       (!takeCharacter(text, '.') || takeFraction(text, civil))));
 }
 
 /// How far a time zone such as "+01:00", "-0630", "-6", "Z" or "UTC" is ahead, in microseconds.

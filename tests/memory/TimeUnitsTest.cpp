@@ -58,6 +58,7 @@ INSTANTIATE_TEST_SUITE_P(
          "2000-01-01T00:00:00.000002"},
         {"AnyCase", "HOURS SINCE 2000-01-01", STANDARD, 1L, "2000-01-01T01:00:00"},
         {"BlanksAround", "  days   since   2000-01-01  ", STANDARD, 1L, "2000-01-02T00:00:00"},
+        {"TabsAsBlanks", "\tdays\tsince\t2000-01-01\t06\t", STANDARD, 1L, "2000-01-02T06:00:00"},
         {"Months", "months since 2000-01-01", STANDARD, 1L, "none"},
         {"Years", "years since 2000-01-01", STANDARD, 1L, "none"},
         {"LetterOfAnotherUnit", "m since 2000-01-01", STANDARD, 1L, "none"},
@@ -79,15 +80,24 @@ INSTANTIATE_TEST_SUITE_P(
         {"YearAndMonth", "days since 1970-02", STANDARD, 0L, "1970-02-01T00:00:00"},
         {"YearZero", "hour since 0000-01-01 00:00:00", STANDARD, 366L, "0000-01-16T06:00:00"},
         {"SignedYear", "days since +2000-01-01", STANDARD, 0L, "2000-01-01T00:00:00"},
+        {"MonthOfThreeDigits", "days since 2000-001-01", STANDARD, 0L, "none"},
+        {"YearOfSixDigits", "days since 002000-01-01", STANDARD, 0L, "2000-01-01T00:00:00"},
+        {"YearOfSevenDigits", "days since 0002000-01-01", STANDARD, 0L, "none"},
+        {"MinusAndPlus", "days since -+2000-01-01", STANDARD, 0L, "none"},
         {"TwoSigns", "days since --2000-01-01", STANDARD, 0L, "none"},
         {"NegativeYear", "days since -4712-01-01", STANDARD, 0L, "-4712-01-01T00:00:00"},
         {"WithHour", "hours since 2000-01-01 06", STANDARD, 0L, "2000-01-01T06:00:00"},
+        {"WithHourOfThreeDigits", "hours since 2000-01-01 006", STANDARD, 0L, "none"},
         {"WithMinutes", "hours since 2000-01-01 6:30", STANDARD, 0L, "2000-01-01T06:30:00"},
         {"WithSeconds", "hours since 2000-01-01 06:30:05", STANDARD, 0L, "2000-01-01T06:30:05"},
         {"WithFraction", "hours since 2000-01-01 00:00:0.25", STANDARD, 0L,
          "2000-01-01T00:00:00.25"},
-        {"WithMoreDigitsThanCount", "hours since 2000-01-01 00:00:00.1234567", STANDARD, 0L,
-         "2000-01-01T00:00:00.123456"},
+        {"WithFractionOfOneDigit", "hours since 2000-01-01 00:00:00.5", STANDARD, 0L,
+         "2000-01-01T00:00:00.5"},
+        {"WithFractionAndZone", "hours since 2000-01-01 00:00:00.25 UTC", STANDARD, 0L,
+         "2000-01-01T00:00:00.25"},
+        {"WithMoreDigitsThanCount", "hours since 2000-01-01 00:00:00.1234560123456789", STANDARD,
+         0L, "2000-01-01T00:00:00.123456"},
         {"WithT", "hours since 2000-01-01T06:00:00", STANDARD, 0L, "2000-01-01T06:00:00"},
         {"WithSmallT", "hours since 2000-01-01t06:00:00", STANDARD, 0L, "2000-01-01T06:00:00"},
         {"InUtc", "hours since 2000-01-01 06:00:00 UTC", STANDARD, 0L, "2000-01-01T06:00:00"},
@@ -98,6 +108,8 @@ INSTANTIATE_TEST_SUITE_P(
         {"BehindUtc", "hours since 2000-01-01 06:00:00 -6:00", STANDARD, 0L, "2000-01-01T12:00:00"},
         {"ZoneWithoutColon", "hours since 2000-01-01 06:00:00+0130", STANDARD, 0L,
          "2000-01-01T04:30:00"},
+        {"ZoneThatIsFarthest", "hours since 2000-01-02 00:00 +23:59", STANDARD, 0L,
+         "2000-01-01T00:01:00"},
         {"ZoneOfHours", "hours since 2000-01-01 06:00 -6", STANDARD, 0L, "2000-01-01T12:00:00"},
         {"DateInZulu", "days since 2000-01-01Z", STANDARD, 0L, "2000-01-01T00:00:00"},
         {"NoSuchDay", "days since 2001-02-29", STANDARD, 0L, "none"},
@@ -106,6 +118,9 @@ INSTANTIATE_TEST_SUITE_P(
          "2001-03-01T00:00:00"},
         {"TextBehind", "days since 2000-01-01 noon", STANDARD, 0L, "none"},
         {"ZoneThatIsNone", "days since 2000-01-01 00:00 +25", STANDARD, 0L, "none"},
+        {"ZoneOfADay", "days since 2000-01-01 00:00 +24", STANDARD, 0L, "none"},
+        {"ZoneOfOneDigitOfMinutes", "days since 2000-01-01 00:00 +1:3", STANDARD, 0L, "none"},
+        {"ZoneOfThreeDigitsOfMinutes", "days since 2000-01-01 00:00 +1:030", STANDARD, 0L, "none"},
         {"ZoneOfTooManyMinutes", "days since 2000-01-01 00:00 +01:60", STANDARD, 0L, "none"},
         {"ZoneOfASignAlone", "days since 2000-01-01 00:00 +", STANDARD, 0L, "none"},
         {"ZoneWithoutHours", "days since 2000-01-01 00:00 +x", STANDARD, 0L, "none"},
@@ -147,6 +162,10 @@ INSTANTIATE_TEST_SUITE_P(
         {"MicrosecondsBeyondAllTimesAreMissing", "us since 2000-01-01", STANDARD,
          std::numeric_limits<long>::max(), ""},
         {"FractionsBeyondAreMissing", "days since 2000-01-01", STANDARD, 1e30, ""},
+        {"NumbersBehindTheLastLongAreMissing", "us since 2000-01-01", STANDARD,
+         9223372036854775808.0, ""},
+        {"NumbersBeforeTheFirstLongAreMissing", "us since 2000-01-01", STANDARD,
+         -9223372036854777856.0, ""},
         {"FractionsOfDaysBeyondAreMissing", "days since 2000-01-01", STANDARD, 200000000.5, ""},
         {"BeforeAllTimesIsMissing", "s since 2000-01-01", STANDARD,
          std::numeric_limits<long>::min(), ""},
@@ -174,7 +193,7 @@ TEST(TimeUnits, MayBeSpeltInSeveralWays) {
        {"nanoseconds", "nanosecond", "nanosecs", "nanosec", "nsecs", "nsec", "ns"}) {
     const auto units = TimeUnits::parse(spelling + " since 1970-01-01", STANDARD);
     ASSERT_TRUE(units.has_value()) << spelling;
-    EXPECT_EQ(units->timeOf(3000L), 3) << spelling;
+    EXPECT_EQ(units->timeOf(3000000L), 3000) << spelling;
   }
 }
 
