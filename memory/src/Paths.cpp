@@ -17,7 +17,8 @@ void collectGroups(const object_model::Dictionary& group, const std::string& sta
 }  // namespace
 
 std::string_view lastNameOf(std::string_view path) {
-  return path.substr(path.rfind('/') + 1);  // from 0 where there is no slash: npos + 1
+  const std::size_t slash = path.rfind('/');
+  return slash == std::string_view::npos ? path : path.substr(slash + 1);
 }
 
 std::vector<std::string> groupsBelow(const object_model::Dictionary& group) {

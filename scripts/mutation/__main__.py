@@ -136,8 +136,9 @@ class Session:
                     lines = mutant.lines((ROOT / mutant.file).read_bytes())
                     suites = trial.coverage.covering(mutant.file, lines)
                     verdict = trial.run(mutant.file, suites, self.builder.folder, number)
-                # Where the compiler called the function, it did not see the change.
-                is_seen = place is not None and (place.body is None or not place.body.may_be_constant)
+                # Where the compiler took the value or called the function, it did not see the change.
+                body = place and place.body
+                is_seen = body is not None and not body.may_be_constant
                 if verdict == SURVIVED and not is_seen:
                     verdict = trial.verdict(mutant, self.library)
             finally:

@@ -25,7 +25,8 @@ class Selection final : public object_model::Dictionary, public HasAttributes {
   /// "cells/area" choose from the dictionaries in it; "cells/" chooses nothing of one, which is
   /// there empty unless others of the names choose from it.
   /// @throws what the group throws for a name that it does not have, and std::out_of_range for a
-  ///   path that leads through no dictionary.
+  ///   path that leads through no dictionary. What lies in an entry that is chosen whole is not
+  ///   looked at.
   Selection(object_model::Dictionary& group, const std::vector<std::string>& names);
 
   /// The group's descriptor.
