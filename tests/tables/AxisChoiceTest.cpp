@@ -12,8 +12,6 @@
 namespace quillon::tables {
 namespace {
 
-using ::testing::HasSubstr;
-
 struct CoordinateAxis {
   CoordinateValues coordinates;
   unsigned long size;
@@ -24,6 +22,13 @@ CoordinateAxis levels() {
 }
 CoordinateAxis labels() {
   return {valuesOf(memory::StringArray("c", {{"c", 3}}, {"DAPI", "GFP", "a:b"})), 3};
+}
+/// Texts that are parts of each other.
+CoordinateAxis pieces() {
+  return {valuesOf(memory::StringArray("c", {{"c", 4}}, {"a", "a:b", "b", "a:"})), 4};
+}
+CoordinateAxis smallNumbers() {
+  return {valuesOf(memory::DoubleArray("l", {{"l", 3}}, {1e-30, 2e-30, HUGE_VAL})), 3};
 }
 /// Four times a day from 1970-01-01 on, ten days.
 CoordinateAxis days() {
@@ -71,11 +76,16 @@ INSTANTIATE_TEST_SUITE_P(
         ChoiceCase{"RangeOverTheEnd", levels(), "1:100", 1, 3, false},
         ChoiceCase{"Nearest", levels(), "@480", 1, 1, true},
         ChoiceCase{"TheFirstOfTwoAsNear", levels(), "@750", 0, 1, true},
+        ChoiceCase{"NearestOfOneDigit", levels(), "@1", 3, 1, true},
+        ChoiceCase{"NearestOfSmallNumbers", smallNumbers(), "@2e-30", 1, 1, true},
         ChoiceCase{"NearestToInfinity", levels(), "@inf", 0, 1, true},
+        ChoiceCase{"InfinityIsNearestToItself", smallNumbers(), "@inf", 2, 1, true},
         ChoiceCase{"CoordinatesEndIncluded", levels(), "@250:1000", 0, 3, false},
         ChoiceCase{"CoordinatesInTheirOwnOrder", levels(), "@500:100", 1, 3, false},
         ChoiceCase{"Text", labels(), "@GFP", 1, 1, true},
         ChoiceCase{"TextWithAColon", labels(), "@a:b", 2, 1, true},
+        ChoiceCase{"TextWithAColonRatherThanARange", pieces(), "@a:b", 1, 1, true},
+        ChoiceCase{"RangeOfATextThatEndsWithAColon", pieces(), "@a::b", 2, 2, false},
         ChoiceCase{"RangeOfTexts", labels(), "@GFP:a:b", 1, 2, false},
         ChoiceCase{"RangeOfTextsBackwards", labels(), "@a:b:GFP", 1, 2, false},
         ChoiceCase{"Time", days(), "@1970-01-02T06:00", 5, 1, true},
@@ -125,6 +135,12 @@ INSTANTIATE_TEST_SUITE_P(
         RefusedCase{"OpenRangeBehindTheEnd", levels(), "9:",
                     "There is no position of the axis 'q' from 9 to 4, end excluded; it has 4 "
                     "positions"},
+        RefusedCase{"RangeToTheFirst", levels(), ":0",
+                    "There is no position of the axis 'q' from 0 to 0, end excluded; it has 4 "
+                    "positions"},
+        RefusedCase{"FromTheLastMomentOfADayToItsEnd", days(),
+                    "@1970-01-02T23:59:59.999999:1970-01-02",
+                    "No coordinate of the axis 'q' is in the chosen range"},
         RefusedCase{"NoCoordinateInTheRange", levels(), "@110:120",
                     "No coordinate of the axis 'q' is in the chosen range"},
         RefusedCase{"UnknownText", labels(), "@dapi",
@@ -160,8 +176,11 @@ TEST(ChoiceTest, MissingCoordinatesAreNeverNearest) {
 
 TEST(ChoiceTest, AnAxisWithoutCoordinatesIsChosenFromByPosition) {
   EXPECT_EQ(choose(Position{1}, "l", 2, nullptr).first, 1U);
-  EXPECT_EQ(::test::thrownBy<Error>([&] { choose(Nearest{1.0}, "l", 2, nullptr); }),
-            "The axis 'l' has no coordinates; choose by position");
+  const Choice byCoordinate[] = {Nearest{1.0}, CoordinateRange{1.0, 2.0}, CoordinateText{"1"}};
+  for (const Choice& choice : byCoordinate) {
+    EXPECT_EQ(::test::thrownBy<Error>([&] { choose(choice, "l", 2, nullptr); }),
+              "The axis 'l' has no coordinates; choose by position");
+  }
 }
 
 TEST(ChoiceTest, LargeIntegersAreToldApart) {
@@ -198,6 +217,10 @@ TEST(ChoiceTest, ATimeIsNoNumber) {
   EXPECT_EQ(::test::thrownBy<Error>(
                 [&] { choose(Nearest{TimePoint{0}}, "l", some.size, &some.coordinates); }),
             "The coordinates of the axis 'l' are numbers, and '1970-01-01T00:00:00' is none");
+  const TimePoint beforeTheReform = {-12'219'292'801'000'000};
+  EXPECT_EQ(::test::thrownBy<Error>(
+                [&] { choose(Nearest{beforeTheReform}, "l", some.size, &some.coordinates); }),
+            "The coordinates of the axis 'l' are numbers, and '1582-10-04T23:59:59' is none");
 }
 
 TEST(ChoiceTest, NothingIsNearestToWhatIsNoNumber) {
@@ -226,6 +249,13 @@ TEST(SelectionTest, TheFirstEqualsSignEndsTheNameOfTheAxis) {
   EXPECT_EQ(std::get<CoordinateText>(selection.choice).text, "a=b");
 }
 
+TEST(SelectionTest, WhatStandsBehindTheTextIsNotRead) {
+  const AxisSelection selection = parseSelection(std::string_view("q=1:23").substr(0, 5));
+  const auto& range = std::get<PositionRange>(selection.choice);
+  EXPECT_EQ(range.first, 1);
+  EXPECT_EQ(range.last, 2);
+}
+
 class NoSelectionTest : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(NoSelectionTest, IsRefused) {
@@ -233,12 +263,15 @@ TEST_P(NoSelectionTest, IsRefused) {
     std::ignore = parseSelection(GetParam());
     FAIL() << "no error";
   } catch (const Error& error) {
-    EXPECT_THAT(error.what(), HasSubstr("'" + GetParam() + "' selects nothing"));
+    EXPECT_EQ(error.what(),
+              "'" + GetParam() +
+                  "' selects nothing; write AXIS=3, AXIS=0:3 (positions, end excluded), AXIS=@500 "
+                  "or AXIS=@FIRST:LAST (coordinates, end included)");
   }
 }
 
 INSTANTIATE_TEST_SUITE_P(Texts, NoSelectionTest,
-                         ::testing::Values("", "time", "time=", "=3", "time=x", "time=1:2:3",
+                         ::testing::Values("", "time", "3", "time=", "=3", "time=x", "time=1:2:3",
                                            "time=@", "time=1:x", "time=x:1", "time=1.5"));
 
 }  // namespace

@@ -51,6 +51,12 @@ TEST(CsvTest, MissingCellsAreEmptyFields) {
             "x,d,t,f\n0,,,-inf\n1,inf,1970-01-01T00:00:00,\n2,-inf,1970-01-01T01:00:00,inf\n");
 }
 
+TEST(CsvTest, TimesAreDatesOfTheirCalendar) {
+  Dictionary data("data");
+  data.add(Hours("t", {{"x", 1}}, {(2 * 365 + 59) * 24}, memory::Calendar::NoLeap));
+  EXPECT_EQ(csv(data), "x,t\n0,1972-03-01\n");
+}
+
 TEST(CsvTest, FieldsAreQuotedWhereTheyMust) {
   Dictionary data("data");
   data.add(memory::StringArray("a,b", {{"x", 6}},
@@ -98,6 +104,12 @@ TEST(CsvTest, ComesInPieces) {
   });
   EXPECT_EQ(text, csv(data));
   EXPECT_GT(pieces, 10U);
+}
+
+TEST(CsvTest, ATableWithoutColumnsHasAnEmptyLineOfNames) {
+  std::string text;
+  writeCsv(Table(std::vector<std::unique_ptr<ColumnSource>>(), 0), into(text));
+  EXPECT_EQ(text, "\n");
 }
 
 TEST(CsvTest, AnotherReaderFindsTheSameCells) {

@@ -52,7 +52,9 @@ TEST(JsonTest, ATableWithoutRowsIsAnEmptyArrayAndNoLine) {
   Dictionary data("data");
   data.add(DoubleArray("a", {{"x", 0}}, {}));
   EXPECT_EQ(written(data, writeJson), "[]\n");
-  EXPECT_EQ(written(data, writeJsonLines), "");
+  writeJsonLines(Table(data, plan(data)), [](std::string_view piece) {
+    ADD_FAILURE() << "a piece of " << piece.size() << " characters";
+  });
 }
 
 TEST(JsonTest, BytesThatAreNoUtf8AreReplaced) {

@@ -75,6 +75,10 @@ TEST_F(TextWriterTest, FractionsAreRoundedAndIntegersAreNot) {
             "1  1.23e+08         -1\n"
             "2     1e-10          0\n"
             "[3 rows x 3 columns]\n");
+  EXPECT_EQ(text({1, 1, 0}),
+            "x    d          i\n"
+            "0  0.3  123456789\n"
+            "[3 rows x 3 columns]\n");
 }
 
 TEST_F(TextWriterTest, DotsStandForTheColumnsThatDoNotFit) {
