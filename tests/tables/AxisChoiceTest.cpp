@@ -176,7 +176,8 @@ TEST(ChoiceTest, MissingCoordinatesAreNeverNearest) {
 
 TEST(ChoiceTest, AnAxisWithoutCoordinatesIsChosenFromByPosition) {
   EXPECT_EQ(choose(Position{1}, "l", 2, nullptr).first, 1U);
-  const Choice byCoordinate[] = {Nearest{1.0}, CoordinateRange{1.0, 2.0}, CoordinateText{"1"}};
+  const Choice byCoordinate[] = {Nearest{1.0}, CoordinateRange{1.0, 2.0}, CoordinateText{"1"},
+                                 CoordinateText{"1:2"}};
   for (const Choice& choice : byCoordinate) {
     EXPECT_EQ(::test::thrownBy<Error>([&] { choose(choice, "l", 2, nullptr); }),
               "The axis 'l' has no coordinates; choose by position");

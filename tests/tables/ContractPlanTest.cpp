@@ -314,6 +314,7 @@ TEST_F(ContractPlanTest, IndexAxisOfSeveralSizesIsAnError) {
 
 TEST_F(ContractPlanTest, NothingToShowIsAnError) {
   EXPECT_EQ(failure(), "'a.nc' has no variables of its own");
+  EXPECT_EQ(failure({}, Names{"x"}), "'a.nc' has no variables of its own");
   m_group.add(Dictionary("inner"));
   EXPECT_EQ(failure(), "'a.nc' has no variables of its own; below it are the groups inner");
 }
@@ -355,6 +356,15 @@ TEST_F(ContractPlanTest, OfArraysWithAsManyColumnsTheFirstIsTheWidest) {
   add("B", "x3 y60");
   EXPECT_EQ(failure({}, Names{"x"}),
             "The table would have 121 columns, more than 100, 60 of them of 'A'; take fewer "
+            "variables, more axes into the index or a part of an axis, or ask for all columns");
+}
+
+TEST_F(ContractPlanTest, ManyVariablesOfOneColumnAreTooManyAsWell) {
+  for (int k = 0; k < 100; ++k) {
+    add("v" + std::to_string(k), "x3");
+  }
+  EXPECT_EQ(failure({}, Names{"x"}),
+            "The table would have 101 columns, more than 100, 1 of them of 'v0'; take fewer "
             "variables, more axes into the index or a part of an axis, or ask for all columns");
 }
 

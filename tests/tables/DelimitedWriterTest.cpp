@@ -102,7 +102,7 @@ TEST(CsvTest, ComesInPieces) {
     text.append(piece);
     ++pieces;
   });
-  EXPECT_EQ(text, csv(data));
+  EXPECT_TRUE(text == csv(data));  // what differs would take gigabytes to find
   EXPECT_GT(pieces, 10U);
 }
 

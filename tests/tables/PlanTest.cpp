@@ -264,6 +264,13 @@ TEST_F(PlanTest, CoordinatesThatAnArrayKnowsGoFirst) {
   EXPECT_THAT(columns(withIndex({"x"})), ElementsAre("x", "a[t=early]", "a[t=late]"));
 }
 
+TEST_F(PlanTest, AnAxisHasNoCoordinatesOfAnotherAsLong) {
+  const auto known =
+      std::make_shared<StringArray>("labels", std::vector<Axis>{{"t", 2}}, Names{"early", "late"});
+  m_data.add(Labelled("a", {{"t", 2}, {"x", 2}}, countedUp<double>(4), {known, nullptr}));
+  EXPECT_THAT(columns(withIndex({"t"})), ElementsAre("t", "a[x=0]", "a[x=1]"));
+}
+
 TEST_F(PlanTest, ASinglePositionKeepsItsCoordinateAsTheFirstColumn) {
   add("a", "x3 t4");
   add("t", "t4");
