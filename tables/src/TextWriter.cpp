@@ -23,8 +23,8 @@ struct ShownColumns {
 /// As many columns as fit, from both ends in turns, but the first in any case.
 ShownColumns fitting(const std::vector<std::size_t>& widths, unsigned long width) {
   std::size_t all = 0;
-  for (const std::size_t some : widths) {
-    all += some + (all == 0 ? 0 : GAP.size());
+  for (std::size_t k = 0; k < widths.size(); ++k) {
+    all += widths[k] + (k == 0 ? 0 : GAP.size());
   }
   if (width == 0 || all <= width || widths.size() < 2) {
     return {widths.size(), 0};

@@ -94,6 +94,15 @@ TEST_F(TextWriterTest, DotsStandForTheColumnsThatDoNotFit) {
   EXPECT_EQ(text({10, 6, 1}), "x  ...\n0  ...\n" + footer);
 }
 
+TEST_F(TextWriterTest, GapsAreCountedBehindAColumnOfNoWidth) {
+  for (const char* const name : {"", "bb", "cc"}) {
+    m_data.add(memory::StringArray(name, {}, {name}));
+  }
+  const std::string footer = "[1 row x 3 columns]\n";
+  EXPECT_EQ(text({10, 6, 8}), "  bb  cc\n  bb  cc\n" + footer);
+  EXPECT_EQ(text({10, 6, 7}), "  ...\n  ...\n" + footer);
+}
+
 TEST_F(TextWriterTest, WideAndCombiningCharactersKeepTheColumns) {
   m_data.add(memory::StringArray("名前", {{"x", 3}}, {"東京", "e\xCC\x81t\xC3\xA9", "a"}));
   m_data.add(memory::IntArray("n", {{"x", 3}}, {1, 2, 3}));
