@@ -7,6 +7,8 @@ MUTATE_PACKAGES=(clang lld llvm libclang-rt-dev python3-clang)
 verb_mutate() {
   need "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${MUTATE_PACKAGES[@]}"
   build coverage
+  # Tests write small files, and wait for the disk to have them.
+  if [[ -z "${TMPDIR:-}" && -d /dev/shm && -w /dev/shm ]]; then export TMPDIR=/dev/shm; fi
   # Debian's python3, which its python3-clang is for.
   /usr/bin/python3 scripts/mutation build/coverage "$@"
 }

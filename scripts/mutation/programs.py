@@ -9,7 +9,10 @@ from concurrent.futures import Executor
 from dataclasses import dataclass, field
 from pathlib import Path
 
+# Slow tests run where the quick ones notice nothing. Those that take longer than that are left out:
+# there are thousands of changes, and what such tests alone notice is listed for a quicker one.
 SLOW_SECONDS = 0.05
+LONGEST_SECONDS = 1.0
 # Every run tries the same random values, so that a verdict can be repeated.
 ENVIRONMENT = {**os.environ, "RC_PARAMS": "seed=1", "LLVM_PROFILE_FILE": "/dev/null"}
 
@@ -20,7 +23,17 @@ class Suite:
 
     program: str
     name: str
-    slow_tests: list[str] = field(default_factory=list)
+    quick_seconds: float = 0.0
+    slow_tests: dict[str, float] = field(default_factory=dict)  # with their seconds
+    left_out: list[str] = field(default_factory=list)
+
+    def add(self, test: str, seconds: float) -> None:
+        if seconds > LONGEST_SECONDS:
+            self.left_out.append(test)
+        elif seconds > SLOW_SECONDS:
+            self.slow_tests[test] = seconds
+        else:
+            self.quick_seconds += seconds
 
 
 class Build:
@@ -157,13 +170,11 @@ class Coverage:
         if run.returncode != 0:
             raise RuntimeError(f"{program} fails without any change:\n{run.stdout}{run.stderr}")
         result = json.loads(report.read_text())
-        for suite in result["testsuites"]:
-            slow = [
-                each["name"]
-                for each in suite["testsuite"]
-                if float(each["time"].removesuffix("s")) > SLOW_SECONDS
-            ]
-            self.suites.append(Suite(program, suite["name"], slow))
+        for each in result["testsuites"]:
+            suite = Suite(program, each["name"])
+            for test in each["testsuite"]:
+                suite.add(test["name"], float(test["time"].removesuffix("s")))
+            self.suites.append(suite)
 
     def _collect(self, executor: Executor) -> None:
         for number, lines in enumerate(executor.map(self._lines, range(len(self.suites)))):

@@ -1,6 +1,7 @@
 """Tries one mutant: builds what it changes and runs the tests that cover it."""
 
 import json
+import math
 import re
 import resource
 import shutil
@@ -15,10 +16,10 @@ from variants import CHOICE
 
 INVALID, KILLED, TIMED_OUT, SURVIVED = "did not compile", "killed", "timed out", "survived"
 
-# Far more than the quick tests of a program take, and all of them. The clock on the wall ends only
-# what waits.
-QUICK_CPU_SECONDS = 3
-CPU_SECONDS = 20
+# Far more than tests take: so often what they took without a change, and that for the start. The
+# clock on the wall ends only what waits.
+SLOWER = 4
+START_CPU_SECONDS = 3
 WALL_SECONDS = 300
 MEMORY_BYTES = 4 << 30
 
@@ -122,24 +123,21 @@ class Trial:
 
         `programs` has those that are not as in the build, `choice` is the change that is chosen in them.
         """
-        quick: dict[str, list[str]] = {}
-        skipped: dict[str, list[str]] = {}
+        by_program: dict[str, list[Suite]] = {}
         for suite in suites:
-            quick.setdefault(suite.program, []).append(f"{suite.name}.*")
-            slow = [f"{suite.name}.{test}" for test in suite.slow_tests]
-            if slow:
-                skipped.setdefault(suite.program, []).extend(slow)
+            by_program.setdefault(suite.program, []).append(suite)
+        is_own = re.compile(rf"{Path(file).stem}(s?Test)?$")
         runs = []
-        own = re.compile(rf"{Path(file).stem}(s?Test)?$")
-        for program, names in quick.items():
-            first = [each for each in names if own.search(each.removesuffix(".*").split("/")[-1])]
-            negative = "-" + ":".join(skipped[program]) if program in skipped else ""
-            if first:
-                runs.insert(0, (program, ":".join(first) + negative, QUICK_CPU_SECONDS))
-        for program, names in quick.items():
-            negative = "-" + ":".join(skipped[program]) if program in skipped else ""
-            runs.append((program, ":".join(names) + negative, QUICK_CPU_SECONDS))
-        runs.extend((program, ":".join(names), CPU_SECONDS) for program, names in skipped.items())
+        for program, of_program in by_program.items():
+            own = [each for each in of_program if is_own.search(each.name.split("/")[-1])]
+            if own:
+                runs.insert(0, (program, *_quick_tests(own)))
+        for program, of_program in by_program.items():
+            runs.append((program, *_quick_tests(of_program)))
+        for program, of_program in by_program.items():
+            slow = {f"{each.name}.{test}": s for each in of_program for test, s in each.slow_tests.items()}
+            if slow:
+                runs.append((program, ":".join(slow), sum(slow.values())))
         for program, tests, seconds in runs:
             verdict = self._run_program(programs, program, tests, seconds, choice)
             if verdict != SURVIVED:
@@ -147,8 +145,10 @@ class Trial:
         return SURVIVED
 
     def _run_program(
-        self, programs: Path, program: str, tests: str, seconds: int, choice: int
+        self, programs: Path, program: str, tests: str, seconds: float, choice: int
     ) -> str:
+        """`seconds` is what the tests take without a change."""
+        limit = START_CPU_SECONDS + math.ceil(SLOWER * seconds)
         changed = programs / Path(program).name
         path = changed if changed.exists() else self.build.directory / program
         command = [str(path), "--gtest_fail_fast", "--gtest_brief=1", f"--gtest_filter={tests}"]
@@ -165,7 +165,7 @@ class Trial:
                     env={**ENVIRONMENT, **environment},
                     stdout=output,
                     stderr=subprocess.STDOUT,
-                    preexec_fn=lambda: _limit_resources(seconds),
+                    preexec_fn=lambda: _limit_resources(limit),
                     timeout=WALL_SECONDS,
                 )
         except subprocess.TimeoutExpired:
@@ -173,6 +173,13 @@ class Trial:
         if run.returncode == -signal.SIGXCPU:
             return TIMED_OUT
         return SURVIVED if run.returncode == 0 else KILLED
+
+
+def _quick_tests(suites: list[Suite]) -> tuple[str, float]:
+    """The filter that chooses them, and their seconds."""
+    others = [f"{each.name}.{test}" for each in suites for test in [*each.slow_tests, *each.left_out]]
+    chosen = ":".join(f"{each.name}.*" for each in suites)
+    return chosen + ("-" + ":".join(others) if others else ""), sum(each.quick_seconds for each in suites)
 
 
 def _limit_resources(seconds: int) -> None:
