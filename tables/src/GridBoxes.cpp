@@ -29,7 +29,7 @@ std::vector<unsigned long> largestBox(const std::vector<unsigned long>& shape,
     ++k;
   }
   if (k < shape.size()) {
-    extent[k] = std::clamp<unsigned long>(most / below, 1, shape[k] - start[k]);
+    extent[k] = std::min(most / below, shape[k] - start[k]);
   }
   return extent;
 }

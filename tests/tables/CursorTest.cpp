@@ -7,6 +7,7 @@
 
 #include "SomeCells.h"
 #include "TestArrays.h"
+#include "support/Thrown.h"
 
 namespace quillon::tables {
 namespace {
@@ -87,8 +88,40 @@ TEST(CursorTest, CellsOfAnotherTypeAreRefused) {
   data.add(DoubleArray("a", {{"x", 2}}, {1, 2}));
   Cursor cursor(Table(data, plan(data)));
   ASSERT_TRUE(cursor.next());
-  EXPECT_THROW(cursor.cells<float>(1), std::invalid_argument);
+  EXPECT_EQ(::test::thrownBy<std::invalid_argument>([&] { cursor.cells<float>(1); }),
+            "The column is of another type than its cells were asked for");
   EXPECT_THROW(cursor.cells<double>(2), std::out_of_range);
+}
+
+TEST(CursorTest, OneRowTellsWhatIsMissing) {
+  std::vector<std::unique_ptr<ColumnSource>> columns;
+  columns.push_back(std::make_unique<SomeCells<int>>("i", ColumnType::Int32, std::vector<int>{1},
+                                                     std::vector<bool>{true}));
+  Cursor cursor(Table(std::move(columns), 1));
+  ASSERT_TRUE(cursor.next());
+  EXPECT_TRUE(cursor.missing(0)[0]);
+}
+
+TEST(CursorTest, ColumnsWhoseCellsTellThemselvesHaveNoOtherSign) {
+  Dictionary data("data");
+  data.add(DoubleArray("a", {{"x", 2}}, {1, std::nan("")}));
+  Cursor cursor(Table(data, plan(data)));
+  ASSERT_TRUE(cursor.next());
+  EXPECT_EQ(cursor.missing(0), nullptr);
+  EXPECT_EQ(cursor.missing(1), nullptr);
+}
+
+TEST(CursorTest, EachRunIsReportedAndNothingBehindTheLast) {
+  Dictionary data("data");
+  data.add(DoubleArray("a", {{"x", 65537}}, countedUp<double>(65537)));
+  std::vector<unsigned long> runs;
+  const Table table =
+      Table(data, plan(data)).reporting([&](unsigned long rows) { runs.push_back(rows); });
+  Cursor cursor(table, 32769);
+  while (cursor.next()) {
+  }
+  EXPECT_FALSE(cursor.next());
+  EXPECT_EQ(runs, (std::vector<unsigned long>{32768, 1}));
 }
 
 TEST(CursorTest, EachRunTellsWhatIsMissingInIt) {

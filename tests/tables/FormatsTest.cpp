@@ -73,6 +73,22 @@ TEST_F(FormatsTest, RowsThatAreAskedForHoldInEachFormat) {
   EXPECT_EQ(lines(text("html", {0})), 12 + 7);
 }
 
+TEST_F(FormatsTest, LongTablesComeInPieces) {
+  memory::Dictionary data("data");
+  data.add(memory::DoubleArray("v", {{"x", 20'000}}, countedUp<double>(20'000)));
+  const Table table(data, plan(data));
+  for (const std::string& name : formatNames()) {
+    std::size_t pieces = 0;
+    write(table, formatOf(name).value(),
+          [&](std::string_view piece) {
+            EXPECT_LE(piece.size(), 65'800U) << name;
+            ++pieces;
+          },
+          {0});
+    EXPECT_GT(pieces, 2U) << name;
+  }
+}
+
 TEST_F(FormatsTest, HtmlWithAPageIsADocument) {
   Writing writing;
   writing.page = Page{"title", "group"};

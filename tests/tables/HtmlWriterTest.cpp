@@ -57,6 +57,16 @@ TEST(HtmlTest, NoRowOfUnitsWhereThereAreNone) {
 )");
 }
 
+TEST(HtmlTest, TimesAndInfinitiesHaveNoQuotes) {
+  Dictionary data("data");
+  data.add(memory::DoubleArray("d", {{"x", 2}}, {HUGE_VAL, -HUGE_VAL}));
+  data.add(Hours("t", {{"x", 2}}, {0, 24}));
+  std::string text;
+  writeHtml(Table(data, plan(data)), into(text));
+  EXPECT_THAT(text, HasSubstr(">inf</td><td style=\"text-align: left\">1970-01-01</td></tr>\n"));
+  EXPECT_THAT(text, HasSubstr(">-inf</td><td style=\"text-align: left\">1970-01-02</td></tr>\n"));
+}
+
 std::string page(const Dictionary& data, const Shown& shown = {}) {
   std::string text;
   writeHtmlPage(Table(data, plan(data)), {"A <title>", "Group /cells & more"}, into(text), shown);

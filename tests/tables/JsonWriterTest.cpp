@@ -25,7 +25,7 @@ std::string written(const Dictionary& data, Writer write, unsigned long maxRows 
 Dictionary everyKind() {
   Dictionary data("data");
   data.add(DoubleArray("d", {{"x", 3}}, {std::nan(""), HUGE_VAL, -HUGE_VAL}));
-  data.add(Stored<float>("f", {{"x", 3}}, {0.1, 1e5, -2}));
+  data.add(Stored<float>("f", {{"x", 3}}, {0.1, 1e5, -2.25}));
   data.add(memory::BooleanArray("b", {{"x", 3}}, {true, false, true}));
   data.add(memory::StringArray("s \"q\"", {{"x", 3}}, {"a\\b\"c", "\n\t\r\x01", ""}));
   data.add(Hours("t", {{"x", 3}}, {std::nan(""), 0, 24}));
@@ -37,7 +37,7 @@ TEST(JsonTest, IsAnArrayOfObjects) {
             R"([
 {"x": 0, "d": null, "f": 0.1, "b": true, "s \"q\"": "a\\b\"c", "t": null},
 {"x": 1, "d": "Infinity", "f": 1e+05, "b": false, "s \"q\"": "\n\t\r\u0001", "t": "1970-01-01"},
-{"x": 2, "d": "-Infinity", "f": -2, "b": true, "s \"q\"": "", "t": "1970-01-02"}
+{"x": 2, "d": "-Infinity", "f": -2.25, "b": true, "s \"q\"": "", "t": "1970-01-02"}
 ]
 )");
 }
@@ -76,7 +76,7 @@ rows = json.loads(text)
 assert rows == [
   {'x': 0, 'd': None, 'f': 0.1, 'b': True, 's "q"': 'a\\b"c', 't': None},
   {'x': 1, 'd': 'Infinity', 'f': 1e5, 'b': False, 's "q"': '\n\t\r\x01', 't': '1970-01-01'},
-  {'x': 2, 'd': '-Infinity', 'f': -2, 'b': True, 's "q"': '', 't': '1970-01-02'}], rows)"),
+  {'x': 2, 'd': '-Infinity', 'f': -2.25, 'b': True, 's "q"': '', 't': '1970-01-02'}], rows)"),
             0);
 }
 

@@ -26,16 +26,29 @@ TEST(MarkdownTest, HasARowOfNamesAndNumbersAtTheRight) {
             "| 1 |  |  |\n");
 }
 
+TEST(MarkdownTest, TimesAndInfinitiesHaveNoQuotes) {
+  memory::Dictionary data("data");
+  data.add(memory::DoubleArray("d", {{"x", 2}}, {HUGE_VAL, -HUGE_VAL}));
+  data.add(Hours("t", {{"x", 2}}, {0, 24}));
+  EXPECT_EQ(markdown(data),
+            "| x | d | t |\n"
+            "| ---: | ---: | :--- |\n"
+            "| 0 | inf | 1970-01-01 |\n"
+            "| 1 | -inf | 1970-01-02 |\n");
+}
+
 TEST(MarkdownTest, TextsAreShownLiterally) {
   memory::Dictionary data("data");
-  data.add(memory::StringArray("_s_", {{"x", 4}}, {"a|b", "*a* `b`", "<i>&amp;", "C:\\a\nb"}));
+  data.add(
+      memory::StringArray("_s_", {{"x", 5}}, {"a|b", "*a* `b`", "<i>&amp;", "C:\\a\nb", "~X~"}));
   EXPECT_EQ(markdown(data),
             "| x | \\_s\\_ |\n"
             "| ---: | :--- |\n"
             "| 0 | a\\|b |\n"
             "| 1 | \\*a\\* \\`b\\` |\n"
             "| 2 | \\<i>\\&amp; |\n"
-            "| 3 | C:\\\\\\\\a\\\\nb |\n");
+            "| 3 | C:\\\\\\\\a\\\\nb |\n"
+            "| 4 | \\~X\\~ |\n");
 }
 
 TEST(MarkdownTest, TenRowsAreShownUnlessMoreAreAskedFor) {
@@ -51,19 +64,20 @@ TEST(MarkdownTest, TenRowsAreShownUnlessMoreAreAskedFor) {
 
 TEST(MarkdownTest, TextsMakeNoLinksAndNoPictures) {
   memory::Dictionary data("data");
-  data.add(memory::StringArray("a[x=0]", {{"x", 2}}, {"[a](b)", "![a](b) [c] (d)]"}));
+  data.add(memory::StringArray("a[x=0]", {{"x", 3}}, {"[a](b)", "![a](b) [c] (d)]", "[a]("}));
   EXPECT_EQ(markdown(data),
             "| x | a[x=0] |\n"
             "| ---: | :--- |\n"
             "| 0 | [a\\](b) |\n"
-            "| 1 | ![a\\](b) [c] (d)] |\n");
+            "| 1 | ![a\\](b) [c] (d)] |\n"
+            "| 2 | [a\\]( |\n");
 }
 
 TEST(MarkdownTest, UnderlinesWithinWordsNeedNoEscape) {
   memory::Dictionary data("data");
-  data.add(memory::StringArray(
-      "s", {{"x", 13}},
-      {"1_2", "A_B", "Z_a", "a_.", "._a", "a_{", "a_[", "a_:", "_a", "a_", "0_9", "a_/", "a_@"}));
+  data.add(memory::StringArray("s", {{"x", 14}},
+                               {"1_2", "A_B", "Z_a", "a_.", "._a", "a_{", "a_[", "a_:", "_a", "a_",
+                                "0_9", "a_/", "a_@", "a_z"}));
   EXPECT_EQ(markdown(data, {0, 6, 0}),
             "| x | s |\n"
             "| ---: | :--- |\n"
@@ -79,7 +93,8 @@ TEST(MarkdownTest, UnderlinesWithinWordsNeedNoEscape) {
             "| 9 | a\\_ |\n"
             "| 10 | 0_9 |\n"
             "| 11 | a\\_/ |\n"
-            "| 12 | a\\_@ |\n");
+            "| 12 | a\\_@ |\n"
+            "| 13 | a_z |\n");
 }
 
 }  // namespace

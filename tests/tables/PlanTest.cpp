@@ -208,6 +208,7 @@ TEST_F(PlanTest, WithPositionsCoordinatesAreColumnsOfTheirOwn) {
   Request request = withIndex({"t"});
   request.positions = true;
   EXPECT_THAT(columns(request), ElementsAre("t (position)", "a[c=0]", "a[c=1]", "t"));
+  EXPECT_FALSE(plan(m_data, request).columns[0].source);
   EXPECT_THAT(notes(request), ElementsAre(HasSubstr("'c' is not in the table")));
 }
 
@@ -326,6 +327,9 @@ TEST_F(PlanTest, AnAxisThatIsNotThereOffersTheNearest) {
   add("a", "x3 y2");
   EXPECT_EQ(error(withIndex({"X"})),
             "No variable for the table has an axis 'X'; did you mean 'x' or 'y'?");
+  add("b", "x3");
+  EXPECT_EQ(error(withIndex({"X"})),
+            "No variable for the table has an axis 'X'; did you mean 'x' or 'y'?");
   EXPECT_THAT(error(selecting("z=1")), HasSubstr("has an axis 'z'"));
 }
 
@@ -427,6 +431,14 @@ TEST_F(PlanTest, ColumnsNeverShareAName) {
   EXPECT_THAT(columns(withIndex({"t"})), ElementsAre("t", "a[c=0]", "a[c=1]", "a[c=1] (2)"));
 }
 
+TEST_F(PlanTest, AColumnTakesTheFirstNumberThatIsFree) {
+  add("a", "c2 t3");
+  m_data.add(DoubleArray("a[c=1] (2)", {{"t", 3}}, {1, 2, 3}));
+  m_data.add(DoubleArray("a[c=1]", {{"t", 3}}, {1, 2, 3}));
+  EXPECT_THAT(columns(withIndex({"t"})),
+              ElementsAre("t", "a[c=0]", "a[c=1]", "a[c=1] (2)", "a[c=1] (3)"));
+}
+
 TEST_F(PlanTest, AnEmptyIndexSpreadsEverything) {
   add("a", "x2");
   EXPECT_THAT(columns(withIndex({})), ElementsAre("a[x=0]", "a[x=1]"));
@@ -456,6 +468,9 @@ TEST_F(PlanTest, SpreadColumnsOfASelectionKeepTheirCoordinatesAndPositions) {
   Request request = withIndex({"t"});
   request.selections = {{"c", PositionRange{1, {}, 3}}, {"x", PositionRange{2, 4, 1}}};
   EXPECT_THAT(columns(request), ElementsAre("t", "a[c=B]", "a[c=E]", "b[x=2]", "b[x=3]"));
+  EXPECT_EQ(plan(m_data, request).columns[2].dimensions[0].first, 4U);
+  request.selections[1].choice = PositionRange{0, {}, 2};
+  EXPECT_THAT(columns(request), ElementsAre("t", "a[c=B]", "a[c=E]", "b[x=0]", "b[x=2]", "b[x=4]"));
 }
 
 TEST_F(PlanTest, ASelectionMayBeOfCoordinates) {
@@ -514,6 +529,17 @@ TEST_F(PlanTest, SinglePositionsCountAmongTheColumns) {
   Request request = selecting("z=0");
   request.index = Names{"t"};
   EXPECT_THAT(error(request), HasSubstr("The table would have 101 columns, more than 100, 99"));
+}
+
+TEST_F(PlanTest, AxesAloneMayBeTooManyColumns) {
+  Names names;
+  for (int k = 0; k < 101; ++k) {
+    names.push_back("x" + std::to_string(k));
+    m_data.add(DoubleArray(names.back(), {{names.back(), 1}}, {0}));
+  }
+  EXPECT_EQ(error(withIndex(names)),
+            "The table would have 101 columns, more than 100; take fewer variables, more axes into "
+            "the index or a part of an axis, or ask for all columns");
 }
 
 TEST_F(PlanTest, OfVariablesWithAsManyColumnsTheFirstIsTheWidest) {
@@ -580,6 +606,16 @@ TEST_F(PlanTest, OwnCoordinatesCalledAsTheirAxisAreNoLabels) {
   m_data.add(Labelled("a", {{"t", 2}, {"x", 3}}, countedUp<double>(6), {known, nullptr}));
   add("t", "t2");
   EXPECT_THAT(columns(withIndex({"x"})), ElementsAre("x", "a[t=early]", "a[t=late]"));
+}
+
+TEST_F(PlanTest, AnyArrayMayKnowTheCoordinates) {
+  add("a", "t3");
+  add("b", "t3");
+  m_data.add(Labelled("c", {{"t", 3}}, {1, 2, 3},
+                      {std::make_shared<StringArray>("labels", std::vector<Axis>{{"t", 3}},
+                                                     Names{"p", "q", "r"})}));
+  EXPECT_THAT(columns(withIndex({})), ElementsAre("a[t=p]", "a[t=q]", "a[t=r]", "b[t=p]", "b[t=q]",
+                                                  "b[t=r]", "c[t=p]", "c[t=q]", "c[t=r]"));
 }
 
 TEST_F(PlanTest, ArraysThatKnowNoCoordinatesHaveThoseOfTheDictionary) {

@@ -170,6 +170,15 @@ TEST(TableTest, RunsEndWhereBlocksOfTheFirstStoredArrayDo) {
   EXPECT_EQ(Table(data, plan(data, request)).runFrom(0), 250'000U);
 }
 
+TEST(TableTest, RunsAreWholeBlocksAlongSeveralAxes) {
+  Dictionary data("data");
+  data.add(Stored<double>("a", {{"x", 1000}, {"y", 1000}}, countedUp<double>(1'000'000))).chunks = {
+      1000, 300};
+  const Table table(data, plan(data));
+  EXPECT_EQ(table.runFrom(0), 300'000U);  // of 2^20 / 3 cells of each column
+  EXPECT_EQ(table.runFrom(900'000), 100'000U);
+}
+
 TEST(TableTest, WideStepsDoNotReadWhatLiesBetween) {
   Dictionary data("data");
   auto& stored = data.add(Stored<double>("a", {{"x", 3'000'000}}, countedUp<double>(3'000'000)));
