@@ -30,6 +30,66 @@ TEST(ColumnSourceTest, ATableIsMadeOfColumnsOfOnesOwn) {
   EXPECT_EQ(table.cellsInPlace(0, 0, 3), nullptr);
 }
 
+/// Truth values in blocks, that knows what it was asked for.
+class InBlocks final : public ColumnSource {
+ public:
+  explicit InBlocks(std::vector<unsigned long>& asked) : m_asked(asked) {}
+  void describe(Column& column) const override {
+    column.name = "b";
+    column.type = ColumnType::Boolean;
+    column.isNullable = true;
+  }
+  void read(unsigned long /*firstRow*/, unsigned long count, void* destination) const override {
+    m_asked.push_back(count);
+    std::fill_n(static_cast<bool*>(destination), count, true);
+  }
+  void readMissing(unsigned long /*firstRow*/, unsigned long count,
+                   bool* destination) const override {
+    m_asked.push_back(count);
+    std::fill_n(destination, count, true);
+  }
+  const void* cellsInPlace(unsigned long /*firstRow*/, unsigned long count) const override {
+    m_asked.push_back(count);
+    return this;
+  }
+  bool isInMemory() const override { return false; }
+  std::vector<unsigned long> chunks() const override { return {300'000}; }
+
+ private:
+  std::vector<unsigned long>& m_asked;
+};
+
+Table inBlocks(std::vector<unsigned long>& asked) {
+  std::vector<std::unique_ptr<ColumnSource>> columns;
+  columns.push_back(std::make_unique<InBlocks>(asked));
+  return {std::move(columns), 2'000'000};
+}
+
+TEST(ColumnSourceTest, RunsAreWholeBlocksOfTheFirstColumn) {
+  std::vector<unsigned long> asked;
+  EXPECT_EQ(inBlocks(asked).runFrom(0), 900'000U);  // of 2^20 cells
+}
+
+TEST(ColumnSourceTest, OneColumnInMemoryHasRunsOfAllCellsThatAreReadTogether) {
+  std::vector<std::unique_ptr<ColumnSource>> columns;
+  columns.push_back(std::make_unique<SomeCells<int>>(
+      "i", ColumnType::Int32, std::vector<int>(70'000), std::vector<bool>()));
+  EXPECT_EQ(Table(std::move(columns), 70'000).runFrom(0), 65'536U);
+}
+
+TEST(ColumnSourceTest, ASourceIsNeverAskedForNoCells) {
+  std::vector<unsigned long> asked;
+  const Table table = inBlocks(asked);
+  bool cells[2] = {};
+  table.read(0, 5, 0, cells);
+  table.readMissing(0, 5, 0, cells);
+  EXPECT_EQ(table.cellsInPlace(0, 5, 0), nullptr);
+  EXPECT_THAT(asked, ElementsAre());
+  table.read(0, 5, 2, cells);
+  table.readMissing(0, 5, 1, cells);
+  EXPECT_THAT(asked, ElementsAre(2, 1));
+}
+
 TEST(ColumnSourceTest, ATableMayHaveRowsWithoutColumns) {
   const Table table(std::vector<std::unique_ptr<ColumnSource>>(), 5);
   EXPECT_EQ(table.rows(), 5U);

@@ -189,6 +189,35 @@ TEST(TableTest, WideStepsDoNotReadWhatLiesBetween) {
   EXPECT_EQ(stored.largestBlock, 1U);
 }
 
+TEST(TableTest, WhatIsSplitIsWholeWhereItsHalvesAreNot) {
+  constexpr unsigned long SIZE = 700'001;
+  Dictionary data("data");
+  auto& stored =
+      data.add(Stored<double>("a", {{"x", SIZE}, {"y", 1}, {"z", 1}}, countedUp<double>(SIZE)));
+  Request request = withIndex({"x", "y"});
+  request.selections = {{"z", Position{0}}};
+  const Table table(data, plan(data, request));
+  EXPECT_TRUE(cellsOf<double>(table, 3) == countedUp<double>(SIZE));
+  EXPECT_EQ(stored.largestBlock, 350'001U);
+}
+
+TEST(TableTest, TwoDimensionsAlongOneAxisAreTheDiagonal) {
+  Dictionary data("data");
+  data.add(DoubleArray("a", {{"x", 3}, {"y", 3}}, countedUp<double>(9)));
+  Plan planned = plan(data, withIndex({"x"}));
+  planned.columns.resize(2);
+  planned.columns[1].dimensions = {{0, 1, 0}, {0, 1, 0}};
+  EXPECT_THAT(cellsOf<double>(Table(data, planned), 1), ElementsAre(0, 4, 8));
+}
+
+TEST(TableTest, CellsOfThreeAxesLieInPlace) {
+  Dictionary data("data");
+  const auto& array =
+      data.add(DoubleArray("a", {{"x", 2}, {"y", 3}, {"z", 4}}, countedUp<double>(24)));
+  const Table table(data, plan(data, withIndex({"x", "y", "z"})));
+  EXPECT_EQ(table.cellsInPlace(3, 0, 24), array.data());
+}
+
 TEST(TableTest, CellsLieInPlaceWhereTheirOrderIsThatOfTheRows) {
   Dictionary data("data");
   const auto& array = data.add(DoubleArray("a", {{"x", 2}, {"y", 3}}, countedUp<double>(6)));
@@ -199,6 +228,8 @@ TEST(TableTest, CellsLieInPlaceWhereTheirOrderIsThatOfTheRows) {
   EXPECT_EQ(table.cellsInPlace(0, 0, 2), nullptr);  // positions are counted, not kept
   EXPECT_THROW(std::ignore = table.cellsInPlace(3, 0, 1), std::out_of_range);
   EXPECT_THROW(std::ignore = table.cellsInPlace(2, 5, 2), std::out_of_range);
+  EXPECT_EQ(::test::thrownBy<std::out_of_range>([&] { (void)table.cellsInPlace(2, 7, 1); }),
+            "The table has 6 rows, not 1 from row 7 on");
   const Table turned(data, plan(data, withIndex({"y", "x"})));
   EXPECT_EQ(turned.cellsInPlace(2, 0, 6), nullptr);
   EXPECT_EQ(turned.cellsInPlace(2, 4, 1), array.data() + 3);  // y 1, x 1
@@ -245,6 +276,13 @@ TEST(TableTest, ADataFrameIsATable) {
   double cell = 0;
   table.read(2, 0, 1, &cell);
   EXPECT_EQ(cell, 1.5);
+  const std::vector<unsigned long> indices = {7, 8};
+  frame.write(0, 0, 2, indices.data());
+  const std::vector<long> differences = {-1, 1};
+  frame.write(1, 0, 2, differences.data());
+  std::string csv;
+  writeCsv(table, into(csv));
+  EXPECT_EQ(csv, "i,l,d\n7,-1,1.5\n8,1,\n");
 }
 
 TEST(TableTest, ATableKeepsWhatItIsGivenToShare) {
@@ -277,6 +315,22 @@ TEST(TableTest, WhatIsNotThereIsRefused) {
   EXPECT_EQ(::test::thrownBy<std::invalid_argument>([&] { (void)table.timeForm(1); }),
             "The column 'a' holds no times");
   EXPECT_NO_THROW(table.read(1, 2, 0, cells));
+  bool missing[3] = {};
+  EXPECT_EQ(::test::thrownBy<std::out_of_range>([&] { table.readMissing(1, 0, 3, missing); }),
+            "The table has 2 rows, not 3 from row 0 on");
+  EXPECT_EQ(table.runFrom(2), 0U);
+  EXPECT_EQ(table.runFrom(~0UL), 0U);
+}
+
+TEST(TableTest, WhatIsMissingIsToldOfASingleCell) {
+  Dictionary data("data");
+  data.add(DoubleArray("a", {{"x", 2}}, {1, std::nan("")}));
+  const Table table(data, plan(data));
+  bool missing = false;
+  table.readMissing(1, 1, 1, &missing);
+  EXPECT_TRUE(missing);
+  table.readMissing(1, 0, 1, &missing);
+  EXPECT_FALSE(missing);
 }
 
 TEST(TableTest, APlanThatDoesNotSuitTheArraysIsRefused) {
@@ -290,13 +344,31 @@ TEST(TableTest, APlanThatDoesNotSuitTheArraysIsRefused) {
   EXPECT_THROW(Table(data, planned), Error);
   planned.columns[1].dimensions[0] = {5, 1, 0};
   EXPECT_THROW(Table(data, planned), Error);
-  planned.columns[1].dimensions[0] = {0, 1, 7};
+  for (const std::size_t axis : {1UL, 7UL}) {
+    planned.columns[1].dimensions[0] = {0, 1, axis};
+    EXPECT_THROW(Table(data, planned), Error);
+  }
+  planned.columns[1].dimensions[0] = {1, 1, 0};
   EXPECT_THROW(Table(data, planned), Error);
+  planned.columns[1].dimensions[0] = {3, 1, NO_AXIS};
+  EXPECT_THROW(Table(data, planned), Error);
+  planned.columns[1].dimensions[0] = {2, 1, NO_AXIS};
+  EXPECT_THAT(cellsOf<double>(Table(data, planned), 1), ElementsAre(3, 3, 3));
   planned.columns[1].dimensions.clear();
   EXPECT_THROW(Table(data, planned), Error);
   planned = plan(data);
   planned.columns[1].source->variable = "z";
-  EXPECT_THROW(Table(data, planned), Error);
+  EXPECT_EQ(::test::thrownBy<Error>([&] { Table(data, planned); }),
+            "No column can hold the array 'z': it holds complex numbers");
+}
+
+TEST(TableTest, APlanHasToSuitEachDimension) {
+  Dictionary data("data");
+  data.add(DoubleArray("a", {{"x", 3}, {"y", 2}}, countedUp<double>(6)));
+  Plan planned = plan(data, withIndex({"x", "y"}));
+  planned.columns[2].dimensions[1].first = 1;
+  EXPECT_EQ(::test::thrownBy<Error>([&] { Table(data, planned); }),
+            "The array 'a' has another shape than the table was planned with");
 }
 
 TEST(TableTest, AnArrayThatIsGoneOrOfAnotherShapeIsRefused) {
@@ -327,6 +399,16 @@ TEST(TableTest, FormOfManyTimesIsSeenInTheFirstThatIsNoMidnight) {
     const Table table(data, plan(data));
     EXPECT_EQ(table.timeForm(0), memory::TimeForm::DateAndTime) << odd;
     EXPECT_EQ(times.read() == 64, odd < 64) << odd;
+  }
+}
+
+TEST(TableTest, NoTimeBehindTheLastIsLookedAt) {
+  for (const std::size_t count : {1UL, 64UL, 65UL, 100'000UL}) {
+    Dictionary data("data");
+    const auto& times = data.add(Hours("t", {{"t", count}}, std::vector<double>(count, 24)));
+    EXPECT_EQ(Table(data, plan(data)).timeForm(0), memory::TimeForm::Date) << count;
+    // The first few are read again with the rest.
+    EXPECT_EQ(times.read(), count + (count > 64 ? 64 : 0)) << count;
   }
 }
 
