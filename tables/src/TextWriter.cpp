@@ -11,7 +11,7 @@
 namespace quillon::tables {
 namespace {
 
-constexpr std::string_view GAP = "  ";
+constexpr std::size_t GAP = 2;  // blanks between two columns
 constexpr std::string_view DOTS = "...";
 
 /// Which columns a line shows: the first `left` and the last `right`, with dots for those between.
@@ -24,17 +24,17 @@ struct ShownColumns {
 ShownColumns fitting(const std::vector<std::size_t>& widths, unsigned long width) {
   std::size_t all = 0;
   for (std::size_t k = 0; k < widths.size(); ++k) {
-    all += widths[k] + (k == 0 ? 0 : GAP.size());
+    all += widths[k] + (k == 0 ? 0 : GAP);
   }
-  if (width == 0 || all <= width || widths.size() < 2) {
+  if (width == 0 || all <= width) {
     return {widths.size(), 0};
   }
   ShownColumns shown = {1, 0};
-  std::size_t taken = widths.front() + GAP.size() + DOTS.size();
-  while (shown.left + shown.right + 1 < widths.size()) {
+  std::size_t taken = widths.front() + GAP + DOTS.size();
+  while (true) {  // ends before the last column at the latest, as not all of them fit
     const bool fromRight = shown.right < shown.left;
     const std::size_t next = fromRight ? widths.size() - 1 - shown.right : shown.left;
-    taken += GAP.size() + widths[next];
+    taken += GAP + widths[next];
     if (taken > width) {
       break;
     }
@@ -95,7 +95,7 @@ class AlignedText {
       writeColumn(k, textOf(k));
     }
     if (m_columns.left + m_columns.right < m_widths.size()) {
-      m_line.append(m_pending + GAP.size(), ' ');
+      m_line.append(m_pending + GAP, ' ');
       m_line.append(DOTS);
       m_pending = 0;
       for (std::size_t k = m_widths.size() - m_columns.right; k < m_widths.size(); ++k) {
@@ -111,7 +111,7 @@ class AlignedText {
     const std::size_t width = memory::displayWidth(text);
     const std::size_t rest = m_widths[k] - std::min(width, m_widths[k]);
     const bool atTheRight = isNumber(m_table.columns()[k].type);
-    m_pending += (k == 0 ? 0 : GAP.size()) + (atTheRight ? rest : 0);
+    m_pending += (k == 0 ? 0 : GAP) + (atTheRight ? rest : 0);
     if (!text.empty()) {
       m_line.append(m_pending, ' ');
       m_line.append(text);

@@ -194,6 +194,15 @@ TEST(ExportTest, ATableWithoutColumnsHasItsRows) {
   EXPECT_THAT(batchesOf(std::move(stream)), ElementsAre("5 rows\n"));
 }
 
+TEST(ExportTest, NoRowOfABatchIsNullAsAWhole) {
+  OwnedStream stream = streamOf(tables::nullables());
+  Owned<ArrowArray> batch;
+  ASSERT_EQ(stream->get_next(stream.get(), batch.get()), 0);
+  EXPECT_EQ(batch->null_count, 0);
+  ASSERT_EQ(batch->n_buffers, 1);
+  EXPECT_EQ(batch->buffers[0], nullptr);
+}
+
 TEST(ExportTest, TheEndStaysTheEnd) {
   OwnedStream stream = streamOf(tables::nullables());
   Owned<ArrowArray> batch;

@@ -262,10 +262,19 @@ TEST(ImportTest, TextsThatAreNullAreEmpty) {
   EXPECT_THAT(tables::cellsOf<std::string>(importTable(stream.get()), 0), ElementsAre("", "c"));
 }
 
+TEST(ImportTest, NothingIsSaidOfCellsBehindTheLast) {
+  HandMadeStream stream({{"v", "i", 2, {bytesOf<uint8_t>({0b01}), bytesOf<int32_t>({1, 2})}, 1}},
+                        2);
+  bool missing[3] = {};
+  importTable(stream.get()).readMissing(0, 0, 2, missing);
+  EXPECT_THAT(missing, ElementsAre(false, true, false));
+}
+
 TEST(ImportTest, CellsOfOneBatchLieInPlace) {
   HandMadeStream stream({{"v", "i", 2, {"", bytesOf<int32_t>({1, 2})}},
                          {"n", "i", 2, {bytesOf<uint8_t>({1}), bytesOf<int32_t>({1, 2})}, 1},
-                         {"b", "b", 2, {"", bytesOf<uint8_t>({1})}}},
+                         {"b", "b", 2, {"", bytesOf<uint8_t>({1})}},
+                         {"c", "c", 2, {"", bytesOf<int8_t>({1, 2})}}},
                         2, 2);
   const Table table = importTable(stream.get());
   const auto* const cells = static_cast<const int*>(stream.batch().children[0]->buffers[1]);
@@ -274,6 +283,7 @@ TEST(ImportTest, CellsOfOneBatchLieInPlace) {
   EXPECT_EQ(table.cellsInPlace(0, 1, 2), nullptr);  // of two batches
   EXPECT_EQ(table.cellsInPlace(1, 0, 2), nullptr);  // with nulls
   EXPECT_EQ(table.cellsInPlace(2, 0, 2), nullptr);  // bits
+  EXPECT_EQ(table.cellsInPlace(3, 0, 2), stream.batch().children[3]->buffers[1]);
 }
 
 TEST(ImportTest, CellsWithoutMarksOfNullsHaveNoneHoweverManyAreTold) {
@@ -334,6 +344,9 @@ TEST(ImportTest, ColumnsThatNoTableHasAreNamedWithTheirFormat) {
   nameless.schema().children[0]->name = nullptr;
   nameless.schema().children[0]->format = nullptr;
   EXPECT_EQ(refusal(nameless), "The column '' is of the format '', which tables do not read");
+  HandMadeStream readable({{"v", "i", 1, {"", bytesOf<int32_t>({7})}}}, 1);
+  readable.schema().children[0]->name = nullptr;
+  EXPECT_THAT(tables::namesOf(importTable(readable.get())), ElementsAre(""));
   HandMadeColumn encoded = {"v", "i", 1, {"", bytesOf<int32_t>({0})}};
   encoded.hasDictionary = true;
   EXPECT_EQ(
@@ -381,6 +394,22 @@ TEST(ImportTest, WhatIsNoStreamOfColumnsIsRefused) {
             "The stream has been released");
 }
 
+TEST(ImportTest, TheFirstRowMayNotBeNullAsAWhole) {
+  HandMadeStream rows({}, 2);
+  const unsigned char bits = 0b10;
+  rows.validity() = &bits;
+  rows.batch().null_count = 1;
+  EXPECT_EQ(refusal(rows),
+            "The stream has rows that are null as a whole, which tables do not have");
+}
+
+TEST(ImportTest, BatchesWithoutRowsAreReleasedAtOnce) {
+  HandMadeStream stream({{"v", "i", 0, {"", ""}}}, 0, 2);
+  const Table table = importTable(stream.get());
+  EXPECT_EQ(table.rows(), 0U);
+  EXPECT_EQ(stream.batchesReleased(), 2);
+}
+
 TEST(ImportTest, RowsBeforeTheOffsetOfABatchMayBeNull) {
   HandMadeStream stream({{"v", "i", 3, {"", bytesOf<int32_t>({1, 2, 3})}}}, 2);
   stream.batch().offset = 1;
@@ -420,6 +449,8 @@ TEST(ImportTest, BatchesThatDoNotFitTheirSchemaAreRefused) {
   const std::string two = bytesOf<int32_t>({1, 2});
   HandMadeStream shorter({{"v", "i", 1, {"", two}}}, 2);
   EXPECT_EQ(refusal(shorter), sentence);
+  HandMadeStream second({{"v", "i", 2, {"", two}}, {"w", "i", 1, {"", two}}}, 2);
+  EXPECT_EQ(refusal(second), sentence);
   HandMadeStream fewer({{"v", "i", 2, {"", two}}}, 2);
   fewer.batch().n_children = 0;
   EXPECT_EQ(refusal(fewer), sentence);

@@ -553,6 +553,10 @@ TEST_F(PlanTest, AnAxisWhereThereAreNoneIsAnError) {
   EXPECT_EQ(error(withIndex({"x"})), "No variable for the table has an axis 'x' or any other");
 }
 
+TEST_F(PlanTest, NothingToShowIsSaidRatherThanWhatTheIndexLacks) {
+  EXPECT_EQ(error(withIndex({"x"})), error({}));
+}
+
 TEST_F(PlanTest, WhatIsExcludedIsLeftOutOfWhatIsNamed) {
   add("a1", "x3");
   add("a2", "x3");

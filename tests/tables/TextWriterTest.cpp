@@ -94,6 +94,41 @@ TEST_F(TextWriterTest, DotsStandForTheColumnsThatDoNotFit) {
   EXPECT_EQ(text({10, 6, 1}), "x  ...\n0  ...\n" + footer);
 }
 
+TEST_F(TextWriterTest, ColumnsFitFromBothEndsInTurns) {
+  for (const char* const name : {"a", "bbbbb", "cc", "dddddddd"}) {
+    add(name, "", {1});
+  }
+  const auto head = [this](unsigned long width) {
+    const std::string shown = text({10, 6, width});
+    return shown.substr(0, shown.find('\n'));
+  };
+  for (unsigned long width = 0; width < 30; ++width) {
+    EXPECT_EQ(head(width), width == 0 || width >= 25 ? "x  a  bbbbb  cc  dddddddd"
+                           : width >= 23             ? "x  a  ...  cc  dddddddd"
+                           : width >= 19             ? "x  a  ...  dddddddd"
+                           : width >= 16             ? "x  ...  dddddddd"
+                                                     : "x  ...")
+        << width;
+  }
+}
+
+TEST_F(TextWriterTest, OneOfTwoColumnsMayBeTooMuch) {
+  add("a", "", {1});
+  EXPECT_EQ(text({10, 6, 3}), "x  ...\n0  ...\n[1 row x 2 columns]\n");
+}
+
+TEST_F(TextWriterTest, ColumnsBehindDotsStandBelowEachOther) {
+  m_data.add(memory::StringArray("s", {}, {"a"}));
+  m_data.add(memory::StringArray("long", {}, {""}));
+  for (const char* const name : {"wide one", "z"}) {
+    m_data.add(DoubleArray(name, {}, {1}));
+  }
+  EXPECT_EQ(text({10, 6, 18}),
+            "s  long  ...  z\n"
+            "a        ...  1\n"
+            "[1 row x 4 columns]\n");
+}
+
 TEST_F(TextWriterTest, GapsAreCountedBehindAColumnOfNoWidth) {
   for (const char* const name : {"", "bb", "cc"}) {
     m_data.add(memory::StringArray(name, {}, {name}));
