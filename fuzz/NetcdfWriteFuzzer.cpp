@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "Input.h"
+#include "KeptMemory.h"
 #include "Law.h"
 #include "netcdf/ReadBack.h"
 #include "support/ScratchDirectory.h"
@@ -168,6 +169,7 @@ bool requireWritesOfSoundDictionary() {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   using namespace quillon;
   using namespace quillon::fuzz;
+  [[maybe_unused]] static const bool keepsMemory = keepMemoryOfFiles();
   [[maybe_unused]] static const bool writesSound = requireWritesOfSoundDictionary();
   Input input(bytes, size);
   const test::ScratchDirectory directory;
