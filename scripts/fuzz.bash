@@ -101,7 +101,6 @@ total() { awk '{ sum += $1 } END { if (NR > 0) print sum }'; }
 merge_corpus() {
   local target
   for target in "$@"; do
-    [[ "$target" != array ]] || continue
     mkdir -p "$FUZZ_OUTPUT/$target"
     say "merging the corpus of $target"
     "build/fuzz/fuzz/fuzz_$target" -set_cover_merge=1 -use_counters=0 \
@@ -142,6 +141,7 @@ verb_fuzz() {
   [[ "$what" == --merge || "$what" =~ ^[1-9][0-9]*$ ]] || fail "'$what' is no number of seconds"
   require_targets "${targets[@]}"
   ((${#targets[@]} > 0)) || mapfile -t targets < <(fuzz_targets)
+  if [[ "$what" == --merge ]]; then mapfile -t targets < <(printf '%s\n' "${targets[@]}" | sed '/^array$/d'); fi
   need "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${FUZZ_PACKAGES[@]}"
   build_fuzzers "${targets[@]}"
   if [[ "$what" == --merge ]]; then
