@@ -22,9 +22,8 @@ struct Listing {
       entries.push_back(Entry{parts...});
       return 0;
     } catch (...) {
-      // never run: only where memory is short
       error = std::current_exception();
-      return -1;  // never run: likewise
+      return -1;
     }
   }
 };
@@ -38,7 +37,7 @@ herr_t addName(hid_t /*object*/, const char* name, const H5A_info_t* /*info*/, v
 }
 
 void rethrow(const std::exception_ptr& error) {
-  if (error) {  // never true, never run: only where memory is short
+  if (error) {
     std::rethrow_exception(error);
   }
 }

@@ -122,7 +122,13 @@ const Shared& openShared(const CheckedFile& file, const std::string& path) {
   files.reserve(files.size() + 1);  // what is open then has its place without fail
   const std::vector<hid_t> before = openHdf5Files();
   files.push_back({file.identity(), openByLibrary(file, path), H5I_INVALID_HID, 1});
-  files.back().hdf5 = findOpened(before, path);
+  try {
+    files.back().hdf5 = findOpened(before, path);
+  } catch (...) {
+    nc_close(files.back().id);
+    files.pop_back();
+    throw;
+  }
   return files.back();
 }
 
