@@ -28,8 +28,7 @@ bool isCountable(const Variable& variable, const std::vector<unsigned long>& sto
   for (const unsigned long extent : stored) {
     bytes = memory::boundedProduct(bytes, extent);
   }
-  const bool isEmpty = std::find(stored.begin(), stored.end(), 0) != stored.end();
-  return isEmpty || bytes < memory::LARGEST_SIZE;
+  return bytes < memory::LARGEST_SIZE;
 }
 
 std::vector<unsigned long> chunksOf(const Variable& variable) {
@@ -53,8 +52,7 @@ std::vector<int> dimensionsOf(const Variable& variable, int rank) {
 }
 
 StoredForm unreadable(const std::string& reason) {
-  StoredForm form;
-  form.base = NC_NAT;
+  StoredForm form;  // of the type NC_NAT
   form.unreadable = reason;
   return form;
 }
@@ -64,9 +62,7 @@ StoredForm unreadable(const std::string& reason) {
 void correctText(const Variable& variable, StoredForm& form) {
   const TextType text = textTypeOf(variable);
   if (text.kind != TextType::Kind::None) {
-    form = StoredForm();
     form.base = NC_STRING;
-    form.name = "string";
     form.bytes = text.bytes;
     form.isFixedText = text.kind == TextType::Kind::Fixed;
     // never false: libhdf5 has the type of whatever libnetcdf calls a string

@@ -50,6 +50,10 @@ std::vector<std::string> strings(const Place& place) {
   return copies;
 }
 
+AttributeValue oneOrSeveral(std::vector<std::string> texts) {
+  return texts.size() == 1 ? AttributeValue(texts.front()) : AttributeValue(std::move(texts));
+}
+
 std::string characters(const Place& place) {
   std::string text(place.length, '\0');
   place.require(nc_get_att_text(place.group, place.variable, place.name, text.data()));
@@ -81,10 +85,8 @@ std::optional<AttributeValue> valueAt(const Place& place) {
   switch (baseOf(place)) {
     case NC_CHAR:
       return characters(place);
-    case NC_STRING: {
-      std::vector<std::string> texts = strings(place);
-      return texts.size() == 1 ? AttributeValue(texts.front()) : AttributeValue(std::move(texts));
-    }
+    case NC_STRING:
+      return oneOrSeveral(strings(place));
     case NC_BYTE:
       return numbers<signed char>(place);
     case NC_SHORT:

@@ -65,9 +65,8 @@ bool isText(const Attribute& attribute) {
          std::holds_alternative<std::vector<std::string>>(attribute.value);
 }
 
-/// Whether the attribute is one of floats, or there is none.
-bool isFloatOrAbsent(const Attribute* attribute) {
-  return attribute == nullptr || std::holds_alternative<std::vector<float>>(attribute->value);
+bool isFloat(const Attribute& attribute) {
+  return std::holds_alternative<std::vector<float>>(attribute.value);
 }
 
 /// Takes the packing over. Returns whether it is no wider than `float`.
@@ -82,8 +81,8 @@ bool takePacking(const Attributes& attributes, Encoding& encoding) {
   if (packing.addOffset) {
     encoding.consumed.emplace_back("add_offset");
   }
-  return (!packing.scaleFactor || isFloatOrAbsent(findAttribute(attributes, "scale_factor"))) &&
-         (!packing.addOffset || isFloatOrAbsent(findAttribute(attributes, "add_offset")));
+  return (!packing.scaleFactor || isFloat(*findAttribute(attributes, "scale_factor"))) &&
+         (!packing.addOffset || isFloat(*findAttribute(attributes, "add_offset")));
 }
 
 /// Adds the numbers that an attribute names to those that are `missing`.

@@ -181,7 +181,9 @@ class Search {
   void searchAttributes(int id, int variable, hid_t object, const std::string& path) {
     H5O_info_t info{};
     int shown = 0;
+    // never true: libnetcdf has read the same header before
     if (H5Oget_info2(object, &info, H5O_INFO_NUM_ATTRS) < 0 ||
+        // never true: libnetcdf has told of its attributes before
         nc_inq_varnatts(id, variable, &shown) != NC_NOERR ||
         info.num_attrs == static_cast<hsize_t>(shown)) {
       return;
