@@ -1,16 +1,12 @@
 #include <gmock/gmock.h>
 
-#include <regex>
-#include <set>
-
 #include "Support.h"
+#include "support/PageStyle.h"
 
 namespace quillon::compare {
 namespace {
 
-using ::testing::Contains;
 using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::StartsWith;
 
@@ -181,27 +177,7 @@ TEST(HtmlTest, EntriesOfOnePathAreOneRowWithTheFiguresOfBoth) {
 }
 
 TEST(HtmlTest, StyleIsMadeOfRulesWhoseColoursAreNamed) {
-  const std::string page = toHtml(Report(), "", "");
-  const std::size_t start = page.find("<style>") + std::string("<style>").size();
-  std::string rest = page.substr(start, page.find("</style>") - start);
-  std::set<std::string> named;
-  for (const std::regex& wanted :
-       {std::regex(R"(--[-\w]+(?=:))"), std::regex(R"(var\((--[-\w]+)\))")}) {
-    for (std::sregex_iterator found(rest.begin(), rest.end(), wanted), end; found != end; ++found) {
-      if (wanted.mark_count() == 0) {
-        named.insert(found->str());
-      } else {
-        EXPECT_THAT(named, Contains(found->str(1)));
-      }
-    }
-  }
-  // Without whole rules, those for dark pages and blanks nothing is left.
-  const std::regex rule(R"([-\s\w:>,.[\]]+\{(\s*[-\w]+: [^:;{}]+;)+\s*\})");
-  const std::regex dark(R"(@media \(prefers-color-scheme: dark\) \{\s*\})");
-  for (const std::regex& known : {rule, dark, std::regex("\\s+")}) {
-    rest = std::regex_replace(rest, known, "");
-  }
-  EXPECT_THAT(rest, IsEmpty());
+  ::test::expectSoundStyle(toHtml(Report(), "", ""));
 }
 
 TEST(HtmlTest, WithoutPairsThereAreCountsOnly) {

@@ -110,6 +110,21 @@ TEST_F(ArrayMakerTest, GroupsHaveTheirAttributesButTheTitle) {
   EXPECT_THAT(namesOf(file.group("inner").attributes()), ElementsAre("comment"));
 }
 
+TEST_F(ArrayMakerTest, TitleThatIsNoTextStaysAnAttribute) {
+  const File& file = open("variables: int v; :title = 5; data: v = 1;");
+  EXPECT_THAT(namesOf(file.root().attributes()), ElementsAre("title"));
+  EXPECT_EQ(file.title(), "");
+}
+
+TEST_F(ArrayMakerTest, FirstOfSeveralTextsIsTheUnitAndAllStayAnAttribute) {
+  const File& file = open(
+      "variables: int v; string v:units = \"K\", \"m\"; string v:long_name = \"a\", \"b\"; "
+      "data: v = 1;");
+  EXPECT_EQ(arrayAt(file, "v").getUnit(), "K");
+  EXPECT_EQ(arrayAt(file, "v").getDescription(), "a");
+  EXPECT_THAT(namesOf(arrayAt(file, "v").attributes()), ElementsAre("units", "long_name"));
+}
+
 TEST_F(ArrayMakerTest, CoordinatesAreThoseCalledAsTheDimension) {
   const File& file = open(
       "dimensions: y = 2; x = 3; z = 1; n = 4; variables: float v(z, y, x); short x(x); "

@@ -64,6 +64,15 @@ TEST_F(BufferedBytesTest, StretchThatGoesPastTheEndIsNotThere) {
   EXPECT_FALSE(reads(0, 20481));
 }
 
+TEST(BufferedBytesOfNoFileTest, NothingIsThere) {
+  BufferedBytes bytes(-1);
+  for (const unsigned long count : {1UL, 8192UL}) {
+    std::string read(count, 'x');
+    EXPECT_FALSE(bytes.read(0, read.data(), count));
+    EXPECT_EQ(read, std::string(count, 'x'));
+  }
+}
+
 TEST_F(BufferedBytesTest, FileThatWasCutEndsEarlier) {
   ASSERT_EQ(truncate(m_path.c_str(), 10000), 0);
   EXPECT_FALSE(reads(12000, 1));

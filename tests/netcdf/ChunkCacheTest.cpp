@@ -69,6 +69,31 @@ TEST_F(ChunkCacheTest, ChunksAreKeptThatAreReadInPart) {
   EXPECT_EQ(keptAfterReading({1, 0}, {3, 3}), USUAL_BYTES);
 }
 
+TEST_F(ChunkCacheTest, APartOfTheFileMeetsItsChunksWhereTheFileHasThem) {
+  struct Case {
+    Range range;  // of the fastest dimension
+    std::vector<unsigned long> start;
+    std::vector<unsigned long> extent;
+    std::size_t kept;
+  };
+  const std::vector<Case> cases = {
+      {{1, 6, 1}, {0, 0}, {6, 6}, 0},  // all that is read of the file
+      {{1, 6, 1}, {0, 0}, {3, 6}, 0},  // up to the end of a chunk
+      {{1, 6, 1}, {3, 0}, {3, 6}, 0},  // from there on
+      {{1, 6, 1}, {0, 0}, {4, 6}, USUAL_BYTES}, {{1, 6, 1}, {1, 0}, {5, 6}, USUAL_BYTES},
+      {{1, 3, 2}, {0, 0}, {2, 6}, 0},  // the second index is the chunk's last
+      {{0, 4, 2}, {0, 0}, {2, 6}, USUAL_BYTES},
+  };
+  for (const Case& c : cases) {
+    open({});
+    m_variable.chunkCache = {};
+    m_variable.ranges = {c.range, {0, 6, 1}};
+    m_variable.shape = {static_cast<unsigned long>(c.range.count), 6};
+    EXPECT_EQ(keptAfterReading(c.start, c.extent), c.kept)
+        << c.range.first << "+" << c.start[0] << "+" << c.extent[0];
+  }
+}
+
 TEST_F(ChunkCacheTest, OnceReadInPartTheyAreKeptForTheRest) {
   keptAfterReading({0, 0}, {8, 1});
   EXPECT_EQ(keptAfterReading({0, 0}, {8, 3}), USUAL_BYTES);

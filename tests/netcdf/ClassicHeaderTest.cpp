@@ -1,3 +1,6 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <ostream>
 
 #include "FileCheck.h"
@@ -15,6 +18,21 @@ struct Format {
 };
 
 void PrintTo(const Format& format, std::ostream* os) { *os << format.name; }
+
+/// A file that is open for reading as long as the object lives.
+class ReadDescriptor {
+ public:
+  explicit ReadDescriptor(const std::string& path)
+      : m_id(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {}
+  ReadDescriptor(const ReadDescriptor&) = delete;
+  ReadDescriptor& operator=(const ReadDescriptor&) = delete;
+  ~ReadDescriptor() { close(m_id); }
+
+  int id() const { return m_id; }
+
+ private:
+  int m_id;
+};
 
 class ClassicHeaderTest : public testing::TestWithParam<Format> {
  protected:
@@ -153,6 +171,35 @@ TEST_P(ClassicHeaderTest, AbsurdDimensionIsRefused) {
   writeFixedAndRecords();
   const unsigned long name = readBytes(path()).find(std::string("x\0\0\0", 4));
   EXPECT_THAT(errorAfterPatch(name + 4, "\x10"), HasSubstr("should end at"));
+}
+
+TEST_P(ClassicHeaderTest, DimensionThatDoesNotExistIsRefused) {
+  writeFixedAndRecords();
+  const unsigned long sizeBytes = GetParam().sizeBytes;
+  const unsigned long name = readBytes(path()).find("fixed");
+  const unsigned long dimension = name + 8 + 2 * sizeBytes - 1;  // the last byte of its number, 1
+  EXPECT_THAT(errorAfterPatch(dimension, "\2"),
+              HasSubstr("variable 'fixed' has a dimension that does not exist"));
+}
+
+TEST_P(ClassicHeaderTest, RecordsBehindAnotherDimensionAreRefused) {
+  writeFixedAndRecords();
+  const unsigned long sizeBytes = GetParam().sizeBytes;
+  const unsigned long name = readBytes(path()).find(std::string("text\0", 5));
+  const unsigned long second = name + 4 + 3 * sizeBytes - 1;  // the last byte of its number, 1
+  EXPECT_THAT(errorAfterPatch(second, std::string(1, '\0')),
+              HasSubstr("the records of variable 'text' are not its first dimension"));
+}
+
+TEST_P(ClassicHeaderTest, HeaderThatWasCutMeanwhileIsDamage) {
+  writeFixedAndRecords();
+  const std::string whole = readBytes(path());
+  for (const unsigned long length : {4UL, 10UL, 40UL}) {
+    writeBytes(path(), whole.substr(0, length));
+    const ReadDescriptor file(path());
+    EXPECT_EQ(findClassicDamage(file.id(), whole.size()), "its header cannot be read") << length;
+    EXPECT_EQ(findClassicDamage(file.id(), length), "it ends within its header") << length;
+  }
 }
 
 TEST_P(ClassicHeaderTest, ValuesWithinTheHeaderAreRefused) {

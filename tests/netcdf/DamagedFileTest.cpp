@@ -190,6 +190,16 @@ TEST_F(AbsurdClaimTest, MoreValuesThanCanBeCountedAreLeftOut) {
   EXPECT_EQ(file.skipped()[0].reason, "more values than can be counted");
 }
 
+TEST_F(AbsurdClaimTest, NoneOfThemCanBeCounted) {
+  {
+    const Writer writer(m_path, NC_NETCDF4);
+    writer.variable("none", NC_DOUBLE,
+                    {writer.dimension("rows", 1UL << 40U), writer.dimension("columns", 1UL << 40U),
+                     writer.dimension("records", NC_UNLIMITED)});
+  }
+  EXPECT_EQ(arrayAt(File(m_path), "none").numberOfElements(), 0U);
+}
+
 TEST_F(AbsurdClaimTest, TextThatNoFileHoldsIsRefusedWhenItIsRead) {
   writeGrid(1, 1UL << 28U, NC_CHAR);
   const std::string bytes = std::to_string(readBytes(m_path).size());

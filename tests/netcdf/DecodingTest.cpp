@@ -293,6 +293,11 @@ INSTANTIATE_TEST_SUITE_P(
          "2, 4",
          {"float32", "4", "nan"}},
         {"TextIsNoMissingValue", "short", "v:missing_value = \"1\";", "1, 2", {"int16", "1", "2"}},
+        {"TextsAreNoMissingValues",
+         "short",
+         "string v:missing_value = \"1\", \"2\";",
+         "1, 2",
+         {"int16", "1", "2"}},
     }),
     nameOf);
 

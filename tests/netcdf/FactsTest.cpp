@@ -1,6 +1,7 @@
 
 #include <sstream>
 
+#include "Hdf5Files.h"
 #include "TestFiles.h"
 
 namespace quillon::netcdf {
@@ -58,6 +59,19 @@ TEST_F(FactsTest, WhatCannotBeReadStandsInItsGroupAlone) {
   EXPECT_THAT(outlinesOf(factsOf(cdl)), ElementsAre("int /v() |"));
   EXPECT_THAT(outlinesOf(factsOf(cdl, "inner")),
               ElementsAre("point /inner/p() |! compound type 'point'"));
+}
+
+TEST_F(FactsTest, WhatTheLibraryDoesNotListStandsBehindTheRest) {
+  {
+    const Hdf5Writer writer(m_path);
+    writer.group("inner");
+    writer.dataset("a", H5T_STD_B8LE);
+    writer.dataset("inner/a", H5T_STD_B8LE);
+    writer.dataset("inner/b", H5T_NATIVE_INT);
+  }
+  EXPECT_THAT(outlinesOf(File(m_path).facts("/")), ElementsAre(" /a() |! bit field type"));
+  EXPECT_THAT(outlinesOf(File(m_path).facts("inner")),
+              ElementsAre("int /inner/b() |", " /inner/a() |! bit field type"));
 }
 
 TEST_F(FactsTest, GroupHasPathTitleAndAllAttributes) {

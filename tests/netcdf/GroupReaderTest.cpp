@@ -2,6 +2,7 @@
 
 #include <numeric>
 
+#include "Hdf5Files.h"
 #include "TestFiles.h"
 
 namespace quillon::netcdf {
@@ -129,6 +130,22 @@ TEST_F(GroupReaderTest, TypesWithoutAPlaceInTheModelAreSkippedByName) {
   EXPECT_EQ(file.root().getNumOfData(), 2U);
   EXPECT_TRUE(file.root().contains("kept"));
   EXPECT_EQ(file.group("inner").getNumOfData(), 0U);
+}
+
+TEST_F(GroupReaderTest, AttributeThatLibnetcdfCannotOpenIsAnErrorOfWhatHasIt) {
+  const auto errorOfAttributeOf = [this](const std::string& path) {
+    {
+      const Hdf5Writer writer(m_path);
+      writer.group("g");
+      writer.dataset("g/v", H5T_NATIVE_INT);
+      writer.attribute(path, "t", H5T_UNIX_D32LE);
+    }
+    return errorOf([this] { const File file(m_path); });
+  };
+  const std::string why = " (NetCDF: Can't open HDF5 attribute)";
+  EXPECT_EQ(errorOfAttributeOf("/g"),
+            "Cannot read '" + m_path + "': the attributes of a group" + why);
+  EXPECT_EQ(errorOfAttributeOf("/g/v"), "Cannot read '" + m_path + "': a variable in '/g/'" + why);
 }
 
 // libnetcdf hides this prefix, so that two names in the file can become one.

@@ -16,6 +16,12 @@ void linkSoft(const Hdf5Writer& writer, const std::string& from, const std::stri
   mustHdf5(H5Lcreate_soft(from.c_str(), writer.file(), to.c_str(), H5P_DEFAULT, H5P_DEFAULT));
 }
 
+haddr_t addressOf(const Hdf5Writer& writer, const std::string& path) {
+  H5O_info_t info{};
+  mustHdf5(H5Oget_info_by_name2(writer.file(), path.c_str(), &info, H5O_INFO_BASIC, H5P_DEFAULT));
+  return info.addr;
+}
+
 void commit(const Hdf5Writer& writer, const std::string& path, hid_t type) {
   writer.commit(path, Hdf5Object(H5Tcopy(type), H5Tclose).id());
 }
@@ -96,6 +102,55 @@ INSTANTIATE_TEST_SUITE_P(
         Refused{"NamedReference",
                 [](const Hdf5Writer& writer) { commit(writer, "T", H5T_STD_REF_OBJ); },
                 "libnetcdf does not know named types such as '/T' (reference type)"},
+        Refused{"FirstOfSeveral",
+                [](const Hdf5Writer& writer) {
+                  writer.group("a");
+                  linkSoft(writer, "/nowhere", "a/s");
+                  linkSoft(writer, "/nowhere", "b");
+                  commit(writer, "T", H5T_STD_I32LE);
+                },
+                "libnetcdf does not know named types such as '/T' (integer type of 4 bytes)"},
+        Refused{"AmongNamedTypesThatAreKnown",
+                [](const Hdf5Writer& writer) {
+                  writer.commit("a", compoundType().id());
+                  writer.commit("b", booleanType().id());
+                  writer.commit("c", Hdf5Object(H5Tvlen_create(H5T_NATIVE_INT), H5Tclose).id());
+                  writer.commit("d", Hdf5Object(H5Tcreate(H5T_OPAQUE, 7), H5Tclose).id());
+                  writer.commit("e", textType(5).id());
+                  writer.dataset("f", H5T_NATIVE_INT);
+                  linkHard(writer, "f", "g");
+                  linkSoft(writer, "/nowhere", "z");
+                },
+                "the link '/z' leads nowhere"},
+        Refused{"BehindAttributes",
+                [](const Hdf5Writer& writer) {
+                  const int one = 1;
+                  writer.attribute("/", "a", H5T_NATIVE_INT, &one);
+                  writer.attribute("n", "a", H5T_NATIVE_INT, &one);
+                  writer.attribute("n", "b", H5T_STD_REF_OBJ);
+                  linkSoft(writer, "/nowhere", "z");
+                },
+                "the link '/z' leads nowhere"},
+        Refused{"TimeAttribute",
+                [](const Hdf5Writer& writer) {
+                  writer.attribute("/", "t", H5T_UNIX_D32LE);
+                  linkSoft(writer, "/nowhere", "z");
+                },
+                "libnetcdf does not know the type of an attribute of '/' (time type)"},
+        Refused{"TimeAttributeOfAVariable",
+                [](const Hdf5Writer& writer) {
+                  const int one = 1;
+                  writer.attribute("n", "a", H5T_NATIVE_INT, &one);
+                  writer.attribute("n", "t", H5T_UNIX_D32LE);
+                  linkSoft(writer, "/nowhere", "z");
+                },
+                "libnetcdf does not know the type of an attribute of '/n' (time type)"},
+        Refused{"MoreDimensionsThanAVariableHas",
+                [](const Hdf5Writer& writer) {
+                  const int dimensions[] = {5, 6, 7};
+                  writer.attribute("n", "_Netcdf4Coordinates", H5T_NATIVE_INT, dimensions, {3});
+                },
+                "NetCDF: HDF error"},
         Refused{"Time", [](const Hdf5Writer& writer) { writer.dataset("t", H5T_UNIX_D32LE); },
                 "libnetcdf does not know the type of '/t' (time type)"}),
     [](const auto& given) { return given.param.name; });
@@ -141,6 +196,29 @@ TEST_F(Hdf5StructureTest, DamagedFileIsNotCalledSound) {
   EXPECT_EQ(errorOf([&] { const File file(m_path); }),
             "Cannot read '" + m_path +
                 "': it cannot be opened, or is damaged or cut short (NetCDF: HDF error)");
+}
+
+TEST_F(Hdf5StructureTest, DataSetWithADamagedHeaderIsDamage) {
+  haddr_t address = 0;
+  haddr_t root = 0;
+  {
+    const Hdf5Writer writer(m_path);
+    writer.dataset("n", H5T_NATIVE_INT);
+    address = addressOf(writer, "n");
+    root = addressOf(writer, "/");
+  }
+  std::string whole = readBytes(m_path);
+  for (const haddr_t header : {address, root}) {
+    std::string bytes = whole;
+    bytes[header] = '\x7f';
+    writeBytes(m_path, bytes);
+    EXPECT_FALSE(judgeHdf5(m_path).isSound);
+    EXPECT_EQ(judgeHdf5(m_path).obstacle, "");
+    EXPECT_EQ(findTrap(m_path), "");
+    EXPECT_EQ(errorOf([&] { const File file(m_path); }),
+              "Cannot read '" + m_path +
+                  "': it cannot be opened, or is damaged or cut short (NetCDF: HDF error)");
+  }
 }
 
 TEST_F(Hdf5StructureTest, ThreeThousandNestedGroupsAreFollowed) {

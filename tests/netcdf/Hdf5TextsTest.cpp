@@ -1,5 +1,7 @@
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <filesystem>
 #include <numeric>
 #include <ostream>
@@ -281,6 +283,104 @@ TEST_F(Hdf5TextsTest, DamagedChunkIsAnError) {
   EXPECT_EQ(errorOf([&] { textsOf("v"); }),
             "Cannot read '" + m_path + "': variable '/v' cannot be read (NetCDF: HDF error)");
 }
+
+TEST_F(Hdf5TextsTest, WindowsOfStringsAreMadeForOnesOfSomeLength) {
+  const std::array<const char*, 5> strings{"one", "two", "three", "a longer one", "end"};
+  {
+    const Hdf5Writer writer(m_path);
+    const Hdf5Object type = textType(H5T_VARIABLE);
+    writeAll(writer.dataset("v", type.id(), {5}), type.id(), strings.data());
+  }
+  std::vector<unsigned long> reads;
+  const File file(m_path, countingReads(300, reads));
+  EXPECT_THAT(valuesOf(arrayAt(file, "v")),
+              ElementsAre("one", "two", "three", "a longer one", "end"));
+  EXPECT_THAT(reads, ElementsAre(6, 17, 3));
+}
+
+TEST_F(Hdf5TextsTest, AttributeWithoutAnyTextIsEmpty) {
+  const std::array<const char*, 2> strings{nullptr, "m"};
+  {
+    const Hdf5Writer writer(m_path);
+    const Hdf5Object type = textType(H5T_VARIABLE);
+    writer.dataset("v", H5T_NATIVE_INT);
+    writer.attribute("v", "none", type.id(), nullptr, {0});
+    writer.attribute("v", "null", type.id(), strings.data());
+    writer.attribute("v", "two", type.id(), strings.data(), {2});
+    writer.attribute("v", "units", type.id(), nullptr, {0});
+  }
+  const File file(m_path);
+  const std::vector<memory::Attribute> expected = {{"none", std::vector<std::string>{}},
+                                                   {"null", std::string()},
+                                                   {"two", std::vector<std::string>{"", "m"}},
+                                                   {"units", std::vector<std::string>{}}};
+  EXPECT_EQ(arrayAt(file, "v").attributes(), expected);
+  EXPECT_EQ(arrayAt(file, "v").getUnit(), "");
+}
+
+struct DamagedStrings {
+  const char* name;
+  hsize_t chunk;     // 0 for values in one piece
+  bool hasFill;      // whether there is a fill value
+  const char* fill;  // which may be none
+  bool isUnindexed;  // whether no chunk is found, and not texts alone
+};
+
+void PrintTo(const DamagedStrings& given, std::ostream* out) { *out << given.name; }
+
+class DamagedStringsTest : public Hdf5TextsTest,
+                           public testing::WithParamInterface<DamagedStrings> {
+ protected:
+  /// Damages the index of chunks, or all that leads to the heap where the texts are.
+  void damage(bool isIndex) const {
+    std::string bytes = readBytes(m_path);
+    const std::uint64_t heap = bytes.find("GCOL");
+    std::string wanted(sizeof heap, '\0');
+    std::memcpy(wanted.data(), &heap, sizeof heap);
+    if (isIndex) {
+      wanted = "TREE\1";
+    }
+    std::size_t at = bytes.find(wanted);
+    ASSERT_NE(at, std::string::npos);
+    for (; at != std::string::npos; at = bytes.find(wanted, at)) {
+      bytes[at] = static_cast<char>(bytes[at] ^ 1);
+    }
+    writeBytes(m_path, bytes);
+  }
+};
+
+TEST_P(DamagedStringsTest, AreAnError) {
+  const DamagedStrings& given = GetParam();
+  const std::array<const char*, 6> strings{"a", "b", "c", "d", "e", "f"};
+  {
+    const Hdf5Writer writer(m_path);
+    const Hdf5Object type = textType(H5T_VARIABLE);
+    const Hdf5Object v = writer.dataset("v", type.id(), {2, 3}, [&](hid_t creation) {
+      if (given.chunk > 0) {
+        const std::array<hsize_t, 2> chunk{given.chunk, given.chunk};
+        mustHdf5(H5Pset_chunk(creation, 2, chunk.data()));
+      }
+      if (given.hasFill) {
+        mustHdf5(H5Pset_fill_value(creation, type.id(), static_cast<const void*>(&given.fill)));
+      }
+    });
+    writeAll(v, type.id(), strings.data());
+  }
+  const File file(m_path);
+  damage(given.isUnindexed);
+  EXPECT_EQ(errorOf([&] { valuesOf(arrayAt(file, "v")); }),
+            "Cannot read '" + m_path + "': variable '/v' cannot be read (NetCDF: HDF error)");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Storages, DamagedStringsTest,
+    testing::Values(DamagedStrings{"InOnePiece", 0, false, nullptr, false},
+                    DamagedStrings{"InOnePieceWithFillValue", 0, true, "fill", false},
+                    DamagedStrings{"InChunks", 2, false, nullptr, false},
+                    DamagedStrings{"InChunksWithFillValue", 2, true, "fill", false},
+                    DamagedStrings{"InChunksWithFillValueThatIsNone", 2, true, nullptr, false},
+                    DamagedStrings{"InChunksThatAreNotFound", 1, true, "fill", true}),
+    [](const auto& given) { return given.param.name; });
 
 /// Six strings in chunks of `chunk` of which "a" and none were written to the second and the third.
 class PartlyWrittenStrings : public Hdf5TextsTest, public testing::WithParamInterface<hsize_t> {

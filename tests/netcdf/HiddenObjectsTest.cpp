@@ -64,6 +64,17 @@ TEST_F(HiddenObjectsTest, StandBehindWhatLibnetcdfShowsInGroupsOfAnyDepth) {
                                      "/outer/inner/a: reference type"));
 }
 
+TEST_F(HiddenObjectsTest, TypeWhoseNameWasTakenAwayHasNone) {
+  {
+    const Hdf5Writer writer(m_path);
+    const Hdf5Object point = compoundType();
+    writer.commit("point", point.id());
+    writer.dataset("v", point.id());
+    mustHdf5(H5Ldelete(writer.file(), "point", H5P_DEFAULT));
+  }
+  EXPECT_THAT(skipped(), ElementsAre("/v: compound type"));
+}
+
 TEST_F(HiddenObjectsTest, WhatMakesDimensionsIsNotListed) {
   {
     const Writer writer(m_path, NC_NETCDF4);
@@ -141,6 +152,21 @@ TEST_F(HiddenObjectsTest, AttributesThatLibnetcdfPassesOverAreListed) {
                           "/inner/@flags: bit field type", "/inner/@reference: reference type",
                           "/inner/v@flags: bit field type", "/inner/v@reference: reference type"));
   EXPECT_THAT(skipped(), IsEmpty());
+}
+
+TEST_F(HiddenObjectsTest, AttributesThatTellLibrariesAloneAreNotListed) {
+  const int one = 1;
+  {
+    const Hdf5Writer writer(m_path);
+    writer.dataset("v", H5T_NATIVE_INT);
+    for (const char* path : {"/", "v"}) {
+      for (const char* name : {"DIMENSION_LABELS", "_nc3_strict", "_NCProperties"}) {
+        writer.attribute(path, name, H5T_NATIVE_INT, &one);
+      }
+      writer.attribute(path, "flags", H5T_STD_B8LE);
+    }
+  }
+  EXPECT_THAT(attributes(), ElementsAre("/@flags: bit field type", "/v@flags: bit field type"));
 }
 
 TEST_F(HiddenObjectsTest, ClassicFileHidesNothing) {

@@ -257,6 +257,14 @@ TEST_F(BulkTest, ChunkExtentsBeginWithDimensionZero) {
   EXPECT_THAT(std::vector<unsigned long>(chunks, chunks + 3), ElementsAre(4, 2, 3));
 }
 
+TEST_F(BulkTest, ChunksMayBeOneLong) {
+  write(NC_NETCDF4, {1, 3, 1});
+  const File file(m_path);
+  const unsigned long* chunks = bulkAt(file, "v").chunkExtents();
+  ASSERT_NE(chunks, nullptr);
+  EXPECT_THAT(std::vector<unsigned long>(chunks, chunks + 3), ElementsAre(1, 3, 1));
+}
+
 TEST_F(BulkTest, ThereAreNoChunksWhereValuesStandInOnePiece) {
   for (const int mode : {0, NC_NETCDF4}) {
     write(mode);

@@ -2,7 +2,11 @@
 #include <quillon/netcdf/File.h>
 #include <quillon/netcdf/Outline.h>
 
+#include <functional>
+#include <ostream>
+
 #include "TestFiles.h"
+#include "support/PageStyle.h"
 
 namespace quillon::netcdf {
 namespace {
@@ -92,6 +96,60 @@ TEST(OutlineTest, NothingIsSaidOfTheShapeOfWhatHasNoType) {
   EXPECT_EQ(outlineText({group}, false), "/\n  bits\n      cannot be read: bit field type\n");
 }
 
+/// What is said of how a variable is stored, as text and as JSON.
+struct StorageCase {
+  const char* rule;
+  std::function<void(VariableFacts& facts)> store;
+  std::string text;
+  std::string json;
+};
+
+void PrintTo(const StorageCase& c, std::ostream* os) { *os << c.rule; }
+
+class OutlineOfStorageTest : public testing::TestWithParam<StorageCase> {};
+
+TEST_P(OutlineOfStorageTest, SaysWhatThereIs) {
+  VariableFacts facts;
+  facts.path = "/v";
+  facts.type = "short";
+  GetParam().store(facts);
+  GroupFacts group;
+  group.path = "/";
+  group.variables = {facts};
+  EXPECT_EQ(outlineText({group}, false),
+            "/\n  v  short  single value\n      " + GetParam().text + "\n");
+  EXPECT_THAT(outlineJson({group}, "a.nc"),
+              HasSubstr(R"("shape": [], )" + GetParam().json + R"(, "unit": "")"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, OutlineOfStorageTest,
+    testing::Values(
+        StorageCase{"ScaleAlone", [](VariableFacts& facts) { facts.packing.scaleFactor = 0.5; },
+                    "packing: stored * 0.5",
+                    R"("packing": {"scale_factor": 0.5, "add_offset": null})"},
+        StorageCase{"OffsetAlone", [](VariableFacts& facts) { facts.packing.addOffset = 2; },
+                    "packing: stored + 2", R"("packing": {"scale_factor": null, "add_offset": 2})"},
+        StorageCase{"DeflateAlone",
+                    [](VariableFacts& facts) { facts.compression.deflateLevel = 1; },
+                    "compression: deflate 1", R"("compression": "deflate 1")"},
+        StorageCase{"FiltersAlone",
+                    [](VariableFacts& facts) {
+                      facts.compression.filters = {{307, "bzip2", {9}}, {3, "fletcher32", {}}};
+                    },
+                    "compression: bzip2 9, fletcher32", R"("compression": "bzip2 9, fletcher32")"},
+        StorageCase{"ShuffleAlone",
+                    [](VariableFacts& facts) { facts.compression.isShuffled = true; },
+                    "compression: shuffle", R"("compression": "shuffle")"}),
+    [](const auto& c) { return c.param.rule; });
+
+TEST(OutlineTest, VariableWithoutAnythingIsAnEmptyLine) {
+  GroupFacts group;
+  group.path = "/";
+  group.variables = {VariableFacts()};
+  EXPECT_EQ(outlineText({group}, false), "/\n\n");
+}
+
 TEST(OutlineTest, TextHasAttributesWhereTheyAreAskedFor) {
   EXPECT_EQ(
       outlineText(groups(), true),
@@ -110,6 +168,28 @@ TEST(OutlineTest, TextHasAttributesWhereTheyAreAskedFor) {
       "      none = \n"
       "  outline  point  single value\n"
       "      cannot be read: compound type 'point'\n");
+}
+
+TEST(OutlineTest, NumbersHaveTheNameOfTheirTypeUnlessNobodyWondersAboutIt) {
+  GroupFacts group;
+  group.path = "/";
+  group.attributes = {{"b", std::vector<signed char>{-1}}, {"ub", std::vector<unsigned char>{1}},
+                      {"s", std::vector<short>{-2}},       {"us", std::vector<unsigned short>{2}},
+                      {"i", std::vector<int>{-3}},         {"ui", std::vector<unsigned int>{3}},
+                      {"l", std::vector<long>{-4}},        {"ul", std::vector<unsigned long>{4}},
+                      {"f", std::vector<float>{0.5F}},     {"d", std::vector<double>{0.25}}};
+  EXPECT_EQ(outlineText({group}, true),
+            "/\n"
+            "      b = -1 (byte)\n"
+            "      ub = 1 (ubyte)\n"
+            "      s = -2 (short)\n"
+            "      us = 2 (ushort)\n"
+            "      i = -3\n"
+            "      ui = 3 (uint)\n"
+            "      l = -4 (int64)\n"
+            "      ul = 4 (uint64)\n"
+            "      f = 0.5 (float)\n"
+            "      d = 0.25\n");
 }
 
 TEST(OutlineTest, JsonHasEverything) {
@@ -151,6 +231,10 @@ TEST(OutlineTest, HtmlUnfoldsToStorageAndAttributes) {
   EXPECT_THAT(page, HasSubstr("<span class=\"bad\">cannot be read</span></summary>\n<table>\n"
                               "<tr><th>cannot be read</th><td>compound type &#39;point&#39;</td>"
                               "</tr>\n</table>\n</details>\n</body>\n</html>\n"));
+}
+
+TEST(OutlineTest, StyleIsMadeOfRulesWhoseColoursAreNamed) {
+  ::test::expectSoundStyle(outlineHtml({}, ""));
 }
 
 TEST(OutlineTest, WhatComesFromTheFileIsEscaped) {

@@ -1,0 +1,47 @@
+#include <sys/resource.h>
+
+#include "FileCheck.h"
+#include "TestFiles.h"
+
+namespace quillon::netcdf {
+namespace {
+
+/// Lets the process open no more files as long as it lives.
+class NoMoreFiles {
+ public:
+  NoMoreFiles() {
+    EXPECT_EQ(getrlimit(RLIMIT_NOFILE, &m_before), 0);
+    const rlimit none{0, m_before.rlim_max};
+    EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+  }
+  NoMoreFiles(const NoMoreFiles&) = delete;
+  NoMoreFiles& operator=(const NoMoreFiles&) = delete;
+  ~NoMoreFiles() { setrlimit(RLIMIT_NOFILE, &m_before); }
+
+ private:
+  rlimit m_before{};
+};
+
+class FileCheckTest : public testing::Test {
+ protected:
+  FileCheckTest() { writeBytes(m_path, "content"); }
+
+  Scratch m_scratch;
+  std::string m_path = m_scratch.path("a");
+};
+
+TEST_F(FileCheckTest, FileThatTheSystemDoesNotOpenIsAnErrorInItsWords) {
+  const NoMoreFiles limit;
+  EXPECT_EQ(errorOf([&] { const CheckedFile file(m_path); }),
+            "Cannot read '" + m_path + "': Too many open files");
+}
+
+TEST_F(FileCheckTest, FirstBytesAreAtMostThoseThatThereAre) {
+  const CheckedFile file(m_path);
+  EXPECT_EQ(file.firstBytes(3), "con");
+  EXPECT_EQ(file.firstBytes(100), "content");
+  EXPECT_EQ(file.firstBytes(0), "");
+}
+
+}  // namespace
+}  // namespace quillon::netcdf
