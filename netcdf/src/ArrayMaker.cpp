@@ -24,7 +24,7 @@ using memory::Axis;
 using Name = std::array<char, NC_MAX_NAME + 1>;
 
 bool isCountable(const Variable& variable, const std::vector<unsigned long>& stored) {
-  unsigned long bytes = variable.valueBytes;
+  unsigned long bytes = std::max(variable.valueBytes, 1UL);  // a string's are not known
   for (const unsigned long extent : stored) {
     bytes = memory::boundedProduct(bytes, extent);
   }

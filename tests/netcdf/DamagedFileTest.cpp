@@ -177,17 +177,22 @@ TEST_F(AbsurdClaimTest, ValuesThatAreNotWrittenYetReadAsFillValues) {
 }
 
 TEST_F(AbsurdClaimTest, AnyNumberThatCanBeCountedOpens) {
-  writeGrid(1UL << 31U, 1UL << 31U, NC_BYTE);
-  EXPECT_EQ(errorOfOpening(), "");
+  for (const auto& [type, extent] : {std::pair(NC_BYTE, 1UL << 31U), {NC_STRING, 1UL << 29U}}) {
+    writeGrid(extent, extent, type);
+    EXPECT_EQ(errorOfOpening(), "") << type;
+    EXPECT_EQ(arrayAt(File(m_path), "grid").numberOfElements(), extent * extent) << type;
+  }
 }
 
 TEST_F(AbsurdClaimTest, MoreValuesThanCanBeCountedAreLeftOut) {
-  writeGrid(1UL << 40U, 1UL << 40U, NC_BYTE);
-  const File file(m_path);
-  EXPECT_EQ(file.root().getNumOfData(), 0U);
-  ASSERT_EQ(file.skipped().size(), 1U);
-  EXPECT_EQ(file.skipped()[0].path, "/grid");
-  EXPECT_EQ(file.skipped()[0].reason, "more values than can be counted");
+  for (const nc_type type : {NC_BYTE, NC_DOUBLE, NC_CHAR, NC_STRING}) {
+    writeGrid(1UL << 40U, 1UL << 40U, type);
+    const File file(m_path);
+    EXPECT_EQ(file.root().getNumOfData(), 0U) << type;
+    ASSERT_EQ(file.skipped().size(), 1U) << type;
+    EXPECT_EQ(file.skipped()[0].path, "/grid");
+    EXPECT_EQ(file.skipped()[0].reason, "more values than can be counted");
+  }
 }
 
 TEST_F(AbsurdClaimTest, NoneOfThemCanBeCounted) {
