@@ -214,8 +214,7 @@ std::vector<Axis> ArrayMaker::outline(Variable& variable, std::size_t fixed) con
 // Bounds without units have those of what they bound; of interest here are times.
 void ArrayMaker::addUnitsOfBounds(const Variable& variable, const std::string& name,
                                   std::vector<Attribute>& attributes) const {
-  if (!m_source->options().decode || variable.dimensions.size() < 2 ||
-      findAttribute(attributes, "units") != nullptr) {
+  if (variable.dimensions.size() < 2 || findAttribute(attributes, "units") != nullptr) {
     return;
   }
   for (const int dimension : variable.dimensions) {

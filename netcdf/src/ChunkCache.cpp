@@ -24,16 +24,13 @@ struct Settings {
 bool isCalledAsADimension(const Variable& variable) {
   std::array<char, NC_MAX_NAME + 1> name{};
   int dimension = -1;
-  // never true: libnetcdf has told of the variable before
-  if (nc_inq_varname(variable.group, variable.id, name.data()) != NC_NOERR ||
-      nc_inq_dimid(variable.group, name.data(), &dimension) != NC_NOERR) {
+  nc_inq_varname(variable.group, variable.id, name.data());
+  if (nc_inq_dimid(variable.group, name.data(), &dimension) != NC_NOERR) {
     return false;
   }
-  std::vector<int> dimensions(variable.chunks.size());
-  // never true: libnetcdf has told of the variable before
-  return nc_inq_vardimid(variable.group, variable.id, dimensions.data()) != NC_NOERR ||
-         // never true: what has chunks has dimensions
-         dimensions.empty() || dimensions.front() != dimension;
+  std::vector<int> dimensions(variable.chunks.size());  // what has chunks has dimensions
+  nc_inq_vardimid(variable.group, variable.id, dimensions.data());
+  return dimensions.front() != dimension;
 }
 
 // Should the library refuse, it keeps more or less than is best, which does no other harm.

@@ -217,9 +217,8 @@ Encoding encodingOf(const StoredForm& form, const Attributes& attributes,
 }
 
 bool decodeAlike(const Encoding& first, const Encoding& second) {
-  return first.stored == second.stored && first.result == second.result &&
-         first.isPacked == second.isPacked && areAlike(first.scale, second.scale) &&
-         areAlike(first.offset, second.offset) &&
+  return first.stored == second.stored && first.isPacked == second.isPacked &&
+         areAlike(first.scale, second.scale) && areAlike(first.offset, second.offset) &&
          std::equal(first.missing.begin(), first.missing.end(), second.missing.begin(),
                     second.missing.end(), areSameNumbers);
 }

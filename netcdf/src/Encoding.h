@@ -30,7 +30,7 @@ struct Encoding {
   bool changesNumbers() const { return isPacked || !missing.empty(); }
 };
 
-/// Whether the same stored bytes become the same numbers.
+/// Whether the same stored bytes become the same numbers, where both become numbers of one type.
 bool decodeAlike(const Encoding& first, const Encoding& second);
 
 /// What the numbers of a variable with these attributes mean as times; none where they are no

@@ -37,9 +37,6 @@ bool isReadOnly(hid_t id) {
 }  // namespace
 
 Hdf5File::Hdf5File(const CheckedFile& file, hid_t opened) : m_file(file.identity()) {
-  if (file.isClassic()) {
-    return;
-  }
   const std::lock_guard<std::mutex> guard(libraryLock());
   const QuietHdf5 quiet;
   if (opened >= 0 && isOpenAs(opened, m_file) && isReadOnly(opened)) {

@@ -302,9 +302,9 @@ TextType textTypeOf(const Variable& variable) {
     return {TextType::Kind::None, 0, describeType(type.id())};
   }
   if (H5Tis_variable_str(type.id()) > 0) {
-    return {TextType::Kind::Variable, 0, describeType(type.id())};
+    return {TextType::Kind::Variable, 0, {}};
   }
-  return {TextType::Kind::Fixed, H5Tget_size(type.id()), describeType(type.id())};
+  return {TextType::Kind::Fixed, H5Tget_size(type.id()), {}};
 }
 
 unsigned long readHdf5Texts(const Variable& variable, const memory::Block& block,
@@ -313,8 +313,7 @@ unsigned long readHdf5Texts(const Variable& variable, const memory::Block& block
   const QuietHdf5 quiet;
   variable.chunkCache.prepare(variable, block.start.data(), block.extent.data());
   const Transfer transfer(variable, block);
-  // never false: see isPossible()
-  const bool isVariable = transfer.isPossible() && H5Tis_variable_str(transfer.type().id()) > 0;
+  const bool isVariable = H5Tis_variable_str(transfer.type().id()) > 0;
   const bool isRead =
       // never false: see isPossible()
       transfer.isPossible() && (isVariable ? readStrings(variable, block, transfer, texts)

@@ -14,7 +14,7 @@ namespace quillon::netcdf {
 struct TextType {
   enum class Kind { Fixed, Variable, None } kind = Kind::None;
   std::size_t bytes = 0;    ///< of a text of fixed length
-  std::string description;  ///< what the values are; empty where there is no libhdf5 to ask
+  std::string description;  ///< what other values are; empty where there is no libhdf5 to ask
 };
 
 /// Threads: to be used under libraryLock().
