@@ -97,6 +97,31 @@ TEST_F(ArrayMakerTest, AttributesOfTypesWithoutAPlaceInTheModelAreLeftOut) {
   EXPECT_THAT(namesOf(arrayAt(file, "v").attributes()), ElementsAre("b"));
 }
 
+TEST_F(ArrayMakerTest, AttributesThatSayNothingOfTheValuesStay) {
+  const File& file = open(
+      "types: byte enum flag {NO = 0, YES = 1}; variables: "
+      "string s; s:units = \"days since 2000-01-01\"; s:calendar = \"noleap\"; "
+      "s:scale_factor = 2.; s:missing_value = 1; s:_Unsigned = \"true\"; "
+      "flag f; f:units = \"days since 2000-01-01\"; f:calendar = \"noleap\"; "
+      "f:add_offset = 2.; f:missing_value = 1; f:_Unsigned = \"true\"; "
+      "int64 l; l:_Unsigned = \"true\"; l:calendar = \"noleap\"; l:dtype = \"bool\"; "
+      "data: s = \"a\"; f = YES; l = 1;");
+  EXPECT_THAT(namesOf(arrayAt(file, "s").attributes()),
+              ElementsAre("calendar", "scale_factor", "missing_value", "_Unsigned"));
+  EXPECT_THAT(namesOf(arrayAt(file, "f").attributes()),
+              ElementsAre("calendar", "add_offset", "missing_value", "_Unsigned"));
+  EXPECT_THAT(namesOf(arrayAt(file, "l").attributes()),
+              ElementsAre("_Unsigned", "calendar", "dtype"));
+}
+
+TEST_F(ArrayMakerTest, AttributesOfAnEnumerationAreItsIntegers) {
+  const File& file = open(
+      "types: short enum level {low = -2, high = 300}; variables: int v; level v:a = high, low; "
+      "data: v = 1;");
+  EXPECT_EQ(arrayAt(file, "v").attributes(),
+            (std::vector<memory::Attribute>{{"a", std::vector<short>{300, -2}}}));
+}
+
 TEST_F(ArrayMakerTest, UnitThatIsNoTextStaysAnAttribute) {
   const File& file = open("variables: int v; v:units = 1; v:long_name = 2.5; data: v = 1;");
   EXPECT_THAT(namesOf(arrayAt(file, "v").attributes()), ElementsAre("units", "long_name"));
@@ -168,6 +193,13 @@ TEST_F(ArrayMakerTest, CoordinatesOfAnInnerGroupMayBeStrings) {
       "group: outer { group: inner { dimensions: s = 2; variables: float v(s); string s(s); "
       "data: s = \"one\", \"two\"; } }");
   EXPECT_THAT(coordinatesOf(arrayAt(file, "outer/inner/v"), 0), ElementsAre("s", "one", "two"));
+}
+
+TEST_F(ArrayMakerTest, CoordinatesOfTheRootMayBeStrings) {
+  const File& file = open(
+      "dimensions: s = 2; variables: string s(s); data: s = \"one\", \"two\"; "
+      "group: inner { variables: float v(s); }");
+  EXPECT_THAT(coordinatesOf(arrayAt(file, "inner/v"), 0), ElementsAre("s", "one", "two"));
 }
 
 TEST_F(ArrayMakerTest, AttributeNamesCoordinatesWhereNoVariableIsCalledSo) {

@@ -12,7 +12,7 @@ class BufferedBytesTest : public testing::Test {
  protected:
   BufferedBytesTest() {
     for (int k = 0; k < 20480; ++k) {
-      m_content += static_cast<char>(k % 251);
+      m_content += static_cast<char>(k % 251 + 1);
     }
     writeBytes(m_path, m_content);
     m_descriptor = open(m_path.c_str(), O_RDONLY | O_CLOEXEC);

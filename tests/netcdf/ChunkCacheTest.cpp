@@ -80,7 +80,7 @@ TEST_F(ChunkCacheTest, APartOfTheFileMeetsItsChunksWhereTheFileHasThem) {
       {{1, 6, 1}, {0, 0}, {6, 6}, 0},  // all that is read of the file
       {{1, 6, 1}, {0, 0}, {3, 6}, 0},  // up to the end of a chunk
       {{1, 6, 1}, {3, 0}, {3, 6}, 0},  // from there on
-      {{1, 6, 1}, {0, 0}, {4, 6}, USUAL_BYTES}, {{1, 6, 1}, {1, 0}, {5, 6}, USUAL_BYTES},
+      {{1, 6, 1}, {0, 0}, {4, 6}, USUAL_BYTES}, {{1, 6, 1}, {1, 0}, {2, 6}, USUAL_BYTES},
       {{1, 3, 2}, {0, 0}, {2, 6}, 0},  // the second index is the chunk's last
       {{0, 4, 2}, {0, 0}, {2, 6}, USUAL_BYTES},
   };

@@ -140,6 +140,74 @@ TEST_P(ClassicHeaderTest, AbsurdNumberOfDimensionsIsRefused) {
               HasSubstr("claims more entries than the file has room for"));
 }
 
+/// The format's types and the bytes of a value.
+std::vector<std::pair<nc_type, unsigned long>> typesOf(const Format& format) {
+  std::vector<std::pair<nc_type, unsigned long>> types = {
+      {NC_BYTE, 1}, {NC_CHAR, 1}, {NC_SHORT, 2}, {NC_INT, 4}, {NC_FLOAT, 4}, {NC_DOUBLE, 8}};
+  if (format.mode == NC_64BIT_DATA) {
+    types.insert(types.end(),
+                 {{NC_UBYTE, 1}, {NC_USHORT, 2}, {NC_UINT, 4}, {NC_INT64, 8}, {NC_UINT64, 8}});
+  }
+  return types;
+}
+
+TEST_P(ClassicHeaderTest, ValuesOfEachTypeThatAreCutAreRefused) {
+  for (const auto& [type, valueBytes] : typesOf(GetParam())) {
+    {
+      const Writer writer(path(), GetParam().mode);
+      const int v = writer.variable("v", type, {writer.dimension("x", 5)});
+      writer.put<double>(v, {5}, {1, 2, 3, 4, 5});  // of any type: bytes are all that counts
+    }
+    const std::string whole = readBytes(path());
+    const unsigned long end = whole.size() - (5 * valueBytes + 3) / 4 * 4 + 5 * valueBytes;
+    writeBytes(path(), whole.substr(0, end));
+    EXPECT_EQ(arrayAt(File(path()), "v").numberOfElements(), type == NC_CHAR ? 1U : 5U) << type;
+    writeBytes(path(), whole.substr(0, end - 1));
+    EXPECT_EQ(errorOf([this] { const File file(path()); }),
+              "Cannot read '" + path() +
+                  "': it is cut short or damaged: the values of variable 'v' should end at byte " +
+                  std::to_string(end) + " and the file has " + std::to_string(end - 1))
+        << type;
+  }
+}
+
+TEST_P(ClassicHeaderTest, AttributesOfEachTypeAreRead) {
+  const std::vector<unsigned long> zeros(5, 0);
+  {
+    const Writer writer(path(), GetParam().mode);
+    const int v = writer.variable("v", NC_BYTE, {});
+    for (const int variable : {NC_GLOBAL, v}) {
+      for (const auto& [type, valueBytes] : typesOf(GetParam())) {
+        const std::string name = "a" + std::to_string(type);
+        must(nc_put_att(writer.root(), variable, name.c_str(), type, 5, zeros.data()));
+      }
+    }
+    writer.put<signed char>(v, {}, {7});
+  }
+  const File file(path());
+  EXPECT_EQ(file.root().attributes().size(), typesOf(GetParam()).size());
+  EXPECT_EQ(arrayAt(file, "v").attributes(), file.root().attributes());
+  EXPECT_THAT(valuesOf(arrayAt(file, "v")), testing::ElementsAre("7"));
+}
+
+TEST_P(ClassicHeaderTest, FewMoreDimensionsThanTheFileHasRoomForAreRefused) {
+  writeFixedAndRecords();
+  const std::size_t bytes = readBytes(path()).size();
+  EXPECT_THAT(errorAfterPatch(4 + 2 * GetParam().sizeBytes + 3,
+                              std::string(1, static_cast<char>(bytes / 8))),
+              HasSubstr("claims more entries than the file has room for"));
+}
+
+TEST_P(ClassicHeaderTest, VariableOfManyDimensionsIsRead) {
+  {
+    const Writer writer(path(), GetParam().mode);
+    const std::vector<int> dimensions(40, writer.dimension("x", 1));
+    writer.put<signed char>(writer.variable("v", NC_BYTE, dimensions),
+                            std::vector<std::size_t>(40, 1), {7});
+  }
+  EXPECT_THAT(valuesOf(arrayAt(File(path()), "v")), testing::ElementsAre("7"));
+}
+
 TEST_P(ClassicHeaderTest, LongestNameIsRead) {
   const std::string name(NC_MAX_NAME, 'n');
   {

@@ -293,6 +293,16 @@ INSTANTIATE_TEST_SUITE_P(
          "2, 4",
          {"float32", "4", "nan"}},
         {"TextIsNoMissingValue", "short", "v:missing_value = \"1\";", "1, 2", {"int16", "1", "2"}},
+        {"ZeroAsAFractionOfATypeWithoutSign",
+         "ubyte",
+         "v:missing_value = 0., -1.;",
+         "0, 255, 1",
+         {"float32", "nan", "255", "1"}},
+        {"ZeroOfAnotherTypeOfIntegers",
+         "short",
+         "v:missing_value = 0;",
+         "0, 1",
+         {"float32", "nan", "1"}},
         {"TextsAreNoMissingValues",
          "short",
          "string v:missing_value = \"1\", \"2\";",
@@ -487,6 +497,11 @@ TEST(DecodedTimes, BoundsHaveTheUnitsOfTheirCoordinate) {
               ElementsAre("2000-01-01", "2000-01-02", "2000-01-02", "2000-03-01"));
   EXPECT_EQ(arrayAt(file, "time_bnds").getUnit(), "days since 2000-01-01");
   EXPECT_EQ(dynamic_cast<const memory::HasTimes*>(&arrayAt(file, "other")), nullptr);
+  OpenOptions options;
+  options.decode = false;
+  const File raw(scratch.path("a.nc"), options);
+  EXPECT_EQ(arrayAt(raw, "time_bnds").getUnit(), "");
+  EXPECT_TRUE(arrayAt(raw, "time_bnds").attributes().empty());
 }
 
 TEST(DecodedTimes, ClimatologiesHaveTheUnitsOfTheirCoordinate) {
@@ -506,6 +521,26 @@ TEST(DecodedTimes, BoundsOfOtherCoordinatesHaveNoUnitsButTheirOwn) {
            "lat:units = \"degrees_north\"; lat:bounds = \"lat_bnds\"; int lat_bnds(lat, nv); "
            "data: lat = 5; lat_bnds = 0, 10;");
   EXPECT_EQ(arrayAt(File(scratch.path("a.nc")), "lat_bnds").getUnit(), "");
+}
+
+TEST(DecodedTimes, BoundsKeepTheirOwnUnits) {
+  const Scratch scratch;
+  writeCdl(scratch.path("a.nc"),
+           "dimensions: time = 1; nv = 2; variables: int time(time); "
+           "time:units = \"days since 2000-01-01\"; time:bounds = \"b\"; int b(time, nv); "
+           "b:units = \"hours since 2000-01-01\"; data: time = 0; b = 0, 24;");
+  const File file(scratch.path("a.nc"));
+  EXPECT_EQ(arrayAt(file, "b").getUnit(), "hours since 2000-01-01");
+  EXPECT_THAT(timesOf(arrayAt(file, "b")), ElementsAre("2000-01-01", "2000-01-02"));
+}
+
+TEST(DecodedTimes, BoundsOfOneDimensionAreNone) {
+  const Scratch scratch;
+  writeCdl(scratch.path("a.nc"),
+           "dimensions: time = 1; variables: int time(time); "
+           "time:units = \"days since 2000-01-01\"; time:bounds = \"b\"; int b(time); "
+           "data: time = 0; b = 0;");
+  EXPECT_EQ(arrayAt(File(scratch.path("a.nc")), "b").getUnit(), "");
 }
 
 TEST(DecodedTimes, PartsOfThemAreRead) {

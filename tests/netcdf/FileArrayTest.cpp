@@ -39,6 +39,14 @@ TEST_F(FileArrayTest, NothingIsDecodedThatIsReadAsStored) {
   EXPECT_FALSE(isDecoded(arrayAt(file, "packed")));
 }
 
+TEST_F(FileArrayTest, BytesOfAnotherTypeAreNotTheSame) {
+  const auto& v = dynamic_cast<const memory::HasStoredBytes&>(arrayAt(*m_file, "v"));
+  const unsigned long start = 0;
+  const unsigned long extent = 2;
+  EXPECT_FALSE(v.holdsSameBytes(arrayAt(*m_file, "plain"), &start, &extent));
+  EXPECT_FALSE(v.holdsSameBytes(arrayAt(*m_file, "text"), &start, &extent));
+}
+
 // They would own each other otherwise.
 TEST_F(FileArrayTest, CoordinatesHaveNoCoordinatesOfTheirOwn) {
   const std::shared_ptr<const object_model::Array> x = arrayAt(*m_file, "v").coordinates(0);

@@ -1,4 +1,6 @@
+#include <fcntl.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include "FileCheck.h"
 #include "TestFiles.h"
@@ -34,6 +36,34 @@ TEST_F(FileCheckTest, FileThatTheSystemDoesNotOpenIsAnErrorInItsWords) {
   const NoMoreFiles limit;
   EXPECT_EQ(errorOf([&] { const CheckedFile file(m_path); }),
             "Cannot read '" + m_path + "': Too many open files");
+}
+
+TEST_F(FileCheckTest, IsNeitherWaitedForNorInherited) {
+  const CheckedFile file(m_path);
+  EXPECT_EQ(fcntl(file.descriptor(), F_GETFD), FD_CLOEXEC);
+  EXPECT_NE(fcntl(file.descriptor(), F_GETFL) & O_NONBLOCK, 0);
+}
+
+TEST_F(FileCheckTest, IsReadInAProcessWithoutStandardInput) {
+  const int input = dup(STDIN_FILENO);
+  close(STDIN_FILENO);
+  std::string bytes;
+  {
+    const CheckedFile file(m_path);
+    EXPECT_EQ(file.descriptor(), STDIN_FILENO);
+    bytes = file.firstBytes(7);
+  }
+  if (input >= 0) {
+    dup2(input, STDIN_FILENO);
+    close(input);
+  }
+  EXPECT_EQ(bytes, "content");
+}
+
+TEST_F(FileCheckTest, NameThatGoesOnBehindANullCharacterIsRefused) {
+  EXPECT_EQ(errorOf([&] { const CheckedFile file(m_path + '\0' + "b"); }),
+            "Cannot read '" + m_path +
+                "': its name goes on behind a null character, which no file's does");
 }
 
 TEST_F(FileCheckTest, FirstBytesAreAtMostThoseThatThereAre) {

@@ -123,6 +123,11 @@ TEST_F(FiltersTest, FilterWithoutANameIsNamedByItsNumber) {
   EXPECT_EQ(skipped(), "/v: filter 32099, which is not there\n");
 }
 
+TEST_F(FiltersTest, LongNameOfAFilterIsCut) {
+  write(std::string(300, 'n').c_str());
+  EXPECT_EQ(skipped(), "/v: filter 32099 '" + std::string(254, 'n') + "', which is not there\n");
+}
+
 TEST_F(FiltersTest, FilterThatIsThereIsUsed) {
   write("strange codec");
   const StrangeFilter filter("strange codec");

@@ -55,6 +55,18 @@ TEST_F(FlagArrayTest, BulkValuesAreBooleans) {
   EXPECT_THAT(values, ElementsAre(false, true, true));
 }
 
+TEST_F(FlagArrayTest, ChunksAreThoseOfTheFile) {
+  const auto chunksOf = [](const memory::ArrayBase& flags) {
+    return memory::bulkValuesOf(flags)->chunkExtents();
+  };
+  EXPECT_EQ(chunksOf(read(MARKED)), nullptr);
+  const unsigned long* chunks =
+      chunksOf(read("dimensions: y = 2; x = 3; variables: byte v(y, x); v:dtype = \"bool\"; "
+                    "v:_ChunkSizes = 1, 2; data: v = 0, 1, 1, 0, 0, 1;"));
+  ASSERT_NE(chunks, nullptr);
+  EXPECT_THAT(std::vector<unsigned long>(chunks, chunks + 2), ElementsAre(2, 1));
+}
+
 TEST_F(FlagArrayTest, IntegersAreReadWhereNothingIsDecoded) {
   EXPECT_THAT(valuesOf(read(MARKED, false)), ElementsAre("0", "1", "-1"));
   EXPECT_THAT(valuesOf(read(BOOLEANS, false)), ElementsAre("0", "1", "1"));

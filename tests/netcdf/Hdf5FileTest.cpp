@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "Hdf5File.h"
+#include "Hdf5Files.h"
 #include "OpenHandle.h"
 #include "TestFiles.h"
 
@@ -105,6 +106,29 @@ TEST_F(Hdf5FileTest, StringsAreReadBeforeAndAfterByEitherHandle) {
     }
     EXPECT_EQ(valuesOf(arrayAt(File(m_path), "strings")), m_words);
   }
+}
+
+TEST(QuietHdf5Test, PrintsNothingAndLeavesWhatPrintedBefore) {
+  const std::lock_guard<std::mutex> guard(libraryLock());
+  H5E_auto2_t before = nullptr;
+  void* dataBefore = nullptr;
+  mustHdf5(H5Eget_auto2(H5E_DEFAULT, &before, &dataBefore));
+  int failures = 0;
+  mustHdf5(H5Eset_auto2(
+      H5E_DEFAULT,
+      [](hid_t /*stack*/, void* data) -> herr_t {
+        ++*static_cast<int*>(data);
+        return 0;
+      },
+      &failures));
+  {
+    const QuietHdf5 quiet;
+    H5Fopen("", H5F_ACC_RDONLY, H5P_DEFAULT);
+    EXPECT_EQ(failures, 0);
+  }
+  H5Fopen("", H5F_ACC_RDONLY, H5P_DEFAULT);
+  EXPECT_EQ(failures, 1);
+  mustHdf5(H5Eset_auto2(H5E_DEFAULT, before, dataBefore));
 }
 
 TEST_F(Hdf5FileTest, IdentifierIsClosedOnce) {

@@ -221,6 +221,28 @@ TEST_F(Hdf5StructureTest, DataSetWithADamagedHeaderIsDamage) {
   }
 }
 
+TEST_F(Hdf5StructureTest, AMillionGroupsAreFollowedAndNoMore) {
+  {
+    const Hdf5Writer writer(m_path);
+    // The root has nine times the next group, and that and those below ten times the one in it:
+    // they count as 1 + 9 * 111111.
+    std::string path = "/";
+    for (const int links : {9, 10, 10, 10, 10, 10}) {
+      writer.group(path + "0");
+      for (int k = 1; k < links; ++k) {
+        linkHard(writer, path + "0", path + std::to_string(k));
+      }
+      path += "0/";
+    }
+  }
+  EXPECT_EQ(findTrap(m_path), "");
+  {
+    const Hdf5Object file(mustHdf5(H5Fopen(m_path.c_str(), H5F_ACC_RDWR, H5P_DEFAULT)), H5Fclose);
+    mustHdf5(H5Lcreate_soft("/0/0/0/0/0/0", file.id(), "more", H5P_DEFAULT, H5P_DEFAULT));
+  }
+  EXPECT_EQ(findTrap(m_path), "links make more than 1000000 groups of its 7");
+}
+
 TEST_F(Hdf5StructureTest, ThreeThousandNestedGroupsAreFollowed) {
   {
     const Hdf5Writer writer(m_path);

@@ -308,12 +308,14 @@ TEST_F(Hdf5TextsTest, AttributeWithoutAnyTextIsEmpty) {
     writer.attribute("v", "null", type.id(), strings.data());
     writer.attribute("v", "two", type.id(), strings.data(), {2});
     writer.attribute("v", "units", type.id(), nullptr, {0});
+    writer.attribute("v", "zero", H5T_NATIVE_INT, nullptr, {0});
   }
   const File file(m_path);
   const std::vector<memory::Attribute> expected = {{"none", std::vector<std::string>{}},
                                                    {"null", std::string()},
                                                    {"two", std::vector<std::string>{"", "m"}},
-                                                   {"units", std::vector<std::string>{}}};
+                                                   {"units", std::vector<std::string>{}},
+                                                   {"zero", std::vector<int>{}}};
   EXPECT_EQ(arrayAt(file, "v").attributes(), expected);
   EXPECT_EQ(arrayAt(file, "v").getUnit(), "");
 }
@@ -439,6 +441,35 @@ TEST_P(PartlyWrittenStrings, AreReadFromTheMiddleOfAChunkOn) {
   EXPECT_EQ(
       contentOf(file.select("/", {{x, {1, 5, 1}}})),
       (std::map<std::string, std::vector<std::string>>{{"/v", {"a", "", "fill", "fill", "fill"}}}));
+}
+
+TEST_F(Hdf5TextsTest, PartlyWrittenGridOfStringsHasTheFillValueElsewhere) {
+  const char* const fill = "-";
+  {
+    const Hdf5Writer writer(m_path);
+    const Hdf5Object type = textType(H5T_VARIABLE);
+    const Hdf5Object v = writer.dataset("v", type.id(), {3, 5}, [&](hid_t creation) {
+      const std::array<hsize_t, 2> chunk{2, 2};
+      mustHdf5(H5Pset_chunk(creation, 2, chunk.data()));
+      mustHdf5(H5Pset_fill_value(creation, type.id(), static_cast<const void*>(&fill)));
+    });
+    const std::array<const char*, 2> texts{"a", "b"};
+    const std::array<hsize_t, 2> start{1, 2};
+    const std::array<hsize_t, 2> count{2, 1};
+    const Hdf5Object space(H5Dget_space(v.id()), H5Sclose);
+    const Hdf5Object memory(H5Screate_simple(2, count.data(), nullptr), H5Sclose);
+    mustHdf5(H5Sselect_hyperslab(space.id(), H5S_SELECT_SET, start.data(), nullptr, count.data(),
+                                 nullptr));
+    mustHdf5(H5Dwrite(v.id(), type.id(), memory.id(), space.id(), H5P_DEFAULT, texts.data()));
+  }
+  for (const std::size_t window : std::vector<std::size_t>{1, 300, 1000, 10000}) {
+    OpenOptions options;
+    options.windowBytes = window;
+    EXPECT_THAT(
+        valuesOf(arrayAt(File(m_path, options), "v")),
+        ElementsAre("-", "-", "-", "-", "-", "-", "-", "a", "-", "-", "-", "-", "b", "-", "-"))
+        << "window of " << window;
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Chunks, PartlyWrittenStrings, testing::Values(0U, 1U, 2U, 4U, 6U));

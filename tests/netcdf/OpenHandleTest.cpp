@@ -107,6 +107,33 @@ TEST_F(OpenHandleTest, OtherFilesHaveHandlesOfTheirOwn) {
   EXPECT_NE(OpenHandle(b).id(), first.id());
 }
 
+/// The bytes of a number of a classic file's header.
+std::string inHeader(unsigned int number) {
+  std::string bytes;
+  for (const unsigned int shift : {24U, 16U, 8U, 0U}) {
+    bytes += static_cast<char>(number >> shift & 0xffU);
+  }
+  return bytes;
+}
+
+TEST_F(OpenHandleTest, ClassicFileThatLibnetcdfRefusesIsAnErrorInItsWords) {
+  const std::string none = inHeader(0) + inHeader(0);
+  const auto named = [](char name) { return inHeader(1) + name + std::string(3, '\0'); };
+  const auto variable = [&](char name) {
+    return named(name) + inHeader(2) + inHeader(0) + inHeader(1) + none + inHeader(NC_BYTE) +
+           inHeader(0) + inHeader(200);
+  };
+  const std::string path = m_scratch.path("a.nc");
+  // Two variables without records that would have more than 2 GiB each.
+  writeBytes(path, "CDF\1" + inHeader(0) + inHeader(10) + inHeader(2) + named('t') + inHeader(0) +
+                       named('x') + inHeader(0x7fff'ffff) + none + inHeader(11) + inHeader(2) +
+                       variable('a') + variable('b'));
+  EXPECT_EQ(errorOf([&] { const File file(path); }),
+            "Cannot read '" + path +
+                "': it cannot be opened, or is damaged or cut short (NetCDF: One or more variable "
+                "sizes violate format constraints)");
+}
+
 // One that was written anew under its old name shows its new header.
 TEST_F(OpenHandleTest, ClassicFileIsReadAnewEachTime) {
   const CheckedFile a(file("a.nc", 0));

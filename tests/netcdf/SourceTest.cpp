@@ -72,6 +72,8 @@ INSTANTIATE_TEST_SUITE_P(
         {"Text", "label,area\n1,20\n", "it is not a netCDF file"},
         {"Zeros", std::string(5000, '\0'), "it is not a netCDF file"},
         {"UnknownClassicVersion", "CDF\3" + std::string(100, '\0'), "it is not a netCDF file"},
+        {"OtherLettersBeforeAClassicVersion", "ABC\1" + std::string(100, 'x'),
+         "it is not a netCDF file"},
         {"SignatureOfAClassicFileAlone", "CDF\1", "it ends within its header"},
         {"SignatureOfANetcdf4FileAlone", "\x89HDF\r\n\x1a\n",
          "it cannot be opened, or is damaged or cut short (NetCDF: HDF error)"},
