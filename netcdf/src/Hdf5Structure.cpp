@@ -37,7 +37,7 @@ class GroupWalk {
   /// What is wrong with the groups from the open one at `path` on; empty when nothing is.
   std::string findTrap(hid_t group, const std::string& path) {
     H5O_info_t info{};
-    if (H5Oget_info2(group, &info, H5O_INFO_BASIC) < 0) {
+    if (H5Oget_info2(group, &info, H5O_INFO_BASIC) < 0) {  // never true, never run: it is open
       return {};
     }
     visit(group, addressOf(info), path);
@@ -157,6 +157,7 @@ class Inspection {
     const Hdf5Object type(H5Dget_type(dataset), H5Tclose);
     const Hdf5Object space(H5Dget_space(dataset), H5Sclose);
     const Hdf5Object creation(H5Dget_create_plist(dataset), H5Pclose);
+    // never false: libhdf5 opens no data set without all of them
     requireSound(type.exists() && space.exists() && creation.exists());
     // never false: an open data set has a type
     if (type.exists() && H5Tget_class(type.id()) == H5T_TIME) {

@@ -83,9 +83,7 @@ int openByLibrary(const CheckedFile& file, const std::string& path) {
     failReading(file.path(), "it is not a netCDF file");
   }
   if (status != NC_NOERR) {
-    if (!file.isClassic()) {
-      requireDamage(file, path, nc_strerror(status));
-    }
+    requireDamage(file, path, nc_strerror(status));
     failReading(file.path(), std::string("it cannot be opened, or is damaged or cut short (") +
                                  nc_strerror(status) + ")");
   }
