@@ -198,26 +198,35 @@ TEST_F(Hdf5StructureTest, DamagedFileIsNotCalledSound) {
                 "': it cannot be opened, or is damaged or cut short (NetCDF: HDF error)");
 }
 
-TEST_F(Hdf5StructureTest, DataSetWithADamagedHeaderIsDamage) {
-  haddr_t address = 0;
-  haddr_t root = 0;
+TEST_F(Hdf5StructureTest, WhatCannotBeOpenedIsDamage) {
+  std::vector<std::size_t> headers;
   {
+    const int one = 1;
     const Hdf5Writer writer(m_path);
-    writer.dataset("n", H5T_NATIVE_INT);
-    address = addressOf(writer, "n");
-    root = addressOf(writer, "/");
+    writer.group("g");
+    writer.dataset("g/n", H5T_NATIVE_INT);
+    writer.dataset("a", H5T_NATIVE_INT);
+    writer.attribute("a", "first", H5T_NATIVE_INT, &one);
+    writer.dataset("b", H5T_NATIVE_INT);
+    writer.attribute("b", "second", H5T_NATIVE_INT, &one);
+    for (const char* path : {"/", "g", "g/n", "a"}) {
+      headers.push_back(addressOf(writer, path));
+    }
   }
-  std::string whole = readBytes(m_path);
-  for (const haddr_t header : {address, root}) {
+  const std::string whole = readBytes(m_path);
+  EXPECT_TRUE(judgeHdf5(m_path).isSound);
+  headers.push_back(whole.find("first") - 8);  // where the attribute begins
+  headers.push_back(whole.rfind("HEAP"));      // the names in the group
+  for (const std::size_t header : headers) {
     std::string bytes = whole;
     bytes[header] = '\x7f';
     writeBytes(m_path, bytes);
-    EXPECT_FALSE(judgeHdf5(m_path).isSound);
-    EXPECT_EQ(judgeHdf5(m_path).obstacle, "");
-    EXPECT_EQ(findTrap(m_path), "");
-    EXPECT_EQ(errorOf([&] { const File file(m_path); }),
-              "Cannot read '" + m_path +
-                  "': it cannot be opened, or is damaged or cut short (NetCDF: HDF error)");
+    EXPECT_FALSE(judgeHdf5(m_path).isSound) << header;
+    EXPECT_EQ(judgeHdf5(m_path).obstacle, "") << header;
+    EXPECT_EQ(findTrap(m_path), "") << header;
+    EXPECT_THAT(errorOf([&] { const File file(m_path); }),
+                testing::StartsWith("Cannot read '" + m_path + "': "))
+        << header;
   }
 }
 
