@@ -117,8 +117,6 @@ class ChunkUnpacker::Inflater {
 
 ChunkUnpacker::ChunkUnpacker(ChunkFormat format)
     : m_format(std::move(format)), m_inflater(std::make_unique<Inflater>()) {}
-ChunkUnpacker::ChunkUnpacker(ChunkUnpacker&& other) noexcept = default;
-ChunkUnpacker& ChunkUnpacker::operator=(ChunkUnpacker&& other) noexcept = default;
 ChunkUnpacker::~ChunkUnpacker() = default;
 
 char* ChunkUnpacker::bufferBeside(const char* bytes) {

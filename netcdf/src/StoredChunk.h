@@ -35,8 +35,6 @@ class ChunkUnpacker {
  public:
   /// @throws std::bad_alloc
   explicit ChunkUnpacker(ChunkFormat format);
-  ChunkUnpacker(ChunkUnpacker&& other) noexcept;
-  ChunkUnpacker& operator=(ChunkUnpacker&& other) noexcept;
   ChunkUnpacker(const ChunkUnpacker&) = delete;
   ChunkUnpacker& operator=(const ChunkUnpacker&) = delete;
   ~ChunkUnpacker();

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstring>
+#include <deque>
 #include <mutex>
 #include <new>
 #include <utility>
@@ -73,12 +74,11 @@ class ChunkWalk {
   unsigned long m_size = 1;
 };
 
-/// Whether the values of a box follow each other in both places.
+/// Whether the values of a whole chunk follow each other where they go to, too.
 bool areOneRun(unsigned long valueBytes, const std::vector<RunDimension>& dimensions) {
   unsigned long bytes = valueBytes;
   return std::all_of(dimensions.begin(), dimensions.end(), [&bytes](const RunDimension& next) {
-    // never false: the box is a whole chunk, whose values follow each other there
-    const bool follows = next.extent == 1 || (next.fromStep == bytes && next.toStep == bytes);
+    const bool follows = next.extent == 1 || next.toStep == bytes;
     bytes *= next.extent;
     return follows;
   });
@@ -148,8 +148,7 @@ StoredChunks::StoredChunks(std::shared_ptr<const Source> source, ChunkedData dat
 /// Whether the block lies in the data set, which may be shorter than the variable.
 bool StoredChunks::hasBlock(const unsigned long* start, const unsigned long* extent) const {
   for (std::size_t k = 0; k < m_data.extents.size(); ++k) {
-    // never true: callers ask for no empty blocks
-    if (extent[k] == 0 || memory::boundedSum(start[k], extent[k]) > m_data.extents[k]) {
+    if (memory::boundedSum(start[k], extent[k]) > m_data.extents[k]) {
       return false;
     }
   }
@@ -200,7 +199,7 @@ bool StoredChunks::read(const unsigned long* start, const unsigned long* extent,
   const unsigned long batch =
       std::min(walk.size(), std::max(1UL, BATCH_BYTES / m_data.format.bytes));
   const unsigned threads = threadsFor(batch, batch * m_data.format.bytes);
-  std::vector<Unpacking> unpackings;
+  std::deque<Unpacking> unpackings;
   for (unsigned k = 0; k < threads; ++k) {
     unpackings.emplace_back(m_data, start, extent, static_cast<char*>(values));
   }

@@ -14,7 +14,7 @@ struct RunDimension {
 
 /// Calls `visit(from, to, bytes)` for the runs in which the values of a box follow each other in
 /// both places, from the first position on; `from` and `to` are distances in bytes from where the
-/// box begins in each. It ends at a false. Dimension 0 comes first.
+/// box begins in each. It ends at a false. Dimension 0 comes first; no extent is 0.
 ///
 /// @return whether all visits returned true.
 template <class Visit>
@@ -23,9 +23,6 @@ bool forEachRun(unsigned long valueBytes, const std::vector<RunDimension>& dimen
   unsigned long bytes = valueBytes;
   std::vector<RunDimension> outer;
   for (const RunDimension& next : dimensions) {
-    if (next.extent == 0) {  // never true, never run: callers pass no empty boxes
-      return true;
-    }
     if (outer.empty() && next.fromStep == bytes && next.toStep == bytes) {
       bytes *= next.extent;
     } else if (next.extent > 1) {

@@ -54,7 +54,7 @@ bool StoredRuns::hasBlock(const unsigned long* start, const unsigned long* exten
   unsigned long end = memory::boundedSum(m_place.begin, m_place.valueBytes);
   for (std::size_t k = 0; k < m_place.extents.size(); ++k) {
     const unsigned long last = memory::boundedSum(start[k], extent[k]);
-    if (extent[k] == 0 || last > m_place.extents[k]) {
+    if (last > m_place.extents[k]) {
       return false;
     }
     end = memory::boundedSum(end, memory::boundedProduct(last - 1, m_place.steps[k]));

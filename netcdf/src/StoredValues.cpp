@@ -134,6 +134,7 @@ bool readFilter(hid_t properties, unsigned number, ChunkFormat& format) {
 bool readFilters(hid_t properties, ChunkFormat& format) {
   constexpr int MOST_FILTERS = 8;
   const int count = H5Pget_nfilters(properties);
+  // never true: a data set's properties tell how many filters it has
   if (count < 0 || count > MOST_FILTERS) {
     return false;
   }
@@ -150,6 +151,7 @@ std::vector<char> fillOf(hid_t properties, hid_t memoryType, unsigned long value
   H5D_fill_value_t kind = H5D_FILL_VALUE_UNDEFINED;
   H5D_fill_time_t time = H5D_FILL_TIME_NEVER;
   std::vector<char> fill(valueBytes);
+  // never true: every data set tells whether it has a fill value
   if (H5Pfill_value_defined(properties, &kind) < 0 || kind == H5D_FILL_VALUE_UNDEFINED ||
       // never true: every data set has a fill time
       H5Pget_fill_time(properties, &time) < 0 || time == H5D_FILL_TIME_NEVER ||

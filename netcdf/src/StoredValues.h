@@ -10,7 +10,7 @@ struct Variable;
 /// would unpack and convert them.
 ///
 /// Blocks are given by their first position and how many indices they span, one number for each
-/// dimension, the fastest first.
+/// dimension, the fastest first. None is empty.
 ///
 /// Whatever the file claims is held against what it has. Where anything is not as it is known to be
 /// (a filter, a type, a chunk that does not unpack), the answer is false, and libnetcdf is to read:

@@ -117,9 +117,6 @@ void requireAgreeingAxes(const std::vector<Member>& members) {
 
 DimensionPlace dimensionFor(const AxisFacts& axis, bool isOwn,
                             const object_model::Array* coordinates, std::size_t group, Plan& plan) {
-  if (const std::optional<std::size_t> own = find(axis.name, plan[group])) {
-    return {group, *own};
-  }
   const std::optional<DimensionPlace> around = findAround(axis.name, group, plan);
   if (!isOwn && around && isShareable(*around, axis, coordinates, plan)) {
     return *around;

@@ -31,8 +31,8 @@ void nameAxes(std::vector<Member>& members, const IsTaken& isTaken);
 /// Refuses names of axes that no file takes, and two sizes for one name. @throws Refusal
 void requireAgreeingAxes(const std::vector<Member>& members);
 
-/// The dimension of `group` for an axis: one that is there, in it or in a group around it, or a new
-/// one. `isOwn` says that the group has a variable of the dimension's coordinates itself;
+/// The dimension of `group` for an axis of which it has none yet: one of a group around it, or a
+/// new one. `isOwn` says that the group has a variable of the dimension's coordinates itself;
 /// `coordinates`, which may be null, are those that its arrays have.
 DimensionPlace dimensionFor(const memory::AxisFacts& axis, bool isOwn,
                             const object_model::Array* coordinates, std::size_t group, Plan& plan);
