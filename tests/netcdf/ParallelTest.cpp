@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <set>
 #include <stdexcept>
 #include <thread>
@@ -42,6 +43,23 @@ TEST(ParallelTest, EachPieceIsDoneOnce) {
   expectEachPieceOnce(8, 1000);
   expectEachPieceOnce(8, 3);
   expectEachPieceOnce(4, 0);
+}
+
+TEST(ParallelTest, EachThreadHasANumberOfItsOwn) {
+  constexpr unsigned THREADS = 3;
+  std::vector<std::atomic<int>> pieces(THREADS);
+  std::atomic<unsigned> begun{0};
+  inParallel(THREADS, THREADS, [&](unsigned worker, unsigned long) {
+    ++pieces[worker];
+    ++begun;
+    // Each waits until all have one.
+    for (int milliseconds = 0; begun < THREADS && milliseconds < 10000; ++milliseconds) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+  });
+  for (const std::atomic<int>& count : pieces) {
+    EXPECT_EQ(count, 1);
+  }
 }
 
 TEST(ParallelTest, WhatAPieceThrowsComesOut) {

@@ -70,6 +70,16 @@ TEST_P(SelectTest, NoIndicesAreAllowed) {
   EXPECT_TRUE(gridOf({{"z", {6, 0, 1}}}).empty());
 }
 
+TEST_P(SelectTest, NoValuesAreReadWhereNoneAreAskedFor) {
+  const memory::Dictionary part = File(m_path).select("/", {{"y", {0, 2, 3}}, {"x", {1, 0, 2}}});
+  const std::vector<unsigned long> start(3);
+  const std::vector<unsigned long> extent{0, 2, 6};
+  short untouched = 42;
+  memory::bulkValuesOf(part.at<memory::ArrayBase>("grid"))
+      ->readValues(start.data(), extent.data(), &untouched);
+  EXPECT_EQ(untouched, 42);
+}
+
 TEST_P(SelectTest, CoordinatesAndTextsAreCutAlike) {
   const memory::Dictionary part =
       File(m_path).select("", {{"z", {1, 2, 4}}, {"y", {3, 2, 1}}, {"x", {0, 1, 1}}});
@@ -79,6 +89,25 @@ TEST_P(SelectTest, CoordinatesAndTextsAreCutAlike) {
   ASSERT_NE(levels, nullptr);
   EXPECT_THAT(valuesOf(*levels), ElementsAre("10", "50"));
   EXPECT_THAT(valuesOf(part.at<memory::ArrayBase>("names")), ElementsAre("dd", "ee"));
+}
+
+TEST_P(SelectTest, ManyValuesAreReadAtTheirSteps) {
+  constexpr std::size_t COUNT = 20000;
+  const std::string path = m_scratch.path("many.nc");
+  {
+    const Writer writer(path, GetParam());
+    std::vector<int> values(COUNT);
+    std::iota(values.begin(), values.end(), 0);
+    writer.put<int>(writer.variable("v", NC_INT, {writer.dimension("x", COUNT)}), {COUNT}, values);
+  }
+  const memory::Dictionary part = File(path).select("/", {{"x", {1, 10000, 2}}});
+  const unsigned long start = 0;
+  const unsigned long extent = 10000;
+  std::vector<long> values(extent);
+  memory::copyValues(part.at<memory::ArrayBase>("v"), &start, &extent, values.data());
+  for (unsigned long k = 0; k < extent; ++k) {
+    ASSERT_EQ(values[k], 2 * static_cast<long>(k) + 1);
+  }
 }
 
 TEST_P(SelectTest, TextsStayWholeWhereTheirLengthIsNamed) {

@@ -79,6 +79,15 @@ TEST(StoredChunkTest, FilterThatWasSkippedIsNotUndone) {
   EXPECT_EQ(unpacked({FLETCHER, DEFLATE}, deflated("abcdef" + CHECKSUM), 1), "no such chunk");
 }
 
+TEST(StoredChunkTest, FormatsAreTheSameInAllTheySay) {
+  const ChunkFormat format{2, false, 6, {SHUFFLE}};
+  EXPECT_TRUE(format == (ChunkFormat{2, false, 6, {SHUFFLE}}));
+  EXPECT_FALSE(format == (ChunkFormat{1, false, 6, {SHUFFLE}}));
+  EXPECT_FALSE(format == (ChunkFormat{2, true, 6, {SHUFFLE}}));
+  EXPECT_FALSE(format == (ChunkFormat{2, false, 8, {SHUFFLE}}));
+  EXPECT_FALSE(format == (ChunkFormat{2, false, 6, {DEFLATE}}));
+}
+
 TEST(StoredChunkTest, FiltersThatPackTwiceAreNotUndone) {
   EXPECT_EQ(unpacked({DEFLATE, DEFLATE}, deflated(deflated("abcdef"))), "no such chunk");
 }

@@ -4,8 +4,11 @@
 #include <rapidcheck/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 #include <filesystem>
+#include <functional>
 
+#include "Hdf5Files.h"
 #include "StoredFiles.h"
 #include "StoredValues.h"
 
@@ -14,6 +17,14 @@ namespace {
 
 constexpr std::size_t ROWS = 7;
 constexpr std::size_t COLUMNS = 10;
+
+/// The bytes of numbers of this machine.
+template <class Value>
+std::string bytesOfAll(const std::vector<Value>& values) {
+  std::string bytes(values.size() * sizeof(Value), '\0');
+  std::memcpy(bytes.data(), values.data(), bytes.size());
+  return bytes;
+}
 
 class StoredValuesTest : public testing::Test {
  protected:
@@ -138,44 +149,143 @@ TEST_F(StoredValuesTest, TextsAndEnumerationsAreLeftToLibnetcdf) {
   }
 }
 
-TEST_F(StoredValuesTest, FilterThatIsNotKnownIsLeftToLibnetcdf) {
-  const std::string path = file("a.nc", {NC_INT, NC_ENDIAN_NATIVE, {3, 4}});
+/// A data set of HDF5 that is stored in a way of its own.
+struct OwnStorage {
+  std::string name;
+  std::function<void(hid_t creation)> create;
+};
+
+void PrintTo(const OwnStorage& storage, std::ostream* stream) { *stream << storage.name; }
+
+class OwnStorageTest : public StoredValuesTest, public testing::WithParamInterface<OwnStorage> {};
+
+constexpr hsize_t EIGHT = 8;
+
+TEST_P(OwnStorageTest, IsLeftToLibnetcdf) {
+  const std::string path = m_scratch.path("a.nc");
+  const std::vector<int> values{1, 2, 3, 4, 5, 6, 7, 8};
   {
-    const hid_t opened = H5Fopen(path.c_str(), H5F_ACC_RDWR, H5P_DEFAULT);
-    const hid_t properties = H5Pcreate(H5P_DATASET_CREATE);
-    const hsize_t sizes[] = {8};
-    H5Pset_chunk(properties, 1, sizes);
-    H5Pset_nbit(properties);
-    const hid_t space = H5Screate_simple(1, sizes, nullptr);
-    const hid_t data =
-        H5Dcreate2(opened, "packed", H5T_STD_I32LE, space, H5P_DEFAULT, properties, H5P_DEFAULT);
-    const int values[8] = {1, 2, 3, 4, 5, 6, 7, 8};
-    EXPECT_GE(H5Dwrite(data, H5T_NATIVE_INT, H5S_ALL, H5S_ALL, H5P_DEFAULT, values), 0);
-    H5Dclose(data);
-    H5Sclose(space);
-    H5Pclose(properties);
-    EXPECT_GE(H5Fclose(opened), 0);
+    const Hdf5Writer writer(path);
+    writeAll(writer.dataset("v", H5T_STD_I32LE, {EIGHT}, GetParam().create), H5T_NATIVE_INT,
+             values.data());
   }
-  EXPECT_EQ(storedValuesOf(variableOf(path, "packed")), nullptr);
-  EXPECT_NE(storedValuesOf(variableOf(path, "v")), nullptr);
+  const Variable v = variableOf(path, "v");
+  EXPECT_EQ(storedValuesOf(v), nullptr);
+  EXPECT_EQ(byLibnetcdf(v), bytesOfAll(values));
 }
 
-TEST_F(StoredValuesTest, FilterBehindOneThatPacksIsLeftToLibnetcdf) {
+INSTANTIATE_TEST_SUITE_P(All, OwnStorageTest,
+                         testing::Values(OwnStorage{"filter that is not known",
+                                                    [](hid_t creation) {
+                                                      H5Pset_chunk(creation, 1, &EIGHT);
+                                                      H5Pset_nbit(creation);
+                                                    }},
+                                         OwnStorage{"filter behind one that packs",
+                                                    [](hid_t creation) {
+                                                      H5Pset_chunk(creation, 1, &EIGHT);
+                                                      H5Pset_deflate(creation, 1);
+                                                      H5Pset_shuffle(creation);
+                                                    }},
+                                         OwnStorage{"filter that packs what is packed",
+                                                    [](hid_t creation) {
+                                                      H5Pset_chunk(creation, 1, &EIGHT);
+                                                      H5Pset_deflate(creation, 1);
+                                                      H5Pset_deflate(creation, 1);
+                                                    }},
+                                         OwnStorage{"nine filters",
+                                                    [](hid_t creation) {
+                                                      H5Pset_chunk(creation, 1, &EIGHT);
+                                                      for (int k = 0; k < 9; ++k) {
+                                                        H5Pset_fletcher32(creation);
+                                                      }
+                                                    }},
+                                         OwnStorage{"beside the data set's own description",
+                                                    [](hid_t creation) {
+                                                      H5Pset_layout(creation, H5D_COMPACT);
+                                                    }}));
+
+TEST_F(StoredValuesTest, EightFiltersAreUndone) {
   const std::string path = m_scratch.path("a.nc");
-  const hid_t opened = H5Fcreate(path.c_str(), H5F_ACC_TRUNC, H5P_DEFAULT, H5P_DEFAULT);
-  const hid_t properties = H5Pcreate(H5P_DATASET_CREATE);
-  const hsize_t sizes[] = {8};
-  H5Pset_chunk(properties, 1, sizes);
-  H5Pset_deflate(properties, 1);
-  H5Pset_shuffle(properties);
-  const hid_t space = H5Screate_simple(1, sizes, nullptr);
-  const hid_t data =
-      H5Dcreate2(opened, "v", H5T_STD_I32LE, space, H5P_DEFAULT, properties, H5P_DEFAULT);
-  H5Dclose(data);
-  H5Sclose(space);
-  H5Pclose(properties);
-  EXPECT_GE(H5Fclose(opened), 0);
+  const std::vector<int> values{1, 2, 3, 4, 5, 6, 7, 8};
+  {
+    const Hdf5Writer writer(path);
+    const auto addFilters = [](hid_t creation) {
+      H5Pset_chunk(creation, 1, &EIGHT);
+      for (int k = 0; k < 8; ++k) {
+        H5Pset_fletcher32(creation);
+      }
+    };
+    writeAll(writer.dataset("v", H5T_STD_I32LE, {EIGHT}, addFilters), H5T_NATIVE_INT,
+             values.data());
+  }
+  EXPECT_EQ(fromStored(variableOf(path, "v")), bytesOfAll(values));
+}
+
+// The filter's one number is how many bytes a value has.
+TEST_F(StoredValuesTest, ShufflingOfValuesOfAnotherLengthIsLeftToLibnetcdf) {
+  const std::string path = m_scratch.path("a.nc");
+  {
+    const Hdf5Writer writer(path);
+    const auto addFilter = [](hid_t creation) {
+      H5Pset_chunk(creation, 1, &EIGHT);
+      H5Pset_shuffle(creation);
+    };
+    const std::vector<int> values(EIGHT);
+    writeAll(writer.dataset("v", H5T_STD_I32LE, {EIGHT}, addFilter), H5T_NATIVE_INT, values.data());
+  }
+  EXPECT_NE(storedValuesOf(variableOf(path, "v")), nullptr);
+  const std::string filter("\1\0shuffle\0\4", 11);  // how many numbers, a name, the number
+  const std::string bytes = readBytes(path);
+  const std::size_t place = bytes.find(filter);
+  ASSERT_NE(place, std::string::npos);
+  for (const std::string& damaged :
+       {std::string("\1\0shuffle\0\2", 11), std::string("\0\0shuffle\0\4", 11)}) {
+    writeBytes(path, std::string(bytes).replace(place, filter.size(), damaged));
+    EXPECT_EQ(storedValuesOf(variableOf(path, "v")), nullptr);
+  }
+}
+
+TEST_F(StoredValuesTest, NumbersOfFewerBitsThanTheyTakeAreLeftToLibnetcdf) {
+  const std::string path = m_scratch.path("a.nc");
+  const Hdf5Object type(mustHdf5(H5Tcopy(H5T_STD_I32LE)), H5Tclose);
+  mustHdf5(H5Tset_precision(type.id(), 24));
+  const std::vector<int> values{1, -2, 3};
+  {
+    const Hdf5Writer writer(path);
+    writeAll(writer.dataset("v", type.id(), {3}), H5T_NATIVE_INT, values.data());
+  }
   EXPECT_EQ(storedValuesOf(variableOf(path, "v")), nullptr);
+}
+
+TEST_F(StoredValuesTest, ContiguousValuesThatWereNeverWrittenAreLeftToLibnetcdf) {
+  for (const hsize_t bytesBefore : {0UL, 1024UL}) {
+    const std::string path = m_scratch.path("a.nc");
+    const Hdf5Object creation(mustHdf5(H5Pcreate(H5P_FILE_CREATE)), H5Pclose);
+    mustHdf5(H5Pset_userblock(creation.id(), bytesBefore));
+    {
+      const Hdf5Object file(
+          mustHdf5(H5Fcreate(path.c_str(), H5F_ACC_TRUNC, creation.id(), H5P_DEFAULT)), H5Fclose);
+      const Hdf5Object space(mustHdf5(H5Screate_simple(1, &EIGHT, nullptr)), H5Sclose);
+      const Hdf5Object data(mustHdf5(H5Dcreate2(file.id(), "v", H5T_STD_I32LE, space.id(),
+                                                H5P_DEFAULT, H5P_DEFAULT, H5P_DEFAULT)),
+                            H5Dclose);
+    }
+    const Variable v = variableOf(path, "v");
+    EXPECT_EQ(storedValuesOf(v), nullptr);
+    EXPECT_EQ(byLibnetcdf(v), bytesOfAll(std::vector<int>(EIGHT)));
+  }
+}
+
+TEST_F(StoredValuesTest, ChunksWithoutAFillValueThatWereNeverWrittenAreLeftToLibnetcdf) {
+  const std::string path = m_scratch.path("a.nc");
+  {
+    const Hdf5Writer writer(path);
+    writer.dataset("v", H5T_STD_I32LE, {EIGHT}, [](hid_t creation) {
+      H5Pset_chunk(creation, 1, &EIGHT);
+      H5Pset_fill_value(creation, H5T_STD_I32LE, nullptr);
+    });
+  }
+  EXPECT_EQ(fromStored(variableOf(path, "v")), "not known");
 }
 
 // Its place is one in another file.
@@ -248,6 +358,60 @@ TEST_F(StoredValuesTest, BlocksOfPartsOfChunksAreLeftToLibnetcdf) {
   EXPECT_FALSE(isRead({1, 0}, {3, 3}));
   EXPECT_FALSE(isRead({0, 0}, {4, 2}));
   EXPECT_FALSE(isRead({0, 0}, {12, 3}));
+}
+
+TEST_F(StoredValuesTest, BlocksThatAreNotThereAreNotRead) {
+  for (const std::vector<std::size_t>& chunks : {std::vector<std::size_t>{}, {7, 5}}) {
+    const auto stored = storedValuesOf(variable({NC_FLOAT, NC_ENDIAN_NATIVE, chunks}));
+    std::vector<float> values(2 * ROWS * COLUMNS);
+    const auto isRead = [&](std::vector<unsigned long> start, std::vector<unsigned long> extent) {
+      return stored->read(start.data(), extent.data(), values.data());
+    };
+    EXPECT_TRUE(isRead({0, 0}, {10, 7}));
+    EXPECT_TRUE(isRead({5, 0}, {5, 7}));
+    EXPECT_FALSE(isRead({0, 0}, {15, 7}));
+    EXPECT_FALSE(isRead({0, 0}, {10, 8}));
+    EXPECT_FALSE(isRead({5, 0}, {10, 7}));
+    EXPECT_FALSE(isRead({0, 7}, {10, 7}));
+  }
+}
+
+TEST_F(StoredValuesTest, BlocksThatOneOfTwoVariablesLacksAreNotTheSame) {
+  const auto zeros = [&](const std::string& name, std::size_t count, const Storage& storage) {
+    const std::string path = m_scratch.path(name);
+    {
+      const Writer writer(path, NC_NETCDF4);
+      const int v = define(writer, "v", {writer.dimension("x", count)}, storage);
+      writer.put<float>(v, {count}, std::vector<float>(count));
+    }
+    return variableOf(path, "v");
+  };
+  for (const Storage& storage : {Storage{NC_FLOAT}, Storage{NC_FLOAT, NC_ENDIAN_NATIVE, {2}}}) {
+    const Variable shorter = zeros("a.nc", 4, storage);
+    const Variable longer = zeros("b.nc", 6, storage);
+    EXPECT_TRUE(holdSame(shorter, longer));
+    EXPECT_FALSE(holdSame(longer, shorter));
+    EXPECT_FALSE(storedValuesOf(shorter)->holdsSame(*storedValuesOf(longer), origin(longer).data(),
+                                                    longer.shape.data()));
+  }
+  const Variable grid =
+      variableOf(file("c.nc", {NC_FLOAT}, std::vector<float>(ROWS * COLUMNS)), "v");
+  EXPECT_FALSE(holdSame(grid, zeros("d.nc", ROWS * COLUMNS, {NC_FLOAT})));
+}
+
+// Several threads unpack them, where the machine has them.
+TEST_F(StoredValuesTest, LargeChunksAreReadAsByLibnetcdf) {
+  constexpr std::size_t CHUNK = 1UL << 16U;
+  const std::string path = m_scratch.path("a.nc");
+  std::vector<float> values(4 * CHUNK - 1);
+  std::iota(values.begin(), values.end(), 0.0F);
+  {
+    const Writer writer(path, NC_NETCDF4);
+    const int v = define(writer, "v", {writer.dimension("x", values.size())},
+                         {NC_FLOAT, NC_ENDIAN_BIG, {CHUNK}, 1, true});
+    writer.put<float>(v, {values.size()}, values);
+  }
+  EXPECT_TRUE(fromStored(variableOf(path, "v")) == bytesOfAll(values));
 }
 
 TEST_F(StoredValuesTest, ArrayThatWasNeverWrittenHasItsFillValue) {
@@ -377,6 +541,29 @@ TEST_F(StoredValuesTest, ChunksThatWereNeverWrittenAreTheSameWithTheSameFillValu
   EXPECT_FALSE(holdSame(a, variableOf(unwritten("c.nc", 2), "v")));
 }
 
+TEST_F(StoredValuesTest, ChunksThatWereWrittenAndOthersThatWereNotAreNotKnownToBeTheSame) {
+  const auto chunks = [&](const std::string& name, const std::vector<std::size_t>& written) {
+    const std::string path = m_scratch.path(name);
+    {
+      const Writer writer(path, NC_NETCDF4);
+      const int v = define(writer, "v", {writer.dimension("x", 4)}, {NC_FLOAT, 0, {2}, 1});
+      const float fill = 1;
+      must(nc_def_var_fill(writer.root(), v, NC_FILL, &fill));
+      must(nc_enddef(writer.root()));
+      for (const std::size_t place : written) {
+        must(nc_put_var1_float(writer.root(), v, &place, &fill));
+      }
+    }
+    return variableOf(path, "v");
+  };
+  const Variable all = chunks("a.nc", {0, 2});
+  EXPECT_TRUE(holdSame(all, chunks("b.nc", {0, 2})));
+  for (const Variable& other : {chunks("c.nc", {}), chunks("d.nc", {0})}) {
+    EXPECT_FALSE(holdSame(all, other));
+    EXPECT_FALSE(holdSame(other, all));
+  }
+}
+
 TEST_F(StoredValuesTest, PartsOfAChunkAreAsTheChunkIs) {
   const Storage storage{NC_FLOAT, 0, {7, 5}, 1};
   std::vector<float> changed = ramp<float>();
@@ -384,14 +571,46 @@ TEST_F(StoredValuesTest, PartsOfAChunkAreAsTheChunkIs) {
   const Variable a = variableOf(file("a.nc", storage), "v");
   const Variable same = variableOf(file("b.nc", storage), "v");
   const Variable other = variableOf(file("c.nc", storage, changed), "v");
-  const std::vector<unsigned long> extent{2, 2};
-  for (int round = 0; round < 2; ++round) {
-    for (const unsigned long x : {0UL, 1UL, 5UL, 8UL}) {
-      const std::vector<unsigned long> start{x, 1};
-      EXPECT_TRUE(storedValuesOf(a)->holdsSame(*storedValuesOf(same), start.data(), extent.data()));
-      EXPECT_EQ(storedValuesOf(a)->holdsSame(*storedValuesOf(other), start.data(), extent.data()),
-                x < 4);
+  const auto isSameAt = [&a](const Variable& second, unsigned long x) {
+    const std::vector<unsigned long> start{x, 1};
+    const std::vector<unsigned long> extent{2, 2};
+    return storedValuesOf(a)->holdsSame(*storedValuesOf(second), start.data(), extent.data());
+  };
+  for (const unsigned long x : {0UL, 1UL, 5UL, 8UL}) {
+    EXPECT_TRUE(isSameAt(same, x)) << x;
+  }
+  for (const unsigned long x : {0UL, 1UL, 5UL, 8UL}) {
+    EXPECT_EQ(isSameAt(other, x), x < 4) << x;
+  }
+  for (const unsigned long x : {0UL, 1UL, 5UL, 8UL}) {
+    EXPECT_TRUE(isSameAt(same, x)) << x;
+    EXPECT_EQ(isSameAt(other, x), x < 4) << x;
+  }
+}
+
+TEST_F(StoredValuesTest, PartsOfVeryManyChunksAreAsTheChunksAre) {
+  constexpr std::size_t COUNT = 2 * 4098;
+  const auto chunks = [&](const std::string& name, short last) {
+    const std::string path = m_scratch.path(name);
+    std::vector<short> values(COUNT, 1);
+    values.back() = last;
+    {
+      const Writer writer(path, NC_NETCDF4);
+      const int v = define(writer, "v", {writer.dimension("x", COUNT)}, {NC_SHORT, 0, {2}});
+      writer.put<short>(v, {COUNT}, values);
     }
+    return variableOf(path, "v");
+  };
+  const Variable a = chunks("a.nc", 1);
+  const auto isSameUpTo = [&a](const Variable& second, unsigned long end) {
+    const unsigned long start = 1;
+    const unsigned long extent = end - start;
+    return storedValuesOf(a)->holdsSame(*storedValuesOf(second), &start, &extent);
+  };
+  const Variable other = chunks("b.nc", 2);
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_TRUE(isSameUpTo(other, COUNT - 3));
+    EXPECT_FALSE(isSameUpTo(other, COUNT - 1));
   }
 }
 
@@ -413,6 +632,23 @@ TEST_F(StoredValuesTest, DamagedChunkIsLeftToLibnetcdf) {
               damaged.read(origin(v).data(), v.shape.data(), values.data());
             }).find("variable '/v' cannot be read"),
             std::string::npos);
+}
+
+TEST_F(StoredValuesTest, ChunkThatNoFilterMadeIsLeftToLibnetcdf) {
+  // Of fewer bytes than its values, and of more than they can become.
+  for (const std::size_t bytes : {20UL, 400UL}) {
+    for (const hsize_t column : {0UL, 6UL}) {
+      const std::string path = file("a.nc", {NC_FLOAT, 0, {7, 6}, 6});
+      {
+        const Hdf5Object file(mustHdf5(H5Fopen(path.c_str(), H5F_ACC_RDWR, H5P_DEFAULT)), H5Fclose);
+        const Hdf5Object data(mustHdf5(H5Dopen2(file.id(), "v", H5P_DEFAULT)), H5Dclose);
+        const hsize_t offset[] = {0, column};
+        mustHdf5(H5Dwrite_chunk(data.id(), H5P_DEFAULT, 0, offset, bytes,
+                                std::string(bytes, 'x').data()));
+      }
+      EXPECT_EQ(fromStored(variableOf(path, "v")), "not known") << bytes << " " << column;
+    }
+  }
 }
 
 // Random files, and random blocks of them.

@@ -180,6 +180,15 @@ OpenOptions countingReads(std::size_t bytes, std::vector<unsigned long>& reads) 
   return options;
 }
 
+FileLimit::FileLimit(rlim_t bytes) {
+  getrlimit(RLIMIT_FSIZE, &m_before);
+  rlimit limit = m_before;
+  limit.rlim_cur = bytes;
+  setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+FileLimit::~FileLimit() { setrlimit(RLIMIT_FSIZE, &m_before); }
+
 #ifdef QUILLON_ADDRESS_SANITIZER
 const bool MEMORY_IS_LIMITED = false;
 #else

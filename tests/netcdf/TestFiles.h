@@ -6,6 +6,7 @@
 #include <object_model/TupleX.h>
 #include <quillon/memory/ArrayBase.h>
 #include <quillon/netcdf/File.h>
+#include <sys/resource.h>
 
 #include <functional>
 #include <map>
@@ -81,6 +82,19 @@ std::map<std::string, std::vector<std::string>> contentOf(const memory::Dictiona
 
 /// Options with a window of `bytes` that count in `reads` the bytes of each read.
 OpenOptions countingReads(std::size_t bytes, std::vector<unsigned long>& reads);
+
+/// Lets no file of this process become longer than so many bytes for as long as it lives. What
+/// writes more ends the process.
+class FileLimit {
+ public:
+  explicit FileLimit(rlim_t bytes);
+  FileLimit(const FileLimit&) = delete;
+  FileLimit& operator=(const FileLimit&) = delete;
+  ~FileLimit();
+
+ private:
+  rlimit m_before{};
+};
 
 /// What `fateOf` says of an action that throws.
 inline constexpr const char* BY_EXCEPTION = "exception";

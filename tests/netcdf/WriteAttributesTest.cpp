@@ -113,6 +113,10 @@ TEST_F(WriteAttributesTest, ThatContradictTheObjectAreRefused) {
   units.setUnit("K");
   EXPECT_EQ(refusalOf(dictionaryOf(std::move(units))),
             "attribute 'units' of '/a' is not what the file has there for its unit");
+  auto other = arrayWith<int>("units", std::vector<std::string>{"m"});
+  other.setUnit("K");
+  EXPECT_EQ(refusalOf(dictionaryOf(std::move(other))),
+            "attribute 'units' of '/a' is not what the file has there for its unit");
   auto description = arrayWith<int>("long_name", std::vector<int>{1});
   description.setDescription("warm");
   EXPECT_EQ(refusalOf(dictionaryOf(std::move(description))),

@@ -1,4 +1,5 @@
 #include "WriteTesting.h"
+#include "support/BareArray.h"
 
 namespace quillon::netcdf {
 namespace {
@@ -192,6 +193,12 @@ TEST_F(WriteGroupTest, CoordinatesThatDifferAreRefused) {
             "the coordinates of axis 'x' of '/a' are not those of '/x'");
   EXPECT_EQ(refusalOf(dictionaryOf(first(), row<double>("x", "i", {0, 1}))),
             "the coordinates of axis 'x' of '/a' are not those of '/x'");
+  EXPECT_EQ(refusalOf(dictionaryOf(first(), row<double>("x", "x", {0, std::nan("")}))),
+            "the coordinates of axis 'x' of '/a' are not those of '/x'");
+  EXPECT_EQ(
+      refusalOf(dictionaryOf(along("a", {1, 2}, shared(row<double>("x", "x", {std::nan(""), 1}))),
+                             row<double>("x", "x", {0, 1}))),
+      "the coordinates of axis 'x' of '/a' are not those of '/x'");
   auto metres = row<double>("x", "x", {0, 1});
   metres.setUnit("m");
   EXPECT_EQ(refusalOf(dictionaryOf(first(), std::move(metres))),
@@ -283,6 +290,14 @@ TEST_F(WriteGroupTest, GroupsHaveCoordinatesThatStandAlongAnotherAxisAroundThem)
             "group: g {\n  int p(x) ;\n  int b(x) ;\n");
 }
 
+TEST_F(WriteGroupTest, CoordinatesThatAreCalledAsAnotherAxisAreNotThatAxis) {
+  IntArray array("a", {Axis("x", 2), Axis("y", 2)}, {1, 2, 3, 4});
+  array.setCoordinates(0, shared(row<int>("y", "x", {5, 6})));
+  EXPECT_EQ(outlineOf(dictionaryOf(row<int>("b", "y", {1, 2}),
+                                   named("g", dictionaryOf(std::move(array))))),
+            "y = 2 ;\nint b(y) ;\ngroup: g {\n  x = 2 ;\n  int y(x) ;\n  int64 a(y, x) ;\n");
+}
+
 TEST_F(WriteGroupTest, GroupsHaveOtherCoordinatesThemselves) {
   EXPECT_EQ(
       outlineOf(dictionaryOf(
@@ -316,6 +331,15 @@ TEST_F(WriteGroupTest, CoordinatesOfAnotherShapeAreRefused) {
   dictionary.add(std::make_unique<ShortCoordinates>());
   EXPECT_EQ(refusalOf(dictionary),
             "the coordinates of axis 'x' of '/a' are not one for each of its 2 points");
+}
+
+TEST_F(WriteGroupTest, ArraysThatTellOfNothingButTheirValuesAreWritten) {
+  Dictionary dictionary("d");
+  dictionary.add(std::make_unique<::test::BareArray>("a", std::vector<Axis>{Axis("x", 2)},
+                                                     std::vector<double>{1, 2}));
+  EXPECT_EQ(outlineOf(dictionary), "x = 2 ;\ndouble a(x) ;\n");
+  EXPECT_EQ(contentOf(File(m_path).root()),
+            (std::map<std::string, std::vector<std::string>>{{"/a", {"1", "2"}}}));
 }
 
 /// A dictionary whose only entry is itself, or null.

@@ -9,9 +9,9 @@ using memory::Axis;
 using memory::Dictionary;
 
 TEST_F(WriteTest, NamesOfManyKindsAreTaken) {
-  const std::vector<std::string> names = {"a",           "_",  "9 lives", "x-y+z",
-                                          "a@b",         "ä",  "日本",    std::string(255, 'n'),
-                                          "semi;colon:", "A.B"};
+  const std::vector<std::string> names = {
+      "a",           "_",   "9 lives", "x-y+z", "a@b", "ä", "日本", std::string(255, 'n'),
+      "semi;colon:", "A.B", "0",       "Z",     "z"};
   Dictionary dictionary("d");
   std::map<std::string, std::vector<std::string>> expected;
   for (const std::string& name : names) {
@@ -75,6 +75,11 @@ INSTANTIATE_TEST_SUITE_P(
         {"NullCharacter", std::string("a\0b", 3), "a\\x00b", "it has a control character"},
         {"NoUtf8", "a\xFF", "a\\xff", "it is not UTF-8"},
         {"FirstBlank", " a", " a", "it begins with ' '"},
+        {"FirstColon", ":", ":", "it begins with ':'"},
+        {"FirstAt", "@a", "@a", "it begins with '@'"},
+        {"FirstBracket", "[a]", "[a]", "it begins with '['"},
+        {"FirstQuote", "`a", "`a", "it begins with '`'"},
+        {"FirstBrace", "{a}", "{a}", "it begins with '{'"},
         {"FirstPoint", ".a", ".a", "it begins with '.'"},
         {"FirstSign", "-", "-", "it begins with '-'"},
         {"LastBlank", "a ", "a ", "it ends with a blank"},

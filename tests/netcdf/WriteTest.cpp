@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
 #include <random>
 #include <thread>
 #include <utility>
@@ -222,6 +223,21 @@ TEST_F(WriteTest, WhatAnArrayThrowsPassesThroughAndLeavesWhatWasThere) {
   EXPECT_THROW(write(bad), FailingArray::Failure);
   EXPECT_THAT(m_scratch.entries(), ElementsAre("a.nc"));
   EXPECT_EQ(dumpOf(m_path), SMALL_DUMP);
+}
+
+long descriptorsOpen() {
+  const fs::directory_iterator files("/proc/self/fd");
+  return std::distance(begin(files), end(files));
+}
+
+TEST_F(WriteTest, FilesThatCannotBeWrittenAreClosed) {
+  Dictionary bad = smallDictionary();
+  bad.add(std::make_unique<FailingArray>());
+  const long before = descriptorsOpen();
+  for (int k = 0; k < 3; ++k) {
+    EXPECT_THROW(write(bad), FailingArray::Failure);
+  }
+  EXPECT_EQ(descriptorsOpen(), before);
 }
 
 TEST_F(WriteTest, FileThatIsReadIsWrittenAnewAndKeepsItsValuesForItsReader) {

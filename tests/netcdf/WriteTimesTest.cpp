@@ -109,6 +109,12 @@ TEST_F(WriteTimesTest, MissingOnesOfSeveralNumbersHaveTheOutermost) {
             "a:calendar = \"noleap\" ;\n a = _, 1, 99 ;\n");
 }
 
+TEST_F(WriteTimesTest, MissingOnesOfSeveralNumbersStayThatWhateverFollows) {
+  EXPECT_EQ(variableOf(hours<int>({98, 99, 99, 1}, {0, 1, 2})),
+            "int a(x) ;\na:_FillValue = -2147483648 ;\na:units = \"hours since 1970-01-01\" ;\n"
+            "a:calendar = \"noleap\" ;\n a = _, _, _, 1 ;\n");
+}
+
 TEST_F(WriteTimesTest, MissingOnesWithoutAFreeNumberAreRefused) {
   EXPECT_EQ(
       refusalOf(hours<signed char>({99, 99, -128}, {0})),

@@ -157,6 +157,28 @@ TEST_F(WriteTest, MemoryDoesNotGrowWithTheArray) {
   EXPECT_GT(blocks.largest, 3UL << 20U);
 }
 
+/// As many zeros as fill 4 MiB.
+class Zeros final : public memory::ValueArray<double>, public object_model::BulkValues {
+ public:
+  explicit Zeros(const std::string& name) : ValueArray(name, {Axis("x", 1UL << 19U)}) {}
+  double valueAt(const Tuple& /*index*/) const override { return 0; }
+  object_model::StoredType storedType() const override { return object_model::StoredType::Float64; }
+  void readValues(const unsigned long* /*start*/, const unsigned long* extent,
+                  void* destination) const override {
+    std::fill_n(static_cast<double*>(destination), extent[0], 0.0);
+  }
+};
+
+// How much room they take is known once they are written, which they are every 64 MiB.
+TEST_F(WriteTest, ValuesThatAreWrittenNeedNoMoreRoomThanTheyTake) {
+  Dictionary dictionary("d");
+  for (int k = 0; k < 18; ++k) {
+    dictionary.add(std::make_unique<Zeros>("a" + std::to_string(k)));
+  }
+  const FileLimit limit(70UL << 20U);
+  EXPECT_EQ(errorOf([&] { write(dictionary, {1, true}); }), "");
+}
+
 TEST_F(WriteTest, LockIsFreeWhileTheArraysAreAsked) {
   const AskedDictionary dictionary([] { const std::lock_guard<std::mutex> guard(libraryLock()); });
   EXPECT_EQ(fateOf([&] { write(dictionary); }, 20), "");
