@@ -119,8 +119,7 @@ bool readFilter(hid_t properties, unsigned number, ChunkFormat& format) {
                                   ChunkFilter::Deflate) != format.filters.end();
   if (filter == H5Z_FILTER_DEFLATE && !isPacked) {
     format.filters.push_back(ChunkFilter::Deflate);
-  } else if (filter == H5Z_FILTER_SHUFFLE && !isPacked && count >= 1 &&
-             parameter == format.valueBytes) {
+  } else if (filter == H5Z_FILTER_SHUFFLE && !isPacked && parameter == format.valueBytes) {
     format.filters.push_back(ChunkFilter::Shuffle);
   } else if (filter == H5Z_FILTER_FLETCHER32) {
     format.filters.push_back(ChunkFilter::Fletcher32);
@@ -148,24 +147,21 @@ bool readFilters(hid_t properties, ChunkFormat& format) {
 
 /// What libhdf5 gives for chunks that were never written; empty where it leaves them as they are.
 std::vector<char> fillOf(hid_t properties, hid_t memoryType, unsigned long valueBytes) {
-  H5D_fill_value_t kind = H5D_FILL_VALUE_UNDEFINED;
   H5D_fill_time_t time = H5D_FILL_TIME_NEVER;
   std::vector<char> fill(valueBytes);
-  // never true: every data set tells whether it has a fill value
-  if (H5Pfill_value_defined(properties, &kind) < 0 || kind == H5D_FILL_VALUE_UNDEFINED ||
-      // never true: every data set has a fill time
-      H5Pget_fill_time(properties, &time) < 0 || time == H5D_FILL_TIME_NEVER ||
-      // never true: a number becomes one of this machine
+  // never true: every data set has a fill time
+  if (H5Pget_fill_time(properties, &time) < 0 || time == H5D_FILL_TIME_NEVER ||
+      // It fails for one that is undefined.
       H5Pget_fill_value(properties, memoryType, fill.data()) < 0) {
     return {};
   }
   return fill;
 }
 
-Found findRuns(const Variable& variable, hid_t data, hid_t properties, RunPlace place) {
+Found findRuns(const Variable& variable, hid_t data, RunPlace place) {
   const haddr_t begin = H5Dget_offset(data);
-  // never true: libhdf5 gives no place for values in external files
-  if (begin == HADDR_UNDEF || H5Pget_external_count(properties) != 0 ||
+  // There is no place for values in other files.
+  if (begin == HADDR_UNDEF ||
       H5Dget_storage_size(data) != product(place.extents, place.valueBytes)) {
     return nullptr;
   }
@@ -221,7 +217,7 @@ Found findInHdf5File(const Variable& variable, nc_type type) {
   const unsigned long valueBytes = variable.valueBytes;
   switch (H5Pget_layout(properties.id())) {
     case H5D_CONTIGUOUS:
-      return findRuns(variable, data.id(), properties.id(),
+      return findRuns(variable, data.id(),
                       {type, valueBytes, isBigEndian, 0, std::move(extents), {}});
     case H5D_CHUNKED:
       return findChunks(variable, properties.id(),
