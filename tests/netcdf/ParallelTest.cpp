@@ -45,6 +45,14 @@ TEST(ParallelTest, EachPieceIsDoneOnce) {
   expectEachPieceOnce(4, 0);
 }
 
+TEST(ParallelTest, OneThreadIsTheCallersOwn) {
+  inParallel(1, 20, [caller = std::this_thread::get_id()](unsigned worker, unsigned long) {
+    EXPECT_EQ(worker, 0U);
+    EXPECT_EQ(std::this_thread::get_id(), caller);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  });
+}
+
 TEST(ParallelTest, EachThreadHasANumberOfItsOwn) {
   constexpr unsigned THREADS = 3;
   std::vector<std::atomic<int>> pieces(THREADS);

@@ -38,13 +38,14 @@ class StoredBytesTest : public testing::TestWithParam<int> {
     return bytes != nullptr && bytes->holdsSameBytes(arrayAt(second, "v"), &start, &extent);
   }
 
-  static std::vector<double> valuesOf(const File& file) {
-    std::vector<double> values(VALUES);
+  static std::vector<double> firstValuesOf(const File& file, unsigned long count) {
+    std::vector<double> values(count);
     const unsigned long start = 0;
-    const unsigned long extent = VALUES;
-    memory::copyValues(arrayAt(file, "v"), &start, &extent, values.data());
+    memory::copyValues(arrayAt(file, "v"), &start, &count, values.data());
     return values;
   }
+
+  static std::vector<double> valuesOf(const File& file) { return firstValuesOf(file, VALUES); }
 
   Scratch m_scratch;
 };
@@ -106,6 +107,7 @@ TEST_P(StoredBytesTest, FileThatWasCutWhileItWasOpenIsAnError) {
   EXPECT_THAT(errorOf([&] { holdSame(first, second); }), testing::HasSubstr(message));
   EXPECT_THAT(errorOf([&] { holdSame(second, first); }), testing::HasSubstr(message));
   EXPECT_THAT(errorOf([&] { valuesOf(second); }), testing::HasSubstr(message));
+  EXPECT_THAT(errorOf([&] { firstValuesOf(second, 4000); }), testing::HasSubstr(message));
   EXPECT_EQ(valuesOf(first)[0], 0);
 }
 
@@ -194,6 +196,11 @@ TEST(StoredBytesFilterTest, EqualBytesUnderAFilterThatIsNotKnownHereAreNotKnownT
   const OwnFilter filter;
   writeWithOwnFilter(scratch.path("a.nc"));
   writeWithOwnFilter(scratch.path("b.nc"));
+  {
+    const Writer writer(scratch.path("plain.nc"), NC_NETCDF4);
+    writer.put<double>(writer.variable("v", NC_DOUBLE, {writer.dimension("x", VALUES)}), {VALUES},
+                       std::vector<double>(VALUES, 1));
+  }
   const File first(scratch.path("a.nc"));
   const File second(scratch.path("b.nc"));
   const auto& array = arrayAt(first, "v");
@@ -201,6 +208,11 @@ TEST(StoredBytesFilterTest, EqualBytesUnderAFilterThatIsNotKnownHereAreNotKnownT
   const unsigned long start = 0;
   const unsigned long extent = VALUES;
   EXPECT_FALSE(bytes.holdsSameBytes(arrayAt(second, "v"), &start, &extent));
+  const File plain(scratch.path("plain.nc"));
+  const auto& plainArray = arrayAt(plain, "v");
+  const auto& plainBytes = dynamic_cast<const memory::HasStoredBytes&>(plainArray);
+  EXPECT_FALSE(bytes.holdsSameBytes(plainArray, &start, &extent));
+  EXPECT_FALSE(plainBytes.holdsSameBytes(array, &start, &extent));
   std::vector<double> values(VALUES);
   memory::copyValues(array, &start, &extent, values.data());
   EXPECT_EQ(values, std::vector<double>(VALUES, 1));

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <libdeflate.h>
 
+#include <limits>
 #include <string>
 
 #include "StoredChunk.h"
@@ -17,13 +18,21 @@ std::string deflated(const std::string& bytes) {
   return result;
 }
 
-/// The values of a chunk of six bytes; "no such chunk" where there are none.
+/// The values of a chunk; "no such chunk" where there are none.
+std::string unpackedAs(const ChunkFormat& format, const std::string& stored,
+                       std::uint32_t skipped = 0) {
+  const std::string behind = "what stands behind the values";
+  std::string values = std::string(format.bytes, 'x') + behind;
+  ChunkUnpacker unpacker(format);
+  const bool isUnpacked = unpacker.unpack(stored.data(), stored.size(), skipped, values.data());
+  EXPECT_EQ(values.substr(format.bytes), behind);
+  return isUnpacked ? values.substr(0, format.bytes) : "no such chunk";
+}
+
+/// The values of a chunk of six bytes.
 std::string unpacked(const std::vector<ChunkFilter>& filters, const std::string& stored,
                      std::uint32_t skipped = 0, bool isBigEndian = false) {
-  std::string values(6, 'x');
-  ChunkUnpacker unpacker({2, isBigEndian, values.size(), filters});
-  const bool isUnpacked = unpacker.unpack(stored.data(), stored.size(), skipped, values.data());
-  return isUnpacked ? values : "no such chunk";
+  return unpackedAs({2, isBigEndian, 6, filters}, stored, skipped);
 }
 
 constexpr auto SHUFFLE = ChunkFilter::Shuffle;
@@ -69,6 +78,24 @@ TEST(StoredChunkTest, ChecksumMayBeShuffledWithTheValues) {
   const std::string shuffled =
       std::string("ace") + CHECKSUM[0] + CHECKSUM[2] + "bdf" + CHECKSUM[1] + CHECKSUM[3];
   EXPECT_EQ(unpacked({FLETCHER, SHUFFLE}, shuffled), "abcdef");
+}
+
+TEST(StoredChunkTest, ThreeFiltersAreUndoneOneAfterTheOther) {
+  const std::string shuffled =
+      std::string("ace") + CHECKSUM[0] + CHECKSUM[2] + "bdf" + CHECKSUM[1] + CHECKSUM[3];
+  EXPECT_EQ(unpacked({FLETCHER, SHUFFLE, DEFLATE}, deflated(shuffled)), "abcdef");
+}
+
+// Of the words 0x6162 and 0x6300.
+TEST(StoredChunkTest, LastByteOfAnOddNumberIsTheUpperOneOfAWord) {
+  EXPECT_EQ(unpackedAs({1, false, 3, {FLETCHER}}, std::string("abc\x62\xC4\xC5\x25", 7)), "abc");
+}
+
+TEST(StoredChunkTest, MostStoredBytesAreAnEighthMoreWithRoomForChecksumsAndHeads) {
+  EXPECT_EQ(mostStoredBytes({2, false, 800, {}}), 964);
+  EXPECT_EQ(mostStoredBytes({2, false, 800, {SHUFFLE, DEFLATE, FLETCHER}}), 976);
+  constexpr unsigned long MOST = std::numeric_limits<unsigned long>::max();
+  EXPECT_EQ(mostStoredBytes({2, false, MOST, {}}), MOST);
 }
 
 TEST(StoredChunkTest, FilterThatWasSkippedIsNotUndone) {

@@ -92,11 +92,14 @@ inline std::string byLibnetcdf(const Variable& variable) {
 
 /// The bytes of all values as they are read from what is stored; "not known" where they are not.
 inline std::string fromStored(const Variable& variable) {
-  std::string values(bytesOf(variable, variable.shape), '\0');
+  const std::string behind = "what stands behind the values";
+  const unsigned long bytes = bytesOf(variable, variable.shape);
+  std::string values = std::string(bytes, '\0') + behind;
   const auto stored = storedValuesOf(variable);
   const bool isRead = stored != nullptr &&
                       stored->read(origin(variable).data(), variable.shape.data(), values.data());
-  return isRead ? values : "not known";
+  EXPECT_EQ(values.substr(bytes), behind);
+  return isRead ? values.substr(0, bytes) : "not known";
 }
 
 /// Whether all values of two variables are known to be the same.

@@ -90,6 +90,41 @@ INSTANTIATE_TEST_SUITE_P(
                     Kind{NC_FLOAT, NC_ENDIAN_LITTLE}, Kind{NC_FLOAT, NC_ENDIAN_BIG},
                     Kind{NC_DOUBLE, NC_ENDIAN_LITTLE}, Kind{NC_DOUBLE, NC_ENDIAN_BIG}));
 
+TEST_F(StoredValuesTest, ChunksOfAnyShapeAreReadAsByLibnetcdf) {
+  for (const std::vector<std::size_t>& chunks : std::vector<std::vector<std::size_t>>{
+           {1, 1}, {1, 10}, {7, 1}, {2, 5}, {5, 2}, {4, 10}, {7, 10}}) {
+    for (const nc_type type : {NC_BYTE, NC_INT}) {
+      const Variable v = variable({type, NC_ENDIAN_NATIVE, chunks});
+      EXPECT_EQ(fromStored(v), byLibnetcdf(v)) << chunks[0] << " " << chunks[1];
+    }
+  }
+}
+
+TEST_F(StoredValuesTest, SingleValueIsReadAsByLibnetcdf) {
+  for (const int format : {0, NC_NETCDF4}) {
+    const std::string path = m_scratch.path("a.nc");
+    {
+      const Writer writer(path, format);
+      writer.put<double>(writer.variable("v", NC_DOUBLE, {}), {}, {2.5});
+    }
+    EXPECT_EQ(fromStored(variableOf(path, "v")), bytesOfAll(std::vector<double>{2.5}));
+  }
+}
+
+// They are added up before the sums are cut to 16 bits again.
+TEST_F(StoredValuesTest, ChecksumOfTheHighestBytesIsRight) {
+  constexpr std::size_t BYTES = 3001;
+  const std::string path = m_scratch.path("a.nc");
+  {
+    const Writer writer(path, NC_NETCDF4);
+    Storage storage{NC_UBYTE, NC_ENDIAN_NATIVE, {BYTES}};
+    storage.hasChecksum = true;
+    const int v = define(writer, "v", {writer.dimension("x", BYTES)}, storage);
+    writer.put<unsigned char>(v, {BYTES}, std::vector<unsigned char>(BYTES, 0xFF));
+  }
+  EXPECT_EQ(fromStored(variableOf(path, "v")), std::string(BYTES, '\xFF'));
+}
+
 class StoredFormatsTest : public StoredValuesTest, public testing::WithParamInterface<int> {
  protected:
   /// Two variables whose records alternate, and one that has none.
@@ -126,6 +161,35 @@ TEST_P(StoredFormatsTest, RecordsAreTheSameUpToTheOneThatDiffers) {
                                            std::vector<unsigned long>{5, 2}.data()));
   EXPECT_TRUE(storedValuesOf(a)->holdsSame(*storedValuesOf(other), start.data(),
                                            std::vector<unsigned long>{4, 3}.data()));
+}
+
+TEST_P(StoredFormatsTest, RecordsAreTheSameAsThoseThatStandElsewhere) {
+  const auto alone = [&](const std::string& name, float last) {
+    const std::string path = m_scratch.path(name);
+    {
+      const Writer writer(path, GetParam());
+      const int t = writer.dimension("t", NC_UNLIMITED);
+      const int v = writer.variable("v", NC_DOUBLE, {t, writer.dimension("x", 5)});
+      writer.put<double>(v, {3, 5}, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, last});
+    }
+    return variableOf(path, "v");
+  };
+  const Variable a = variableOf(records("a.nc", 14), "v");
+  const Variable same = alone("b.nc", 14);
+  EXPECT_TRUE(holdSame(a, same));
+  EXPECT_TRUE(holdSame(same, a));
+  const Variable other = alone("c.nc", 15);
+  EXPECT_FALSE(holdSame(a, other));
+  EXPECT_FALSE(holdSame(other, a));
+}
+
+TEST_P(StoredFormatsTest, TextsAreLeftToLibnetcdf) {
+  const std::string path = m_scratch.path("a.nc");
+  {
+    const Writer writer(path, GetParam());
+    writer.put<char>(writer.variable("v", NC_CHAR, {writer.dimension("x", 2)}), {2}, {'a', 'b'});
+  }
+  EXPECT_EQ(storedValuesOf(variableOf(path, "v")), nullptr);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, StoredFormatsTest,
@@ -211,9 +275,10 @@ TEST_F(StoredValuesTest, EightFiltersAreUndone) {
     const Hdf5Writer writer(path);
     const auto addFilters = [](hid_t creation) {
       H5Pset_chunk(creation, 1, &EIGHT);
-      for (int k = 0; k < 8; ++k) {
+      for (int k = 0; k < 7; ++k) {
         H5Pset_fletcher32(creation);
       }
+      H5Pset_deflate(creation, 1);
     };
     writeAll(writer.dataset("v", H5T_STD_I32LE, {EIGHT}, addFilters), H5T_NATIVE_INT,
              values.data());
@@ -243,6 +308,19 @@ TEST_F(StoredValuesTest, ShufflingOfValuesOfAnotherLengthIsLeftToLibnetcdf) {
     writeBytes(path, std::string(bytes).replace(place, filter.size(), damaged));
     EXPECT_EQ(storedValuesOf(variableOf(path, "v")), nullptr);
   }
+}
+
+TEST_F(StoredValuesTest, ValuesInAFileBesideItAreLeftToLibnetcdf) {
+  const std::string path = m_scratch.path("a.nc");
+  const std::vector<int> values{1, 2, 3, 4, 5, 6, 7, 8};
+  {
+    const Hdf5Writer writer(path);
+    const auto place = [&](hid_t creation) {
+      H5Pset_external(creation, m_scratch.path("values").c_str(), 0, H5F_UNLIMITED);
+    };
+    writeAll(writer.dataset("v", H5T_STD_I32LE, {EIGHT}, place), H5T_NATIVE_INT, values.data());
+  }
+  EXPECT_EQ(storedValuesOf(variableOf(path, "v")), nullptr);
 }
 
 TEST_F(StoredValuesTest, NumbersOfFewerBitsThanTheyTakeAreLeftToLibnetcdf) {
@@ -381,13 +459,18 @@ TEST_F(StoredValuesTest, BlocksThatOneOfTwoVariablesLacksAreNotTheSame) {
     const std::string path = m_scratch.path(name);
     {
       const Writer writer(path, NC_NETCDF4);
-      const int v = define(writer, "v", {writer.dimension("x", count)}, storage);
+      const int x = writer.dimension("x", count);
+      const int v = define(writer, "v", {x}, storage);
+      const int behind = define(writer, "behind", {x}, storage);
+      const float zero = 0;
+      must(nc_def_var_fill(writer.root(), v, NC_FILL, &zero));
       writer.put<float>(v, {count}, std::vector<float>(count));
+      writer.put<float>(behind, {count}, std::vector<float>(count));
     }
     return variableOf(path, "v");
   };
   for (const Storage& storage : {Storage{NC_FLOAT}, Storage{NC_FLOAT, NC_ENDIAN_NATIVE, {2}}}) {
-    const Variable shorter = zeros("a.nc", 4, storage);
+    const Variable shorter = zeros("a.nc", 5, storage);
     const Variable longer = zeros("b.nc", 6, storage);
     EXPECT_TRUE(holdSame(shorter, longer));
     EXPECT_FALSE(holdSame(longer, shorter));
@@ -415,16 +498,32 @@ TEST_F(StoredValuesTest, LargeChunksAreReadAsByLibnetcdf) {
 }
 
 TEST_F(StoredValuesTest, ArrayThatWasNeverWrittenHasItsFillValue) {
+  for (const std::size_t count : {4UL, 5UL}) {
+    const std::string path = m_scratch.path("a.nc");
+    {
+      const Writer writer(path, NC_NETCDF4);
+      const int x = writer.dimension("x", count);
+      const float fill = -7;
+      const int v = define(writer, "v", {x}, {NC_FLOAT, NC_ENDIAN_BIG, {2}, 1});
+      must(nc_def_var_fill(writer.root(), v, NC_FILL, &fill));
+    }
+    const Variable v = variableOf(path, "v");
+    EXPECT_EQ(fromStored(v), byLibnetcdf(v));
+  }
+}
+
+// They are more than are unpacked at a time.
+TEST_F(StoredValuesTest, ChunksOfManyMebibytesAreReadOneByOne) {
+  constexpr std::size_t CHUNK = (2UL << 20U) + 1;
   const std::string path = m_scratch.path("a.nc");
   {
     const Writer writer(path, NC_NETCDF4);
-    const int x = writer.dimension("x", 5);
-    const float fill = -7;
-    const int v = define(writer, "v", {x}, {NC_FLOAT, NC_ENDIAN_BIG, {2}, 1});
+    const int x = writer.dimension("x", CHUNK + 1);
+    const double fill = -7;
+    const int v = define(writer, "v", {x}, {NC_DOUBLE, NC_ENDIAN_NATIVE, {CHUNK}, 1});
     must(nc_def_var_fill(writer.root(), v, NC_FILL, &fill));
   }
-  const Variable v = variableOf(path, "v");
-  EXPECT_EQ(fromStored(v), byLibnetcdf(v));
+  EXPECT_TRUE(fromStored(variableOf(path, "v")) == bytesOfAll(std::vector<double>(CHUNK + 1, -7)));
 }
 
 TEST_F(StoredValuesTest, WhatIsMissingAmongWrittenValuesIsLeftToLibnetcdf) {
@@ -449,11 +548,14 @@ TEST_F(StoredValuesTest, WhatNobodyFilledIsLeftToLibnetcdf) {
   {
     const Writer writer(path, NC_NETCDF4);
     const int x = writer.dimension("x", 4);
-    const int v = define(writer, "v", {x}, {NC_FLOAT, NC_ENDIAN_NATIVE, {2}, 1});
+    const Storage storage{NC_FLOAT, NC_ENDIAN_NATIVE, {2}, 1};
+    const int v = define(writer, "v", {x}, storage);
     must(nc_def_var_fill(writer.root(), v, NC_NOFILL, nullptr));
+    must(nc_def_var_fill(writer.root(), define(writer, "never", {x}, storage), NC_NOFILL, nullptr));
     writer.put<float>(v, {1}, {5});
   }
   EXPECT_EQ(fromStored(variableOf(path, "v")), "not known");
+  EXPECT_EQ(fromStored(variableOf(path, "never")), "not known");
 }
 
 TEST_F(StoredValuesTest, SameBytesInTheSameWayAreTheSame) {
@@ -469,7 +571,8 @@ TEST_F(StoredValuesTest, OneChangedValueIsNotTheSame) {
   changed.back() += 1;
   for (const Storage& storage :
        {Storage{NC_FLOAT, NC_ENDIAN_NATIVE, {}}, Storage{NC_FLOAT, NC_ENDIAN_NATIVE, {3, 4}},
-        Storage{NC_FLOAT, NC_ENDIAN_BIG, {3, 4}, 6, true, true}}) {
+        Storage{NC_FLOAT, NC_ENDIAN_BIG, {3, 4}, 6, true, true},
+        Storage{NC_BYTE, NC_ENDIAN_NATIVE, {1, 1}}}) {
     EXPECT_FALSE(holdSame(variableOf(file("a.nc", storage), "v"),
                           variableOf(file("b.nc", storage, changed), "v")));
   }

@@ -1,7 +1,9 @@
 #include <object_model/InvalidCall.h>
 
+#include <filesystem>
 #include <numeric>
 
+#include "Hdf5Files.h"
 #include "TestFiles.h"
 
 namespace quillon::netcdf {
@@ -152,6 +154,41 @@ TEST_F(TextArrayTest, StringsOfAnyLength) {
     EXPECT_THAT(valuesOf(arrayAt(file, "unwritten")), ElementsAre("", ""));
     EXPECT_THAT(valuesOf(arrayAt(file, "scalar")), ElementsAre("one"));
   }
+}
+
+/// Writes characters that nobody wrote, and returns how long the file is.
+unsigned long writeUnwritten(const std::string& path, std::size_t length) {
+  {
+    const Writer writer(path, NC_NETCDF4);
+    const int v = writer.variable("v", NC_CHAR, {writer.dimension("length", length)});
+    const std::size_t chunk = 1;
+    must(nc_def_var_chunking(writer.root(), v, NC_CHUNKED, &chunk));
+  }
+  return std::filesystem::file_size(path);
+}
+
+TEST_F(TextArrayTest, TextsHaveAtMost1024CharactersForEachByteOfTheFile) {
+  const unsigned long bytes = writeUnwritten(m_path, 1UL << 22U);
+  const unsigned long most = bytes * 1024;
+  ASSERT_EQ(writeUnwritten(m_path, most + 1), bytes);
+  EXPECT_EQ(errorOf([&] { valuesOf(arrayAt(File(m_path), "v")); }),
+            "Cannot read '" + m_path + "': variable '/v' claims texts of " +
+                std::to_string(most + 1) + " characters, which a file of " + std::to_string(bytes) +
+                " bytes cannot hold");
+}
+
+TEST_F(TextArrayTest, TextsOfAFixedLengthAreNoLongerThanTheirFileAllows) {
+  {
+    const Hdf5Writer writer(m_path);
+    writer.dataset("v", textType(1UL << 30U).id(), {2}, [](hid_t creation) {
+      const hsize_t chunk = 1;
+      H5Pset_chunk(creation, 1, &chunk);
+    });
+  }
+  EXPECT_EQ(errorOf([&] { valuesOf(arrayAt(File(m_path), "v")); }),
+            "Cannot read '" + m_path + "': variable '/v' claims texts of 1073741824 characters, " +
+                "which a file of " + std::to_string(std::filesystem::file_size(m_path)) +
+                " bytes cannot hold");
 }
 
 TEST_F(TextArrayTest, NumbersAreNotRead) {

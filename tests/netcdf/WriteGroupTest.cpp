@@ -170,6 +170,12 @@ TEST_F(WriteGroupTest, CoordinatesThatAreAnEntryStandThereOnce) {
       "x = 2 ;\nint a(x) ;\nstring x(x) ;\n");
 }
 
+TEST_F(WriteGroupTest, CoordinatesThatAreTheFirstEntryStandThereOnce) {
+  EXPECT_EQ(outlineOf(dictionaryOf(row<int>("x", "x", {5, 6}),
+                                   along("a", {1, 2}, shared(row<int>("x", "x", {5, 6}))))),
+            "x = 2 ;\nint x(x) ;\nint a(x) ;\n");
+}
+
 TEST_F(WriteGroupTest, MissingCoordinatesAreTheSame) {
   const double nan = std::nan("");
   EXPECT_EQ(refusalOf(dictionaryOf(along("a", {1, 2}, shared(row<double>("x", "x", {nan, 1}))),
@@ -257,6 +263,14 @@ TEST_F(WriteGroupTest, ListedCoordinatesAreAddedToThoseThatTheArrayLists) {
             "\t\tc:coordinates = \"old_station station_height station\" ;\n");
 }
 
+TEST_F(WriteGroupTest, ListOfCoordinatesThatIsNoTextStaysAsItIs) {
+  auto array = along("a", {1}, shared(row<int>("station", "x", {1})));
+  array.setAttribute("coordinates", std::vector<int>{5});
+  write(dictionaryOf(std::move(array)));
+  EXPECT_EQ(printedBy("'" NCDUMP "' -h '" + m_path + "' | grep coordinates").text,
+            "\t\ta:coordinates = 5 ;\n");
+}
+
 TEST_F(WriteGroupTest, CoordinatesWhoseNameCannotBeListedAreTheAxes) {
   EXPECT_EQ(outlineOf(dictionaryOf(along("a", {1}, shared(row<int>("two words", "x", {5}))))),
             "x = 1 ;\nint x(x) ;\nint a(x) ;\n");
@@ -267,6 +281,13 @@ TEST_F(WriteGroupTest, GroupsFindTheSameCoordinatesAroundThem) {
   EXPECT_EQ(outlineOf(dictionaryOf(along("a", {1, 2}, values),
                                    named("g", dictionaryOf(along("b", {1, 2}, values))))),
             "x = 2 ;\ndouble x(x) ;\nint a(x) ;\ngroup: g {\n  int b(x) ;\n");
+}
+
+TEST_F(WriteGroupTest, GroupsFindCoordinatesThatAreAnEntryAroundThem) {
+  EXPECT_EQ(outlineOf(dictionaryOf(
+                row<int>("a", "x", {1, 2}), row<int>("x", "x", {5, 6}),
+                named("g", dictionaryOf(along("b", {1, 2}, shared(row<int>("x", "x", {5, 6}))))))),
+            "x = 2 ;\nint a(x) ;\nint x(x) ;\ngroup: g {\n  int b(x) ;\n");
 }
 
 TEST_F(WriteGroupTest, GroupsHaveListedCoordinatesUnlessTheNearestOfTheirNameAreTheSame) {

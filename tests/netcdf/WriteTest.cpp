@@ -206,6 +206,21 @@ INSTANTIATE_TEST_SUITE_P(
     }),
     [](const auto& c) { return c.param.rule; });
 
+TEST_F(WriteTest, FilesThatAreNamedByADescriptorAreRefused) {
+  const int file = open(m_path.c_str(), O_RDWR | O_CREAT, 0600);
+  const int input = dup(0);
+  dup2(file, 0);
+  for (const int descriptor : {0, file}) {
+    const std::string path = "/dev/fd/" + std::to_string(descriptor);
+    EXPECT_EQ(errorOf([&] { netcdf::write(smallDictionary(), path); }),
+              "Cannot write '" + path + "': it is not a regular file");
+  }
+  dup2(input, 0);
+  close(input);
+  close(file);
+  EXPECT_EQ(readBytes(m_path), "");
+}
+
 /// An array that fails when it is asked for its second value.
 class FailingArray final : public memory::ValueArray<double> {
  public:
