@@ -61,7 +61,6 @@ std::string kindOf(int kind) {
 
 }  // namespace
 
-// never false: what is of no type for libnetcdf is skipped or read as texts
 bool isNumber(int type) { return type >= NC_BYTE && type <= NC_UINT64 && type != NC_CHAR; }
 
 StoredForm formOf(const Source& source, int group, int id, const std::string& subject) {
