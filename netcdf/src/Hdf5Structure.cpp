@@ -1,6 +1,5 @@
 #include "Hdf5Structure.h"
 
-#include <netcdf.h>
 #include <quillon/memory/Bounded.h>
 
 #include <cstdint>
@@ -10,14 +9,13 @@
 #include <vector>
 
 #include "Hdf5.h"
+#include "LongNames.h"
 
 namespace quillon::netcdf {
 namespace {
 
 // Groups that are linked to each other several times multiply: so many are taken for endless.
 constexpr unsigned long MOST_GROUPS = 1'000'000;
-
-constexpr std::size_t LONGEST_NAME = NC_MAX_NAME - 1;  // that libnetcdf reads without going beyond
 
 using ObjectAddress = std::pair<unsigned long, haddr_t>;  // in which file, for links lead to others
 

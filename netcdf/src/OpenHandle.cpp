@@ -10,6 +10,7 @@
 #include "FileCheck.h"
 #include "Hdf5Structure.h"
 #include "LibraryPath.h"
+#include "LongNames.h"
 
 namespace quillon::netcdf {
 namespace {
@@ -76,6 +77,13 @@ void requireDamage(const CheckedFile& file, const std::string& path, const std::
   }
 }
 
+void requireShortNames(const CheckedFile& file, int id) {
+  const std::string finding = file.isClassic() ? std::string() : findLongName(id);
+  if (!finding.empty()) {
+    failAsSound(file, finding);
+  }
+}
+
 int openByLibrary(const CheckedFile& file, const std::string& path) {
   int id = -1;
   const int status = nc_open(path.c_str(), NC_NOWRITE, &id);
@@ -86,6 +94,12 @@ int openByLibrary(const CheckedFile& file, const std::string& path) {
     requireDamage(file, path, nc_strerror(status));
     failReading(file.path(), std::string("it cannot be opened, or is damaged or cut short (") +
                                  nc_strerror(status) + ")");
+  }
+  try {
+    requireShortNames(file, id);
+  } catch (...) {
+    nc_close(id);
+    throw;
   }
   return id;
 }

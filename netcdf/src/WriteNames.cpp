@@ -1,12 +1,12 @@
 #include "WriteNames.h"
 
-#include <netcdf.h>
 #include <quillon/memory/Utf8.h>
 #include <quillon/memory/Wording.h>
 
 #include <algorithm>
 #include <string_view>
 
+#include "LongNames.h"
 #include "WriteRefusal.h"
 
 namespace quillon::netcdf {
@@ -15,9 +15,6 @@ namespace {
 // What libnetcdf puts before the name of a variable that is called as a dimension without being its
 // coordinates, and takes off each name.
 constexpr std::string_view HIDDEN_PREFIX = "_nc4_non_coord_";
-
-// libnetcdf writes a name of NC_MAX_NAME bytes and reads it with others behind it.
-constexpr std::size_t MOST_BYTES = NC_MAX_NAME - 1;
 
 bool isAscii(char c) { return static_cast<unsigned char>(c) < 0x80; }
 bool isControl(char c) { return (isAscii(c) && c < ' ') || c == '\x7F'; }
@@ -62,8 +59,8 @@ std::string faultOf(const std::string& name) {
   if (name.rfind(HIDDEN_PREFIX, 0) == 0) {
     return "it begins with '" + std::string(HIDDEN_PREFIX) + "'";
   }
-  if (name.size() > MOST_BYTES) {
-    return "it has more than " + std::to_string(MOST_BYTES) + " bytes";
+  if (name.size() > LONGEST_NAME) {
+    return "it has more than " + std::to_string(LONGEST_NAME) + " bytes";
   }
   return {};
 }
