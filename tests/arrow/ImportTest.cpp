@@ -56,6 +56,35 @@ TEST_P(FormatTest, IsRead) {
   EXPECT_EQ(jsonOf(table), GetParam().cells);
 }
 
+std::string refusal(HandMadeStream& stream) {
+  const std::string sentence =
+      ::test::thrownBy<tables::Error>([&] { return importTable(stream.get()); });
+  EXPECT_EQ(stream.streamsReleased(), 1);
+  return sentence;
+}
+
+std::string refusal(const HandMadeColumn& column) {
+  HandMadeStream stream({column}, column.length);
+  return refusal(stream);
+}
+
+TEST_P(FormatTest, NeedsItsBuffers) {
+  HandMadeStream stream({GetParam().column}, GetParam().column.length);
+  const std::string format = GetParam().column.format;
+  stream.batch().children[0]->n_buffers = format == "u" || format == "U" ? 2 : 1;
+  EXPECT_EQ(refusal(stream), "The stream has a batch that does not fit its schema");
+}
+
+TEST_P(FormatTest, LiesInPlaceWhereItsBytesAreThoseOfATable) {
+  const HandMadeColumn& column = GetParam().column;
+  HandMadeStream stream({column}, column.length);
+  const Table table = importTable(stream.get());
+  const bool isAlike = std::string("csilCSILfg").find(column.format) != std::string::npos ||
+                       column.format.substr(0, 3) == "tsu";
+  const bool isThere = isAlike && column.nulls == 0 && column.length > 0;
+  EXPECT_EQ(table.cellsInPlace(0, 0, table.rows()) != nullptr, isThere);
+}
+
 constexpr long SECOND = 1000000;
 const std::string LONG_TEXT = "more than twelve bytes";
 
@@ -124,6 +153,13 @@ INSTANTIATE_TEST_SUITE_P(
                      bytesOf<int64_t>({24})}},
                    ColumnType::Text,
                    "\"twelve bytes\" \"more than twelve bytes\" \"\""},
+        FormatCase{"TheShortestTextOutsideOfItsView",
+                   {"v",
+                    "vu",
+                    1,
+                    {"", viewOf("thirteen byte"), "__thirteen byte", bytesOf<int64_t>({15})}},
+                   ColumnType::Text,
+                   "\"thirteen byte\""},
         FormatCase{"TextViewsOfSeveralBuffers",
                    {"v",
                     "vu",
@@ -262,6 +298,13 @@ TEST(ImportTest, TextsThatAreNullAreEmpty) {
   EXPECT_THAT(tables::cellsOf<std::string>(importTable(stream.get()), 0), ElementsAre("", "c"));
 }
 
+TEST(ImportTest, NothingIsWrittenBehindTheLastCell) {
+  HandMadeStream stream({{"b", "b", 3, {"", bytesOf<uint8_t>({0b110})}}}, 3);
+  bool cells[3] = {};
+  importTable(stream.get()).read(0, 0, 2, cells);
+  EXPECT_THAT(cells, ElementsAre(false, true, false));
+}
+
 TEST(ImportTest, NothingIsSaidOfCellsBehindTheLast) {
   HandMadeStream stream({{"v", "i", 2, {bytesOf<uint8_t>({0b01}), bytesOf<int32_t>({1, 2})}, 1}},
                         2);
@@ -322,18 +365,6 @@ TEST(ImportTest, AStreamWithoutColumnsHasItsRows) {
 }
 
 /// What importTable() throws, after which nothing of the stream is left.
-std::string refusal(HandMadeStream& stream) {
-  const std::string sentence =
-      ::test::thrownBy<tables::Error>([&] { return importTable(stream.get()); });
-  EXPECT_EQ(stream.streamsReleased(), 1);
-  return sentence;
-}
-
-std::string refusal(const HandMadeColumn& column) {
-  HandMadeStream stream({column}, column.length);
-  return refusal(stream);
-}
-
 TEST(ImportTest, ColumnsThatNoTableHasAreNamedWithTheirFormat) {
   for (const char* const format :
        {"+l", "+s", "+w:3", "z", "e", "n", "d:19,10", "ttm", "tDs", "tiM", "", "ts"}) {
