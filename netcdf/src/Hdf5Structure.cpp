@@ -29,6 +29,27 @@ std::string below(const std::string& path, const std::string& name) {
 
 ObjectAddress addressOf(const H5O_info_t& info) { return {info.fileno, info.addr}; }
 
+/// Whether what names the dimensions of a data set is a list of references for each of them, where
+/// there is any. libhdf5's functions for dimensions read it as that, whatever it is and however
+/// long.
+bool hasSoundDimensionList(hid_t group, const std::string& name) {
+  constexpr const char* LIST = "DIMENSION_LIST";
+  if (H5Aexists_by_name(group, name.c_str(), LIST, H5P_DEFAULT) <= 0) {
+    return true;
+  }
+  const Hdf5Object dataset(H5Dopen2(group, name.c_str(), H5P_DEFAULT), H5Dclose);
+  const Hdf5Object space(H5Dget_space(dataset.id()), H5Sclose);
+  const Hdf5Object list(H5Aopen(dataset.id(), LIST, H5P_DEFAULT), H5Aclose);
+  const Hdf5Object type(H5Aget_type(list.id()), H5Tclose);
+  if (H5Tget_class(type.id()) != H5T_VLEN) {
+    return false;
+  }
+  const Hdf5Object element(H5Tget_super(type.id()), H5Tclose);
+  const Hdf5Object places(H5Aget_space(list.id()), H5Sclose);
+  return H5Tequal(element.id(), H5T_STD_REF_OBJ) > 0 &&
+         H5Sget_simple_extent_npoints(places.id()) == H5Sget_simple_extent_ndims(space.id());
+}
+
 /// Follows all links to groups, each group once.
 class GroupWalk {
  public:
@@ -77,8 +98,14 @@ class GroupWalk {
       return 0;
     }
     H5O_info_t info{};
-    if (H5Oget_info_by_name2(group, link.name.c_str(), &info, H5O_INFO_BASIC, H5P_DEFAULT) < 0 ||
-        info.type != H5O_TYPE_GROUP) {
+    if (H5Oget_info_by_name2(group, link.name.c_str(), &info, H5O_INFO_BASIC, H5P_DEFAULT) < 0) {
+      return 0;
+    }
+    if (info.type != H5O_TYPE_GROUP) {
+      if (info.type == H5O_TYPE_DATASET && !hasSoundDimensionList(group, link.name)) {
+        m_finding = "the attribute 'DIMENSION_LIST' of '" + path +
+                    "' is no list of references for each of its dimensions";
+      }
       return 0;
     }
     const Hdf5Object next(H5Gopen2(group, link.name.c_str(), H5P_DEFAULT), H5Gclose);

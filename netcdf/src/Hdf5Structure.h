@@ -11,7 +11,8 @@ namespace quillon::netcdf {
 /// damaged one.
 ///
 /// libnetcdf follows links to groups wherever they lead, one that leads back to where it stands for
-/// ever, and reads past the end of names that are longer than it expects.
+/// ever, reads past the end of names that are longer than it expects, and takes for references to
+/// dimensions what is none.
 std::string findTrap(const std::string& path);
 
 /// Whether libhdf5 finds its way through all of the file, its data sets, types and attributes, and

@@ -34,6 +34,9 @@ struct Refused {
 
 void PrintTo(const Refused& refused, std::ostream* out) { *out << refused.name; }
 
+const std::string NO_DIMENSION_LIST =
+    "the attribute 'DIMENSION_LIST' of '/v' is no list of references for each of its dimensions";
+
 class SoundFile : public testing::TestWithParam<Refused> {
  protected:
   Scratch m_scratch;
@@ -151,6 +154,33 @@ INSTANTIATE_TEST_SUITE_P(
                   writer.attribute("n", "_Netcdf4Coordinates", H5T_NATIVE_INT, dimensions, {3});
                 },
                 "NetCDF: HDF error"},
+        Refused{"DimensionsThatAreNumbers",
+                [](const Hdf5Writer& writer) {
+                  const int one = 1;
+                  writer.dataset("v", H5T_NATIVE_INT, {2});
+                  writer.attribute("v", "DIMENSION_LIST", H5T_NATIVE_INT, &one, {1});
+                },
+                NO_DIMENSION_LIST},
+        Refused{"DimensionsThatAreReferencesAlone",
+                [](const Hdf5Writer& writer) {
+                  writer.dataset("v", H5T_NATIVE_INT, {2});
+                  writer.attribute("v", "DIMENSION_LIST", H5T_STD_REF_OBJ, nullptr, {1});
+                },
+                NO_DIMENSION_LIST},
+        Refused{"DimensionsThatAreListsOfNumbers",
+                [](const Hdf5Writer& writer) {
+                  const Hdf5Object list(H5Tvlen_create(H5T_NATIVE_INT), H5Tclose);
+                  writer.dataset("v", H5T_NATIVE_INT, {2});
+                  writer.attribute("v", "DIMENSION_LIST", list.id(), nullptr, {1});
+                },
+                NO_DIMENSION_LIST},
+        Refused{"DimensionsOfAnotherNumber",
+                [](const Hdf5Writer& writer) {
+                  const Hdf5Object list(H5Tvlen_create(H5T_STD_REF_OBJ), H5Tclose);
+                  writer.dataset("v", H5T_NATIVE_INT, {2, 3});
+                  writer.attribute("v", "DIMENSION_LIST", list.id(), nullptr, {3});
+                },
+                NO_DIMENSION_LIST},
         Refused{"Time", [](const Hdf5Writer& writer) { writer.dataset("t", H5T_UNIX_D32LE); },
                 "libnetcdf does not know the type of '/t' (time type)"}),
     [](const auto& given) { return given.param.name; });
@@ -160,6 +190,18 @@ class Hdf5StructureTest : public testing::Test {
   Scratch m_scratch;
   std::string m_path = m_scratch.path("a.h5");
 };
+
+TEST_F(Hdf5StructureTest, ListOfDimensionsMayNameNone) {
+  {
+    const Hdf5Writer writer(m_path);
+    const Hdf5Object list(H5Tvlen_create(H5T_STD_REF_OBJ), H5Tclose);
+    const hvl_t none[2] = {};
+    writer.dataset("v", H5T_NATIVE_INT, {2, 3});
+    writer.attribute("v", "DIMENSION_LIST", list.id(), none, {2});
+  }
+  EXPECT_EQ(findTrap(m_path), "");
+  EXPECT_EQ(File(m_path).root().getDataName(0), "v");
+}
 
 TEST_F(Hdf5StructureTest, GroupThatIsLinkedTwiceIsReadTwice) {
   {
