@@ -27,6 +27,11 @@ TEST(AttributesTest, AreNotComparedUnlessAskedFor) {
   EXPECT_TRUE(compare(withAttributes({{"a", std::string("x")}}), withAttributes({})).same);
 }
 
+TEST(AttributesTest, RecordsOfHowAFileWasMadeAreThese) {
+  EXPECT_THAT(RECORD_ATTRIBUTES, ElementsAre("history", "date_created", "creation_date", "uuid",
+                                             "tracking_id", "NCO", "CDO"));
+}
+
 TEST(AttributesTest, DifferInValueOrAreOnOneSideOnly) {
   EXPECT_THAT(linesOfAttributes({{"a", std::string("x")}, {"b", std::string("y")}},
                                 {{"c", std::vector<int>{1, 2}}, {"a", std::string("z")}}),

@@ -75,6 +75,12 @@ TEST(CompareTest, ShapesAndDimensionsAreShownSlowestFirst) {
                   "/: 1 of 2 values differ; the largest delta is 1 at time=0, lat=1: 2 and 3"));
 }
 
+TEST(CompareTest, AnyDimensionMayHaveAnotherName) {
+  EXPECT_THAT(linesOf(DoubleArray("a", {{"lat", 1}, {"time", 1}}, {1}),
+                      DoubleArray("a", {{"lat", 1}, {"date", 1}}, {1})),
+              ElementsAre("/: the dimensions differ: (time, lat) and (date, lat)"));
+}
+
 TEST(CompareTest, AllReasonsOfOneEntryComeInTheirOrder) {
   RichArray a("a", {{"x", 2}}, {1, 2});
   StoredArray<long> b("a", {2}, {1, 3});
@@ -107,6 +113,16 @@ TEST(CompareTest, PhysicalUnitsDifferWhereShownOnesAgree) {
   b.setUnit("m");
   b.setPhysicalUnit("cm");
   EXPECT_THAT(linesOf(a, b), ElementsAre("/: the units differ: 'm' and 'cm'"));
+}
+
+TEST(CompareTest, ShownUnitsDifferWherePhysicalOnesAgree) {
+  DoubleArray a = row<double>("a", {1});
+  DoubleArray b = row<double>("a", {1});
+  a.setUnit("m");
+  b.setUnit("metre");
+  a.setPhysicalUnit("m");
+  b.setPhysicalUnit("m");
+  EXPECT_THAT(linesOf(a, b), ElementsAre("/: the units differ: 'm' and 'metre'"));
 }
 
 TEST(CompareTest, SizesOfTypesAreComparedWithAttributesOnly) {

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <rapidcheck/gtest.h>
 
+#include <numeric>
 #include <tuple>
 
 #include "Support.h"
@@ -47,6 +48,31 @@ std::vector<double> anyValues() {
   return *rc::gen::container<std::vector<double>>(
       VALUES, rc::gen::elementOf(std::vector<double>{0, 1, 1, 2, 1e-9, 1e17, NOT_A_NUMBER, INFINITE,
                                                      -INFINITE, 0.1}));
+}
+
+TEST(FiguresTest, BlocksOfLargeArraysAreReadWhereTheyLie) {
+  Options options;
+  options.largest = 2;
+  // More than a block has, of lines that are in one and of lines that are not.
+  for (const Extents& shape : {Extents{301, 601}, Extents{150'001, 2}}) {
+    std::vector<double> values(productOf(shape));
+    std::iota(values.begin(), values.end(), 0.0);
+    std::vector<double> others = values;
+    others[values.size() / 2] += 1;
+    others.back() += 2;
+    for (const Way first : {Way::InPlace, Way::Transposed, Way::InBlocks}) {
+      for (const Way second : {Way::InPlace, Way::InBlocks}) {
+        const Figures found = figures(StoredArray<double>("a", shape, values, first),
+                                      StoredArray<double>("b", shape, others, second), options,
+                                      Extents(shape.size(), 0), shape);
+        EXPECT_EQ(found.count, 2);
+        ASSERT_EQ(found.largest.size(), 2U);
+        EXPECT_EQ(found.largest[0].offset, values.size() - 1);
+        EXPECT_EQ(found.largest[0].delta, 2);
+        EXPECT_EQ(found.largest[1].offset, values.size() / 2);
+      }
+    }
+  }
 }
 
 RC_GTEST_PROP(FiguresProperty, AnySplitMergesInAnyOrderToTheFiguresOfAll, ()) {

@@ -144,10 +144,47 @@ TEST(PathRulesTest, NamesInAPathMayHaveSlashes) {
               ElementsAre("/a/b/c1: 1 of 1 values differ; the largest delta is 1 at x=0: 1 and 2"));
 }
 
+TEST(PathRulesTest, PathIsFoundBehindShorterOnesAndLongerNames) {
+  const auto make = [](double value) {
+    return dictionary("root", row<double>("a name that is longer", {value}),
+                      dictionary("d", row<double>("x[1]", {value}), row<double>("x1", {value})));
+  };
+  const std::string differs = ": 1 of 1 values differ; the largest delta is 1 at x=0: 1 and 2";
+  EXPECT_THAT(linesOf(make(1), make(2), ignoring({"/d/x[1]"})),
+              ElementsAre("/a name that is longer" + differs, "/d/x1" + differs));
+}
+
+TEST(PathRulesTest, PatternWhoseEndIsAnEntryIsAPatternElsewhere) {
+  const auto make = [](double value) {
+    return dictionary("cells", row<double>("x[1]", {value}), row<double>("x1", {value}));
+  };
+  Options options = ignoring({"*****/x[1]"});  // as long as the root and more
+  options.root = "/cells";
+  EXPECT_THAT(linesOf(make(1), make(2), options),
+              ElementsAre("/cells/x[1]: 1 of 1 values differ; the largest delta is 1 at x=0: 1 and "
+                          "2"));
+}
+
+TEST(PathRulesTest, IgnoredAttributesMayStandAnywhereBelow) {
+  RichArray array("v", {{"x", 1}}, {1});
+  array.given = {{"a", std::string("x")}};
+  Dictionary group("g");
+  group.add(std::move(array));
+  Dictionary first("a");
+  first.add(std::move(group));
+  Options options = ignoring({"*@a"});
+  options.attributes = true;
+  EXPECT_THAT(linesOf(first, dictionary("b", dictionary("g", row<double>("v", {1}))), options),
+              ElementsAre());
+}
+
 TEST(PathRulesTest, EntryThatFailsIsNoTroubleForAPattern) {
   const memory::DoubleArray entry = row<double>("a", {1});
   const LooseDictionary failing({"thrown"}, &entry);
   EXPECT_THAT(linesOf(failing, failing, ignoring({"/thrown/a[1]"})),
+              ElementsAre("/thrown: not compared: gone"));
+  const Dictionary other = dictionary("b", row<double>("thrown/a1", {1}));
+  EXPECT_THAT(linesOf(failing, other, ignoring({"/thrown/a[1]"})),
               ElementsAre("/thrown: not compared: gone"));
 }
 
@@ -178,6 +215,9 @@ TEST(PathRulesTest, EntryThatFailsInItsOwnWayIsNoTroubleForAPattern) {
   const memory::DoubleArray entry = row<double>("a", {1});
   const LooseDictionary failing({"closed"}, &entry);
   EXPECT_THAT(linesOf(failing, failing, ignoring({"/closed/a[1]"})),
+              ElementsAre("/closed: not compared: shut"));
+  const Dictionary other = dictionary("b", row<double>("closed/a1", {1}));
+  EXPECT_THAT(linesOf(failing, other, ignoring({"/closed/a[1]"})),
               ElementsAre("/closed: not compared: shut"));
 }
 

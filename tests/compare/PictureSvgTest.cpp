@@ -24,6 +24,17 @@ TEST(PictureSvgTest, CellsOfOneColourInARowAreOneStroke) {
             drawn("0 0 3 2", "<path class=\"d8\" d=\"M0 0.5h2M1 1.5h2\"/>"));
 }
 
+TEST(PictureSvgTest, StrokesEndWithTheirRow) {
+  EXPECT_EQ(drawingOf(pictureOf(2, 2, {0, 8, 8, 0}), "p"),
+            drawn("0 0 2 2", "<path class=\"d8\" d=\"M1 0.5h1M0 1.5h1\"/>"));
+}
+
+TEST(PictureSvgTest, DeltasTooSmallForAPartHaveTheFirstColour) {
+  EXPECT_EQ(
+      drawingOf(pictureOf(2, 1, {5e-324, 1e308}), "p"),
+      drawn("0 0 2 1", "<path class=\"d1\" d=\"M0 0.5h1\"/><path class=\"d8\" d=\"M1 0.5h1\"/>"));
+}
+
 TEST(PictureSvgTest, ColoursAreEqualPartsOfTheLargestDeltaEndIncluded) {
   EXPECT_EQ(drawingOf(pictureOf(5, 1, {1, 1.01, 2, 1e-9, 8}), "p"),
             drawn("0 0 5 1",
@@ -44,6 +55,10 @@ TEST(PictureSvgTest, LegendIsOfTheColoursThatThereAre) {
   EXPECT_EQ(legendOf(pictureOf(2, 1, {0, NOT_A_NUMBER})),
             "<svg width=\"12\" height=\"12\" viewBox=\"0 0 1 1\"><path class=\"dn\" "
             "d=\"M0 .5h1\"/></svg> without a delta");
+}
+
+TEST(PictureSvgTest, LegendIsOfDeltasBelowOneToo) {
+  EXPECT_THAT(legendOf(pictureOf(2, 1, {0, 0.5})), ::testing::EndsWith("</svg> up to 0.5"));
 }
 
 TEST(PictureSvgTest, ItsSidesAreAsLongAsTheirCellsButNotTooShort) {

@@ -72,6 +72,12 @@ TEST(PlacesTest, DimensionsWithoutANameAndOfOneNameAreToldApart) {
               "dim_3=1: 0 and 0.5");
 }
 
+TEST(PlacesTest, EachDimensionOfOneNameHasANumber) {
+  EXPECT_THAT(linesAt({{"x", 2}, {"x", 1}, {"x", 1}}, {}).at(0),
+              "/: 1 of 2 values differ; the largest delta is 0.5 at x=0, x (2)=0, x (3)=1: 0 and "
+              "0.5");
+}
+
 TEST(PlacesTest, CoordinatesOfTheSecondSideServeWhereTheFirstHasNone) {
   const DoubleArray first("a", {{"time", 1}}, {1});
   RichArray second("a", {{"time", 1}}, {2});
@@ -129,6 +135,10 @@ TEST(PlacesTest, TimesThatCannotBeReadAreLeftOut) {
   EXPECT_THAT(linesAt({{"time", 2}}, {std::make_shared<ClosedTimes>()}),
               ElementsAre("/: 1 of 2 values differ; the largest delta is 0.5 at time=1: 0 and 0.5",
                           "  0.5 at time=1: 0 and 0.5"));
+  RichArray first("a", {{"time", 2}}, {0, 0});
+  first.located = {std::make_shared<ClosedTimes>()};
+  EXPECT_THAT(lines(compare(first, DoubleArray("a", {{"time", 2}}, {0.5, 0})), {20, 1}).at(1),
+              "  0.5 at time=0: 0 and 0.5");
 }
 
 TEST(PlacesTest, PairsWithoutADeltaAreNotListedBesideThoseWithOne) {
