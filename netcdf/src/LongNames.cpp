@@ -8,7 +8,7 @@ namespace quillon::netcdf {
 namespace {
 
 // With room for what libnetcdf reads behind a name: up to the next zero in a number.
-using RoomyName = std::array<char, 4 * NC_MAX_NAME>;
+using RoomyName = std::array<char, std::size_t{4} * NC_MAX_NAME>;
 
 template <class List>
 std::vector<int> idsOf(const List& list) {
