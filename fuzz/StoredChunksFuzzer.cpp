@@ -222,7 +222,7 @@ struct Block {
 
 bool hasBlock(const DataSet& set, const Block& block) {
   for (std::size_t k = 0; k < MOST_DIMENSIONS; ++k) {
-    if (block.extent[k] == 0 || block.start[k] + block.extent[k] > set.extents[k]) {
+    if (block.start[k] + block.extent[k] > set.extents[k]) {
       return false;
     }
   }
@@ -468,14 +468,14 @@ DataSet alike(DataSet set, Input& input) {
   return set;
 }
 
-/// Mostly one that begins and ends where chunks do.
+/// Mostly one that begins and ends where chunks do. No one asks for a block without values.
 Block blockOf(Input& input, const DataSet& set) {
   Block block;
   const bool isAny = input.oneIn(4);
   for (std::size_t k = 0; k < set.facts.chunks.size(); ++k) {
     const unsigned long extent = set.extents[k];
     const unsigned long chunk = isAny ? 1 : set.chunkExtents[k];
-    const unsigned long start = std::min(extent, input.below(3) * chunk);
+    const unsigned long start = std::min((extent - 1) / chunk, input.below(3)) * chunk;
     const unsigned long end = start + (1 + input.below(3)) * chunk;
     block.start[k] = start;
     block.extent[k] = (isAny && input.oneIn(16) ? end : std::min(extent, end)) - start;

@@ -50,9 +50,7 @@ class ChunkWalk {
     for (std::size_t k = 0; k < data.chunks.size(); ++k) {
       const unsigned long first = start[k] / data.chunks[k];
       m_first.push_back(first);
-      // Rounded up: where the block ends in a chunk, it touches that chunk.
-      const unsigned long end = (start[k] + extent[k] + data.chunks[k] - 1) / data.chunks[k];
-      m_counts.push_back(end - first);
+      m_counts.push_back((start[k] + extent[k] - 1) / data.chunks[k] - first + 1);
       m_size *= m_counts.back();
     }
   }
