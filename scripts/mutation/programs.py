@@ -226,12 +226,14 @@ class Coverage:
                 yield file, (int(number) if int(count) > 0 else -int(number))
 
     def covering(self, file: str, lines: range) -> list[Suite]:
-        """The suites that run one of the lines; where none does, all of the file's.
+        """The suites that run one of the lines.
 
-        The compiler may have run a line itself, and a line that is no code is not counted.
+        Where none does, all of the file's: the compiler may have run the line itself. A line outside
+        functions is not counted, and any suite may read what stands there.
         """
         by_line = self.by_line.get(file, {})
         numbers = set().union(*(by_line.get(line, set()) for line in lines))
-        numbers = numbers or set().union(*(found for line, found in by_line.items() if line > 0), set())
+        if not numbers and any(-line in by_line for line in lines):
+            numbers = set().union(*(found for line, found in by_line.items() if line > 0), set())
         numbers = numbers or set(range(len(self.suites)))
         return [self.suites[number] for number in sorted(numbers)]

@@ -109,11 +109,6 @@ TEST(AttributesTest, DescriptionsAreLongNamesAndTitles) {
                           "/t2m@long_name: only in the first: 'x'"));
 }
 
-TEST(AttributesTest, RecordAttributesAreThese) {
-  EXPECT_THAT(RECORD_ATTRIBUTES, ElementsAre("history", "date_created", "creation_date", "uuid",
-                                             "tracking_id", "NCO", "CDO"));
-}
-
 TEST(AttributesTest, FollowTheOrderOfTheFirstSide) {
   EXPECT_THAT(linesOfAttributes({{"b", std::string("x")}, {"a", std::string("y")}}, {}),
               ElementsAre("/@b: only in the first: 'x'", "/@a: only in the first: 'y'"));
