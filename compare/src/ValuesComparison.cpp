@@ -155,6 +155,14 @@ bool lowestIsMissing(const Array& array) {
          dynamic_cast<const memory::HasTimes*>(&array) != nullptr;
 }
 
+/// Whether a dimension goes on where the one before it ends, on both sides and in the grid.
+bool continues(const BoxDimension& before, const BoxDimension& next) {
+  const auto extent = static_cast<long>(before.extent);
+  return next.firstStride == before.firstStride * extent &&
+         next.secondStride == before.secondStride * extent &&
+         next.gridStep == before.gridStep * before.extent;
+}
+
 }  // namespace
 
 GridPlace placeInGrid(const std::vector<unsigned long>& start,
@@ -193,10 +201,7 @@ std::vector<BoxDimension> joined(const std::vector<BoxDimension>& dimensions) {
     if (next.extent == 1) {
       continue;
     }
-    const auto extent = result.empty() ? 0 : static_cast<long>(result.back().extent);
-    if (!result.empty() && next.firstStride == result.back().firstStride * extent &&
-        next.secondStride == result.back().secondStride * extent &&
-        next.gridStep == result.back().gridStep * result.back().extent) {
+    if (!result.empty() && continues(result.back(), next)) {
       result.back().extent *= next.extent;
     } else {
       result.push_back(next);
