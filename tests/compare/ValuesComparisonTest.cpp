@@ -5,6 +5,7 @@
 
 #include <set>
 
+#include "BoxComparison.h"
 #include "Oracle.h"
 #include "support/Properties.h"
 
@@ -358,6 +359,174 @@ TEST(ValuesComparisonTest, ChunkTooLargeForABlockIsReadInParts) {
   EXPECT_EQ(first.asked, starts);
   EXPECT_THAT(first.reads, ElementsAre(2 * BLOCK));
   EXPECT_THAT(second.reads, ElementsAre(2 * BLOCK));
+}
+
+/// Zeros that take no memory, in place unless they have chunks.
+template <class T>
+class ZerosInBulk final : public memory::ArrayBase,
+                          public object_model::BulkValues,
+                          public memory::HasStoredBytes {
+ public:
+  ZerosInBulk(const std::vector<unsigned long>& shape, std::vector<unsigned long> chunks)
+      : ArrayBase("a", memory::ElementTraits<memory::ElementOf<T>>::TYPE, axesOf(shape)),
+        m_chunks(std::move(chunks)),
+        m_strides(shape.size(), 0) {}
+
+  object_model::StoredType storedType() const override { return memory::StoredTraits<T>::TYPE; }
+  object_model::ValuesInPlace valuesInPlace() const override {
+    return m_chunks.empty() ? object_model::ValuesInPlace{&m_zero, m_strides.data()}
+                            : object_model::ValuesInPlace();
+  }
+  void readValues(const unsigned long* /*start*/, const unsigned long* extent,
+                  void* destination) const override {
+    const std::vector<unsigned long> extents(extent, extent + m_strides.size());
+    std::fill_n(static_cast<T*>(destination), productOf(extents), T());
+  }
+  const unsigned long* chunkExtents() const override {
+    return m_chunks.empty() ? nullptr : m_chunks.data();
+  }
+  bool holdsSameBytes(const object_model::Array& other, const unsigned long* /*start*/,
+                      const unsigned long* /*extent*/) const override {
+    return dynamic_cast<const ZerosInBulk*>(&other) != nullptr;
+  }
+
+ private:
+  T m_zero = T();
+  std::vector<unsigned long> m_chunks;
+  std::vector<long> m_strides;
+};
+
+using Shape = std::vector<unsigned long>;
+using Zeros = std::unique_ptr<object_model::Array> (*)(const Shape& shape);
+
+template <class T>
+std::unique_ptr<object_model::Array> zerosInPlace(const Shape& shape) {
+  return std::make_unique<ZerosInBulk<T>>(shape, Shape());
+}
+
+template <class T, unsigned long... CHUNK>
+std::unique_ptr<object_model::Array> zerosInChunks(const Shape& shape) {
+  return std::make_unique<ZerosInBulk<T>>(shape, Shape{CHUNK...});
+}
+
+std::unique_ptr<object_model::Array> zerosByAccessor(const Shape& shape) {
+  return std::make_unique<AccessorArray<double>>("a", shape, std::vector<double>(productOf(shape)));
+}
+
+std::unique_ptr<object_model::Array> noTexts(const Shape& shape) {
+  return std::make_unique<memory::StringArray>("a", axesOf(shape),
+                                               std::vector<std::string>(productOf(shape)));
+}
+
+struct BlocksCase {
+  const char* rule;
+  Zeros first;
+  Zeros second;
+  Shape shape;
+  std::vector<unsigned long> blocks;  // how many values each has
+};
+void PrintTo(const BlocksCase& row, std::ostream* out) { *out << row.rule; }
+
+class BlocksTest : public ::testing::TestWithParam<BlocksCase> {};
+
+TEST_P(BlocksTest, AreOfTheSizeThatSuitsBothArrays) {
+  std::vector<unsigned long> blocks;
+  Options options;
+  options.progress = [&](unsigned long values) { blocks.push_back(values); };
+  const auto first = GetParam().first(GetParam().shape);
+  const auto second = GetParam().second(GetParam().shape);
+  EXPECT_EQ(figures(*first, *second, options).count, 0);
+  EXPECT_EQ(blocks, GetParam().blocks);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    ValuesComparison, BlocksTest,
+    ::testing::Values(BlocksCase{"values in place: 1 MiB",
+                                 zerosInPlace<signed char>,
+                                 zerosInPlace<signed char>,
+                                 {(1UL << 20U) + 1},
+                                 {1UL << 20U, 1}},
+                      BlocksCase{"chunks: as many as 8 MiB hold",
+                                 zerosInChunks<signed char, 3>,
+                                 zerosInChunks<signed char, 3>,
+                                 {(1UL << 23U) + 1},
+                                 {(1UL << 23U) - 2, 3}},
+                      BlocksCase{"the first's chunks, beside values in place",
+                                 zerosInChunks<double, 300>,
+                                 zerosInPlace<double>,
+                                 {BLOCK + 1},
+                                 {BLOCK - 76, 77}},
+                      BlocksCase{"the second's chunks, where the first has none",
+                                 zerosInPlace<double>,
+                                 zerosInChunks<double, 300>,
+                                 {BLOCK + 1},
+                                 {BLOCK - 76, 77}},
+                      BlocksCase{"the first's chunks, where both have some",
+                                 zerosInChunks<double, 300>,
+                                 zerosInChunks<double, 7>,
+                                 {BLOCK + 1},
+                                 {BLOCK - 76, 77}},
+                      BlocksCase{"a chunk far beyond 1 MiB in all its dimensions: parts of 1 MiB",
+                                 zerosInChunks<double, 4096, 1024>,
+                                 zerosInPlace<double>,
+                                 {4096, 1024},
+                                 Shape(32, 1UL << 17U)},
+                      BlocksCase{"the first by its accessor: 4096 calls",
+                                 zerosByAccessor,
+                                 zerosInPlace<double>,
+                                 {5000},
+                                 {4096, 904}},
+                      BlocksCase{"the second by its accessor: 4096 calls",
+                                 zerosInPlace<double>,
+                                 zerosByAccessor,
+                                 {5000},
+                                 {4096, 904}},
+                      BlocksCase{"both by their accessors: 4096 calls",
+                                 zerosByAccessor,
+                                 zerosByAccessor,
+                                 {5000},
+                                 {4096, 904}},
+                      BlocksCase{"the first's chunks, whatever calls the second takes",
+                                 zerosInChunks<double, 10>,
+                                 zerosByAccessor,
+                                 {5000},
+                                 {5000}},
+                      BlocksCase{"the second's chunks, whatever calls the first takes",
+                                 zerosByAccessor,
+                                 zerosInChunks<double, 10>,
+                                 {5000},
+                                 {5000}},
+                      BlocksCase{"texts: 4096 calls", noTexts, noTexts, {5000}, {4096, 904}}));
+
+/// Extent, strides of both sides and step in the grid of each dimension.
+std::vector<std::vector<long>> joinedOf(const std::vector<BoxDimension>& dimensions) {
+  std::vector<std::vector<long>> result;
+  for (const BoxDimension& each : joined(dimensions)) {
+    result.push_back({static_cast<long>(each.extent), each.firstStride, each.secondStride,
+                      static_cast<long>(each.gridStep)});
+  }
+  return result;
+}
+
+TEST(ValuesComparisonTest, DimensionsThatContinueTheOneBeforeAreJoined) {
+  using Dimensions = std::vector<std::vector<long>>;
+  const BoxDimension fastest{5, 8, 4, 2};
+  EXPECT_EQ(joinedOf({fastest, {3, 40, 20, 10}, {2, 120, 60, 30}}), (Dimensions{{30, 8, 4, 2}}));
+  EXPECT_EQ(joinedOf({fastest, {3, 48, 20, 10}}), (Dimensions{{5, 8, 4, 2}, {3, 48, 20, 10}}));
+  EXPECT_EQ(joinedOf({fastest, {3, 40, 24, 10}}), (Dimensions{{5, 8, 4, 2}, {3, 40, 24, 10}}));
+  EXPECT_EQ(joinedOf({fastest, {3, 40, 20, 12}}), (Dimensions{{5, 8, 4, 2}, {3, 40, 20, 12}}));
+  EXPECT_EQ(joinedOf({fastest, {3, 48, 24, 12}, {2, 144, 72, 36}}),
+            (Dimensions{{5, 8, 4, 2}, {6, 48, 24, 12}}));
+}
+
+TEST(ValuesComparisonTest, DimensionsOfOneIndexAreLeftOut) {
+  using Dimensions = std::vector<std::vector<long>>;
+  EXPECT_EQ(joinedOf({{1, 8, 8, 1}, {5, 16, 8, 1}, {1, 9, 9, 9}, {3, 80, 40, 5}, {1, 0, 0, 0}}),
+            (Dimensions{{15, 16, 8, 1}}));
+  EXPECT_EQ(joinedOf({{0, 8, 8, 1}}), (Dimensions{{0, 8, 8, 1}}));
+  const Dimensions one = {{1, 0, 0, 1}};
+  EXPECT_EQ(joinedOf({}), one);
+  EXPECT_EQ(joinedOf({{1, 8, 8, 1}, {1, 8, 8, 1}}), one);
 }
 
 TEST(ValuesComparisonTest, BytesTellNothingWhereNanDiffersFromItself) {
