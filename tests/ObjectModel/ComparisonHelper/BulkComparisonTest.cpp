@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <numeric>
+
 #include "ObjectModel/ComparisonHelper/BulkArray.h"
 #include "ObjectModel/ComparisonHelper/PlainComparison.h"
 #include "support/Allocations.h"
@@ -182,6 +185,50 @@ TEST(BulkComparison, ReadsTransposedAndRepeatedValues) {
   EXPECT_EQ(compareArrays(constant, a), differsAt("39;2;4", "'1.000000' and '0.000000'"));
 }
 
+/// How the values of two arrays lie in memory.
+struct Layout {
+  const char* name;
+  Numbers shape;
+  std::vector<long> first;
+  std::vector<long> second;
+};
+class BulkLayout : public testing::TestWithParam<Layout> {};
+
+/// In the midst of a larger buffer, so that values beside them can be read unharmed.
+Places amid(const std::vector<long>& strides) { return {4000, strides, 8000}; }
+
+TEST_P(BulkLayout, ShowsTheLastDifferenceAtItsPosition) {
+  const Numbers& shape = GetParam().shape;
+  std::vector<long> firsts(elementsOf(shape));
+  std::iota(firsts.begin(), firsts.end(), 1);
+  const BulkArray<long> a(shape, amid(GetParam().first), firsts);
+  EXPECT_EQ(compareArrays(a, a), same());
+  for (std::size_t k = 0; k < firsts.size(); ++k) {
+    const BulkArray<long> b(shape, amid(GetParam().second), with(with(firsts, 0, -1L), k, -2L));
+    const Outcome outcome = compareArrays(a, b);
+    EXPECT_EQ(b.accessorCalls, 0U);
+    EXPECT_EQ(outcome, outcomeOf([&](std::string* message) {
+                return plain::areSameArrays(a, b, ComparisonType::Exact, 0, message);
+              }))
+        << "a difference in value " << k;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Memory, BulkLayout,
+    testing::Values(Layout{"InOrder", {8, 9}, {1, 8}, {1, 8}},
+                    Layout{"BothTransposed", {5, 4, 6}, {24, 6, 1}, {24, 6, 1}},
+                    Layout{"TransposedSquares", {8, 8}, {8, 1}, {8, 1}},
+                    Layout{"OneTransposed", {5, 4, 6}, {1, 5, 20}, {24, 6, 1}},
+                    Layout{"RowsOfTwo", {2, 40}, {40, 1}, {40, 1}},
+                    Layout{"FourDimensions", {3, 4, 3, 2}, {24, 6, 2, 1}, {24, 6, 2, 1}},
+                    Layout{"GapsInOne", {8, 3, 4}, {1, 8, 24}, {1, 8, 30}},
+                    Layout{"GapsInBoth", {8, 3, 4}, {1, 9, 30}, {1, 9, 30}},
+                    Layout{"BackwardsInOne", {9, 8}, {-1, -9}, {8, 1}},
+                    Layout{"RepeatedInBoth", {8, 3, 4}, {1, 0, 8}, {1, 0, 8}},
+                    Layout{"DimensionsOfOneIndex", {1, 10, 1, 8}, {7, 8, 5, 1}, {1, 1, 1, 10}}),
+    [](const auto& row) { return row.param.name; });
+
 TEST(BulkComparison, OfFiveDimensionsLeavesOutTheLastTwo) {
   const Numbers shape = {5, 5, 5, 2, 2};
   const auto same = values<long>(500);
@@ -243,12 +290,14 @@ TEST(BulkComparison, LeavesValuesWithoutStridesToTheAccessors) {
   EXPECT_EQ(b.accessorCalls, 200U);
 }
 
-/// An array of more values than 64 bits count.
-class Uncountable : public BulkArray<long> {
+/// An array of more values than memory has. Neither its accessor nor its blocks can be read.
+class Vast : public BulkArray<long> {
  public:
-  explicit Uncountable(unsigned long rows) : BulkArray({1, 1}, packed({1, 1}), {}) {
+  explicit Vast(const Numbers& shape)
+      : BulkArray(Numbers(shape.size(), 1), packed(Numbers(shape.size(), 1)), {}),
+        m_size(shape.data(), shape.size()) {
     inPlace = false;
-    m_size[1] = rows;
+    beforeReading = [] { throw std::runtime_error("the first block"); };
   }
   const object_model::Tuple& size() const override { return m_size; }
   long getValueAsInt(const object_model::Tuple& /*at*/) const override {
@@ -256,23 +305,38 @@ class Uncountable : public BulkArray<long> {
   }
 
  private:
-  object_model::TupleX m_size = {1UL << 40U, 0};
+  object_model::TupleX m_size;
 };
 
-TEST(BulkComparison, LeavesValuesThatCannotBeCountedToTheAccessors) {
-  // Modulo 2^64 they are 2^40 and none.
-  for (const unsigned long rows : {(1UL << 24U) + 1, 1UL << 24U}) {
-    const Uncountable a(rows);
-    EXPECT_EQ(compareArrays(a, a), throws("the first value"));
-    EXPECT_THAT(a.blocks, testing::IsEmpty());
-  }
+struct Count {
+  const char* name;
+  Numbers shape;
+  const char* read;
+};
+class BulkCount : public testing::TestWithParam<Count> {};
+
+TEST_P(BulkCount, DecidesHowValuesAreRead) {
+  const Vast a(GetParam().shape);
+  EXPECT_EQ(compareArrays(a, a), throws(GetParam().read));
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, BulkCount,
+    testing::Values(Count{"TheMostThatCanBeCounted", {~0UL}, "the first block"},
+                    Count{"NoneModulo64Bits", {1UL << 40U, 1UL << 24U}, "the first value"},
+                    Count{"SomeModulo64Bits", {1UL << 40U, (1UL << 24U) + 1}, "the first value"},
+                    // Only the first three of five dimensions count.
+                    Count{"ManyAlongDimension3", {8, 8, 8, 1UL << 62U, 1}, "the first block"},
+                    Count{"ManyAlongDimension4", {8, 8, 8, 1, 1UL << 62U}, "the first block"},
+                    Count{"ManyAlongDimension0", {1UL << 62U, 1, 1, 1, 1}, "the first block"}),
+    [](const auto& row) { return row.param.name; });
 
 /// An array that has another shape after some questions.
 class Shrinking : public BulkArray<long> {
  public:
-  Shrinking(unsigned long truthfulAnswers)
-      : BulkArray({100}, packed({100}), values<long>(100)), m_truthfulAnswers(truthfulAnswers) {}
+  explicit Shrinking(unsigned long truthfulAnswers)
+      : BulkArray({10, 10}, packed({10, 10}), values<long>(100)),
+        m_truthfulAnswers(truthfulAnswers) {}
   const object_model::Tuple& size() const override {
     ++m_answers;
     return m_answers > m_truthfulAnswers ? m_small : BulkArray::size();
@@ -287,11 +351,11 @@ class Shrinking : public BulkArray<long> {
  private:
   unsigned long m_truthfulAnswers;
   mutable unsigned long m_answers = 0;
-  object_model::TupleX m_small = {99};
+  object_model::TupleX m_small = {10, 9};
 };
 
 TEST(BulkComparison, LeavesAnArrayThatHasChangedItsShapeToTheAccessors) {
-  const auto other = bulkList(values<long>(100));
+  const BulkArray<long> other({10, 10}, packed({10, 10}), values<long>(100));
   const Shrinking first(1);
   EXPECT_EQ(compareArrays(first, other), same());
   EXPECT_EQ(first.accessorCalls, 100U);
@@ -335,31 +399,78 @@ TEST(BulkComparison, CutsLongRowsIntoBlocks) {
                                              Pair(Numbers{131'072, 1}, Numbers{68'928, 1})));
 }
 
-TEST(BulkComparison, EndsBlocksWhereChunksDo) {
-  const auto all = values<long>(3'000'000);
-  ReadPair pair({1000, 3000}, all, all);
-  pair.second.chunks = {100, 1000};
-  EXPECT_EQ(compareArrays(pair.first, pair.second), same());
-  EXPECT_THAT(pair.first.blocks, ElementsAre(Pair(Numbers{0, 0}, Numbers{1000, 2000}),
-                                             Pair(Numbers{0, 2000}, Numbers{1000, 1000})));
+/// An array of zeros that notes which blocks of it are read.
+class Zeros : public memory::ArrayBase, public object_model::BulkValues {
+ public:
+  Zeros(const Numbers& shape, const Numbers& chunks)
+      : ArrayBase("A", ElementType::Int, axes(shape)), m_chunks(chunks) {}
+
+  mutable BulkArray<long>::Blocks blocks;
+
+  StoredType storedType() const override { return StoredType::Int64; }
+  void readValues(const unsigned long* start, const unsigned long* extent,
+                  void* destination) const override {
+    const unsigned long dimensions = size().size();
+    blocks.emplace_back(Numbers(start, start + dimensions), Numbers(extent, extent + dimensions));
+    const std::size_t count = elementsOf(blocks.back().second);
+    if (count == 0) {
+      throw std::logic_error("an empty block");
+    }
+    std::fill_n(static_cast<long*>(destination), count, 0L);
+  }
+  const unsigned long* chunkExtents() const override {
+    return m_chunks.empty() ? nullptr : m_chunks.data();
+  }
+
+ private:
+  Numbers m_chunks;
+};
+
+struct Cut {
+  const char* name;
+  Numbers shape;
+  Numbers firstChunks;
+  Numbers secondChunks;
+  BulkArray<long>::Blocks blocks;
+};
+class BulkCut : public testing::TestWithParam<Cut> {};
+
+TEST_P(BulkCut, IsTheSameInBoth) {
+  const Zeros first(GetParam().shape, GetParam().firstChunks);
+  const Zeros second(GetParam().shape, GetParam().secondChunks);
+  EXPECT_EQ(compareArrays(first, second), same());
+  EXPECT_EQ(first.blocks, GetParam().blocks);
+  EXPECT_EQ(second.blocks, GetParam().blocks);
 }
 
-TEST(BulkComparison, CutsChunksThatAreLargerThanABlock) {
-  const auto all = values<long>(2'200'000);
-  ReadPair pair({2'200'000}, all, all);
-  pair.first.chunks = {2'150'000};
-  EXPECT_EQ(compareArrays(pair.first, pair.second), same());
-  EXPECT_THAT(pair.first.blocks, ElementsAre(Pair(Numbers{0}, Numbers{2'097'152}),
-                                             Pair(Numbers{2'097'152}, Numbers{102'848})));
-}
-
-TEST(BulkComparison, ReadsAtOnceWhatFitsWhateverTheChunks) {
-  const auto all = values<long>(5000);
-  ReadPair pair({100, 50}, all, all);
-  pair.first.chunks = {100, 7};
-  EXPECT_EQ(compareArrays(pair.first, pair.second), same());
-  EXPECT_THAT(pair.first.blocks, ElementsAre(Pair(Numbers{0, 0}, Numbers{100, 50})));
-}
+INSTANTIATE_TEST_SUITE_P(
+    Blocks, BulkCut,
+    testing::Values(
+        Cut{"AcrossTheDimensionThatDoesNotFit",
+            {100'000, 2, 2},
+            {},
+            {},
+            {{{0, 0, 0}, {100'000, 1, 1}},
+             {{0, 1, 0}, {100'000, 1, 1}},
+             {{0, 0, 1}, {100'000, 1, 1}},
+             {{0, 1, 1}, {100'000, 1, 1}}}},
+        Cut{"WhereChunksEnd",
+            {1000, 3000},
+            {},
+            {100, 1000},
+            {{{0, 0}, {1000, 2000}}, {{0, 2000}, {1000, 1000}}}},
+        Cut{"InChunksThatAreLargerThanABlock",
+            {2'200'000},
+            {2'150'000},
+            {},
+            {{{0}, {2'097'152}}, {{2'097'152}, {102'848}}}},
+        Cut{"WhateverChunksWithoutExtentAre",
+            {2'200'000},
+            {0},
+            {},
+            {{{0}, {2'097'152}}, {{2'097'152}, {102'848}}}},
+        Cut{"NowhereInWhatFitsWhateverTheChunks", {100, 50}, {100, 7}, {}, {{{0, 0}, {100, 50}}}}),
+    [](const auto& row) { return row.param.name; });
 
 TEST(BulkComparison, ReadsOnlyThePositionsThatAreCompared) {
   const auto all = values<long>(300);

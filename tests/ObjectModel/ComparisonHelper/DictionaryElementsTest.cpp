@@ -69,6 +69,24 @@ TEST(AreSameArrays, WithoutAMessageComparesDictionaryElementsToo) {
   EXPECT_FALSE(areSameArrays(items({1, 2}), items({3, 2}), ComparisonType::Exact, 0, nullptr));
 }
 
+TEST(AreSameArrays, VisitsDictionaryElementsOfTwoDimensionsInFull) {
+  const std::vector<std::string> positions = {"0;0", "1;0", "0;1", "1;1", "0;2", "1;2"};
+  for (std::size_t different = 0; different < positions.size(); ++different) {
+    std::vector<memory::Dictionary> some;
+    std::vector<memory::Dictionary> others;
+    for (std::size_t k = 0; k < positions.size(); ++k) {
+      some.push_back(item(1));
+      others.push_back(item(k == different ? 2 : 1));
+    }
+    EXPECT_EQ(compareArrays(array<memory::Dictionary>("items", {2, 3}, std::move(some)),
+                            array<memory::Dictionary>("items", {2, 3}, std::move(others))),
+              differs("The arrays 'items' have different dictionaries at the position (" +
+                      positions[different] +
+                      ")':Array 'x': The arrays 'x' have different values at the position (0)': "
+                      "'1' and '2'."));
+  }
+}
+
 TEST(AreSameArrays, VisitsDictionaryElementsOfFiveDimensionsLikeOthers) {
   std::vector<memory::Dictionary> some;
   std::vector<memory::Dictionary> others;
@@ -88,6 +106,21 @@ TEST(AreSameArrays, NamesTheEmptyPositionOfADictionaryElement) {
   EXPECT_EQ(compareArrays(ArrayOf(&x), ArrayOf(&y)),
             differs("The arrays 'items' have different dictionaries at the position (empty)':"
                     "The dictionaries have different names: 'x' and 'y'."));
+}
+
+memory::Dictionary around(memory::Dictionary element) {
+  return dictionary("all", list<memory::Dictionary>("items", several(std::move(element))));
+}
+
+TEST(AreSameDictionaries, SaysWhatDiffersInADictionaryElementOfAnEntry) {
+  const std::string where =
+      "Array 'items': The arrays 'items' have different dictionaries at the position (0)':";
+  EXPECT_EQ(compareDictionaries(around(dictionary("x")), around(dictionary("y"))),
+            differs(where + "The dictionaries have different names: 'x' and 'y'."));
+  EXPECT_EQ(
+      compareDictionaries(around(dictionary("x", item(1))), around(dictionary("x", item(2)))),
+      differs(where + "Dictionary 'x': Array 'x': The arrays 'x' have different values at the "
+                      "position (0)': '1' and '2'."));
 }
 
 TEST(AreSameArrays, RefusesElementsThatAreNoDictionaries) {
