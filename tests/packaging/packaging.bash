@@ -12,7 +12,7 @@ unset CMAKE_PREFIX_PATH LD_LIBRARY_PATH PKG_CONFIG_PATH DESTDIR SOURCE_DATE_EPOC
 # The tests build the same sources in many folders: where ccache is installed, they compile each once
 # for each set of options.
 if command -v ccache >/dev/null; then
-  export CMAKE_CXX_COMPILER_LAUNCHER=ccache CCACHE_DIR="${CCACHE_DIR:-$QUILLON_BUILD/ccache}"
+  export CMAKE_CXX_COMPILER_LAUNCHER="$HERE/ccache-in-build" CCACHE_DIR="${CCACHE_DIR:-$QUILLON_BUILD/ccache}"
   # Python would set a locale of its own where there is none, and ccache tell its compilers apart.
   export LC_ALL=C.UTF-8
   # No source is preprocessed only to see whether it is known.
@@ -53,9 +53,6 @@ expect_equal() {
 # configure SOURCE BUILD [OPTION...]: an unoptimised build without debug information and without the
 # Python package, several sources as one, unless an option says otherwise: else it takes its time.
 configure() {
-  # What CMake generates in two such builds is the same file. A clone is built in folders of other depths,
-  # whose relative paths differ.
-  export CCACHE_BASEDIR="$QUILLON_BUILD"
   "$CMAKE" -S "$1" -B "$2" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O0 \
     -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=16 -DQUILLON_PYTHON=OFF "${@:3}"
 }
