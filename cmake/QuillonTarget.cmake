@@ -49,6 +49,8 @@ function(quillon_shared_library target map)
     INSTALL_RPATH "$ORIGIN"
     LINK_DEPENDS ${map})
   target_link_options(${target} PRIVATE -Wl,--version-script=${map})
+  # ./dev interface reads the types there, of which the preset leaves none.
+  target_compile_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-g>)
   if(NOT QUILLON_SANITIZE)
     target_link_options(${target} PRIVATE -Wl,--no-undefined)
     # With sources compiled as one, g++ inlines less of what exports spend their time on.
