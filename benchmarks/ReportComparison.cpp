@@ -16,11 +16,11 @@ using quillon::compare::Options;
 using quillon::memory::ArrayBase;
 using quillon::memory::InPlaceValues;
 
-constexpr double TOLERANCE = 1e-6;
+constexpr double REPORT_TOLERANCE = 1e-6;
 
 Options withinBothTolerances() {
   Options options;
-  options.tolerance = {TOLERANCE, TOLERANCE};
+  options.tolerance = {REPORT_TOLERANCE, REPORT_TOLERANCE};
   return options;
 }
 
@@ -125,7 +125,7 @@ class BesideTiledLoop final : public EqualSquares<double, double> {
       for (unsigned long x = left; x < right; ++x) {
         const double first = a[y * m_side + x];
         const double second = b[x * m_side + y];
-        const double limit = TOLERANCE + TOLERANCE * std::abs(second);
+        const double limit = REPORT_TOLERANCE + REPORT_TOLERANCE * std::abs(second);
         differing += std::abs(first - second) <= limit ? 0U : 1U;
       }
     }
