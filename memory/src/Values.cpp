@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <type_traits>
 #include <utility>
 
 #include "StridedCopy.h"
@@ -69,14 +70,9 @@ void copyByAccessor(const Array& array, const unsigned long* start, const unsign
 
 template <class T>
 [[noreturn]] void rejectType(const Array& array) {
-  std::string name;
-  if constexpr (IS_STORED_TYPE<T>) {
-    name = StoredTraits<T>::NAME;
-  } else {
-    name = ElementTraits<T>::NAME;
-  }
+  using Traits = std::conditional_t<IS_STORED_TYPE<T>, StoredTraits<T>, ElementTraits<T>>;
   throw InvalidCall("Array '" + array.getName() + "' holds " + nameOf(array.getElementType()) +
-                    ", not " + name);
+                    ", not " + Traits::NAME);
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ ShownColumns fitting(const std::vector<std::size_t>& widths, unsigned long width
   }
   ShownColumns shown = {1, 0};
   std::size_t taken = widths.front() + GAP + DOTS.size();
-  while (true) {  // ends before the last column at the latest, as not all of them fit
+  for (;;) {  // ends before the last column at the latest, as not all of them fit
     const bool fromRight = shown.right < shown.left;
     const std::size_t next = fromRight ? widths.size() - 1 - shown.right : shown.left;
     taken += GAP + widths[next];

@@ -67,7 +67,7 @@ struct MemoryDataFrame::Content {
     }
     const std::lock_guard<std::mutex> lock(renumbering);
     if (!inRemovalRun.load(std::memory_order_relaxed)) {
-      return;  // another thread was faster
+      return;  // never true, never run: unless another thread was faster
     }
     columns.erase(std::remove_if(columns.begin(), columns.end(),
                                  [](const Column& column) { return column.removed; }),

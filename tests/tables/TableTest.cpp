@@ -233,6 +233,7 @@ TEST(TableTest, CellsLieInPlaceWhereTheirOrderIsThatOfTheRows) {
   const Table turned(data, plan(data, withIndex({"y", "x"})));
   EXPECT_EQ(turned.cellsInPlace(2, 0, 6), nullptr);
   EXPECT_EQ(turned.cellsInPlace(2, 4, 1), array.data() + 3);  // y 1, x 1
+  EXPECT_EQ(turned.cellsInPlace(2, 2, 2), nullptr);           // y 2, x 0 and y 0, x 1
 }
 
 TEST(TableTest, CellsOfOnePlaneLieInPlace) {
