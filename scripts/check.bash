@@ -75,7 +75,7 @@ verb_packaging() {
   run_tests dev --label-regex '^packaging$' "$@"
 }
 
-## check (40 min): formatting, scripts, documentation, interface, packaging, clang-tidy, sanitizers, instruction counts
+## check (35 min): formatting, scripts, documentation, interface, packaging, clang-tidy, sanitizers, instruction counts
 verb_check() {
   need "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${CHECK_PACKAGES[@]}" "${DOCS_PACKAGES[@]}" \
     "${INTERFACE_PACKAGES[@]}" "${BENCH_PACKAGES[@]}"
