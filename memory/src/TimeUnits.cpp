@@ -215,9 +215,10 @@ long TimeUnits::timeOf(unsigned long number) const {
   return narrow < 0 ? MISSING_TIME : timeOf(narrow);
 }
 
-// The whole units are exact in 64 bits, and so is what is left of them in a double.
+// The whole units are exact in 64 bits, and so is what is left of them in a double. Of the units of
+// which many are a microsecond that is left away: it moves none to another nearest microsecond.
 long TimeUnits::timeOf(double number) const {
-  const double whole = m_divisor == 1 ? std::floor(number) : std::round(number);
+  const double whole = std::floor(number);
   if (!(whole >= -END_OF_LONG && whole < END_OF_LONG)) {
     return MISSING_TIME;
   }
