@@ -187,7 +187,7 @@ std::string nameOf(Calendar calendar) {
 std::optional<TimeUnits> TimeUnits::parse(std::string_view text, Calendar calendar) {
   const std::string spelling = " " + lowerCase(takeWord(text)) + " ";
   const auto* const unit = std::find_if(UNITS.begin(), UNITS.end(), [&spelling](const Unit& known) {
-    return spelling.size() > 2 && known.spellings.find(spelling) != std::string_view::npos;
+    return known.spellings.find(spelling) != std::string_view::npos;
   });
   if (unit == UNITS.end() || lowerCase(takeWord(text)) != "since") {
     return std::nullopt;
@@ -202,7 +202,7 @@ std::optional<TimeUnits> TimeUnits::parse(std::string_view text, Calendar calend
 long TimeUnits::timeOf(long number) const {
   const long rest = number % m_divisor;  // at most half of a microsecond is rounded away
   const long rounding = 2 * rest >= m_divisor ? 1 : 2 * rest < -m_divisor ? -1 : 0;
-  const long whole = number / m_divisor + (m_divisor == 1 ? 0 : rounding);
+  const long whole = number / m_divisor + rounding;
   long passed = 0;
   long time = 0;
   const bool isBeyond = __builtin_mul_overflow(whole, m_microseconds, &passed) ||

@@ -62,9 +62,6 @@ void copyByAccessor(const Array& array, const unsigned long* start, const unsign
       *destination = (array.*ElementTraits<T>::READ)(position);
       ++destination;
     }
-    if (dimensions > 0) {
-      position[0] = start[0];
-    }
   });
 }
 

@@ -100,7 +100,8 @@ std::size_t displayWidth(std::string_view text) {
   std::size_t width = 0;
   while (!text.empty()) {
     const Character character = firstCharacter(text);
-    width += character.length == 0 ? 1 : static_cast<std::size_t>(widthOf(character.point));
+    width +=
+        static_cast<std::size_t>(widthOf(character.point));  // 1 of a byte that is part of none
     text.remove_prefix(std::max<std::size_t>(character.length, 1));
   }
   return width;

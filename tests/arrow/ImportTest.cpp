@@ -185,10 +185,10 @@ INSTANTIATE_TEST_SUITE_P(
                    ColumnType::Time,
                    "\"1969-12-31T23:59:59.999999\" \"1970-01-01T00:00:00.000002\""},
         FormatCase{"NanosecondsAreRoundedDown",
-                   {"v", "tsn:", 3, {"", bytesOf<int64_t>({-1, 1999, -1000})}},
+                   {"v", "tsn:", 4, {"", bytesOf<int64_t>({-1, 1999, -1000, 2000000})}},
                    ColumnType::Time,
                    "\"1969-12-31T23:59:59.999999\" \"1970-01-01T00:00:00.000001\" "
-                   "\"1969-12-31T23:59:59.999999\""},
+                   "\"1969-12-31T23:59:59.999999\" \"1970-01-01T00:00:00.002\""},
         FormatCase{"AZoneIsThatOfThePrintedTimeAlone",
                    {"v", "tsu:Europe/Berlin", 1, {"", bytesOf<int64_t>({0})}},
                    ColumnType::Time,

@@ -54,6 +54,12 @@ INSTANTIATE_TEST_SUITE_P(
          "2000-01-01T00:00:00.000002"},
         {"NanosecondsBefore", "ns since 2000-01-01", STANDARD, -1501L,
          "1999-12-31T23:59:59.999998"},
+        {"NanosecondsBelowHalfAMicrosecond", "ns since 2000-01-01", STANDARD, 1499L,
+         "2000-01-01T00:00:00.000001"},
+        {"NanosecondsHalfAMicrosecondBefore", "ns since 2000-01-01", STANDARD, -1500L,
+         "1999-12-31T23:59:59.999999"},
+        {"NanosecondsLessThanHalfAMicrosecondBefore", "ns since 2000-01-01", STANDARD, -1499L,
+         "1999-12-31T23:59:59.999999"},
         {"NanosecondsAsFractions", "ns since 2000-01-01", STANDARD, 2000.4,
          "2000-01-01T00:00:00.000002"},
         {"NanosecondsAsFractionsBelowHalfAMicrosecond", "ns since 2000-01-01", STANDARD, 1499.6,
@@ -92,6 +98,7 @@ INSTANTIATE_TEST_SUITE_P(
         {"NegativeYear", "days since -4712-01-01", STANDARD, 0L, "-4712-01-01T00:00:00"},
         {"WithHour", "hours since 2000-01-01 06", STANDARD, 0L, "2000-01-01T06:00:00"},
         {"WithHourOfThreeDigits", "hours since 2000-01-01 006", STANDARD, 0L, "none"},
+        {"WithHourNine", "hours since 2000-01-01 9:00", STANDARD, 0L, "2000-01-01T09:00:00"},
         {"WithMinutes", "hours since 2000-01-01 6:30", STANDARD, 0L, "2000-01-01T06:30:00"},
         {"WithSeconds", "hours since 2000-01-01 06:30:05", STANDARD, 0L, "2000-01-01T06:30:05"},
         {"WithFraction", "hours since 2000-01-01 00:00:0.25", STANDARD, 0L,
@@ -105,6 +112,7 @@ INSTANTIATE_TEST_SUITE_P(
         {"WithT", "hours since 2000-01-01T06:00:00", STANDARD, 0L, "2000-01-01T06:00:00"},
         {"WithSmallT", "hours since 2000-01-01t06:00:00", STANDARD, 0L, "2000-01-01T06:00:00"},
         {"InUtc", "hours since 2000-01-01 06:00:00 UTC", STANDARD, 0L, "2000-01-01T06:00:00"},
+        {"InUtcWithoutATime", "hours since 2000-01-01 UTC", STANDARD, 0L, "2000-01-01T00:00:00"},
         {"InGmt", "hours since 2000-01-01 06:00:00 GMT", STANDARD, 0L, "2000-01-01T06:00:00"},
         {"InZulu", "hours since 2000-01-01T06:00:00Z", STANDARD, 0L, "2000-01-01T06:00:00"},
         {"AheadOfUtc", "hours since 2000-01-01 06:00:00 +01:30", STANDARD, 0L,
@@ -158,6 +166,8 @@ INSTANTIATE_TEST_SUITE_P(
          "1900-01-01T00:00:00.1"},
         {"FractionsBeforeTheBeginning", "hours since 2000-01-01", STANDARD, -0.5,
          "1999-12-31T23:30:00"},
+        {"HalvesOfMicrosecondsAreRoundedUp", "us since 2000-01-01", STANDARD, 0.5,
+         "2000-01-01T00:00:00.000001"},
         {"NaNIsMissing", "days since 2000-01-01", STANDARD,
          std::numeric_limits<double>::quiet_NaN(), ""},
         {"InfinityIsMissing", "days since 2000-01-01", STANDARD,
@@ -203,8 +213,17 @@ TEST(TimeUnits, MayBeSpeltInSeveralWays) {
 
 TEST(TimeUnits, NumberWithoutSignBeyondLongIsMissing) {
   const TimeUnits units = TimeUnits::parse("us since 1970-01-01", STANDARD).value();
+  EXPECT_EQ(units.timeOf(0UL), 0);
   EXPECT_EQ(units.timeOf(5UL), 5);
   EXPECT_EQ(units.timeOf(1UL << 63U), MISSING_TIME);
+  EXPECT_EQ(units.timeOf(std::numeric_limits<unsigned long>::max()), MISSING_TIME);
+}
+
+TEST(TimeUnits, TheFirstLongIsANumberAsAnyOther) {
+  const TimeUnits units = TimeUnits::parse("us since 1970-01-02", STANDARD).value();
+  constexpr long FIRST = std::numeric_limits<long>::min();
+  EXPECT_EQ(units.timeOf(FIRST), FIRST + MICROSECONDS_PER_DAY);
+  EXPECT_EQ(units.timeOf(static_cast<double>(FIRST)), FIRST + MICROSECONDS_PER_DAY);
 }
 
 TEST(Calendars, AreCalledAsTheConventionsSay) {

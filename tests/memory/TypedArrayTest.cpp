@@ -178,6 +178,9 @@ TYPED_TEST(ElementArrayTest, ANullBufferIsViewedForNoValuesOnly) {
               TypedArray<TypeParam>::view("a", {{"x", 2}}, nullptr, 2);
             }),
             "Array 'a' was given no values to view");
+  EXPECT_EQ(
+      thrownBy<std::invalid_argument>([] { TypedArray<TypeParam>::view("one", {}, nullptr, 1); }),
+      "Array 'one' was given no values to view");
   EXPECT_EQ(TypedArray<TypeParam>::view("a", {{"x", 0}}, nullptr, 0).numberOfElements(), 0U);
 }
 
@@ -338,6 +341,15 @@ TYPED_TEST(StoredArrayTest, OffersItsValuesInBulkAsTheyAreStored) {
   bulkValuesOf(array)->readValues(start, extent, read);
   EXPECT_EQ(read[0], TypeParam(this->values()[1]));
   EXPECT_EQ(read[1], TypeParam(this->values()[4]));
+}
+
+TYPED_TEST(StoredArrayTest, AViewOffersItsValuesWhereTheyAre) {
+  const auto array = this->array();
+  const auto view = TypedArray<TypeParam>::view("v", {{"x", 3}, {"y", 2}}, array.data(), 6);
+  const object_model::ValuesInPlace values = bulkValuesOf(view)->valuesInPlace();
+  EXPECT_EQ(values.first, array.data());
+  EXPECT_EQ(values.strides[0], static_cast<long>(sizeof(TypeParam)));
+  EXPECT_EQ(values.strides[1], static_cast<long>(3 * sizeof(TypeParam)));
 }
 
 // Conveniences

@@ -34,6 +34,9 @@ INSTANTIATE_TEST_SUITE_P(
         CharacterCase{"TheLastPoint", "\xF4\x8F\xBF\xBF", 4, U'\U0010FFFF'},
         CharacterCase{"BehindTheLastPoint", "\xF4\x90\x80\x80", 0, 0},
         CharacterCase{"Overlong", "\xC0\xAF", 0, 0},
+        CharacterCase{"BeforeTheSurrogates", "\xED\x9F\xBF", 3, U'\uD7FF'},
+        CharacterCase{"LastSurrogate", "\xED\xBF\xBF", 0, 0},
+        CharacterCase{"BehindTheSurrogates", "\xEE\x80\x80", 3, U'\uE000'},
         CharacterCase{"Surrogate", "\xED\xA0\x80", 0, 0}, CharacterCase{"CutOff", "\xE2\x82", 0, 0},
         CharacterCase{"Continuation", "\x82", 0, 0}, CharacterCase{"LeadByteAlone", "\xC3(", 0, 0}),
     [](const auto& some) { return some.param.rule; });
@@ -44,6 +47,7 @@ TEST(Utf8LengthTest, EndsAtTheFirstByteThatIsPartOfNoCharacter) {
   EXPECT_EQ(utf8Length("ab\xC3\xA4\xFFz"), 4U);
   EXPECT_EQ(utf8Length("\xE2\x82"), 0U);
   EXPECT_EQ(utf8Length("a\xE2\x82"), 1U);
+  EXPECT_EQ(utf8Length("a\x80"), 1U);
 }
 
 TEST(WidthTest, LatinLettersTakeOnePlace) {
@@ -61,6 +65,8 @@ TEST(WidthTest, ChineseJapaneseKoreanAndEmojiTakeTwo) {
 }
 
 TEST(WidthTest, CombiningMarksAndWhatShowsNothingTakeNone) {
+  EXPECT_EQ(widthOf(U'\u02FF'), 1);
+  EXPECT_EQ(widthOf(U'\u0300'), 0);
   EXPECT_EQ(widthOf(U'\u0301'), 0);
   EXPECT_EQ(widthOf(U'\u3099'), 0);
   EXPECT_EQ(widthOf(U'\u200B'), 0);

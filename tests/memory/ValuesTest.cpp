@@ -22,6 +22,45 @@ class CountingArray final : public ArrayBase {
   }
 };
 
+/// Floats that are read in bulk but lie nowhere; each is its position, one digit for a dimension.
+class ChunkedArray final : public ArrayBase, public object_model::BulkValues {
+ public:
+  ChunkedArray(std::vector<Axis> axes, std::vector<unsigned long> chunks)
+      : ArrayBase("chunked", object_model::ElementType::Double, std::move(axes)),
+        m_chunks(std::move(chunks)) {}
+  object_model::StoredType storedType() const override { return object_model::StoredType::Float32; }
+  void readValues(const unsigned long* start, const unsigned long* extent,
+                  void* destination) const override {
+    auto* next = static_cast<float*>(destination);
+    for (unsigned long y = start[1]; y < start[1] + extent[1]; ++y) {
+      for (unsigned long x = start[0]; x < start[0] + extent[0]; ++x) {
+        *next++ = static_cast<float>(10 * x + y);
+      }
+    }
+  }
+  const unsigned long* chunkExtents() const override { return m_chunks.data(); }
+
+ private:
+  std::vector<unsigned long> m_chunks;
+};
+
+struct BlockCase {
+  const char* rule;
+  std::vector<unsigned long> shape;
+  unsigned long maxValues;
+  unsigned long offset;
+  Block expected;
+};
+
+void PrintTo(const BlockCase& c, std::ostream* stream) { *stream << c.rule; }
+
+void expectBlock(const Block& block, const Block& expected) {
+  EXPECT_EQ(block.first, expected.first);
+  EXPECT_EQ(block.count, expected.count);
+  EXPECT_EQ(block.start, expected.start);
+  EXPECT_EQ(block.extent, expected.extent);
+}
+
 template <class T>
 std::vector<T> valuesOf(const object_model::Array& array, const Block& block) {
   std::vector<T> values(block.count);
@@ -43,6 +82,18 @@ TEST(ValuesTest, BlockOfAnArrayWithAccessorsAloneIsTheSame) {
 TEST(ValuesTest, ArrayWithoutDimensionsIsOneValue) {
   EXPECT_THAT(valuesOf<long>(IntArray("a", {}, {-7}), {}), ElementsAre(-7));
   EXPECT_THAT(valuesOf<double>(CountingArray({}), {}), ElementsAre(0));
+}
+
+TEST(ValuesTest, OnlyTheOneValueIsWrittenForAnArrayWithoutDimensions) {
+  double values[] = {-1, -1};
+  copyValues(CountingArray({}), Block(), values);
+  EXPECT_THAT(values, ElementsAre(0, -1));
+}
+
+TEST(ValuesTest, ValuesInBulkComeAsTheyAreStoredOrAsElements) {
+  const ChunkedArray array({{"x", 3}, {"y", 2}}, {3, 1});
+  EXPECT_THAT(valuesOf<float>(array, {0, 4, {1, 0}, {2, 2}}), ElementsAre(10, 20, 11, 21));
+  EXPECT_THAT(valuesOf<double>(array, {0, 4, {1, 0}, {2, 2}}), ElementsAre(10, 20, 11, 21));
 }
 
 TEST(ValuesTest, EmptyBlockCopiesNothing) {
@@ -67,6 +118,11 @@ TEST(ValuesTest, AnotherTypeIsRefusedByName) {
             }),
             "Array 'counted' holds Double, not int64");
   EXPECT_EQ(value, 0);
+  std::string text;
+  EXPECT_EQ(test::thrownBy<InvalidCall>([&] {
+              copyValues(array, {0, 1, {0}, {1}}, &text);
+            }),
+            "Array 'a' holds Double, not String");
 }
 
 TEST(ValuesTest, TypedArraysOfNumbersLieInPlace) {
@@ -80,22 +136,34 @@ TEST(ValuesTest, TypedArraysOfNumbersLieInPlace) {
   EXPECT_EQ(values.strides[1], 24);
 }
 
-TEST(BlockLayoutTest, WholeGridIsOneBlockWhereItFits) {
-  const BlockLayout layout({3, 2}, 6);
-  const Block block = layout.blockAt(5);
-  EXPECT_EQ(block.first, 0);
-  EXPECT_EQ(block.count, 6);
-  EXPECT_THAT(block.start, ElementsAre(0, 0));
-  EXPECT_THAT(block.extent, ElementsAre(3, 2));
+class BlockAtTest : public testing::TestWithParam<BlockCase> {};
+
+TEST_P(BlockAtTest, IsFoundByAValueOfIt) {
+  const BlockCase& c = GetParam();
+  expectBlock(BlockLayout(c.shape, c.maxValues).blockAt(c.offset), c.expected);
 }
 
-TEST(BlockLayoutTest, LargerGridsAreCutAlongTheSlowestDimensionThatFits) {
-  const BlockLayout layout({3, 4, 2}, 7);
-  const Block block = layout.blockAt(12 + 7);
-  EXPECT_EQ(block.first, 12 + 6);
-  EXPECT_EQ(block.count, 6);
-  EXPECT_THAT(block.start, ElementsAre(0, 2, 1));
-  EXPECT_THAT(block.extent, ElementsAre(3, 2, 1));
+INSTANTIATE_TEST_SUITE_P(
+    Grids, BlockAtTest,
+    testing::ValuesIn(std::vector<BlockCase>{
+        {"TheWholeGridWhereItFits", {3, 2}, 6, 5, {0, 6, {0, 0}, {3, 2}}},
+        {"SlabsOfTheSlowestDimension", {3, 4, 2}, 12, 13, {12, 12, {0, 0, 1}, {3, 4, 1}}},
+        {"RowsWhereASlabDoesNotFit", {3, 4, 2}, 7, 12 + 7, {12 + 6, 6, {0, 2, 1}, {3, 2, 1}}},
+        {"FewerRowsAtTheEnd", {3, 5}, 6, 14, {12, 3, {0, 4}, {3, 1}}},
+        {"APositionAlongEachSlowerDimension",
+         {2, 3, 2, 2},
+         2,
+         17,
+         {16, 2, {0, 2, 0, 1}, {2, 1, 1, 1}}},
+        {"OneValueAtLeast", {3, 2}, 0, 4, {4, 1, {1, 1}, {1, 1}}},
+        {"TheValueOfNoDimensions", {}, 15, 0, {0, 1, {}, {}}},
+    }),
+    [](const auto& c) { return c.param.rule; });
+
+TEST(BlockLayoutTest, ChunksOfAnArrayAreItsOwn) {
+  const std::vector<Axis> axes = {{"x", 3}, {"y", 10}};
+  EXPECT_THAT(BlockLayout(ChunkedArray(axes, {3, 2}), 15).blockAt(0).extent, ElementsAre(3, 4));
+  EXPECT_THAT(BlockLayout(CountingArray(axes), 15).blockAt(0).extent, ElementsAre(3, 5));
 }
 
 TEST(BlockLayoutTest, BlocksEndWhereChunksDo) {
@@ -136,6 +204,12 @@ TEST(BoxLayoutTest, OneChunkIsABoxUnlessItIsVeryLarge) {
   const unsigned long chunks[] = {4, 8};
   EXPECT_THAT(BoxLayout({8, 8}, 2, chunks).boxAt(0).extent, ElementsAre(4, 8));
   EXPECT_THAT(BoxLayout({8, 8}, 1, chunks).boxAt(0).extent, ElementsAre(1, 1));
+  const unsigned long sixteen[] = {16};
+  EXPECT_THAT(BoxLayout({20}, 1, sixteen).boxAt(0).extent, ElementsAre(16));
+  const unsigned long seventeen[] = {17};
+  EXPECT_THAT(BoxLayout({20}, 1, seventeen).boxAt(0).extent, ElementsAre(1));
+  const unsigned long one[] = {1, 1};
+  EXPECT_THAT(BoxLayout({4, 2}, 1, one).boxAt(0).extent, ElementsAre(1, 1));
   constexpr unsigned long HUGE_EXTENT = 1UL << 31U;
   const unsigned long huge[] = {HUGE_EXTENT, HUGE_EXTENT};
   EXPECT_THAT(BoxLayout({HUGE_EXTENT, HUGE_EXTENT}, 100, huge).boxAt(0).extent,
@@ -145,6 +219,8 @@ TEST(BoxLayoutTest, OneChunkIsABoxUnlessItIsVeryLarge) {
 TEST(BoxLayoutTest, EmptyGridHasNoBoxAndAScalarHasOne) {
   EXPECT_EQ(BoxLayout({3, 0}, 15).size(), 0);
   EXPECT_EQ(BoxLayout({0, 3}, 15).size(), 0);
+  const unsigned long chunks[] = {2, 3};
+  EXPECT_EQ(BoxLayout({0, 3}, 15, chunks).size(), 0);
   ASSERT_EQ(BoxLayout({}, 15).size(), 1);
   EXPECT_EQ(BoxLayout({}, 15).boxAt(0).count, 1);
 }
