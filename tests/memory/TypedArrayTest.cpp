@@ -347,7 +347,7 @@ TYPED_TEST(StoredArrayTest, AViewOffersItsValuesWhereTheyAre) {
   const auto array = this->array();
   const auto view = TypedArray<TypeParam>::view("v", {{"x", 3}, {"y", 2}}, array.data(), 6);
   const object_model::ValuesInPlace values = bulkValuesOf(view)->valuesInPlace();
-  EXPECT_EQ(values.first, array.data());
+  ASSERT_EQ(values.first, array.data());
   EXPECT_EQ(values.strides[0], static_cast<long>(sizeof(TypeParam)));
   EXPECT_EQ(values.strides[1], static_cast<long>(3 * sizeof(TypeParam)));
 }
@@ -445,7 +445,7 @@ TEST(DictionaryArrayTest, YieldsItsDictionaries) {
   const DictionaryArray array("d", {{"x", 2}}, twoDictionaries());
   EXPECT_EQ(array.getElementType(), ElementType::Dictionary);
   const object_model::Data* first = array.getValueAsDictionary(TupleX({0}));
-  EXPECT_EQ(first, &array.value(TupleX({0})));
+  ASSERT_EQ(first, &array.value(TupleX({0})));
   EXPECT_EQ(first->getName(), "first");
   EXPECT_NE(dynamic_cast<const object_model::Dictionary*>(first), nullptr);
 }
