@@ -155,14 +155,6 @@ bool lowestIsMissing(const Array& array) {
          dynamic_cast<const memory::HasTimes*>(&array) != nullptr;
 }
 
-/// Whether a dimension goes on where the one before it ends, on both sides and in the grid.
-bool continues(const BoxDimension& before, const BoxDimension& next) {
-  const auto extent = static_cast<long>(before.extent);
-  return next.firstStride == before.firstStride * extent &&
-         next.secondStride == before.secondStride * extent &&
-         next.gridStep == before.gridStep * before.extent;
-}
-
 }  // namespace
 
 GridPlace placeInGrid(const std::vector<unsigned long>& start,
@@ -201,8 +193,12 @@ std::vector<BoxDimension> joined(const std::vector<BoxDimension>& dimensions) {
     if (next.extent == 1) {
       continue;
     }
-    if (!result.empty() && continues(result.back(), next)) {
-      result.back().extent *= next.extent;
+    BoxDimension* const last = result.empty() ? nullptr : &result.back();
+    if (last != nullptr &&
+        next.firstStride == last->firstStride * static_cast<long>(last->extent) &&
+        next.secondStride == last->secondStride * static_cast<long>(last->extent) &&
+        next.gridStep == last->gridStep * last->extent) {
+      last->extent *= next.extent;
     } else {
       result.push_back(next);
     }
