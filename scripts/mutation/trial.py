@@ -22,6 +22,8 @@ SLOWER = 4
 START_CPU_SECONDS = 3
 WALL_SECONDS = 300
 MEMORY_BYTES = 4 << 30
+# Functions that hold many variants need far more of it than their sources do.
+STACK_BYTES = 256 << 20
 
 
 class Trial:
@@ -186,3 +188,5 @@ def _limit_resources(seconds: int) -> None:
     resource.setrlimit(resource.RLIMIT_CPU, (seconds, seconds + 1))
     resource.setrlimit(resource.RLIMIT_AS, (MEMORY_BYTES, MEMORY_BYTES))
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+    most = resource.getrlimit(resource.RLIMIT_STACK)[1]
+    resource.setrlimit(resource.RLIMIT_STACK, (STACK_BYTES if most < 0 else min(STACK_BYTES, most), most))
