@@ -165,7 +165,7 @@ ArrayMaker::Made ArrayMaker::make(const VariableId& id, const std::string& path,
   std::vector<Axis> axes = outline(variable, form.base == NC_CHAR ? 1 : 0);
   variable.chunks = chunksOf(variable);
   std::vector<Attribute> attributes = attributesOf(*m_source, id.group, id.variable);
-  addUnitsOfBounds(variable, name.data(), attributes);
+  addTimesOfBounds(variable, name.data(), attributes);
   const Encoding encoding = encodingOf(form, attributes, m_source->options());
   const std::string variablePath = variable.path;
   auto array = arrayOf(form, encoding, std::move(variable), name.data(), std::move(axes),
@@ -211,10 +211,13 @@ std::vector<Axis> ArrayMaker::outline(Variable& variable, std::size_t fixed) con
   return axes;
 }
 
-// Bounds without units have those of what they bound; of interest here are times.
-void ArrayMaker::addUnitsOfBounds(const Variable& variable, const std::string& name,
+// Bounds have the units and the calendar of what they bound where they say nothing else; of
+// interest here are times.
+void ArrayMaker::addTimesOfBounds(const Variable& variable, const std::string& name,
                                   std::vector<Attribute>& attributes) const {
-  if (variable.dimensions.size() < 2 || findAttribute(attributes, "units") != nullptr) {
+  const bool hasUnits = findAttribute(attributes, "units") != nullptr;
+  const bool hasCalendar = findAttribute(attributes, "calendar") != nullptr;
+  if (variable.dimensions.size() < 2 || (hasUnits && (hasCalendar || !timeUnitsOf(attributes)))) {
     return;
   }
   for (const int dimension : variable.dimensions) {
@@ -225,8 +228,12 @@ void ArrayMaker::addUnitsOfBounds(const Variable& variable, const std::string& n
     const std::vector<Attribute> its =
         attributesOf(*m_source, axis.coordinate->group, axis.coordinate->variable);
     if (timeUnitsOf(its)) {
-      attributes.push_back({"units", textOf(its, "units")});
-      attributes.push_back({"calendar", textOf(its, "calendar")});
+      if (!hasUnits) {
+        attributes.push_back({"units", textOf(its, "units")});
+      }
+      if (!hasCalendar) {
+        attributes.push_back({"calendar", textOf(its, "calendar")});
+      }
       return;
     }
   }

@@ -60,9 +60,9 @@ class ArrayMaker : public std::enable_shared_from_this<ArrayMaker> {
   /// Sets the variable's shape, as far as it is read, and returns its axes, fastest dimension
   /// first. The length of texts, the `fixed` first dimensions, is always read as a whole.
   std::vector<memory::Axis> outline(Variable& variable, std::size_t fixed) const;
-  /// The variable's attributes, with the units of its coordinate variable where it has none and
-  /// is its bounds.
-  void addUnitsOfBounds(const Variable& variable, const std::string& name,
+  /// The variable's attributes; where it is the bounds of times, with what it does not say of the
+  /// units and the calendar that these have.
+  void addTimesOfBounds(const Variable& variable, const std::string& name,
                         std::vector<memory::Attribute>& attributes) const;
 
   std::shared_ptr<const Source> m_source;

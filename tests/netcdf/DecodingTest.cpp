@@ -534,6 +534,32 @@ TEST(DecodedTimes, BoundsKeepTheirOwnUnits) {
   EXPECT_THAT(timesOf(arrayAt(file, "b")), ElementsAre("2000-01-01", "2000-01-02"));
 }
 
+TEST(DecodedTimes, BoundsHaveTheCalendarOfTheirCoordinateUnlessTheyHaveTheirOwn) {
+  struct Case {
+    const char* own;
+    const char* unit;
+    const char* end;  // of 59 days
+  };
+  for (const Case& each :
+       {Case{"", "days since 2000-01-01", "2000-03-01"},
+        Case{"b:units = \"days since 2001-01-01\";", "days since 2001-01-01", "2001-03-01"},
+        Case{"b:units = \"days since 2000-01-01\";", "days since 2000-01-01", "2000-03-01"},
+        Case{"b:calendar = \"360_day\";", "days since 2000-01-01", "2000-02-30"},
+        Case{"b:units = \"days since 2000-01-01\"; b:calendar = \"standard\";",
+             "days since 2000-01-01", "2000-02-29"}}) {
+    const Scratch scratch;
+    writeCdl(scratch.path("a.nc"),
+             std::string("dimensions: time = 1; nv = 2; variables: int time(time); "
+                         "time:units = \"days since 2000-01-01\"; time:calendar = \"noleap\"; "
+                         "time:bounds = \"b\"; int b(time, nv); ") +
+                 each.own + " data: time = 0; b = 0, 59;");
+    const File file(scratch.path("a.nc"));
+    EXPECT_EQ(arrayAt(file, "b").getUnit(), each.unit) << each.own;
+    EXPECT_EQ(timesOf(arrayAt(file, "b")).back(), each.end) << each.own;
+    EXPECT_TRUE(arrayAt(file, "b").attributes().empty()) << each.own;
+  }
+}
+
 TEST(DecodedTimes, BoundsOfOneDimensionAreNone) {
   const Scratch scratch;
   writeCdl(scratch.path("a.nc"),

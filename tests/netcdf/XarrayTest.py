@@ -45,6 +45,20 @@ def times_cdl():
     return f"netcdf a {{ dimensions: x = {len(NUMBERS)}; variables: {variables} data: {data} }}"
 
 
+def bounds_cdl():
+    dimensions, variables, data = "n = 2;", "", ""
+    for c, calendar in enumerate(CALENDARS):
+        for o, own in enumerate(("", 'B:units = "hours since 1999-12-30";', 'B:calendar = "360_day";')):
+            name = f"t_{c}_{o}"
+            bounds = f"b_{c}_{o}"
+            dimensions += f" {name} = 1;"
+            variables += f'int {name}({name}); {name}:units = "days since 2000-01-01";\n'
+            variables += f'{name}:calendar = "{calendar}"; {name}:bounds = "{bounds}";\n'
+            variables += f"int {bounds}({name}, n); {own.replace('B', bounds)}\n"
+            data += f"{name} = 0; {bounds} = 59, 1464;\n"
+    return f"netcdf a {{ dimensions: {dimensions} variables: {variables} data: {data} }}"
+
+
 TYPES = ["byte", "ubyte", "short", "ushort", "int", "uint", "int64", "float", "double"]
 SUFFIXES = {"byte": "b", "ubyte": "UB", "short": "s", "ushort": "US", "int": "", "uint": "U",
             "int64": "LL", "float": ".f", "double": "."}
@@ -177,7 +191,7 @@ def differences(program, path):
 def main(program, files):
     failures, compared = [], 0
     with tempfile.TemporaryDirectory() as directory:
-        for name, cdl in (("times", times_cdl()), ("numbers", numbers_cdl())):
+        for name, cdl in (("times", times_cdl()), ("bounds", bounds_cdl()), ("numbers", numbers_cdl())):
             source = os.path.join(directory, name + ".cdl")
             with open(source, "w", encoding="utf-8") as out:
                 out.write(cdl)
