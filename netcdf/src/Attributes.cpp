@@ -135,8 +135,7 @@ bool hasAttribute(int group, int variable, const char* name) {
 std::vector<Attribute> attributesOf(const Source& source, int group, int variable) {
   int count = 0;
   source.require(
-      variable == NC_GLOBAL ? nc_inq_natts(group, &count)
-                            : nc_inq_varnatts(group, variable, &count),
+      nc_inq_varnatts(group, variable, &count),
       "the attributes of a " + std::string(variable == NC_GLOBAL ? "group" : "variable"));
   std::vector<Attribute> attributes;
   for (int k = 0; k < count; ++k) {

@@ -1,3 +1,5 @@
+#include <object_model/BulkValues.h>
+
 #include "TestFiles.h"
 
 namespace quillon::netcdf {
@@ -122,6 +124,25 @@ TEST_F(ArrayMakerTest, AttributesOfAnEnumerationAreItsIntegers) {
             (std::vector<memory::Attribute>{{"a", std::vector<short>{300, -2}}}));
 }
 
+TEST_F(ArrayMakerTest, BoundsThatHaveUnitsHaveNothingOfTheirCoordinates) {
+  const File& file = open(
+      "dimensions: t = 1; n = 2; variables: int t(t); t:units = \"days since 2000-01-01\"; "
+      "t:calendar = \"noleap\"; t:bounds = \"b\"; int b(t, n); b:units = \"1\"; "
+      "data: t = 0; b = 0, 1;");
+  EXPECT_EQ(arrayAt(file, "b").getUnit(), "1");
+  EXPECT_THAT(namesOf(arrayAt(file, "b").attributes()), ElementsAre());
+}
+
+TEST_F(ArrayMakerTest, BoundsOfTwoCoordinatesHaveWhatTheyTakeOfThemOnce) {
+  const File& file = open(
+      "dimensions: t = 1; s = 1; variables: int t(t); t:units = \"days since 2000-01-01\"; "
+      "t:calendar = \"noleap\"; t:bounds = \"b\"; int s(s); s:units = \"hours since 2000-01-01\"; "
+      "s:calendar = \"julian\"; s:bounds = \"b\"; string b(t, s); data: t = 0; s = 0; b = \"a\";");
+  const std::vector<memory::Attribute> expected = {{"calendar", std::string("julian")}};
+  EXPECT_EQ(arrayAt(file, "b").attributes(), expected);
+  EXPECT_EQ(arrayAt(file, "b").getUnit(), "hours since 2000-01-01");
+}
+
 TEST_F(ArrayMakerTest, UnitThatIsNoTextStaysAnAttribute) {
   const File& file = open("variables: int v; v:units = 1; v:long_name = 2.5; data: v = 1;");
   EXPECT_THAT(namesOf(arrayAt(file, "v").attributes()), ElementsAre("units", "long_name"));
@@ -211,6 +232,37 @@ TEST_F(ArrayMakerTest, AttributeNamesCoordinatesWhereNoVariableIsCalledSo) {
   EXPECT_THAT(coordinatesOf(arrayAt(file, "v"), 0), ElementsAre("name", "ab", "cd"));
   EXPECT_THAT(coordinatesOf(arrayAt(file, "v"), 1), ElementsAre("t", "7", "8"));
   EXPECT_THAT(coordinatesOf(arrayAt(file, "w"), 0), ElementsAre("other", "5", "6"));
+}
+
+TEST_F(ArrayMakerTest, CoordinatesAreNamedByTheirPathWhereTheyCannotBeRead) {
+  {
+    const Writer writer(m_path, NC_NETCDF4);
+    for (const int group : {writer.root(), writer.group("inner")}) {
+      const int x = writer.dimension("x", 1, group);
+      writer.variable("x", NC_CHAR, {x, writer.dimension("n", 1UL << 28U, group)}, group);
+      writer.variable("v", NC_INT, {x}, group);
+    }
+  }
+  const File file(m_path);
+  const auto errorAt = [&file](const std::string& path) {
+    const std::shared_ptr<const object_model::Array> x = arrayAt(file, path).coordinates(0);
+    return errorOf([&x] { x->getValueAsString(object_model::TupleX(1)); });
+  };
+  const auto error = [this](const std::string& path) {
+    return "Cannot read '" + m_path + "': variable '" + path +
+           "' claims texts of 268435456 characters, which a file of " +
+           std::to_string(readBytes(m_path).size()) + " bytes cannot hold";
+  };
+  EXPECT_EQ(errorAt("v"), error("/x"));
+  EXPECT_EQ(errorAt("inner/v"), error("/inner/x"));
+}
+
+TEST_F(ArrayMakerTest, ChunksMayGoOnBehindTheValues) {
+  const File& file =
+      open("dimensions: t = UNLIMITED; variables: int v(t); v:_ChunkSizes = 4; data: v = 1, 2, 3;");
+  const auto& v = dynamic_cast<const object_model::BulkValues&>(arrayAt(file, "v"));
+  ASSERT_NE(v.chunkExtents(), nullptr);
+  EXPECT_EQ(v.chunkExtents()[0], 4U);
 }
 
 TEST_F(ArrayMakerTest, CoordinatesAreSharedAndOutliveTheFile) {

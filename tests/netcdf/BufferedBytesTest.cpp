@@ -1,6 +1,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 #include "BufferedBytes.h"
 #include "TestFiles.h"
 
@@ -62,6 +64,13 @@ TEST_F(BufferedBytesTest, StretchThatGoesPastTheEndIsNotThere) {
   EXPECT_FALSE(reads(20479, 2));
   EXPECT_FALSE(reads(20480, 1));
   EXPECT_FALSE(reads(0, 20481));
+}
+
+TEST_F(BufferedBytesTest, ErrorOfAnEarlierCallDoesNotMatter) {
+  errno = EINTR;
+  expectBytes(0, 4);
+  errno = EINTR;
+  EXPECT_FALSE(reads(20480, 1));
 }
 
 TEST(BufferedBytesOfNoFileTest, NothingIsThere) {

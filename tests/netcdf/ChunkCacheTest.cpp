@@ -8,7 +8,8 @@
 namespace quillon::netcdf {
 namespace {
 
-/// A grid of 8 by 6 bytes in chunks of 4 by 3, fastest dimension first.
+/// A grid of 8 by 6 bytes in chunks of 4 by 3, fastest dimension first, and coordinates of that
+/// one.
 class ChunkCacheTest : public testing::Test {
  protected:
   static constexpr std::size_t USUAL_BYTES = 1000;  // what the library keeps if not told otherwise
@@ -19,9 +20,12 @@ class ChunkCacheTest : public testing::Test {
     {
       const Writer writer(m_path, NC_NETCDF4);
       const int y = writer.dimension("y", 6);
-      const int v = writer.variable("v", NC_BYTE, {y, writer.dimension("x", 8)});
+      const int x = writer.dimension("x", 8);
+      const int v = writer.variable("v", NC_BYTE, {y, x});
+      const int coordinates = writer.variable("x", NC_BYTE, {x});
       const std::size_t chunks[] = {3, 4};
       must(nc_def_var_chunking(writer.root(), v, NC_CHUNKED, chunks));
+      must(nc_def_var_chunking(writer.root(), coordinates, NC_CHUNKED, chunks + 1));
       writer.put<signed char>(v, {6, 8}, std::vector<signed char>(48, 1));
     }
     open({});
@@ -59,8 +63,22 @@ class ChunkCacheTest : public testing::Test {
 
 TEST_F(ChunkCacheTest, NothingIsKeptOfWholeChunks) {
   EXPECT_EQ(keptAfterReading({0, 0}, {8, 3}), 0U);
+  EXPECT_EQ(keptAfterReading({4, 0}, {4, 3}), 0U);
   EXPECT_EQ(keptAfterReading({4, 3}, {4, 3}), 0U);
   EXPECT_EQ(keptAfterReading({0, 0}, {8, 6}), 0U);
+}
+
+TEST_F(ChunkCacheTest, NothingIsKeptOfCoordinates) {
+  m_variable.id = 1;
+  m_variable.shape = {8};
+  m_variable.chunks = {4};
+  EXPECT_EQ(keptAfterReading({0}, {8}), 0U);
+}
+
+TEST_F(ChunkCacheTest, NothingIsKeptWhereTheLibraryKeepsOneByte) {
+  must(nc_set_chunk_cache(1, 11, 0.5F));
+  open({});
+  EXPECT_EQ(keptAfterReading({0, 0}, {8, 3}), 0U);
 }
 
 TEST_F(ChunkCacheTest, ChunksAreKeptThatAreReadInPart) {
@@ -78,6 +96,7 @@ TEST_F(ChunkCacheTest, APartOfTheFileMeetsItsChunksWhereTheFileHasThem) {
   };
   const std::vector<Case> cases = {
       {{1, 6, 1}, {0, 0}, {6, 6}, 0},  // all that is read of the file
+      {{1, 6, 1}, {0, 0}, {6, 3}, 0},  // up to the last index
       {{1, 6, 1}, {0, 0}, {3, 6}, 0},  // up to the end of a chunk
       {{1, 6, 1}, {3, 0}, {3, 6}, 0},  // from there on
       {{1, 6, 1}, {0, 0}, {4, 6}, USUAL_BYTES}, {{1, 6, 1}, {1, 0}, {2, 6}, USUAL_BYTES},
@@ -107,10 +126,15 @@ TEST_F(ChunkCacheTest, TheyAreLeftAtTheEnd) {
 }
 
 TEST_F(ChunkCacheTest, ThereIsRoomForAllChunksOfARead) {
+  for (const std::size_t usual : {5UL, 23UL}) {
+    must(nc_set_chunk_cache(usual, 11, 0.5F));
+    open({});
+    EXPECT_EQ(keptAfterReading({0, 0}, {8, 1}), 2U * 4 * 3);
+    EXPECT_EQ(keptAfterReading({3, 2}, {1, 2}), 2U * 4 * 3);
+  }
   must(nc_set_chunk_cache(5, 11, 0.5F));
   open({});
-  EXPECT_EQ(keptAfterReading({0, 0}, {8, 1}), 2U * 4 * 3);
-  EXPECT_EQ(keptAfterReading({3, 2}, {1, 2}), 2U * 4 * 3);
+  EXPECT_EQ(keptAfterReading({4, 0}, {4, 1}), 4U * 3);
 }
 
 TEST_F(ChunkCacheTest, ButNotForMoreThanAWindow) {

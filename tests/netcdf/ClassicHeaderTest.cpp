@@ -91,7 +91,9 @@ class ClassicHeaderTest : public testing::TestWithParam<Format> {
 
 TEST_P(ClassicHeaderTest, SoundFileIsSound) {
   writeFixedAndRecords();
-  EXPECT_EQ(CheckedFile(path()).bytes(), readBytes(path()).size());
+  const unsigned long bytes = readBytes(path()).size();
+  EXPECT_EQ(findClassicDamage(ReadDescriptor(path()).id(), bytes), "");
+  EXPECT_EQ(CheckedFile(path()).bytes(), bytes);
   EXPECT_THAT(valuesOf(arrayAt(File(path()), "records")),
               testing::ElementsAre("1", "2", "3", "4", "5", "6"));
 }
@@ -198,6 +200,43 @@ TEST_P(ClassicHeaderTest, FewMoreDimensionsThanTheFileHasRoomForAreRefused) {
               HasSubstr("claims more entries than the file has room for"));
 }
 
+TEST_P(ClassicHeaderTest, AsManyEntriesAsTheFileHasRoomForAreLookedAt) {
+  writeOneRecordVariable();
+  const std::string whole = readBytes(path()) + std::string(4000, '\0');
+  const unsigned long sizeBytes = GetParam().sizeBytes;
+  const unsigned long dimensions = 4 + sizeBytes;
+  const unsigned long attributes = dimensions + 8 + 3 * sizeBytes;
+  const unsigned long variables = attributes + 4 + sizeBytes;
+  const unsigned long rank = whole.find("records") + 8;
+  const unsigned long ownAttributes = rank + 2 * sizeBytes;
+  struct List {
+    unsigned long position;  // of its tag, or of its number of entries where it has none
+    unsigned long tagBytes;
+    unsigned long entryBytes;
+    const char* error;  // of what the entries are then
+  };
+  for (const List& list : {List{dimensions, 4, 8, "its header is damaged"},
+                           List{attributes, 4, 12, "its header is damaged"},
+                           List{variables, 4, 28, "its header is damaged"},
+                           List{rank, 0, 4, "the records of variable 'records' are not its first"},
+                           List{ownAttributes, 4, 12, "its header is damaged"}}) {
+    const unsigned long begin = list.position + list.tagBytes;
+    const unsigned long most = (whole.size() - begin - sizeBytes) / list.entryBytes;
+    const auto errorOfEntries = [&](unsigned long count) {
+      std::string bytes = whole;
+      bytes.replace(list.position, list.tagBytes, list.tagBytes, '\x63');  // no list's tag
+      bytes[begin + sizeBytes - 2] = static_cast<char>(count / 256);
+      bytes[begin + sizeBytes - 1] = static_cast<char>(count % 256);
+      writeBytes(path(), bytes);
+      return errorOf([this] { const File file(path()); });
+    };
+    EXPECT_THAT(errorOfEntries(most), HasSubstr(list.error)) << list.position;
+    EXPECT_THAT(errorOfEntries(most + 1),
+                HasSubstr("its header claims more entries than the file has room for"))
+        << list.position;
+  }
+}
+
 TEST_P(ClassicHeaderTest, VariableOfManyDimensionsIsRead) {
   {
     const Writer writer(path(), GetParam().mode);
@@ -273,7 +312,8 @@ TEST_P(ClassicHeaderTest, HeaderThatWasCutMeanwhileIsDamage) {
 TEST_P(ClassicHeaderTest, ValuesWithinTheHeaderAreRefused) {
   writeOneRecordVariable();
   const unsigned long begin = readBytes(path()).size() - 10;  // five values
-  EXPECT_THAT(errorAfterPatch(begin - 1, "\4"), HasSubstr("begin within the header"));
+  EXPECT_THAT(errorAfterPatch(begin - 1, "\4"),
+              HasSubstr("': the values of variable 'records' begin within the header"));
 }
 
 TEST_P(ClassicHeaderTest, UnknownTypeIsRefused) {
