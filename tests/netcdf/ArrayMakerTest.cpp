@@ -107,13 +107,15 @@ TEST_F(ArrayMakerTest, AttributesThatSayNothingOfTheValuesStay) {
       "flag f; f:units = \"days since 2000-01-01\"; f:calendar = \"noleap\"; "
       "f:add_offset = 2.; f:missing_value = 1; f:_Unsigned = \"true\"; "
       "int64 l; l:_Unsigned = \"true\"; l:calendar = \"noleap\"; l:dtype = \"bool\"; "
-      "data: s = \"a\"; f = YES; l = 1;");
+      "short p; p:scale_factor = \"0.1\"; p:add_offset = 1., 2.; "
+      "data: s = \"a\"; f = YES; l = 1; p = 1;");
   EXPECT_THAT(namesOf(arrayAt(file, "s").attributes()),
               ElementsAre("calendar", "scale_factor", "missing_value", "_Unsigned"));
   EXPECT_THAT(namesOf(arrayAt(file, "f").attributes()),
               ElementsAre("calendar", "add_offset", "missing_value", "_Unsigned"));
   EXPECT_THAT(namesOf(arrayAt(file, "l").attributes()),
               ElementsAre("_Unsigned", "calendar", "dtype"));
+  EXPECT_THAT(namesOf(arrayAt(file, "p").attributes()), ElementsAre("scale_factor", "add_offset"));
 }
 
 TEST_F(ArrayMakerTest, AttributesOfAnEnumerationAreItsIntegers) {

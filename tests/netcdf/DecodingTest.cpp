@@ -2,6 +2,8 @@
 #include <quillon/memory/Time.h>
 #include <quillon/memory/Values.h>
 
+#include <algorithm>
+#include <numeric>
 #include <ostream>
 
 #include "TestFiles.h"
@@ -254,6 +256,7 @@ INSTANTIATE_TEST_SUITE_P(
          "1, Infinityf, -Infinityf",
          {"float32", "1", "inf", "-inf"}},
         {"DefaultFillOfFloat", "float", "", "1, _", {"float32", "1", "nan"}},
+        {"ZerosKeepTheirSigns", "float", "", "-0.0, 0.0, _", {"float32", "-0", "0", "nan"}},
         {"DefaultFillOfDouble", "double", "", "_, 1", {"float64", "nan", "1"}},
         {"DefaultFillIsAValueBesideAFillValue",
          "double",
@@ -343,6 +346,33 @@ INSTANTIATE_TEST_SUITE_P(
         {"FalseOfSigned", "byte", "v:_Unsigned = \"false\";", "-1, 1", {"int8", "-1", "1"}},
     }),
     nameOf);
+
+// More values than are decoded at a time. The missing one has the bits that some builds set what
+// was not set to.
+TEST(DecodedValues, AreWrittenWhereTheyBelongAndNotBehindThem) {
+  constexpr std::size_t COUNT = 5000;
+  constexpr short MISSING = -0x5556;
+  const Scratch scratch;
+  std::vector<short> stored(COUNT);
+  std::iota(stored.begin(), stored.end(), short{0});
+  {
+    const Writer writer(scratch.path("a.nc"), NC_NETCDF4);
+    const int v = writer.variable("v", NC_SHORT, {writer.dimension("x", COUNT)});
+    const double scale = 0.5;
+    must(nc_put_att_double(writer.root(), v, "scale_factor", NC_DOUBLE, 1, &scale));
+    must(nc_put_att_short(writer.root(), v, "missing_value", NC_SHORT, 1, &MISSING));
+    writer.put<short>(v, {COUNT}, stored);
+  }
+  const File file(scratch.path("a.nc"));
+  std::vector<double> values(2 * COUNT, -1);
+  const unsigned long start = 0;
+  const unsigned long extent = COUNT;
+  memory::bulkValuesOf(arrayAt(file, "v"))->readValues(&start, &extent, values.data());
+  std::vector<double> expected(2 * COUNT, -1);
+  std::transform(stored.begin(), stored.end(), expected.begin(),
+                 [](short value) { return value * 0.5; });
+  EXPECT_EQ(values, expected);
+}
 
 struct TimeCase {
   const char* rule;

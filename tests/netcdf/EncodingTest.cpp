@@ -100,5 +100,16 @@ INSTANTIATE_TEST_SUITE_P(
             false}),
     [](const auto& c) { return c.param.rule; });
 
+TEST(EncodingTest, NothingIsMadeOfValuesThatAreNotDecoded) {
+  StoredForm form;
+  form.base = NC_SHORT;
+  OpenOptions options;
+  options.decode = false;
+  const Encoding encoding = encodingOf(form, {{"scale_factor", std::vector<double>{2}}}, options);
+  EXPECT_EQ(encoding.stored, NC_SHORT);
+  EXPECT_EQ(encoding.result, NC_SHORT);
+  EXPECT_FALSE(encoding.changesNumbers());
+}
+
 }  // namespace
 }  // namespace quillon::netcdf

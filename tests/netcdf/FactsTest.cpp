@@ -43,7 +43,7 @@ class FactsTest : public testing::Test {
 TEST_F(FactsTest, VariablesAreAsTheFileHasThem) {
   const GroupFacts facts = factsOf(
       "types: byte enum flag {NO = 0, YES = 1}; compound point { int a; }; "
-      "dimensions: t = UNLIMITED; x = 3; n = 2; variables: short v(t, x); v:units = \"K\"; "
+      "dimensions: x = 3; t = UNLIMITED; n = 2; variables: short v(t, x); v:units = \"K\"; "
       "v:long_name = \"name\"; char c(x, n); string s; flag f; point p; int64 l(n); "
       "data: v = 1, 2, 3, 4, 5, 6;");
   EXPECT_THAT(
@@ -105,7 +105,8 @@ TEST_F(FactsTest, ChunksAndCompressionAreThoseOfTheFile) {
   const GroupFacts facts = factsOf(
       "dimensions: y = 4; x = 6; variables: int v(y, x); v:_ChunkSizes = 2, 3; "
       "v:_DeflateLevel = 5; v:_Shuffle = \"true\"; int sum(x); sum:_Fletcher32 = \"true\"; "
-      "int plain(y, x); data: v = 1;");
+      "int plain(y, x); int deflated(x); deflated:_DeflateLevel = 2; "
+      "deflated:_Shuffle = \"false\"; data: v = 1;");
   const VariableFacts& v = facts.variables[0];
   EXPECT_THAT(v.chunks, ElementsAre(2, 3));
   EXPECT_EQ(v.compression.deflateLevel, 5);
@@ -115,6 +116,8 @@ TEST_F(FactsTest, ChunksAndCompressionAreThoseOfTheFile) {
   EXPECT_EQ(facts.variables[1].compression.filters[0].name, "fletcher32");
   EXPECT_THAT(facts.variables[2].chunks, IsEmpty());
   EXPECT_EQ(facts.variables[2].compression.deflateLevel, 0);
+  EXPECT_EQ(facts.variables[3].compression.deflateLevel, 2);
+  EXPECT_FALSE(facts.variables[3].compression.isShuffled);
 }
 
 TEST_F(FactsTest, ClassicFilesHaveNeither) {
@@ -127,6 +130,8 @@ TEST_F(FactsTest, ClassicFilesHaveNeither) {
   EXPECT_THAT(outlinesOf(facts), ElementsAre("float /v(t=2* ) |"));
   EXPECT_THAT(facts.variables[0].chunks, IsEmpty());
   EXPECT_EQ(facts.variables[0].compression.deflateLevel, 0);
+  EXPECT_FALSE(facts.variables[0].compression.isShuffled);
+  EXPECT_THAT(facts.variables[0].compression.filters, IsEmpty());
 }
 
 TEST_F(FactsTest, OfAMissingGroupAreAnError) {
