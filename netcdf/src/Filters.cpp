@@ -19,9 +19,7 @@ std::vector<unsigned int> filtersOf(const Variable& variable) {
     return {};  // never run: likewise
   }
   std::vector<unsigned int> filters(count);
-  if (count > 0) {
-    nc_inq_var_filter_ids(variable.group, variable.id, &count, filters.data());
-  }
+  nc_inq_var_filter_ids(variable.group, variable.id, &count, filters.data());
   return filters;
 }
 

@@ -149,15 +149,21 @@ TEST_F(GroupReaderTest, AttributeThatLibnetcdfCannotOpenIsAnErrorOfWhatHasIt) {
 }
 
 // libnetcdf hides this prefix, so that two names in the file can become one.
-TEST_F(GroupReaderTest, VariableAndGroupThatCollideAreAnError) {
-  {
-    const Writer writer(m_path, NC_NETCDF4);
-    const int outer = writer.group("outer");
-    writer.variable("_nc4_non_coord_x", NC_INT, {}, outer);
-    writer.group("x", outer);
+TEST_F(GroupReaderTest, EntriesThatCollideAreAnError) {
+  for (const bool isGroup : {true, false}) {
+    {
+      const Writer writer(m_path, NC_NETCDF4);
+      const int outer = writer.group("outer");
+      writer.variable("_nc4_non_coord_x", NC_INT, {}, outer);
+      if (isGroup) {
+        writer.group("x", outer);
+      } else {
+        writer.variable("x", NC_INT, {}, outer);
+      }
+    }
+    EXPECT_EQ(errorOf([this] { const File file(m_path); }),
+              "Cannot read '" + m_path + "': group '/outer/' has two entries called 'x'");
   }
-  EXPECT_EQ(errorOf([this] { const File file(m_path); }),
-            "Cannot read '" + m_path + "': group '/outer/' has two entries called 'x'");
 }
 
 }  // namespace
