@@ -73,9 +73,6 @@ std::string kindOf(hid_t type) {
 
 /// The last part of the name under which the type was committed; empty when it was not.
 std::string nameOfType(hid_t type) {
-  if (H5Tcommitted(type) <= 0) {
-    return {};
-  }
   const ssize_t length = H5Iget_name(type, nullptr, 0);
   if (length <= 0) {
     return {};

@@ -16,11 +16,11 @@ namespace {
 bool isOpenAs(hid_t id, const FileIdentity& file) {
   const Hdf5Object access(H5Fget_access_plist(id), H5Pclose);
   void* handle = nullptr;
-  // never true: libnetcdf has all files open by the plain driver
+  // never true: an open file has such a list
   if (!access.exists() || H5Pget_driver(access.id()) != H5FD_SEC2 ||
       // never true: that driver tells the handle of every open file
       H5Fget_vfd_handle(id, H5P_DEFAULT, &handle) < 0 || handle == nullptr) {
-    return false;  // never run: all files are open by that driver
+    return false;
   }
   struct stat facts {};
   // never false: the descriptor is that of an open file

@@ -32,6 +32,7 @@ TEST(FileFaultTest, MemoryThatIsShortIsAnErrorAndLeavesNothingOpen) {
     writer.group("g");
     writer.dataset("g/n", H5T_NATIVE_INT, {2, 3});
     writer.dataset("bits", H5T_STD_B8LE);
+    writer.attribute("g/n", "flags", H5T_STD_B8LE);
     writer.dataset("texts", textType(H5T_VARIABLE).id(), {2});
   }
   const auto all = static_cast<hid_t>(H5F_OBJ_ALL);

@@ -78,6 +78,14 @@ TEST_F(Hdf5FileTest, ThereIsNoneForAFileThatIsNotOpen) {
   EXPECT_FALSE(Hdf5File(checked, otherHandle.hdf5()).isOpen());
 }
 
+TEST_F(Hdf5FileTest, ThereIsNoneForAFileThatIsOpenByAnotherDriver) {
+  const CheckedFile checked(m_path);
+  const Hdf5Object access(mustHdf5(H5Pcreate(H5P_FILE_ACCESS)), H5Pclose);
+  mustHdf5(H5Pset_fapl_stdio(access.id()));
+  const Hdf5Object opened(mustHdf5(H5Fopen(m_path.c_str(), H5F_ACC_RDONLY, access.id())), H5Fclose);
+  EXPECT_FALSE(Hdf5File(checked, opened.id()).isOpen());
+}
+
 TEST_F(Hdf5FileTest, ThereIsNoneForAClassicFile) {
   const std::string path = m_scratch.path("classic.nc");
   {

@@ -200,10 +200,15 @@ TEST_F(Hdf5TextsTest, VariableThatIsCalledAsADimensionOfOthersIsFound) {
   {
     const Writer writer(m_path, NC_NETCDF4);
     const int x = writer.dimension("x", 2);
-    writer.dimension("v", 3);
-    writer.put<const char*>(writer.variable("v", NC_STRING, {x}), {2}, {"one", "two"});
+    const int inner = writer.group("inner");
+    for (const auto& [group, text] : {std::pair(writer.root(), "one"), {inner, "two"}}) {
+      writer.dimension("v", 3, group);
+      writer.put<const char*>(writer.variable("v", NC_STRING, {x}, group), {2}, {text, "last"},
+                              group);
+    }
   }
-  EXPECT_THAT(textsOf("v"), ElementsAre("one", "two"));
+  EXPECT_THAT(textsOf("v"), ElementsAre("one", "last"));
+  EXPECT_THAT(textsOf("inner/v"), ElementsAre("two", "last"));
 }
 
 TEST_F(Hdf5TextsTest, TextsBehindTheEndOfTheirDataSetAreEmpty) {
