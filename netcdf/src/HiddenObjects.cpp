@@ -49,7 +49,7 @@ class Shown {
     return ids;
   }
 
-  /// The names of all that is shown.
+  /// The names of all data sets that are shown.
   std::set<std::string> names() const {
     std::set<std::string> names;
     Name name{};
@@ -62,12 +62,6 @@ class Shown {
     for (const int id : variables()) {
       add(nc_inq_varname(m_group, id, name.data()));
     }
-    for (const int id : groups()) {
-      add(nc_inq_grpname(id, name.data()));
-    }
-    for (const int id : types()) {
-      add(nc_inq_user_type(m_group, id, name.data(), nullptr, nullptr, nullptr, nullptr));
-    }
     for (const int id : dimensions()) {
       add(nc_inq_dimname(m_group, id, name.data()));
     }
@@ -78,12 +72,6 @@ class Shown {
   std::vector<int> dimensions() const {
     std::vector<int> ids(static_cast<std::size_t>(m_dimensions));
     nc_inq_dimids(m_group, nullptr, ids.data(), 0);
-    return ids;
-  }
-
-  std::vector<int> types() const {
-    std::vector<int> ids(static_cast<std::size_t>(m_types));
-    nc_inq_typeids(m_group, nullptr, ids.data());
     return ids;
   }
 
@@ -157,7 +145,6 @@ class Search {
     for (const Hdf5Link& link : links) {
       if (shown.count(shownName(link.name)) == 0) {
         const Hdf5Object object(H5Oopen(group, link.name.c_str(), H5P_DEFAULT), H5Oclose);
-        // never false: libnetcdf shows all other objects, or refuses the file
         if (H5Iget_type(object.id()) == H5I_DATASET) {
           const Hdf5Object type(H5Dget_type(object.id()), H5Tclose);
           m_datasets.push_back({path + link.name, describeType(type.id())});

@@ -167,6 +167,14 @@ INSTANTIATE_TEST_SUITE_P(
                   writer.attribute("v", "DIMENSION_LIST", H5T_STD_REF_OBJ, nullptr, {1});
                 },
                 NO_DIMENSION_LIST},
+        Refused{"DimensionsThatAreArraysOfReferences",
+                [](const Hdf5Writer& writer) {
+                  const hsize_t one = 1;
+                  const Hdf5Object list(H5Tarray_create2(H5T_STD_REF_OBJ, 1, &one), H5Tclose);
+                  writer.dataset("v", H5T_NATIVE_INT, {2});
+                  writer.attribute("v", "DIMENSION_LIST", list.id(), nullptr, {1});
+                },
+                NO_DIMENSION_LIST},
         Refused{"DimensionsThatAreListsOfNumbers",
                 [](const Hdf5Writer& writer) {
                   const Hdf5Object list(H5Tvlen_create(H5T_NATIVE_INT), H5Tclose);
@@ -285,6 +293,8 @@ TEST_F(Hdf5StructureTest, AMillionGroupsAreFollowedAndNoMore) {
       }
       path += "0/";
     }
+    writer.dataset("n", H5T_NATIVE_INT);  // no groups
+    linkSoft(writer, "/nowhere", "s");
   }
   EXPECT_EQ(findTrap(m_path), "");
   {
@@ -292,6 +302,15 @@ TEST_F(Hdf5StructureTest, AMillionGroupsAreFollowedAndNoMore) {
     mustHdf5(H5Lcreate_soft("/0/0/0/0/0/0", file.id(), "more", H5P_DEFAULT, H5P_DEFAULT));
   }
   EXPECT_EQ(findTrap(m_path), "links make more than 1000000 groups of its 7");
+}
+
+TEST_F(Hdf5StructureTest, GroupInItselfIsJudgedOnce) {
+  {
+    const Hdf5Writer writer(m_path);
+    writer.group("g");
+    linkHard(writer, "g", "g/same");
+  }
+  EXPECT_TRUE(judgeHdf5(m_path).isSound);
 }
 
 TEST_F(Hdf5StructureTest, ThreeThousandNestedGroupsAreFollowed) {

@@ -8,6 +8,7 @@
 
 #include "Hdf5Files.h"
 #include "Hdf5Texts.h"
+#include "StoredFiles.h"
 #include "TestFiles.h"
 
 namespace quillon::netcdf {
@@ -301,6 +302,43 @@ TEST_F(Hdf5TextsTest, WindowsOfStringsAreMadeForOnesOfSomeLength) {
   EXPECT_THAT(valuesOf(arrayAt(file, "v")),
               ElementsAre("one", "two", "three", "a longer one", "end"));
   EXPECT_THAT(reads, ElementsAre(6, 17, 3));
+}
+
+TEST_F(Hdf5TextsTest, StringsAreReadInEitherSetOfCharacters) {
+  const std::array<const char*, 2> strings{"gr\xc3\xb6\xc3\x9f\x65", "\xe2\x82\xac"};
+  {
+    const Hdf5Writer writer(m_path);
+    for (const auto& [name, characters] :
+         {std::pair("a", H5T_CSET_ASCII), std::pair("u", H5T_CSET_UTF8)}) {
+      const Hdf5Object type = textType(H5T_VARIABLE, H5T_STR_NULLTERM, characters);
+      writeAll(writer.dataset(name, type.id(), {2}), type.id(), strings.data());
+    }
+  }
+  EXPECT_THAT(textsOf("a"), ElementsAre(strings[0], strings[1]));
+  EXPECT_THAT(textsOf("u"), ElementsAre(strings[0], strings[1]));
+}
+
+TEST_F(Hdf5TextsTest, ChunksAreKeptAsLongAsTheyAreReadInPart) {
+  {
+    const Writer writer(m_path, NC_NETCDF4);
+    const int v = writer.variable("v", NC_STRING, {writer.dimension("x", 4)});
+    const std::size_t chunk = 2;
+    must(nc_def_var_chunking(writer.root(), v, NC_CHUNKED, &chunk));
+    writer.put<const char*>(v, {4}, {"a", "b", "c", "d"});
+  }
+  Variable v = variableOf(m_path, "v");
+  v.chunks = {2};
+  const auto isKeptAfterReading = [&v](unsigned long start, unsigned long count) {
+    std::vector<std::string> texts(count);
+    readHdf5Texts(v, {start, count, {start}, {count}}, texts.data());
+    std::size_t bytes = 0;
+    must(nc_get_var_chunk_cache(v.group, v.id, &bytes, nullptr, nullptr));
+    return bytes > 0;
+  };
+  EXPECT_FALSE(isKeptAfterReading(0, 2));
+  EXPECT_TRUE(isKeptAfterReading(1, 1));
+  EXPECT_TRUE(isKeptAfterReading(2, 1));
+  EXPECT_FALSE(isKeptAfterReading(3, 1));
 }
 
 TEST_F(Hdf5TextsTest, AttributeWithoutAnyTextIsEmpty) {

@@ -64,6 +64,15 @@ TEST_F(HiddenObjectsTest, StandBehindWhatLibnetcdfShowsInGroupsOfAnyDepth) {
                                      "/outer/inner/a: reference type"));
 }
 
+TEST_F(HiddenObjectsTest, AreFoundBesideGroupsOfTheNameThatWouldBeShown) {
+  {
+    const Hdf5Writer writer(m_path);
+    writer.group("a");
+    writer.dataset("_nc4_non_coord_a", H5T_STD_B8LE);
+  }
+  EXPECT_THAT(skipped(), ElementsAre("/_nc4_non_coord_a: bit field type"));
+}
+
 // libnetcdf reads the groups within a group behind its data sets, and does not know their types
 // then.
 TEST_F(HiddenObjectsTest, TypeThatAnInnerGroupNamesHasItsName) {
