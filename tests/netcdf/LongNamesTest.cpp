@@ -64,6 +64,18 @@ INSTANTIATE_TEST_SUITE_P(
     }),
     [](const auto& c) { return c.param.rule; });
 
+TEST(TwoLongNamesTest, AreRefusedForTheOuterOne) {
+  const Scratch scratch;
+  const std::string path = scratch.path("a.nc");
+  {
+    const Writer writer(path, NC_NETCDF4);
+    writer.variable(LONGEST + "i", NC_INT, {}, writer.group("g"));
+    writer.dimension(LONGEST + "o", 2);
+  }
+  EXPECT_THAT(errorOf([&] { const File file(path); }),
+              testing::HasSubstr("the name of '/" + LONGEST + "o' is longer than 255 bytes"));
+}
+
 TEST(LongNamesOfAttributesTest, AreRead) {
   const Scratch scratch;
   const std::string path = scratch.path("a.nc");

@@ -107,6 +107,37 @@ TEST_F(OpenHandleTest, OtherFilesHaveHandlesOfTheirOwn) {
   EXPECT_NE(OpenHandle(b).id(), first.id());
 }
 
+/// Why a file is refused that other programs wrote, with a group in itself, which libnetcdf would
+/// follow without end, and these attributes of the root.
+std::string refusalOfGroupInItself(
+    const std::string& path, const std::vector<std::pair<const char*, std::string>>& attributes) {
+  {
+    const Hdf5Writer writer(path);
+    for (const auto& [name, text] : attributes) {
+      writer.attribute("/", name, textType(text.size()).id(), text.data());
+    }
+    writer.group("g");
+    mustHdf5(H5Lcreate_hard(writer.file(), "g", writer.file(), "g/same", H5P_DEFAULT, H5P_DEFAULT));
+  }
+  const std::string prefix = "Cannot read '" + path + "': ";
+  const std::string error = errorOf([&] { const File file(path); });
+  return error.substr(0, prefix.size()) == prefix ? error.substr(prefix.size()) : error;
+}
+
+TEST_F(OpenHandleTest, FileIsLookedAtUnlessItsPropertiesNameLibnetcdf) {
+  const std::string path = m_scratch.path("a.h5");
+  const std::string refusal =
+      "it is a sound HDF5 file, but cannot be read as netCDF: the group '/g/same' is one of those "
+      "that it stands in";
+  const std::string others = "version=2,h5netcdf=1.1.0,hdf5=1.10.8";
+  const std::string history = "made of another one,netcdf=4.9.0";
+  EXPECT_EQ(refusalOfGroupInItself(path, {}), refusal);
+  EXPECT_EQ(refusalOfGroupInItself(path, {{"_NCProperties", others}}), refusal);
+  EXPECT_EQ(refusalOfGroupInItself(path, {{"history", history}}), refusal);
+  EXPECT_EQ(refusalOfGroupInItself(path, {{"history", history}, {"_NCProperties", others}}),
+            refusal);
+}
+
 /// The bytes of a number of a classic file's header.
 std::string inHeader(unsigned int number) {
   std::string bytes;
