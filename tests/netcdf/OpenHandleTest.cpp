@@ -91,6 +91,45 @@ TEST_F(OpenHandleTest, NothingOfLibhdf5StaysOpen) {
   }
 }
 
+/// What a link has opened that opens the file it names each time it is followed.
+std::vector<Hdf5Object>& openedByLinks() {
+  static std::vector<Hdf5Object> files;
+  return files;
+}
+
+// As another thread may open one.
+TEST_F(OpenHandleTest, FileIsKnownByItsNameWhereAnotherIsOpenedMeanwhile) {
+  constexpr auto LINK = static_cast<H5L_type_t>(200);
+  const H5L_class_t opening{
+      H5L_LINK_CLASS_T_VERS,
+      LINK,
+      "opens a file",
+      nullptr,
+      nullptr,
+      nullptr,
+      [](const char*, hid_t, const void* path, auto...) -> hid_t {
+        openedByLinks().emplace_back(
+            H5Fopen(static_cast<const char*>(path), H5F_ACC_RDONLY, H5P_DEFAULT), H5Fclose);
+        return H5Gopen2(openedByLinks().back().id(), "/", H5P_DEFAULT);
+      },
+      nullptr,
+      nullptr};
+  mustHdf5(H5Lregister(&opening));
+  const std::string path = m_scratch.path("a.h5");
+  const std::string other = m_scratch.path("b.h5");
+  { const Hdf5Writer writer(other); }
+  {
+    const Hdf5Writer writer(path);
+    mustHdf5(H5Lcreate_ud(writer.file(), "link", LINK, other.c_str(), other.size() + 1, H5P_DEFAULT,
+                          H5P_DEFAULT));
+  }
+  const CheckedFile file(path);
+  EXPECT_EQ(nameOf(OpenHandle(file).hdf5()), path);
+  EXPECT_GT(openedByLinks().size(), 0U);
+  openedByLinks().clear();
+  mustHdf5(H5Lunregister(LINK));
+}
+
 // As OpenHandle has it for strings, but through the handle that libnetcdf made.
 TEST_F(OpenHandleTest, TextsOutliveAHandleOfSomebodyElse) {
   const std::string path = file("a.nc", NC_NETCDF4);
