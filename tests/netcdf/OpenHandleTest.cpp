@@ -86,7 +86,10 @@ TEST_F(OpenHandleTest, NothingOfLibhdf5StaysOpen) {
   const auto all = static_cast<hid_t>(H5F_OBJ_ALL);
   for (const std::string& path : {netcdf, other}) {
     const ssize_t before = H5Fget_obj_count(all, H5F_OBJ_ALL);
-    contentOf(File(path).root());
+    {
+      const File first(path);
+      contentOf(File(path).root());
+    }
     EXPECT_EQ(H5Fget_obj_count(all, H5F_OBJ_ALL), before) << path;
   }
 }

@@ -150,6 +150,17 @@ TEST(OutlineTest, VariableWithoutAnythingIsAnEmptyLine) {
   EXPECT_EQ(outlineText({group}, false), "/\n\n");
 }
 
+TEST(OutlineTest, ColumnThatIsEmptyEverywhereTakesNoPlace) {
+  GroupFacts group;
+  group.path = "/";
+  VariableFacts variable;
+  variable.path = "/v";
+  variable.type = "int";
+  variable.description = "a count";
+  group.variables = {variable};
+  EXPECT_EQ(outlineText({group}, false), "/\n  v  int  single value  a count\n");
+}
+
 TEST(OutlineTest, TextHasAttributesWhereTheyAreAskedFor) {
   EXPECT_EQ(
       outlineText(groups(), true),
@@ -228,7 +239,9 @@ TEST(OutlineTest, HtmlUnfoldsToStorageAndAttributes) {
                       "<tr><th>chunks</th><td>1 x 35</td></tr>\n"
                       "<tr><th>compression</th><td>shuffle, deflate 4, zstd 3</td></tr>\n"
                       "<tr><th>units</th><td>&quot;Deg C&quot;</td></tr>\n"));
-  EXPECT_THAT(page, HasSubstr("<span class=\"bad\">cannot be read</span></summary>\n<table>\n"
+  EXPECT_THAT(page, HasSubstr("<details>\n<summary><strong>outline</strong> <span>point</span> "
+                              "<span class=\"faint\">single value</span> "
+                              "<span class=\"bad\">cannot be read</span></summary>\n<table>\n"
                               "<tr><th>cannot be read</th><td>compound type &#39;point&#39;</td>"
                               "</tr>\n</table>\n</details>\n</body>\n</html>\n"));
 }

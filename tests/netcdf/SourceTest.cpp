@@ -129,9 +129,11 @@ TEST(ManyOpens, LeaveNoFileOpen) {
   writeBytes(scratch.path("cut"), good.substr(0, good.size() / 2));
   writeBytes(scratch.path("classic"), "CDF\1");
   writeBytes(scratch.path("none"), "text");
+  { const Writer writer(scratch.path("good classic"), 0); }
   const long before = openFiles();
   for (int k = 0; k < 100; ++k) {
     EXPECT_EQ(openingError(scratch.path("good")), "");
+    EXPECT_EQ(openingError(scratch.path("good classic")), "");
     EXPECT_NE(openingError(scratch.path("cut")), "");
     EXPECT_NE(openingError(scratch.path("classic")), "");
     EXPECT_NE(openingError(scratch.path("none")), "");
