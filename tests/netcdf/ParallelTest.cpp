@@ -80,6 +80,20 @@ TEST(ParallelTest, WhatAPieceThrowsComesOut) {
                std::runtime_error);
 }
 
+TEST(ParallelTest, WhatIsThrownEndsTheWorkOfAll) {
+  std::atomic<int> done{0};
+  EXPECT_THROW(inParallel(2, 2000,
+                          [&](unsigned, unsigned long piece) {
+                            if (piece == 0) {
+                              throw std::runtime_error("piece 0");
+                            }
+                            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+                            ++done;
+                          }),
+               std::runtime_error);
+  EXPECT_LT(done, 1999);
+}
+
 TEST(ParallelTest, ThreadsThatThereAreDoItAllWhereNoMoreCanBeStarted) {
   if (!MEMORY_IS_LIMITED) {
     GTEST_SKIP() << "there is always room for another thread's stack";

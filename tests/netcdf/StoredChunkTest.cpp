@@ -63,6 +63,7 @@ TEST(StoredChunkTest, DeflatedBytesAreJustSoMany) {
   EXPECT_EQ(unpacked({DEFLATE}, deflated("abcdefg")), "no such chunk");
   EXPECT_EQ(unpacked({DEFLATE}, deflated("abcdef").substr(1)), "no such chunk");
   EXPECT_EQ(unpacked({DEFLATE}, ""), "no such chunk");
+  EXPECT_EQ(unpacked({DEFLATE}, "abcdef"), "no such chunk");  // as many bytes as the values have
   EXPECT_EQ(unpacked({SHUFFLE, DEFLATE}, deflated("acebdf")), "abcdef");
 }
 
@@ -71,6 +72,11 @@ TEST(StoredChunkTest, ChecksumIsTakenOffWhereItIsRight) {
   EXPECT_EQ(unpacked({FLETCHER}, "abcdeg" + CHECKSUM), "no such chunk");
   EXPECT_EQ(unpacked({FLETCHER}, "abc"), "no such chunk");
   EXPECT_EQ(unpacked({FLETCHER, DEFLATE}, deflated("abcdef" + CHECKSUM)), "abcdef");
+}
+
+TEST(StoredChunkTest, FilterThatRefusesItsBytesEndsAllBeforeIt) {
+  EXPECT_EQ(unpacked({DEFLATE, SHUFFLE}, deflated("abcdef")), "no such chunk");
+  EXPECT_EQ(unpacked({DEFLATE, FLETCHER}, deflated("abcdef") + CHECKSUM), "no such chunk");
 }
 
 // Three values' bytes are shuffled, and those of half a value stay at the end.
