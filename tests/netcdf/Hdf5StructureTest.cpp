@@ -235,6 +235,16 @@ TEST_F(Hdf5StructureTest, LongestNameIsRead) {
   EXPECT_EQ(File(m_path).root().getDataName(0), name);
 }
 
+// libnetcdf does not show it: its name would be no obstacle.
+TEST_F(Hdf5StructureTest, LongNameOfAHiddenDataSetIsATrap) {
+  const std::string name(256, 'q');
+  {
+    const Hdf5Writer writer(m_path);
+    writer.dataset(name, H5T_STD_B8LE);
+  }
+  EXPECT_EQ(findTrap(m_path), "the name of '/" + name + "' is longer than 255 bytes");
+}
+
 TEST_F(Hdf5StructureTest, DamagedFileIsNotCalledSound) {
   {
     const Hdf5Writer writer(m_path);
