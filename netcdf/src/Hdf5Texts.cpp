@@ -51,9 +51,7 @@ class Transfer {
         m_start(firstOf(variable, block)),
         m_step(fileStepsOf(variable)),
         m_count(inFileOrder<hsize_t>(block.extent.data(), block.extent.size())),
-        m_memory(m_count.empty()
-                     ? H5Screate(H5S_SCALAR)
-                     : H5Screate_simple(static_cast<int>(m_count.size()), m_count.data(), nullptr),
+        m_memory(H5Screate_simple(static_cast<int>(m_count.size()), m_count.data(), nullptr),
                  H5Sclose) {}
 
   bool isPossible() const {
@@ -191,12 +189,7 @@ class Hdf5Strings {
 /// What stands for strings that were never written.
 std::string fillOf(const Hdf5Object& creation, const Hdf5Object& type) {
   char* fill = nullptr;
-  H5D_fill_value_t defined = H5D_FILL_VALUE_ERROR;
-  // never true: libnetcdf has asked the same before
-  if (H5Pfill_value_defined(creation.id(), &defined) < 0 ||
-      defined != H5D_FILL_VALUE_USER_DEFINED ||
-      // never true: libnetcdf has read the same before
-      H5Pget_fill_value(creation.id(), type.id(), static_cast<void*>(&fill)) < 0 ||
+  if (H5Pget_fill_value(creation.id(), type.id(), static_cast<void*>(&fill)) < 0 ||
       fill == nullptr) {
     return {};
   }

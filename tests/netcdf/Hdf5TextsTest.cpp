@@ -363,10 +363,12 @@ TEST_F(Hdf5TextsTest, AttributeWithoutAnyTextIsEmpty) {
   EXPECT_EQ(arrayAt(file, "v").getUnit(), "");
 }
 
+enum class FillValue { Usual, Given, Undefined };
+
 struct DamagedStrings {
   const char* name;
-  hsize_t chunk;     // 0 for values in one piece
-  bool hasFill;      // whether there is a fill value
+  hsize_t chunk;  // 0 for values in one piece
+  FillValue kind;
   const char* fill;  // which may be none
   bool isUnindexed;  // whether no chunk is found, and not texts alone
 };
@@ -405,8 +407,10 @@ TEST_P(DamagedStringsTest, AreAnError) {
         const std::array<hsize_t, 2> chunk{given.chunk, given.chunk};
         mustHdf5(H5Pset_chunk(creation, 2, chunk.data()));
       }
-      if (given.hasFill) {
-        mustHdf5(H5Pset_fill_value(creation, type.id(), static_cast<const void*>(&given.fill)));
+      if (given.kind != FillValue::Usual) {
+        const auto* const fill = static_cast<const void*>(&given.fill);
+        mustHdf5(H5Pset_fill_value(creation, type.id(),
+                                   given.kind == FillValue::Given ? fill : nullptr));
       }
     });
     writeAll(v, type.id(), strings.data());
@@ -419,12 +423,14 @@ TEST_P(DamagedStringsTest, AreAnError) {
 
 INSTANTIATE_TEST_SUITE_P(
     Storages, DamagedStringsTest,
-    testing::Values(DamagedStrings{"InOnePiece", 0, false, nullptr, false},
-                    DamagedStrings{"InOnePieceWithFillValue", 0, true, "fill", false},
-                    DamagedStrings{"InChunks", 2, false, nullptr, false},
-                    DamagedStrings{"InChunksWithFillValue", 2, true, "fill", false},
-                    DamagedStrings{"InChunksWithFillValueThatIsNone", 2, true, nullptr, false},
-                    DamagedStrings{"InChunksThatAreNotFound", 1, true, "fill", true}),
+    testing::Values(
+        DamagedStrings{"InOnePiece", 0, FillValue::Usual, nullptr, false},
+        DamagedStrings{"InOnePieceWithFillValue", 0, FillValue::Given, "fill", false},
+        DamagedStrings{"InChunks", 2, FillValue::Usual, nullptr, false},
+        DamagedStrings{"InChunksWithFillValue", 2, FillValue::Given, "fill", false},
+        DamagedStrings{"InChunksWithFillValueThatIsNone", 2, FillValue::Given, nullptr, false},
+        DamagedStrings{"InChunksWithoutFillValue", 2, FillValue::Undefined, nullptr, false},
+        DamagedStrings{"InChunksThatAreNotFound", 1, FillValue::Given, "fill", true}),
     [](const auto& given) { return given.param.name; });
 
 /// Six strings in chunks of `chunk` of which "a" and none were written to the second and the third.
