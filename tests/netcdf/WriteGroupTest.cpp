@@ -225,6 +225,17 @@ TEST_F(WriteGroupTest, CoordinatesWhoseNameNoFileTakesAreRefused) {
             "'/p/q' has a name that netCDF files do not take: it has a slash");
 }
 
+TEST_F(WriteGroupTest, CoordinatesOfDictionariesAreRefused) {
+  const auto dictionaries = [] {
+    std::vector<Dictionary> elements;
+    elements.emplace_back("e");
+    return shared(memory::DictionaryArray("x", {Axis("x", 1)}, std::move(elements)));
+  };
+  EXPECT_EQ(
+      refusalOf(dictionaryOf(along("a", {1}, dictionaries()), along("b", {1}, dictionaries()))),
+      "the coordinates of axis 'x' of '/b' are not those of '/a'");
+}
+
 TEST_F(WriteGroupTest, CoordinatesWhereADictionaryStandsAreRefused) {
   EXPECT_EQ(
       refusalOf(dictionaryOf(along("a", {1}, shared(row<double>("p", "x", {0}))), Dictionary("p"))),
@@ -256,11 +267,15 @@ TEST_F(WriteGroupTest, ListedCoordinatesAreAddedToThoseThatTheArrayLists) {
   has.setAttribute("coordinates", "station height");
   auto hasLonger = along("c", {1}, shared(row<int>("station", "x", {1})));
   hasLonger.setAttribute("coordinates", "old_station station_height");
+  auto hasLast = along("d", {1}, shared(row<int>("station", "x", {1})));
+  hasLast.setAttribute("coordinates", "height station");
   auto itself = along("station", {1}, shared(row<int>("station", "x", {1})));
-  write(dictionaryOf(std::move(lists), std::move(has), std::move(hasLonger), std::move(itself)));
+  write(dictionaryOf(std::move(lists), std::move(has), std::move(hasLonger), std::move(hasLast),
+                     std::move(itself)));
   EXPECT_EQ(printedBy("'" NCDUMP "' -h '" + m_path + "' | grep coordinates").text,
             "\t\ta:coordinates = \"height station\" ;\n\t\tb:coordinates = \"station height\" ;\n"
-            "\t\tc:coordinates = \"old_station station_height station\" ;\n");
+            "\t\tc:coordinates = \"old_station station_height station\" ;\n"
+            "\t\td:coordinates = \"height station\" ;\n");
 }
 
 TEST_F(WriteGroupTest, ListOfCoordinatesThatIsNoTextStaysAsItIs) {
@@ -352,6 +367,26 @@ TEST_F(WriteGroupTest, CoordinatesOfAnotherShapeAreRefused) {
   dictionary.add(std::make_unique<ShortCoordinates>());
   EXPECT_EQ(refusalOf(dictionary),
             "the coordinates of axis 'x' of '/a' are not one for each of its 2 points");
+}
+
+/// An array that makes its coordinates when it is asked for them.
+class MadeCoordinates final : public memory::ValueArray<long> {
+ public:
+  MadeCoordinates() : ValueArray("a", {Axis("x", 2)}) {}
+  long valueAt(const object_model::Tuple& index) const override {
+    return static_cast<long>(index[0]);
+  }
+  std::shared_ptr<const object_model::Array> coordinates(unsigned long) const override {
+    return std::make_shared<IntArray>(row<long>("x", "x", {5, 6}));
+  }
+};
+
+TEST_F(WriteGroupTest, CoordinatesStayUntilTheyAreWritten) {
+  Dictionary dictionary("d");
+  dictionary.add(std::make_unique<MadeCoordinates>());
+  write(dictionary);
+  EXPECT_EQ(contentOf(File(m_path).root()), (std::map<std::string, std::vector<std::string>>{
+                                                {"/a", {"0", "1"}}, {"/x", {"5", "6"}}}));
 }
 
 TEST_F(WriteGroupTest, ArraysThatTellOfNothingButTheirValuesAreWritten) {

@@ -10,7 +10,7 @@ using memory::Dictionary;
 
 TEST_F(WriteTest, NamesOfManyKindsAreTaken) {
   const std::vector<std::string> names = {
-      "a",           "_",   "9 lives", "x-y+z", "a@b", "ä", "日本", std::string(255, 'n'),
+      "a",           "_",   "9 lives", "x-y+z", "a@b", "ä", "À", "日本", std::string(255, 'n'),
       "semi;colon:", "A.B", "0",       "Z",     "z"};
   Dictionary dictionary("d");
   std::map<std::string, std::vector<std::string>> expected;
@@ -20,6 +20,18 @@ TEST_F(WriteTest, NamesOfManyKindsAreTaken) {
   }
   write(dictionary);
   EXPECT_EQ(contentOf(File(m_path).root()), expected);
+}
+
+// libnetcdf composes accents with their letters, and has the first of both then.
+TEST_F(WriteTest, NamesThatDifferInTheFormOfAccentsAloneAreRefused) {
+  const std::string loose = "a\xCC\x88";
+  const std::string why = " cannot be written (NetCDF: String match to name in use)";
+  EXPECT_EQ(refusalOf(dictionaryOf(row<int>("ä", "x", {1}), row<int>(loose, "x", {1}))),
+            "'/" + loose + "'" + why);
+  EXPECT_EQ(refusalOf(dictionaryOf(row<int>("b", "ä", {1}), row<int>("c", loose, {1}))),
+            "axis '" + loose + "' in '/'" + why);
+  EXPECT_EQ(refusalOf(dictionaryOf(Dictionary("ä"), Dictionary(loose))),
+            "group '/" + loose + "'" + why);
 }
 
 struct NameCase {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "TestFiles.h"
+#include "WriteFile.h"
 #include "WriteRefusal.h"
 #include "WriteRoom.h"
 
@@ -54,7 +55,7 @@ TEST_F(WriteRoomTest, IsThereBeforeAnythingIsWrittenAndIsGivenBack) {
   room.reserveFor(100 * KIBIBYTE);
   EXPECT_EQ(status().st_size, 0);
   EXPECT_GE(bytesOnDisk(), 200 * KIBIBYTE);
-  ASSERT_EQ(write(m_file, "text", 4), 4);
+  ASSERT_EQ(::write(m_file, "text", 4), 4);
   room.release();
   EXPECT_EQ(status().st_size, 4);
   EXPECT_LE(bytesOnDisk(), 100 * KIBIBYTE);
@@ -81,11 +82,20 @@ TEST_F(WriteRoomTest, IsNeededForWhatIsHeldBackAloneOnceTheRestIsWritten) {
   room.reserveFor(1);
   EXPECT_TRUE(room.isSyncDue());
   EXPECT_EQ(refusalOf([&] { room.reserveFor(100); }), "File too large");
-  ASSERT_EQ(write(m_file, "text", 4), 4);
+  ASSERT_EQ(::write(m_file, "text", 4), 4);
   room.noteSync();
   EXPECT_FALSE(room.isSyncDue());
   room.reserveFor(MEBIBYTES_64 - 100);
   EXPECT_EQ(refusalOf([&] { room.reserveFor(97); }), "File too large");
+}
+
+TEST_F(WriteRoomTest, IsThereAgainOnceTheLibraryHasEmptiedTheFile) {
+  if (fallocate(m_file, FALLOC_FL_KEEP_SIZE, 0, 1) != 0) {
+    GTEST_SKIP() << "the file system reserves nothing";
+  }
+  const Plan plan = {{"/", "/", 0, {}, {}, {}}};
+  const NewFile file(m_scratch.path("a"), m_file, plan);
+  EXPECT_GE(bytesOnDisk(), 100 * KIBIBYTE);
 }
 
 TEST_F(WriteRoomTest, IsNotAskedForWhereNoneCanBeReserved) {

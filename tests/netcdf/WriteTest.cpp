@@ -320,6 +320,170 @@ TEST_F(WriteTest, WantOfRoomOnTheDiskIsNamedAndLeavesWhatWasThere) {
   EXPECT_EQ(dumpOf(m_path), SMALL_DUMP);
 }
 
+struct RoomCase {
+  const char* rule;
+  std::function<void(Dictionary& dictionary)> fill;
+  rlim_t little;
+  rlim_t enough;
+};
+void PrintTo(const RoomCase& c, std::ostream* os) { *os << c.rule; }
+
+class WriteRoomNeededTest : public WriteTest, public testing::WithParamInterface<RoomCase> {};
+
+TEST_P(WriteRoomNeededTest, IsKnownBeforeItIsWritten) {
+  Dictionary dictionary("d");
+  GetParam().fill(dictionary);
+  for (const int deflate : {0, 1}) {
+    const FileLimit limit(GetParam().little);
+    EXPECT_EQ(errorOf([&] {
+                write(dictionary, {deflate, true});
+              }),
+              "Cannot write '" + m_path + "': File too large");
+  }
+  const FileLimit limit(GetParam().enough);
+  EXPECT_EQ(refusalOf(dictionary), "");
+}
+
+template <class Add>
+RoomCase manyOf(const char* rule, unsigned long count, rlim_t little, const Add& add) {
+  return {rule,
+          [=](Dictionary& dictionary) {
+            for (unsigned long k = 0; k < count; ++k) {
+              add(dictionary, "n" + std::to_string(k));
+            }
+          },
+          little, 5000000};
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rules, WriteRoomNeededTest,
+    testing::ValuesIn(std::vector<RoomCase>{
+        manyOf("Groups", 300, 150000,
+               [](Dictionary& dictionary, const std::string& name) {
+                 dictionary.add(Dictionary(name));
+               }),
+        manyOf("Arrays", 300, 150000,
+               [](Dictionary& dictionary, const std::string& name) {
+                 dictionary.add(memory::TypedArray<int>(name, {}, {1}));
+               }),
+        manyOf("Axes", 8, 220000,
+               [](Dictionary& dictionary, const std::string& name) {
+                 std::vector<Axis> axes;
+                 for (int k = 0; k < 30; ++k) {
+                   axes.emplace_back(name + "_" + std::to_string(k), 1);
+                 }
+                 dictionary.add(memory::TypedArray<int>(name, std::move(axes), {1}));
+               }),
+        manyOf("Attributes", 300, 150000,
+               [](Dictionary& dictionary, const std::string& name) {
+                 dictionary.setAttribute(name, std::vector<int>{1});
+               }),
+        manyOf("AttributeOfManyNumbers", 1, 150000,
+               [](Dictionary& dictionary, const std::string& name) {
+                 dictionary.setAttribute(name, std::vector<long>(40000));
+               }),
+        manyOf("AttributeOfManyTexts", 1, 150000,
+               [](Dictionary& dictionary, const std::string& name) {
+                 dictionary.setAttribute(name, std::vector<std::string>(5000));
+               }),
+        manyOf("AttributeOfALongText", 1, 150000,
+               [](Dictionary& dictionary, const std::string& name) {
+                 dictionary.setAttribute(name, std::vector<std::string>{std::string(200000, 'a')});
+               }),
+        manyOf("AttributeOfAnArray", 1, 160000,
+               [](Dictionary& dictionary, const std::string& name) {
+                 memory::TypedArray<int> array(name, {}, {1});
+                 array.setAttribute(name, std::vector<long>(40000));
+                 dictionary.add(std::move(array));
+               }),
+        {"Numbers",
+         [](Dictionary& dictionary) {
+           dictionary.add(row<double>("a", "x", std::vector<double>(100000)));
+         },
+         800000, 970000},
+        {"Booleans",
+         [](Dictionary& dictionary) {
+           dictionary.add(
+               memory::BooleanArray("a", {Axis("x", 1000000)}, std::vector<bool>(1000000)));
+         },
+         1000000, 1170000},
+        {"Texts",
+         [](Dictionary& dictionary) {
+           dictionary.add(
+               row<std::string>("a", "x", std::vector<std::string>(2000, std::string(100, 'a'))));
+         },
+         400000, 490000},
+    }),
+    [](const auto& c) { return c.param.rule; });
+
+/// An array of so many values that they are not made.
+class EndlessArray final : public memory::ValueArray<double> {
+ public:
+  explicit EndlessArray(unsigned long size) : ValueArray("a", {Axis("x", size)}) {}
+  double valueAt(const object_model::Tuple& /*index*/) const override { return 0; }
+};
+
+TEST_F(WriteTest, WhatTheLibraryDoesNotHoldIsNamed) {
+  EXPECT_EQ(refusalOf(dictionaryOf(
+                memory::TypedArray<int>("a", std::vector<Axis>(33, Axis("x", 1)), {1}))),
+            "'/a' cannot be written (NetCDF: NC_MAX_DIMS exceeded)");
+  Dictionary dictionary("d");
+  dictionary.add(std::make_unique<EndlessArray>(1UL << 61U));
+  EXPECT_EQ(refusalOf(dictionary),
+            "its groups and variables cannot be written (NetCDF: HDF error)");
+}
+
+TEST_F(WriteTest, WantOfDescriptorsIsNamed) {
+  const int next = dup(0);
+  close(next);
+  rlimit limit = {};
+  getrlimit(RLIMIT_NOFILE, &limit);
+  const rlim_t before = limit.rlim_cur;
+  std::vector<std::string> refusals;
+  for (limit.rlim_cur = static_cast<rlim_t>(next); refusals.empty() || !refusals.back().empty();
+       ++limit.rlim_cur) {
+    setrlimit(RLIMIT_NOFILE, &limit);
+    const std::string error = errorOf([this] { write(smallDictionary()); });
+    if (refusals.empty() || refusals.back() != error) {
+      refusals.push_back(error);
+    }
+  }
+  limit.rlim_cur = before;
+  setrlimit(RLIMIT_NOFILE, &limit);
+  const std::string prefix = "Cannot write '" + m_path + "': ";
+  EXPECT_THAT(refusals, ElementsAre(prefix + "Too many open files",
+                                    testing::StartsWith(prefix + "it cannot be made ("), ""));
+}
+
+/// An array behind whose values no file may grow any more.
+class LastOfAll final : public memory::ValueArray<double> {
+ public:
+  LastOfAll() : ValueArray("a", {}) {}
+  double valueAt(const object_model::Tuple& /*index*/) const override {
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit limit = {};
+    getrlimit(RLIMIT_FSIZE, &limit);
+    limit.rlim_cur = 100;
+    setrlimit(RLIMIT_FSIZE, &limit);
+    return 1;
+  }
+};
+
+TEST_F(WriteTest, FileThatCannotBeCompletedIsNamedAndLeavesWhatWasThere) {
+  write(smallDictionary());
+  Dictionary dictionary("d");
+  dictionary.add(std::make_unique<LastOfAll>());
+  const auto fail = [&] {
+    const std::string error = errorOf([&] { write(dictionary); });
+    if (error != "Cannot write '" + m_path + "': it cannot be completed (File too large)") {
+      throw std::runtime_error(error);
+    }
+  };
+  EXPECT_EQ(fateOf(fail), "");
+  EXPECT_THAT(m_scratch.entries(), ElementsAre("a.nc"));
+  EXPECT_EQ(dumpOf(m_path), SMALL_DUMP);
+}
+
 TEST_F(WriteTest, RoomThatWasNotNeededIsGivenBack) {
   write(dictionaryOf(memory::IntArray("a", {Axis("x", 100000)}, std::vector<long>(100000))),
         {9, true});

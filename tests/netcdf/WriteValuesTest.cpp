@@ -1,9 +1,11 @@
 #include <quillon/memory/StridedArray.h>
 #include <quillon/netcdf/LibraryLock.h>
 
+#include <array>
 #include <limits>
 #include <numeric>
 #include <ostream>
+#include <set>
 
 #include "WriteTesting.h"
 
@@ -155,6 +157,39 @@ TEST_F(WriteTest, MemoryDoesNotGrowWithTheArray) {
   write(dictionary);
   EXPECT_LE(blocks.largest, 4UL << 20U);
   EXPECT_GT(blocks.largest, 3UL << 20U);
+}
+
+/// Notes where the blocks stand that are asked for.
+class Places final : public memory::ValueArray<long>, public object_model::BulkValues {
+ public:
+  Places() : ValueArray("a", {Axis("x", 1000), Axis("y", 5000)}) {}
+  long valueAt(const Tuple& /*index*/) const override { return 0; }
+  object_model::StoredType storedType() const override { return object_model::StoredType::Int8; }
+  void readValues(const unsigned long* start, const unsigned long* extent,
+                  void* destination) const override {
+    for (std::size_t k = 0; k < 2; ++k) {
+      bounds[k].insert({start[k], start[k] + extent[k]});
+    }
+    std::fill_n(static_cast<signed char*>(destination), extent[0] * extent[1], '\0');
+  }
+
+  mutable std::array<std::set<unsigned long>, 2> bounds;
+};
+
+TEST_F(WriteTest, CompressedChunksAreWrittenAsAWhole) {
+  Dictionary dictionary("d");
+  const Places& places = dictionary.add(std::make_unique<Places>());
+  write(dictionary, {1, false});
+  int file = -1;
+  std::array<std::size_t, 2> chunk{};
+  must(nc_open(m_path.c_str(), NC_NOWRITE, &file));
+  must(nc_inq_var_chunking(file, 0, nullptr, chunk.data()));
+  must(nc_close(file));
+  for (std::size_t k = 0; k < 2; ++k) {
+    for (const unsigned long bound : places.bounds[k]) {
+      EXPECT_TRUE(bound % chunk[1 - k] == 0 || bound == places.size()[k]) << k << " " << bound;
+    }
+  }
 }
 
 /// As many zeros as fill 4 MiB.
