@@ -184,7 +184,8 @@ TEST_P(WritePathTest, IsRefused) {
   const std::string& name = GetParam().path;
   const std::string path =
       name.empty() || name.front() == '/' ? name : m_scratch.path() + name.substr(1);
-  EXPECT_EQ(errorOf([&] { netcdf::write(smallDictionary(), path); }),
+  const AskedDictionary dictionary([] { ADD_FAILURE() << "the dictionary is asked in vain"; });
+  EXPECT_EQ(errorOf([&] { netcdf::write(dictionary, path); }),
             std::string("Cannot write '") + path.c_str() + "': " + GetParam().reason);
   EXPECT_THAT(m_scratch.entries(), ElementsAre("pipe"));
 }
@@ -482,6 +483,20 @@ TEST_F(WriteTest, FileThatCannotBeCompletedIsNamedAndLeavesWhatWasThere) {
   EXPECT_EQ(fateOf(fail), "");
   EXPECT_THAT(m_scratch.entries(), ElementsAre("a.nc"));
   EXPECT_EQ(dumpOf(m_path), SMALL_DUMP);
+}
+
+TEST_F(WriteTest, FileThatMayNotBeWrittenIsNotReplaced) {
+  write(smallDictionary());
+  fs::permissions(m_scratch.path(), fs::perms::all);
+  fs::permissions(m_path, static_cast<fs::perms>(0444));
+  const auto fail = [&] {
+    const bool isUser = getuid() != 0 || setuid(65534) == 0;  // root may write all files
+    const std::string error = errorOf([&] { write(smallDictionary()); });
+    if (!isUser || error != "Cannot write '" + m_path + "': Permission denied") {
+      throw std::runtime_error(error);
+    }
+  };
+  EXPECT_EQ(fateOf(fail), "");
 }
 
 TEST_F(WriteTest, RoomThatWasNotNeededIsGivenBack) {
