@@ -7,10 +7,12 @@
 #include <cstring>
 #include <filesystem>
 #include <functional>
+#include <utility>
 
 #include "Hdf5Files.h"
 #include "StoredFiles.h"
 #include "StoredValues.h"
+#include "support/Allocations.h"
 
 namespace quillon::netcdf {
 namespace {
@@ -512,6 +514,34 @@ TEST_F(StoredValuesTest, ArrayThatWasNeverWrittenHasItsFillValue) {
   }
 }
 
+// They are unpacked to where they go, and a whole one is one run there.
+TEST_F(StoredValuesTest, ChunksTakeNoMoreRoomThanTheirStoredBytes) {
+  constexpr unsigned long BYTES = 1UL << 20U;
+  using Extents = std::vector<std::size_t>;
+  for (const auto& [extents, chunks] : {std::pair<Extents, Extents>{{4, 256, 256}, {4, 256, 256}},
+                                        {{2, 1U << 17U}, {1, 1U << 16U}}}) {
+    const std::string path = m_scratch.path("a.nc");
+    std::vector<int> values(BYTES / sizeof(int));
+    std::iota(values.begin(), values.end(), 0);
+    {
+      const Writer writer(path, NC_NETCDF4);
+      std::vector<int> dimensions;
+      for (const std::size_t extent : extents) {
+        dimensions.push_back(writer.dimension("d" + std::to_string(dimensions.size()), extent));
+      }
+      const int v = define(writer, "v", dimensions, {NC_INT, NC_ENDIAN_NATIVE, chunks});
+      writer.put<int>(v, extents, values);
+    }
+    const Variable v = variableOf(path, "v");
+    const auto stored = storedValuesOf(v);
+    const std::vector<int> expected = std::exchange(values, std::vector<int>(values.size()));
+    const unsigned long before = ::test::requestedBytes();
+    EXPECT_TRUE(stored->read(origin(v).data(), v.shape.data(), values.data()));
+    EXPECT_LT(::test::requestedBytes() - before, BYTES + BYTES / 8);
+    EXPECT_TRUE(values == expected);
+  }
+}
+
 // They are more than are unpacked at a time.
 TEST_F(StoredValuesTest, ChunksOfManyMebibytesAreReadOneByOne) {
   constexpr std::size_t CHUNK = (2UL << 20U) + 1;
@@ -534,13 +564,17 @@ TEST_F(StoredValuesTest, WhatIsMissingAmongWrittenValuesIsLeftToLibnetcdf) {
     const int x = writer.dimension("x", 4);
     const int v = define(writer, "v", {t, x}, {NC_FLOAT, NC_ENDIAN_BIG, {1, 2}, 1});
     const int shorter = define(writer, "shorter", {t}, {NC_FLOAT, NC_ENDIAN_BIG, {1}, 1});
+    // Its one chunk has room for what is missing.
+    const int part = define(writer, "part", {t, x}, {NC_FLOAT, NC_ENDIAN_BIG, {3, 4}, 1});
     const float value = 5;
     must(nc_enddef(writer.root()));
     must(nc_put_var1_float(writer.root(), v, std::vector<std::size_t>{2, 1}.data(), &value));
     must(nc_put_var1_float(writer.root(), shorter, std::vector<std::size_t>{0}.data(), &value));
+    must(nc_put_var1_float(writer.root(), part, std::vector<std::size_t>{0, 0}.data(), &value));
   }
   EXPECT_EQ(fromStored(variableOf(path, "v")), "not known");
   EXPECT_EQ(fromStored(variableOf(path, "shorter")), "not known");
+  EXPECT_EQ(fromStored(variableOf(path, "part")), "not known");
 }
 
 TEST_F(StoredValuesTest, WhatNobodyFilledIsLeftToLibnetcdf) {
@@ -588,7 +622,8 @@ void PrintTo(const Pair& pair, std::ostream* stream) { *stream << pair.name; }
 
 class DifferentStorageTest : public StoredValuesTest, public testing::WithParamInterface<Pair> {};
 
-// All of the values are 0, so that the bytes are the same.
+// All of the values are 0, so that the bytes are the same. They are not in chunks that reach beyond
+// the array, where a fill value stands: each type has its own.
 TEST_P(DifferentStorageTest, IsNotKnownToHoldTheSame) {
   const std::vector<float> zeros(ROWS * COLUMNS, 0);
   EXPECT_FALSE(holdSame(variableOf(file("a.nc", GetParam().first, zeros), "v"),
@@ -601,10 +636,10 @@ INSTANTIATE_TEST_SUITE_P(
     All, DifferentStorageTest,
     testing::Values(
         Pair{"type of contiguous values", {NC_FLOAT}, {NC_INT}},
-        Pair{"type of chunks", {NC_FLOAT, NC_ENDIAN_NATIVE, {3, 4}}, {NC_INT, 0, {3, 4}}},
-        Pair{"sign", {NC_UINT, NC_ENDIAN_NATIVE, {3, 4}}, {NC_INT, 0, {3, 4}}},
+        Pair{"type of chunks", {NC_FLOAT, NC_ENDIAN_NATIVE, {7, 5}}, {NC_INT, 0, {7, 5}}},
+        Pair{"sign", {NC_UINT, NC_ENDIAN_NATIVE, {7, 5}}, {NC_INT, 0, {7, 5}}},
         Pair{"order of contiguous values", {NC_INT, NC_ENDIAN_LITTLE}, {NC_INT, NC_ENDIAN_BIG}},
-        Pair{"order", {NC_INT, NC_ENDIAN_LITTLE, {3, 4}}, {NC_INT, NC_ENDIAN_BIG, {3, 4}}},
+        Pair{"order", {NC_INT, NC_ENDIAN_LITTLE, {7, 5}}, {NC_INT, NC_ENDIAN_BIG, {7, 5}}},
         Pair{"chunks", {NC_INT, NC_ENDIAN_NATIVE, {3, 4}}, {NC_INT, NC_ENDIAN_NATIVE, {4, 3}}},
         Pair{"layout", {NC_INT, NC_ENDIAN_NATIVE, {7, 10}}, {NC_INT}},
         Pair{"shuffle", {NC_INT, 0, {3, 4}, 1, true}, {NC_INT, 0, {3, 4}, 1, false}},
@@ -752,6 +787,31 @@ TEST_F(StoredValuesTest, ChunkThatNoFilterMadeIsLeftToLibnetcdf) {
       EXPECT_EQ(fromStored(variableOf(path, "v")), "not known") << bytes << " " << column;
     }
   }
+}
+
+TEST_F(StoredValuesTest, NoRoomIsMadeForAChunkThatClaimsMoreBytesThanItsFileHas) {
+  const std::string path = m_scratch.path("a.nc");
+  const std::vector<int> values{1, 2, 3, 4, 5, 6, 7, 8};
+  {
+    const Hdf5Writer writer(path);
+    const auto pack = [](hid_t creation) {
+      H5Pset_chunk(creation, 1, &EIGHT);
+      H5Pset_deflate(creation, 1);
+    };
+    writeAll(writer.dataset("v", H5T_STD_I32LE, {EIGHT}, pack), H5T_NATIVE_INT, values.data());
+  }
+  EXPECT_EQ(fromStored(variableOf(path, "v")), bytesOfAll(values));
+  std::string bytes = readBytes(path);
+  const std::size_t index = bytes.find(std::string("TREE\1\0\1\0", 8));  // that of one chunk
+  ASSERT_NE(index, std::string::npos);
+  // How many bytes the chunk has stands behind the index's head.
+  bytes.replace(index + 24, 4, std::string("\0\0\0\3", 4));
+  writeBytes(path, bytes);
+  const Variable v = variableOf(path, "v");
+  EXPECT_NE(storedValuesOf(v), nullptr);
+  const unsigned long before = ::test::requestedBytes();
+  EXPECT_EQ(fromStored(v), "not known");
+  EXPECT_LT(::test::requestedBytes() - before, 1UL << 20U);
 }
 
 // Random files, and random blocks of them.

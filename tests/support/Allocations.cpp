@@ -9,6 +9,7 @@ namespace {
 constexpr long NONE = -1;
 
 std::atomic<long> allocatedBlocks{0};
+std::atomic<unsigned long> requestedSum{0};
 std::atomic<long> allocationsUntilFailure{NONE};
 std::atomic<bool> allFail{false};
 
@@ -33,6 +34,7 @@ void* operator new(std::size_t size) {
     throw std::bad_alloc();
   }
   ++allocatedBlocks;
+  requestedSum += size;
   return block;
 }
 
@@ -64,6 +66,8 @@ void operator delete[](void* block, std::size_t /*size*/) noexcept { operator de
 namespace test {
 
 long liveBlocks() { return allocatedBlocks; }
+
+unsigned long requestedBytes() { return requestedSum; }
 
 void failAllocation(long index) { allocationsUntilFailure = index; }
 

@@ -5,11 +5,14 @@
 
 namespace test {
 
-// A program that is linked with Allocations.cpp counts its blocks of memory and can let chosen
-// allocations fail. One of an absurd size fails by itself, under the sanitizers too.
+// A program that is linked with Allocations.cpp counts its blocks of memory and their bytes, and
+// can let chosen allocations fail. One of an absurd size fails by itself, under the sanitizers too.
 
 /// How many blocks are allocated and not yet freed.
 long liveBlocks();
+
+/// The bytes of all blocks that were ever allocated.
+unsigned long requestedBytes();
 
 /// Lets one allocation fail, `index` from 0 counting those from now on.
 void failAllocation(long index);
