@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <iterator>
 #include <random>
+#include <stdexcept>
 #include <thread>
 #include <utility>
 
@@ -430,8 +431,14 @@ TEST_F(WriteTest, WhatTheLibraryDoesNotHoldIsNamed) {
             "'/a' cannot be written (NetCDF: NC_MAX_DIMS exceeded)");
   Dictionary dictionary("d");
   dictionary.add(std::make_unique<EndlessArray>(1UL << 61U));
-  EXPECT_EQ(refusalOf(dictionary),
-            "its groups and variables cannot be written (NetCDF: HDF error)");
+  // In a process of its own, as libnetcdf gives no memory back when it fails there.
+  EXPECT_EQ(fateOf([&] {
+              const std::string refusal = refusalOf(dictionary);
+              if (refusal != "its groups and variables cannot be written (NetCDF: HDF error)") {
+                throw std::runtime_error(refusal);
+              }
+            }),
+            "");
 }
 
 TEST_F(WriteTest, WantOfDescriptorsIsNamed) {
