@@ -100,8 +100,8 @@ std::size_t displayWidth(std::string_view text) {
   std::size_t width = 0;
   while (!text.empty()) {
     const Character character = firstCharacter(text);
-    width +=
-        static_cast<std::size_t>(widthOf(character.point));  // 1 of a byte that is part of none
+    // A byte that is part of no character takes one place.
+    width += static_cast<std::size_t>(widthOf(character.point));
     text.remove_prefix(std::max<std::size_t>(character.length, 1));
   }
   return width;

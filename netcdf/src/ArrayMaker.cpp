@@ -215,9 +215,10 @@ std::vector<Axis> ArrayMaker::outline(Variable& variable, std::size_t fixed) con
 // interest here are times.
 void ArrayMaker::addTimesOfBounds(const Variable& variable, const std::string& name,
                                   std::vector<Attribute>& attributes) const {
-  const bool hasUnits = findAttribute(attributes, "units") != nullptr;
-  const bool hasCalendar = findAttribute(attributes, "calendar") != nullptr;
-  if (variable.dimensions.size() < 2 || (hasUnits && (hasCalendar || !timeUnitsOf(attributes)))) {
+  const auto has = [&attributes](const char* attribute) {
+    return findAttribute(attributes, attribute) != nullptr;
+  };
+  if (variable.dimensions.size() < 2 || (has("units") && !timeUnitsOf(attributes))) {
     return;
   }
   for (const int dimension : variable.dimensions) {
@@ -228,11 +229,10 @@ void ArrayMaker::addTimesOfBounds(const Variable& variable, const std::string& n
     const std::vector<Attribute> its =
         attributesOf(*m_source, axis.coordinate->group, axis.coordinate->variable);
     if (timeUnitsOf(its)) {
-      if (!hasUnits) {
-        attributes.push_back({"units", textOf(its, "units")});
-      }
-      if (!hasCalendar) {
-        attributes.push_back({"calendar", textOf(its, "calendar")});
+      for (const char* attribute : {"units", "calendar"}) {
+        if (!has(attribute)) {
+          attributes.push_back({attribute, textOf(its, attribute)});
+        }
       }
       return;
     }

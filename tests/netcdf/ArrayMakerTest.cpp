@@ -126,7 +126,7 @@ TEST_F(ArrayMakerTest, AttributesOfAnEnumerationAreItsIntegers) {
             (std::vector<memory::Attribute>{{"a", std::vector<short>{300, -2}}}));
 }
 
-TEST_F(ArrayMakerTest, BoundsThatHaveUnitsHaveNothingOfTheirCoordinates) {
+TEST_F(ArrayMakerTest, BoundsWhoseUnitsAreNoTimesHaveNothingOfTheirCoordinates) {
   const File& file = open(
       "dimensions: t = 1; n = 2; variables: int t(t); t:units = \"days since 2000-01-01\"; "
       "t:calendar = \"noleap\"; t:bounds = \"b\"; int b(t, n); b:units = \"1\"; "
