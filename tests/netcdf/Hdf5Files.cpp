@@ -56,6 +56,11 @@ void Hdf5Writer::commit(const std::string& path, hid_t type) const {
   mustHdf5(H5Tcommit2(file(), path.c_str(), type, H5P_DEFAULT, H5P_DEFAULT, H5P_DEFAULT));
 }
 
+void linkHard(const Hdf5Writer& writer, const std::string& from, const std::string& to) {
+  mustHdf5(H5Lcreate_hard(writer.file(), from.c_str(), writer.file(), to.c_str(), H5P_DEFAULT,
+                          H5P_DEFAULT));
+}
+
 void writeAll(const Hdf5Object& dataset, hid_t type, const void* values) {
   mustHdf5(H5Dwrite(dataset.id(), type, H5S_ALL, H5S_ALL, H5P_DEFAULT, values));
 }

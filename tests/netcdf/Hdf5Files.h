@@ -38,6 +38,9 @@ class Hdf5Writer {
 /// Takes what a call of libhdf5 returned. @throws std::runtime_error where that is a failure.
 hid_t mustHdf5(hid_t result);
 
+/// Makes `to` another name of what stands at `from`.
+void linkHard(const Hdf5Writer& writer, const std::string& from, const std::string& to);
+
 /// All values of a data set.
 void writeAll(const Hdf5Object& dataset, hid_t type, const void* values);
 

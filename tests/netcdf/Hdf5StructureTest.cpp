@@ -7,11 +7,6 @@
 namespace quillon::netcdf {
 namespace {
 
-void linkHard(const Hdf5Writer& writer, const std::string& from, const std::string& to) {
-  mustHdf5(H5Lcreate_hard(writer.file(), from.c_str(), writer.file(), to.c_str(), H5P_DEFAULT,
-                          H5P_DEFAULT));
-}
-
 void linkSoft(const Hdf5Writer& writer, const std::string& from, const std::string& to) {
   mustHdf5(H5Lcreate_soft(from.c_str(), writer.file(), to.c_str(), H5P_DEFAULT, H5P_DEFAULT));
 }

@@ -159,7 +159,7 @@ std::string refusalOfGroupInItself(
       writer.attribute("/", name, textType(text.size()).id(), text.data());
     }
     writer.group("g");
-    mustHdf5(H5Lcreate_hard(writer.file(), "g", writer.file(), "g/same", H5P_DEFAULT, H5P_DEFAULT));
+    linkHard(writer, "g", "g/same");
   }
   const std::string prefix = "Cannot read '" + path + "': ";
   const std::string error = errorOf([&] { const File file(path); });

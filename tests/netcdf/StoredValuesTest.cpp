@@ -227,14 +227,17 @@ class OwnStorageTest : public StoredValuesTest, public testing::WithParamInterfa
 
 constexpr hsize_t EIGHT = 8;
 
+/// A file of the eight values 'v', which are stored as `create` sets it.
+void writeEight(const std::string& path, const std::vector<int>& values,
+                const std::function<void(hid_t creation)>& create) {
+  const Hdf5Writer writer(path);
+  writeAll(writer.dataset("v", H5T_STD_I32LE, {EIGHT}, create), H5T_NATIVE_INT, values.data());
+}
+
 TEST_P(OwnStorageTest, IsLeftToLibnetcdf) {
   const std::string path = m_scratch.path("a.nc");
   const std::vector<int> values{1, 2, 3, 4, 5, 6, 7, 8};
-  {
-    const Hdf5Writer writer(path);
-    writeAll(writer.dataset("v", H5T_STD_I32LE, {EIGHT}, GetParam().create), H5T_NATIVE_INT,
-             values.data());
-  }
+  writeEight(path, values, GetParam().create);
   const Variable v = variableOf(path, "v");
   EXPECT_EQ(storedValuesOf(v), nullptr);
   EXPECT_EQ(byLibnetcdf(v), bytesOfAll(values));
@@ -273,33 +276,23 @@ INSTANTIATE_TEST_SUITE_P(All, OwnStorageTest,
 TEST_F(StoredValuesTest, EightFiltersAreUndone) {
   const std::string path = m_scratch.path("a.nc");
   const std::vector<int> values{1, 2, 3, 4, 5, 6, 7, 8};
-  {
-    const Hdf5Writer writer(path);
-    const auto addFilters = [](hid_t creation) {
-      H5Pset_chunk(creation, 1, &EIGHT);
-      for (int k = 0; k < 7; ++k) {
-        H5Pset_fletcher32(creation);
-      }
-      H5Pset_deflate(creation, 1);
-    };
-    writeAll(writer.dataset("v", H5T_STD_I32LE, {EIGHT}, addFilters), H5T_NATIVE_INT,
-             values.data());
-  }
+  writeEight(path, values, [](hid_t creation) {
+    H5Pset_chunk(creation, 1, &EIGHT);
+    for (int k = 0; k < 7; ++k) {
+      H5Pset_fletcher32(creation);
+    }
+    H5Pset_deflate(creation, 1);
+  });
   EXPECT_EQ(fromStored(variableOf(path, "v")), bytesOfAll(values));
 }
 
 // The filter's one number is how many bytes a value has.
 TEST_F(StoredValuesTest, ShufflingOfValuesOfAnotherLengthIsLeftToLibnetcdf) {
   const std::string path = m_scratch.path("a.nc");
-  {
-    const Hdf5Writer writer(path);
-    const auto addFilter = [](hid_t creation) {
-      H5Pset_chunk(creation, 1, &EIGHT);
-      H5Pset_shuffle(creation);
-    };
-    const std::vector<int> values(EIGHT);
-    writeAll(writer.dataset("v", H5T_STD_I32LE, {EIGHT}, addFilter), H5T_NATIVE_INT, values.data());
-  }
+  writeEight(path, std::vector<int>(EIGHT), [](hid_t creation) {
+    H5Pset_chunk(creation, 1, &EIGHT);
+    H5Pset_shuffle(creation);
+  });
   EXPECT_NE(storedValuesOf(variableOf(path, "v")), nullptr);
   const std::string filter("\1\0shuffle\0\4", 11);  // how many numbers, a name, the number
   const std::string bytes = readBytes(path);
@@ -314,14 +307,9 @@ TEST_F(StoredValuesTest, ShufflingOfValuesOfAnotherLengthIsLeftToLibnetcdf) {
 
 TEST_F(StoredValuesTest, ValuesInAFileBesideItAreLeftToLibnetcdf) {
   const std::string path = m_scratch.path("a.nc");
-  const std::vector<int> values{1, 2, 3, 4, 5, 6, 7, 8};
-  {
-    const Hdf5Writer writer(path);
-    const auto place = [&](hid_t creation) {
-      H5Pset_external(creation, m_scratch.path("values").c_str(), 0, H5F_UNLIMITED);
-    };
-    writeAll(writer.dataset("v", H5T_STD_I32LE, {EIGHT}, place), H5T_NATIVE_INT, values.data());
-  }
+  writeEight(path, {1, 2, 3, 4, 5, 6, 7, 8}, [&](hid_t creation) {
+    H5Pset_external(creation, m_scratch.path("values").c_str(), 0, H5F_UNLIMITED);
+  });
   EXPECT_EQ(storedValuesOf(variableOf(path, "v")), nullptr);
 }
 
@@ -792,14 +780,10 @@ TEST_F(StoredValuesTest, ChunkThatNoFilterMadeIsLeftToLibnetcdf) {
 TEST_F(StoredValuesTest, NoRoomIsMadeForAChunkThatClaimsMoreBytesThanItsFileHas) {
   const std::string path = m_scratch.path("a.nc");
   const std::vector<int> values{1, 2, 3, 4, 5, 6, 7, 8};
-  {
-    const Hdf5Writer writer(path);
-    const auto pack = [](hid_t creation) {
-      H5Pset_chunk(creation, 1, &EIGHT);
-      H5Pset_deflate(creation, 1);
-    };
-    writeAll(writer.dataset("v", H5T_STD_I32LE, {EIGHT}, pack), H5T_NATIVE_INT, values.data());
-  }
+  writeEight(path, values, [](hid_t creation) {
+    H5Pset_chunk(creation, 1, &EIGHT);
+    H5Pset_deflate(creation, 1);
+  });
   EXPECT_EQ(fromStored(variableOf(path, "v")), bytesOfAll(values));
   std::string bytes = readBytes(path);
   const std::size_t index = bytes.find(std::string("TREE\1\0\1\0", 8));  // that of one chunk

@@ -220,6 +220,12 @@ std::string fateOf(const std::function<void()>& action, unsigned int mostSeconds
   return WEXITSTATUS(status) == 0 ? "" : "exit " + std::to_string(WEXITSTATUS(status));
 }
 
+void requireError(const std::string& error, const std::string& expected) {
+  if (error != expected) {
+    throw std::runtime_error(error);
+  }
+}
+
 std::string errorOf(const std::function<void()>& action) {
   try {
     action();

@@ -106,6 +106,9 @@ extern const bool MEMORY_IS_LIMITED;
 /// when it came to its end, else the signal, the exit status or `BY_EXCEPTION`.
 std::string fateOf(const std::function<void()>& action, unsigned int mostSeconds = 120);
 
+/// What an action of `fateOf` throws where it ended with another error than it should.
+void requireError(const std::string& error, const std::string& expected);
+
 /// The message with which `action` fails; "" when it does not fail with an `Error`.
 std::string errorOf(const std::function<void()>& action);
 
