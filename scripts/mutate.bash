@@ -3,7 +3,7 @@
 
 MUTATE_PACKAGES=(clang lld llvm libclang-rt-dev python3-clang)
 
-## mutate (hours): change the sources a little and list what no test notices (options: ./dev mutate --help)
+## mutate (hours): change the sources, or those of the PATHs alone, a little and list what no test notices; --again: only what survived the last time; --every N: only each N-th change; --jobs N: at once
 verb_mutate() {
   need "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${MUTATE_PACKAGES[@]}"
   build coverage
