@@ -430,7 +430,17 @@ TEST_F(StoredValuesTest, BlocksOfPartsOfChunksAreLeftToLibnetcdf) {
 
 TEST_F(StoredValuesTest, BlocksThatAreNotThereAreNotRead) {
   for (const std::vector<std::size_t>& chunks : {std::vector<std::size_t>{}, {7, 5}}) {
-    const auto stored = storedValuesOf(variable({NC_FLOAT, NC_ENDIAN_NATIVE, chunks}));
+    const std::string path = m_scratch.path("a.nc");
+    {
+      const Writer writer(path, NC_NETCDF4);
+      const std::vector<int> dimensions{writer.dimension("y", ROWS),
+                                        writer.dimension("x", COLUMNS)};
+      for (const char* name : {"v", "behind"}) {
+        const int id = define(writer, name, dimensions, {NC_FLOAT, NC_ENDIAN_NATIVE, chunks});
+        writer.put<float>(id, {ROWS, COLUMNS}, ramp<float>());
+      }
+    }
+    const auto stored = storedValuesOf(variableOf(path, "v"));
     std::vector<float> values(2 * ROWS * COLUMNS);
     const auto isRead = [&](std::vector<unsigned long> start, std::vector<unsigned long> extent) {
       return stored->read(start.data(), extent.data(), values.data());
@@ -589,14 +599,16 @@ TEST_F(StoredValuesTest, SameBytesInTheSameWayAreTheSame) {
 }
 
 TEST_F(StoredValuesTest, OneChangedValueIsNotTheSame) {
-  std::vector<float> changed = ramp<float>();
-  changed.back() += 1;
-  for (const Storage& storage :
-       {Storage{NC_FLOAT, NC_ENDIAN_NATIVE, {}}, Storage{NC_FLOAT, NC_ENDIAN_NATIVE, {3, 4}},
-        Storage{NC_FLOAT, NC_ENDIAN_BIG, {3, 4}, 6, true, true},
-        Storage{NC_BYTE, NC_ENDIAN_NATIVE, {1, 1}}}) {
-    EXPECT_FALSE(holdSame(variableOf(file("a.nc", storage), "v"),
-                          variableOf(file("b.nc", storage, changed), "v")));
+  for (const std::size_t place : {std::size_t{0}, ROWS * COLUMNS - 1}) {
+    std::vector<float> changed = ramp<float>();
+    changed[place] += 1;
+    for (const Storage& storage :
+         {Storage{NC_FLOAT, NC_ENDIAN_NATIVE, {}}, Storage{NC_FLOAT, NC_ENDIAN_NATIVE, {3, 4}},
+          Storage{NC_FLOAT, NC_ENDIAN_BIG, {3, 4}, 6, true, true},
+          Storage{NC_BYTE, NC_ENDIAN_NATIVE, {}}, Storage{NC_BYTE, NC_ENDIAN_NATIVE, {1, 1}}}) {
+      EXPECT_FALSE(holdSame(variableOf(file("a.nc", storage), "v"),
+                            variableOf(file("b.nc", storage, changed), "v")));
+    }
   }
 }
 
