@@ -136,6 +136,28 @@ TEST_F(TextArrayTest, SingleCharacterIsAText) {
   EXPECT_THAT(valuesOf(arrayAt(File(m_path), "v")), ElementsAre("q"));
 }
 
+// A text of four characters takes a string and twice its length.
+TEST_F(TextArrayTest, CharactersAreReadInWholeChunksAsFarAsTheWindowHoldsThem) {
+  {
+    const Writer writer(m_path, NC_NETCDF4);
+    const int v =
+        writer.variable("v", NC_CHAR, {writer.dimension("x", 6), writer.dimension("length", 4)});
+    const std::vector<std::size_t> chunks{2, 4};
+    must(nc_def_var_chunking(writer.root(), v, NC_CHUNKED, chunks.data()));
+    writer.put(v, {6, 4}, characters("one two tri foursix ten "));
+    writer.put<char>(writer.variable("scalar", NC_CHAR, {}), {}, {'q'});
+  }
+  const std::size_t threeTexts = 3 * (sizeof(std::string) + 2 * 4);
+  std::vector<unsigned long> reads;
+  const File file(m_path, countingReads(threeTexts, reads));
+  EXPECT_THAT(valuesOf(arrayAt(file, "v")),
+              ElementsAre("one ", "two ", "tri ", "four", "six ", "ten "));
+  EXPECT_THAT(reads, ElementsAre(8, 8, 8));
+  reads.clear();
+  EXPECT_THAT(valuesOf(arrayAt(file, "scalar")), ElementsAre("q"));
+  EXPECT_THAT(reads, ElementsAre(1));
+}
+
 TEST_F(TextArrayTest, StringsOfAnyLength) {
   const std::string longText(1000, 'l');
   {
@@ -161,7 +183,7 @@ unsigned long writeUnwritten(const std::string& path, std::size_t length) {
   {
     const Writer writer(path, NC_NETCDF4);
     const int v = writer.variable("v", NC_CHAR, {writer.dimension("length", length)});
-    const std::size_t chunk = 1;
+    const std::size_t chunk = 1UL << 20U;
     must(nc_def_var_chunking(writer.root(), v, NC_CHUNKED, &chunk));
   }
   return std::filesystem::file_size(path);
@@ -170,6 +192,8 @@ unsigned long writeUnwritten(const std::string& path, std::size_t length) {
 TEST_F(TextArrayTest, TextsHaveAtMost1024CharactersForEachByteOfTheFile) {
   const unsigned long bytes = writeUnwritten(m_path, 1UL << 22U);
   const unsigned long most = bytes * 1024;
+  ASSERT_EQ(writeUnwritten(m_path, most), bytes);
+  EXPECT_THAT(valuesOf(arrayAt(File(m_path), "v")), ElementsAre(""));
   ASSERT_EQ(writeUnwritten(m_path, most + 1), bytes);
   EXPECT_EQ(errorOf([&] { valuesOf(arrayAt(File(m_path), "v")); }),
             "Cannot read '" + m_path + "': variable '/v' claims texts of " +

@@ -73,6 +73,7 @@ INSTANTIATE_TEST_SUITE_P(
         {"StepsThatAChunkIsNoMultipleOf", {4}, {{0, 4, 3}}, {}},
         {"StepsWithinAChunk", {4}, {{4, 2, 3}}, {2}},
         {"EachDimensionForItself", {4, 3, 2}, {{0, 5, 2}, {4, 2, 1}, {2, 6, 1}}, {2, 2, 2}},
+        {"EachDimensionFromItsOwnBegin", {4, 4}, {{0, 5, 2}, {4, 6, 1}}, {2, 4}},
         {"OneThatCannotBeToldIsEnough", {4, 3}, {{0, 10, 1}, {1, 9, 1}}, {}},
     }),
     [](const auto& c) { return c.param.rule; });
