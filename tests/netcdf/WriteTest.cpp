@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "WriteTesting.h"
+#include "support/PseudoTerminal.h"
 
 namespace quillon::netcdf {
 namespace {
@@ -196,7 +197,6 @@ INSTANTIATE_TEST_SUITE_P(
     testing::ValuesIn(std::vector<PathCase>{
         {"Empty", "", "there is no file of no name"},
         {"Directory", ".", "it is a directory"},
-        {"Device", "/dev/null", "it is not a regular file"},
         {"Pipe", "./pipe", "it is not a regular file"},
         {"Descriptor", "/dev/fd/1", "it is not a regular file"},
         {"MissingDirectory", "./none/a.nc", "No such file or directory"},
@@ -207,6 +207,12 @@ INSTANTIATE_TEST_SUITE_P(
          "its name goes on behind a null character, which no file's does"},
     }),
     [](const auto& c) { return c.param.rule; });
+
+TEST_F(WriteTest, DevicesAreRefused) {
+  const test::PseudoTerminal terminal;
+  EXPECT_EQ(errorOf([&] { netcdf::write(smallDictionary(), terminal.path()); }),
+            "Cannot write '" + terminal.path() + "': it is not a regular file");
+}
 
 TEST_F(WriteTest, FilesThatAreNamedByADescriptorAreRefused) {
   const int file = open(m_path.c_str(), O_RDWR | O_CREAT, 0600);

@@ -14,12 +14,14 @@
 #include "Failure.h"
 #include "Output.h"
 #include "RunTool.h"
+#include "support/PseudoTerminal.h"
 
 namespace quillon::tools {
 namespace {
 
 namespace fs = std::filesystem;
 using test::contentOf;
+using ::test::PseudoTerminal;
 using test::Scratch;
 using test::writeContent;
 using ::testing::ElementsAre;
@@ -185,12 +187,17 @@ TEST_F(OutputTest, DirectoryThatTakesNoFilesIsAFailure) {
 }
 
 TEST_F(OutputTest, FullDeviceIsAFailure) {
-  EXPECT_EQ(failureOf("/dev/full"), "Cannot write '/dev/full': No space left on device");
+  const int full = ::open("/dev/full", O_WRONLY);
+  const std::string path = "/dev/fd/" + std::to_string(full);
+  EXPECT_EQ(failureOf(path), "Cannot write '" + path + "': No space left on device");
+  ::close(full);
 }
 
 TEST_F(OutputTest, DeviceIsWrittenToAndStaysADevice) {
-  writeOutput("text\n", "/dev/null");
-  EXPECT_TRUE(fs::is_character_file("/dev/null"));
+  const PseudoTerminal terminal;
+  writeOutput("text\n", terminal.path());
+  EXPECT_EQ(terminal.shown(), "text\r\n");
+  EXPECT_TRUE(fs::is_character_file(terminal.path()));
 }
 
 TEST_F(OutputTest, FileThatIsReadCannotBeTheOutput) {
