@@ -163,6 +163,13 @@ data:
 )");
 }
 
+TEST_F(WriteGroupTest, CoordinatesMayBeThoseOfTheSlowestAxisAlone) {
+  memory::TypedArray<int> array("a", {Axis("x", 1), Axis("y", 2)}, {1, 2});
+  array.setCoordinates(1, shared(row<double>("y", "y", {0, 1})));
+  EXPECT_EQ(outlineOf(dictionaryOf(std::move(array))),
+            "y = 2 ;\nx = 1 ;\ndouble y(y) ;\nint a(y, x) ;\n");
+}
+
 TEST_F(WriteGroupTest, CoordinatesThatAreAnEntryStandThereOnce) {
   EXPECT_EQ(
       outlineOf(dictionaryOf(along("a", {1, 2}, shared(row<std::string>("x", "x", {"p", "q"}))),
@@ -223,6 +230,14 @@ TEST_F(WriteGroupTest, CoordinatesThatDifferInTheirFirstBlockAloneAreRefused) {
 TEST_F(WriteGroupTest, CoordinatesWhoseNameNoFileTakesAreRefused) {
   EXPECT_EQ(refusalOf(dictionaryOf(along("a", {1}, shared(row<int>("p/q", "x", {1}))))),
             "'/p/q' has a name that netCDF files do not take: it has a slash");
+}
+
+TEST_F(WriteGroupTest, CoordinatesWithAnAttributeThatNoFileTakesAreRefusedByTheirPath) {
+  auto coordinates = row<int>("x", "x", {1});
+  coordinates.setAttribute("p/q", "text");
+  EXPECT_EQ(refusalOf(dictionaryOf(
+                named("g", dictionaryOf(along("a", {1}, shared(std::move(coordinates))))))),
+            "attribute 'p/q' of '/g/x' has a name that netCDF files do not take: it has a slash");
 }
 
 TEST_F(WriteGroupTest, CoordinatesOfDictionariesAreRefused) {

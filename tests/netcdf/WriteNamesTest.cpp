@@ -72,8 +72,9 @@ TEST_P(WriteNamesTest, OfAnAxisIsRefusedButForNone) {
     EXPECT_EQ(error, "");
     return;
   }
-  EXPECT_THAT(error, testing::StartsWith("axis '" + GetParam().quoted + "' "));
-  EXPECT_THAT(error, testing::EndsWith(refusal("'")));
+  // What is left of a name is only known when libnetcdf has made the dimension.
+  EXPECT_THAT(error, testing::AnyOf(refusal("axis '" + GetParam().quoted + "' of '/a'"),
+                                    refusal("axis '" + GetParam().quoted + "' in '/'")));
 }
 
 INSTANTIATE_TEST_SUITE_P(
