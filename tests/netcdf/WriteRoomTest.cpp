@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -74,6 +75,14 @@ TEST_F(WriteRoomTest, IsRefusedWhereAFileMayNotBecomeSoLong) {
   EXPECT_EQ(refusalOf([&] { room.reserve(); }), "File too large");
 }
 
+TEST_F(WriteRoomTest, IsRefusedWhereTheFileSystemHasNotSoMuch) {
+  if (fallocate(m_file, FALLOC_FL_KEEP_SIZE, 0, 1) != 0) {
+    GTEST_SKIP() << "the file system reserves nothing";
+  }
+  EXPECT_THAT(refusalOf([this] { const WriteRoom room(m_file, 1UL << 62U); }),
+              testing::AnyOf("No space left on device", "File too large"));
+}
+
 TEST_F(WriteRoomTest, IsNeededForWhatIsHeldBackAloneOnceTheRestIsWritten) {
   const FileLimit limit(MEBIBYTES_64 + MEBIBYTES_64 / 100);
   WriteRoom room(m_file, 0);
@@ -86,7 +95,8 @@ TEST_F(WriteRoomTest, IsNeededForWhatIsHeldBackAloneOnceTheRestIsWritten) {
   room.noteSync();
   EXPECT_FALSE(room.isSyncDue());
   room.reserveFor(MEBIBYTES_64 - 100);
-  EXPECT_EQ(refusalOf([&] { room.reserveFor(97); }), "File too large");
+  EXPECT_EQ(refusalOf([&] { room.reserveFor(96); }), "");
+  EXPECT_EQ(refusalOf([&] { room.reserveFor(1); }), "File too large");
 }
 
 TEST_F(WriteRoomTest, IsThereAgainOnceTheLibraryHasEmptiedTheFile) {
