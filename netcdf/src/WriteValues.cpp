@@ -10,7 +10,6 @@
 #include <cerrno>
 #include <memory>
 #include <mutex>
-#include <type_traits>
 #include <variant>
 
 #include "WriteBlocks.h"
@@ -113,6 +112,7 @@ const T* fillOf(const PlannedVariable& variable) {
   return nullptr;
 }
 
+/// Truth values, too, which are bytes of 0 and 1 in memory as in the file.
 template <class T>
 void putNumbers(const Writing& writing) {
   const Array& array = writing.array();
@@ -127,15 +127,6 @@ void putNumbers(const Writing& writing) {
       }
     }
     put(writing, block, values.get());
-  });
-}
-
-void putBooleans(const Writing& writing) {
-  forEachPiece(writing, 1, BLOCK_BYTES, [&](const Block& block) {
-    const auto truths = std::make_unique<bool[]>(block.count);
-    memory::copyValues(writing.array(), block, truths.get());
-    const std::vector<signed char> values(truths.get(), truths.get() + block.count);
-    put(writing, block, values.data());
   });
 }
 
@@ -168,9 +159,7 @@ void putValues(const DefinedVariable& variable, WriteRoom& room) {
   }
   memory::visitStoredType(*variable.plan.type, [&](auto tag) {
     using T = typename decltype(tag)::Type;
-    if constexpr (std::is_same_v<T, bool>) {
-      putBooleans(writing);
-    } else if constexpr (NETCDF_TYPE<T> != NC_NAT) {
+    if constexpr (NETCDF_TYPE<T> != NC_NAT) {
       putNumbers<T>(writing);
     }
   });

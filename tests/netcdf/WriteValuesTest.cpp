@@ -159,10 +159,10 @@ TEST_F(WriteTest, MemoryDoesNotGrowWithTheArray) {
   EXPECT_GT(blocks.largest, 3UL << 20U);
 }
 
-/// Notes where the blocks stand that are asked for.
+/// Notes where the blocks stand that are asked for, and how many values.
 class Places final : public memory::ValueArray<long>, public object_model::BulkValues {
  public:
-  Places() : ValueArray("a", {Axis("x", 1000), Axis("y", 5000)}) {}
+  Places() : ValueArray("a", {Axis("x", 1000), Axis("y", 50000)}) {}
   long valueAt(const Tuple& /*index*/) const override { return 0; }
   object_model::StoredType storedType() const override { return object_model::StoredType::Int8; }
   void readValues(const unsigned long* start, const unsigned long* extent,
@@ -171,15 +171,18 @@ class Places final : public memory::ValueArray<long>, public object_model::BulkV
       bounds[k].insert({start[k], start[k] + extent[k]});
     }
     std::fill_n(static_cast<signed char*>(destination), extent[0] * extent[1], '\0');
+    asked += extent[0] * extent[1];
   }
 
   mutable std::array<std::set<unsigned long>, 2> bounds;
+  mutable unsigned long asked = 0;
 };
 
-TEST_F(WriteTest, CompressedChunksAreWrittenAsAWhole) {
+TEST_F(WriteTest, CompressedChunksAreWrittenAsAWholeAndOnce) {
   Dictionary dictionary("d");
   const Places& places = dictionary.add(std::make_unique<Places>());
   write(dictionary, {1, false});
+  EXPECT_EQ(places.asked, 50'000'000U);
   int file = -1;
   std::array<std::size_t, 2> chunk{};
   must(nc_open(m_path.c_str(), NC_NOWRITE, &file));
@@ -190,6 +193,14 @@ TEST_F(WriteTest, CompressedChunksAreWrittenAsAWhole) {
       EXPECT_TRUE(bound % chunk[1 - k] == 0 || bound == places.size()[k]) << k << " " << bound;
     }
   }
+}
+
+TEST_F(WriteTest, NoValueIsAskedForWhereAnArrayWithoutChunksHasNoRoom) {
+  Dictionary dictionary("d");
+  const Places& places = dictionary.add(std::make_unique<Places>());
+  const FileLimit limit(50'500'000);
+  EXPECT_EQ(errorOf([&] { write(dictionary); }), "Cannot write '" + m_path + "': File too large");
+  EXPECT_EQ(places.asked, 0U);
 }
 
 /// As many zeros as fill 4 MiB.
