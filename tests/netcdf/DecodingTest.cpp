@@ -590,6 +590,21 @@ TEST(DecodedTimes, BoundsHaveTheCalendarOfTheirCoordinateUnlessTheyHaveTheirOwn)
   }
 }
 
+TEST(DecodedTimes, BoundsWithACalendarThatIsNoneKeepItAlone) {
+  const Scratch scratch;
+  writeCdl(scratch.path("a.nc"),
+           "dimensions: time = 1; nv = 2; variables: int time(time); "
+           "time:units = \"days since 2000-01-01\"; time:calendar = \"noleap\"; "
+           "time:bounds = \"b\"; int b(time, nv); b:calendar = \"lunar\"; "
+           "data: time = 0; b = 0, 59;");
+  const File file(scratch.path("a.nc"));
+  const std::vector<memory::Attribute> attributes = arrayAt(file, "b").attributes();
+  ASSERT_EQ(attributes.size(), 1U);
+  EXPECT_EQ(attributes[0].name, "calendar");
+  EXPECT_EQ(attributes[0].value, memory::AttributeValue("lunar"));
+  EXPECT_THAT(valuesOf(arrayAt(file, "b")), ElementsAre("0", "59"));
+}
+
 TEST(DecodedTimes, BoundsOfOneDimensionAreNone) {
   const Scratch scratch;
   writeCdl(scratch.path("a.nc"),
