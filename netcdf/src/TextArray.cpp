@@ -3,6 +3,7 @@
 #include <quillon/memory/Bounded.h>
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "Attributes.h"
@@ -46,9 +47,8 @@ std::string fillOf(const Variable& variable) {
 }
 
 void cutFilling(std::string& text, char fill) {
-  while (!text.empty() && (text.back() == '\0' || text.back() == fill)) {
-    text.pop_back();
-  }
+  const std::array<char, 2> fillings{'\0', fill};
+  text.erase(text.find_last_not_of(fillings.data(), std::string::npos, fillings.size()) + 1);
 }
 
 }  // namespace
