@@ -3,7 +3,6 @@
 #include <quillon/memory/Bounded.h>
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "Attributes.h"
@@ -47,8 +46,8 @@ std::string fillOf(const Variable& variable) {
 }
 
 void cutFilling(std::string& text, char fill) {
-  const std::array<char, 2> fillings{'\0', fill};
-  text.erase(text.find_last_not_of(fillings.data(), std::string::npos, fillings.size()) + 1);
+  const auto fillsUp = [fill](char character) { return character == '\0' || character == fill; };
+  text.erase(std::find_if_not(text.rbegin(), text.rend(), fillsUp).base(), text.end());
 }
 
 }  // namespace
