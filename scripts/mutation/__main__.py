@@ -115,13 +115,26 @@ def identity(mutant: Mutant, source: bytes) -> str:
     return f"{mutant.file} {text} {mutant.begin}-{mutant.end} {mutant.text}"
 
 
+def explanation_key(mutant: Mutant, source: bytes) -> explained.Key:
+    number = explained.number_of(source.decode(), mutant.lines(source)[0])
+    return explained.key_of(mutant.file, number, mutant.before(source), mutant.after(source))
+
+
 class Session:
     """Trials that run at once, and what they find."""
 
-    def __init__(self, builder: Trial, trials: list[Trial], verdicts: Verdicts, library: str):
+    def __init__(
+        self,
+        builder: Trial,
+        trials: list[Trial],
+        verdicts: Verdicts,
+        library: str,
+        known: set[explained.Key],
+    ):
         self.builder = builder
         self.verdicts = verdicts
         self.library = library
+        self.known = known
         self.trials: queue.Queue[Trial] = queue.Queue()
         for trial in trials:
             self.trials.put(trial)
@@ -132,14 +145,16 @@ class Session:
             trial = self.trials.get()
             try:
                 verdict = SURVIVED
+                source = (ROOT / mutant.file).read_bytes()
                 if place is not None:
-                    lines = mutant.lines((ROOT / mutant.file).read_bytes())
-                    suites = trial.coverage.covering(mutant.file, lines)
+                    suites = trial.coverage.covering(mutant.file, mutant.lines(source))
                     verdict = trial.run(mutant.file, suites, self.builder.folder, number)
                 # Where the compiler took the value or called the function, it did not see the change.
                 body = place and place.body
                 is_seen = body is not None and not body.may_be_constant
-                if verdict == SURVIVED and not is_seen:
+                # A header is part of so much that building it for one change takes minutes.
+                is_known = place is not None and explanation_key(mutant, source) in self.known
+                if verdict == SURVIVED and not is_seen and not is_known:
                     verdict = trial.verdict(mutant, self.library)
             finally:
                 self.trials.put(trial)
@@ -231,6 +246,8 @@ def main() -> int:
     verdicts = Verdicts(folder / "verdicts.jsonl", state_of(list(LIBRARIES)))
     # What is linked into the programs is found there.
     libraries = [library for library, _ in LIBRARIES.values() if library.endswith(".so")]
+    explanations = explained.read(EXPLAINED)
+    known = {each.key for each in explanations}
     totals: Counter[str] = Counter()
     survivors: dict[explained.Key, list[str]] = {}
     tried: list[str] = []
@@ -245,7 +262,7 @@ def main() -> int:
                 Trial(build, coverage, folder / f"trial-{number}") for number in range(options.jobs)
             ]
             builder = Trial(build, coverage, folder / "variants", options.jobs)
-            session = Session(builder, trials, verdicts, library)
+            session = Session(builder, trials, verdicts, library, known)
             for file in files:
                 tried.append(file)
                 mutants, bodies = make_mutants(ROOT, file, build.options(library))
@@ -254,24 +271,27 @@ def main() -> int:
                 for mutant, verdict in results:
                     totals[verdict] += 1
                     if verdict == SURVIVED:
-                        before, after = mutant.before(source), mutant.after(source)
-                        line = mutant.lines(source)[0]
-                        number = explained.number_of(source.decode(), line)
-                        key = explained.key_of(file, number, before, after)
-                        survivors.setdefault(key, []).append(
-                            f"{file}:{line}\n{explained.difference(number, before, after)}"
-                        )
+                        key = explanation_key(mutant, source)
+                        survivors.setdefault(key, []).append(described(mutant, source, key))
     if not tried:
         parser.error(f"no sources in {' '.join(wanted)}")
     whole = [] if options.every > 1 else tried  # of a sample nobody knows what did not survive
     partly = options.again or options.every > 1 or bool(options.files)
-    return report(totals, survivors, whole, partly)
+    return report(explanations, totals, survivors, whole, partly)
+
+
+def described(mutant: Mutant, source: bytes, key: explained.Key) -> str:
+    change = explained.difference(key[1], mutant.before(source), mutant.after(source))
+    return f"{mutant.file}:{mutant.lines(source)[0]}\n{change}"
 
 
 def report(
-    totals: Counter[str], survivors: dict[explained.Key, list[str]], tried: list[str], partly: bool
+    explanations: list[explained.Explanation],
+    totals: Counter[str],
+    survivors: dict[explained.Key, list[str]],
+    tried: list[str],
+    partly: bool,
 ) -> int:
-    explanations = explained.read(EXPLAINED)
     known = {each.key for each in explanations}
     open_ones = [text for key, texts in survivors.items() if key not in known for text in texts]
     stale = [
