@@ -20,7 +20,7 @@ namespace quillon::arrow {
 template <class T>
 std::shared_ptr<T> bufferOf(unsigned long count) {
   constexpr std::align_val_t ALIGNMENT{64};
-  void* const memory = ::operator new(std::max(1UL, count) * sizeof(T), ALIGNMENT);
+  void* const memory = ::operator new(count * sizeof(T), ALIGNMENT);
   return {static_cast<T*>(memory), [](T* buffer) { ::operator delete(buffer, ALIGNMENT); }};
 }
 
