@@ -93,6 +93,12 @@ TEST(StoredChunkTest, ThreeFiltersAreUndoneOneAfterTheOther) {
 }
 
 // Of the words 0x6162 and 0x6300.
+TEST(StoredChunkTest, EachFilterReadsWhatTheOneAfterItLeft) {
+  EXPECT_EQ(unpacked({SHUFFLE, SHUFFLE}, "aedcbf"), "abcdef");
+  EXPECT_EQ(unpacked({SHUFFLE, SHUFFLE, SHUFFLE}, "adbecf"), "abcdef");
+  EXPECT_EQ(unpacked({SHUFFLE, SHUFFLE, SHUFFLE, DEFLATE}, deflated("adbecf")), "abcdef");
+}
+
 TEST(StoredChunkTest, LastByteOfAnOddNumberIsTheUpperOneOfAWord) {
   EXPECT_EQ(unpackedAs({1, false, 3, {FLETCHER}}, std::string("abc\x62\xC4\xC5\x25", 7)), "abc");
 }
