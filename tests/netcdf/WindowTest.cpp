@@ -4,6 +4,7 @@
 #include <numeric>
 #include <random>
 #include <stdexcept>
+#include <vector>
 
 #include "Window.h"
 
@@ -106,6 +107,22 @@ TEST_P(WindowTest, ReportMayUseTheWindow) {
   const auto report = [&](unsigned long) { found = at(VALUES - 1); };
   EXPECT_EQ(m_window.at(0, read, report), 0U);
   EXPECT_EQ(found, VALUES - 1);
+}
+
+TEST(WindowRoomTest, IsKeptWhereItIsEnoughAndGivenBackBeforeMoreIsAskedFor) {
+  Window<int> window{memory::BlockLayout({7}, 3)};
+  std::vector<std::size_t> sizes;
+  for (const unsigned long offset : {6UL, 0UL, 3UL, 6UL}) {
+    window.at(
+        offset,
+        [&sizes](const memory::Block& block, std::vector<int>& destination) {
+          sizes.push_back(destination.size());
+          destination.resize(std::max<std::size_t>(destination.size(), block.count));
+          return 0UL;
+        },
+        [](unsigned long) {});
+  }
+  EXPECT_EQ(sizes, (std::vector<std::size_t>{0, 0, 3, 3}));
 }
 
 INSTANTIATE_TEST_SUITE_P(OfValues, WindowTest,
