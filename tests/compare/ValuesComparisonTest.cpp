@@ -93,6 +93,15 @@ TEST(ValuesComparisonTest, MissingTimesAreNoNumbers) {
       text(compare(second, first, within(INFINITE))),
       "/: 1 of 4 values differ, 1 missing in one file alone; the first is at x=2: 6 and none");
   EXPECT_EQ(differing(memory::MISSING_TIME, memory::MISSING_TIME, options), 0);
+  EXPECT_EQ(compare(first, first, options).rows.at(0).count, 2);
+}
+
+// 1 - -1e-17 is 1 in double and more than 1 in long double.
+TEST(ValuesComparisonTest, DistancesOfDoublesAreRoundedToDouble) {
+  const DoubleArray first = row<double>("a", {1, 5});
+  const DoubleArray second = row<double>("a", {-1e-17, 100});
+  EXPECT_EQ(text(compare(first, second, within(1))),
+            "/: 1 of 2 values differ; the largest delta is 95 at x=1: 5 and 100");
 }
 
 TEST(ValuesComparisonTest, IntegersAreToldApartWithoutRounding) {

@@ -14,6 +14,25 @@ namespace quillon::tables {
 namespace {
 
 /// Copies values to every other place, first along the direction that is slow in the source.
+TEST(CopyBoxTest, NearestDirectionIsTheOneOfTheShortestStepThatIsOne) {
+  const auto nearestBySteps = [](const std::vector<long>& steps) {
+    std::vector<Stride> strides;
+    strides.reserve(steps.size());
+    for (const long step : steps) {
+      strides.push_back({2, step, 1});
+    }
+    return nearestOf(strides);
+  };
+  EXPECT_EQ(nearestBySteps({8}), 0U);
+  EXPECT_EQ(nearestBySteps({8, 4}), 1U);
+  EXPECT_EQ(nearestBySteps({8, -4}), 1U);
+  EXPECT_EQ(nearestBySteps({-4, 8}), 0U);
+  EXPECT_EQ(nearestBySteps({4, 4}), 0U);
+  EXPECT_EQ(nearestBySteps({8, 0, 4}), 2U);
+  EXPECT_EQ(nearestBySteps({8, 1, 4}), 1U);
+  EXPECT_EQ(nearestBySteps({8, 4, 2}), 2U);
+}
+
 TEST(CopyBoxTest, TilesGoWhereTheirValuesBelong) {
   std::vector<int> from(120);
   std::iota(from.begin(), from.end(), 0);
