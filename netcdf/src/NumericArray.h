@@ -66,16 +66,16 @@ class Numbers : public FileArray, public object_model::BulkValues, public memory
   unsigned long read(const unsigned long* start, const unsigned long* extent, Value* values) const {
     const unsigned long count = m_variable.countOf(extent);
     const unsigned long bytes = count * m_variable.valueBytes;
-    if (!m_isInPlace) {
+    if (m_isInPlace) {
+      m_variable.read(start, extent, values);
+      if (m_decode) {
+        m_decode(values, count, values);
+      }
+    } else {
       std::vector<char> stored;
       m_variable.makeRoom(stored, bytes);
       m_variable.read(start, extent, stored.data());
       m_decode(stored.data(), count, values);
-      return bytes;
-    }
-    m_variable.read(start, extent, values);
-    if (m_decode) {
-      m_decode(values, count, values);
     }
     return bytes;
   }
