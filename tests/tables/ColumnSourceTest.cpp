@@ -30,6 +30,26 @@ TEST(ColumnSourceTest, ATableIsMadeOfColumnsOfOnesOwn) {
   EXPECT_EQ(table.cellsInPlace(0, 0, 3), nullptr);
 }
 
+/// Truth values of which the source says no more than it must.
+class Plain final : public ColumnSource {
+ public:
+  void describe(Column& column) const override {
+    column.name = "b";
+    column.type = ColumnType::Boolean;
+    column.isNullable = true;
+  }
+  void read(unsigned long /*firstRow*/, unsigned long count, void* destination) const override {
+    std::fill_n(static_cast<bool*>(destination), count, true);
+  }
+};
+
+TEST(ColumnSourceTest, NoCellIsMissingUnlessTheSourceSaysSo) {
+  std::vector<std::unique_ptr<ColumnSource>> columns;
+  columns.push_back(std::make_unique<Plain>());
+  const Table table(std::move(columns), 3);
+  EXPECT_THAT(missingOf(table, 0), ElementsAre(false, false, false));
+}
+
 /// Truth values in blocks, that knows what it was asked for.
 class InBlocks final : public ColumnSource {
  public:

@@ -65,6 +65,10 @@ class ContractPlanTest : public ::testing::Test {
   std::vector<Unreadable> m_skipped;
 };
 
+TEST_F(ContractPlanTest, ManyColumnsHaveToBeAskedFor) {
+  EXPECT_FALSE(ContractRequest().allColumns);
+}
+
 TEST_F(ContractPlanTest, AllNumbersAreInTheTable) {
   add("A", "x3", object_model::ElementType::UInt);
   add("B", "x3", object_model::ElementType::Int);

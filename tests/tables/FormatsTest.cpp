@@ -49,6 +49,14 @@ TEST_F(FormatsTest, EachNameStandsForItsWriter) {
   EXPECT_THAT(text("jsonl"), StartsWith("{\"x\": 0, "));
 }
 
+TEST_F(FormatsTest, FractionsHaveSixDigitsUnlessAskedForOthers) {
+  memory::Dictionary third("data");
+  third.add(memory::DoubleArray("v", {{"x", 1}}, {1.0 / 3}));
+  std::string result;
+  write(Table(third, plan(third)), Format::Text, into(result));
+  EXPECT_EQ(result, "x         v\n0  0.333333\n[1 row x 2 columns]\n");
+}
+
 TEST_F(FormatsTest, PeopleBeginWithTenRowsAndProgramsHaveAll) {
   EXPECT_EQ(lines(text("text")), 10 + 2);
   EXPECT_EQ(lines(text("markdown")), 10 + 2);

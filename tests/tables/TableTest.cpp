@@ -65,6 +65,30 @@ TEST(TableTest, ColumnsHaveTheTypesInWhichValuesAreStored) {
   EXPECT_THAT(cellsOf<long>(table, 6), ElementsAre(0, 3'600'000'000));
 }
 
+TEST(TableTest, AColumnIsOneOfNumbersThatAreAllThereUnlessDescribedOtherwise) {
+  const Column column;
+  EXPECT_EQ(column.type, ColumnType::Float64);
+  EXPECT_EQ(column.calendar, memory::Calendar::Standard);
+  EXPECT_FALSE(column.isIndex);
+  EXPECT_FALSE(column.isNullable);
+}
+
+TEST(TableTest, TimesAndFractionsTellWhetherTheyAreMissing) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_TRUE(isMissing(nan, ColumnType::Float64));
+  EXPECT_TRUE(isMissing(static_cast<float>(nan), ColumnType::Float32));
+  EXPECT_FALSE(isMissing(0.0, ColumnType::Float64));
+  EXPECT_TRUE(isMissing(memory::MISSING_TIME, ColumnType::Time));
+  EXPECT_FALSE(isMissing(0L, ColumnType::Time));
+  EXPECT_FALSE(isMissing(memory::MISSING_TIME, ColumnType::Int64));
+  EXPECT_FALSE(isMissing(false, ColumnType::Boolean));
+  EXPECT_FALSE(isMissing(std::string(), ColumnType::Text));
+  EXPECT_TRUE(tellsMissing(ColumnType::Time));
+  EXPECT_TRUE(tellsMissing(ColumnType::Float32));
+  EXPECT_TRUE(tellsMissing(ColumnType::Float64));
+  EXPECT_FALSE(tellsMissing(ColumnType::Int64));
+}
+
 TEST(TableTest, TheFirstIndexAxisVariesFastest) {
   Dictionary data("data");
   data.add(DoubleArray("a", {{"x", 2}, {"y", 3}}, countedUp<double>(6)));
