@@ -36,6 +36,15 @@ TEST(OwnedTest, NothingIsHeldAtFirst) {
   EXPECT_FALSE(Owned<ArrowArray>(nullptr));
 }
 
+TEST(OwnedTest, NothingOfWhatWasReleasedIsLeft) {
+  int releases = 0;
+  ArrowSchema schema = counting(releases);
+  Owned<ArrowSchema> owned(&schema);
+  owned.reset();
+  EXPECT_EQ(releases, 1);
+  EXPECT_EQ(owned->private_data, nullptr);
+}
+
 TEST(OwnedTest, IsMovedWithoutARelease) {
   int first = 0;
   int second = 0;
