@@ -9,6 +9,7 @@ TEST(Bounded, ProductsAndSumsAreThoseOfTheNumbers) {
   EXPECT_EQ(boundedProduct(0, LARGEST_SIZE), 0U);
   EXPECT_EQ(boundedProduct(LARGEST_SIZE, 0), 0U);
   EXPECT_EQ(boundedProduct(LARGEST_SIZE, 1), LARGEST_SIZE);
+  EXPECT_EQ(boundedProduct(2, LARGEST_SIZE / 2), LARGEST_SIZE - 1);
   EXPECT_EQ(boundedSum(6, 7), 13U);
   EXPECT_EQ(boundedSum(LARGEST_SIZE - 1, 1), LARGEST_SIZE);
 }

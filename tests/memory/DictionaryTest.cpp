@@ -160,6 +160,21 @@ TEST(DictionaryTest, AnEntryThatRefusesAParentIsLeftAsItWas) {
   expectConsistent(dictionary, {"a", "b", "c"});
 }
 
+template <class Entry, class = void>
+struct IsAddable : std::false_type {};
+template <class Entry>
+struct IsAddable<Entry,
+                 std::void_t<decltype(std::declval<Dictionary&>().add(std::declval<Entry>()))>>
+    : std::true_type {};
+
+TEST(DictionaryTest, OnlyEntriesAreTakenInOverloads) {
+  EXPECT_TRUE(IsAddable<DoubleArray>::value);
+  EXPECT_TRUE(IsAddable<std::unique_ptr<Data>>::value);
+  EXPECT_TRUE(IsAddable<std::unique_ptr<DoubleArray>>::value);
+  EXPECT_FALSE(IsAddable<int>::value);
+  EXPECT_FALSE(IsAddable<std::unique_ptr<int>>::value);
+}
+
 TEST(DictionaryTest, NoEntryCannotBeAdded) {
   Dictionary dictionary("d");
   EXPECT_EQ(thrownBy<std::invalid_argument>([&] { dictionary.add(std::unique_ptr<Data>()); }),

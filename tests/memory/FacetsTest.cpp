@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <quillon/memory/Facets.h>
 
+#include <limits>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -43,6 +44,10 @@ INSTANTIATE_TEST_SUITE_P(
         AttributePair{
             "OfATextAndAListOfIt", {"k", "v"}, {"k", std::vector<std::string>{"v"}}, false}),
     [](const auto& row) { return row.param.rule; });
+
+TEST(FacetsTest, TheMissingTimeIsTheSmallestNumber) {
+  EXPECT_EQ(MISSING_TIME, std::numeric_limits<long>::min());
+}
 
 }  // namespace
 }  // namespace quillon::memory

@@ -45,5 +45,23 @@ TEST(JsonTextTest, WhatIsNoNumberInJsonIsAString) {
   EXPECT_EQ(jsonNumber(std::complex<double>(1, -0.5)), "\"(1;-0.5)\"");
 }
 
+TEST(JsonTextTest, ObjectsGrowByAMemberAtATime) {
+  Json object('{');
+  EXPECT_EQ(object.text(), "{}");
+  object.add("a", "1");
+  EXPECT_EQ(object.text(), R"({"a": 1})");
+  object.add("b\"", jsonText("x")).add("", "[]");
+  EXPECT_EQ(object.text(), R"({"a": 1, "b\"": "x", "": []})");
+}
+
+TEST(JsonTextTest, ListsGrowByAnElementAtATime) {
+  Json list('[');
+  EXPECT_EQ(list.text(), "[]");
+  list.add("1");
+  EXPECT_EQ(list.text(), "[1]");
+  list.add("2").add(jsonText("x"));
+  EXPECT_EQ(list.text(), R"([1, 2, "x"])");
+}
+
 }  // namespace
 }  // namespace quillon::memory

@@ -34,6 +34,10 @@ TEST(NumberTextTest, IntegersAreWrittenInFull) {
   EXPECT_EQ(shortestText(static_cast<unsigned char>(65)), "65");
 }
 
+TEST(NumberTextTest, PeopleAreShownSixDigits) {
+  EXPECT_EQ(textInDigits(1.0 / 3, SHOWN_DIGITS), "0.333333");
+}
+
 TEST(NumberTextTest, NaNHasNoSignAndInfinitiesHave) {
   EXPECT_EQ(shortestText(std::copysign(NOT_A_NUMBER, -1.0)), "nan");
   EXPECT_EQ(shortestText(INFINITE), "inf");

@@ -36,6 +36,10 @@ TEST_F(OutputTargetTest, NamesOfDescriptorsAreDescriptors) {
   EXPECT_EQ(outputTargetOf(link("link", "/dev/stdout")).descriptor, 1);
 }
 
+TEST_F(OutputTargetTest, IsNoDescriptorUnlessToldOtherwise) {
+  EXPECT_EQ(OutputTarget().descriptor, -1);
+}
+
 TEST_F(OutputTargetTest, OtherNamesAreNone) {
   for (const std::string path :
        {"/dev/null", "/proc/self/fd/x", "/proc/self/fd/1x", "/proc/self/fd/-1", "1"}) {

@@ -19,6 +19,7 @@ TEST(TimeArrayTest, IsAnArrayOfMicroseconds) {
   EXPECT_EQ(array.getPhysicalUnit(), "microseconds since 1970-01-01");
   EXPECT_EQ(array.getValueAsInt(TupleX{1}), MICROSECONDS_PER_DAY);
   EXPECT_EQ(array.times(), (std::vector<long>{0, MICROSECONDS_PER_DAY}));
+  EXPECT_EQ(array.calendar(), Calendar::Standard);
 }
 
 TEST(TimeArrayTest, GivesItsTimesInStorageOrder) {

@@ -41,6 +41,8 @@ INSTANTIATE_TEST_SUITE_P(
         CharacterCase{"Continuation", "\x82", 0, 0}, CharacterCase{"LeadByteAlone", "\xC3(", 0, 0}),
     [](const auto& some) { return some.param.rule; });
 
+TEST(Utf8Test, TheReplacementCharacterIsUFFFD) { EXPECT_EQ(REPLACEMENT, "\xEF\xBF\xBD"); }
+
 TEST(Utf8LengthTest, EndsAtTheFirstByteThatIsPartOfNoCharacter) {
   EXPECT_EQ(utf8Length(""), 0U);
   EXPECT_EQ(utf8Length("ab\xC3\xA4z"), 5U);
