@@ -257,6 +257,9 @@ def main() -> int:
             if not files:
                 continue
             coverage = covered(build, tests, libraries, folder, executor, verdicts.state)
+            left_out = [test for suite in coverage.suites for test in suite.left_out]
+            if left_out:
+                print(f"{name}: without {len(left_out)} tests that take too long", flush=True)
             build.precompile(library, system_headers(files), folder)
             trials = [
                 Trial(build, coverage, folder / f"trial-{number}") for number in range(options.jobs)
