@@ -46,6 +46,11 @@ class ChoiceTest : public ::testing::Test {
   Dictionary m_second{"second"};
 };
 
+TEST_F(ChoiceTest, IsOfWholeFilesUnlessToldOtherwise) {
+  EXPECT_EQ(Choice().root, "/");
+  EXPECT_EQ(Choice().sides, "Neither side");
+}
+
 TEST_F(ChoiceTest, EverythingUnlessAskedForLess) {
   const Chosen all = chosen({});
   EXPECT_THAT(all.paths, UnorderedElementsAre("area", "axis", "li/area", "li/radius"));

@@ -23,6 +23,11 @@ std::string inWords(const Picture::Side& side) {
   return side.dimension + " " + std::to_string(side.size) + " in " + std::to_string(side.cells);
 }
 
+TEST(DeltaMapTest, APictureOfNothingHasNoCells) {
+  EXPECT_EQ(inWords(Picture().across), " 0 in 0");
+  EXPECT_EQ(inWords(Picture().down), " 0 in 0");
+}
+
 TEST(DeltaMapTest, ShowsTheLargestDeltaOfEachCell) {
   DeltaMap map(shapeOf({3, 2}));
   map.add(0, 0.5);

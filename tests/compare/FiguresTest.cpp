@@ -50,6 +50,11 @@ std::vector<double> anyValues() {
                                                      -INFINITE, 0.1}));
 }
 
+TEST(FiguresTest, APairStandsFirstAndWithoutADeltaUnlessToldOtherwise) {
+  EXPECT_EQ(Pair().offset, 0U);
+  EXPECT_EQ(Pair().delta, 0.0);
+}
+
 TEST(FiguresTest, BlocksOfLargeArraysAreReadWhereTheyLie) {
   using Wide = std::complex<double>;  // of which few fill a block
   Options options;

@@ -1,7 +1,10 @@
 #include <gmock/gmock.h>
 #include <quillon/memory/InvalidCall.h>
+#include <quillon/memory/StridedArray.h>
 #include <quillon/memory/TypedArray.h>
 #include <quillon/memory/Values.h>
+
+#include <numeric>
 
 #include "support/Thrown.h"
 
@@ -79,6 +82,16 @@ TEST(ValuesTest, BlockOfAnArrayWithAccessorsAloneIsTheSame) {
   EXPECT_THAT(valuesOf<double>(array, {0, 4, {1, 0}, {2, 2}}), ElementsAre(1, 2, 4, 5));
 }
 
+TEST(ValuesTest, BlocksOfThreeDimensionsComeInStorageOrder) {
+  const Block block{0, 8, {1, 1, 1}, {2, 2, 2}};
+  const CountingArray counted({{"x", 3}, {"y", 3}, {"z", 3}});
+  EXPECT_THAT(valuesOf<double>(counted, block), ElementsAre(13, 14, 16, 17, 22, 23, 25, 26));
+  std::vector<double> values(27);
+  std::iota(values.begin(), values.end(), 0);
+  const DoubleArray inMemory("a", {{"x", 3}, {"y", 3}, {"z", 3}}, values);
+  EXPECT_THAT(valuesOf<double>(inMemory, block), ElementsAre(13, 14, 16, 17, 22, 23, 25, 26));
+}
+
 TEST(ValuesTest, ArrayWithoutDimensionsIsOneValue) {
   EXPECT_THAT(valuesOf<long>(IntArray("a", {}, {-7}), {}), ElementsAre(-7));
   EXPECT_THAT(valuesOf<double>(CountingArray({}), {}), ElementsAre(0));
@@ -94,6 +107,12 @@ TEST(ValuesTest, ValuesInBulkComeAsTheyAreStoredOrAsElements) {
   const ChunkedArray array({{"x", 3}, {"y", 2}}, {3, 1});
   EXPECT_THAT(valuesOf<float>(array, {0, 4, {1, 0}, {2, 2}}), ElementsAre(10, 20, 11, 21));
   EXPECT_THAT(valuesOf<double>(array, {0, 4, {1, 0}, {2, 2}}), ElementsAre(10, 20, 11, 21));
+}
+
+TEST(ValuesTest, ValuesAsFarApartAsElementsAreLargeAreWidenedOneByOne) {
+  const int memory[] = {-1, 10, -2, 11, -3, 12};
+  const StridedArray<int> array("a", {{"x", 3}}, memory, {sizeof(long)});
+  EXPECT_THAT(valuesOf<long>(array, {0, 3, {0}, {3}}), ElementsAre(-1, -2, -3));
 }
 
 TEST(ValuesTest, EmptyBlockCopiesNothing) {

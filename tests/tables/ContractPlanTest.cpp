@@ -65,6 +65,12 @@ class ContractPlanTest : public ::testing::Test {
   std::vector<Unreadable> m_skipped;
 };
 
+TEST_F(ContractPlanTest, OneOfNothingHasNoColumnsAndOneRow) {
+  EXPECT_EQ(ContractPlan().rows, 1U);
+  EXPECT_EQ(ContractPlan().columns, 0U);
+  EXPECT_EQ(ContractPlan().values, 0U);
+}
+
 TEST_F(ContractPlanTest, ManyColumnsHaveToBeAskedFor) {
   EXPECT_FALSE(ContractRequest().allColumns);
 }

@@ -93,6 +93,24 @@ class PlanTest : public ::testing::Test {
   Dictionary m_data{"data"};
 };
 
+TEST_F(PlanTest, EachPartIsTheWholeOfWhatStandsHereUnlessToldOtherwise) {
+  EXPECT_EQ(DimensionUse().first, 0U);
+  EXPECT_EQ(DimensionUse().step, 1U);
+  EXPECT_EQ(DimensionUse().axis, NO_AXIS);
+  EXPECT_EQ(ArraySource().levels, 0U);
+  EXPECT_FALSE(PlannedColumn().isIndex);
+  EXPECT_EQ(IndexAxis().size, 0U);
+  EXPECT_EQ(Plan().rows, 1U);
+}
+
+TEST_F(PlanTest, RequestsAreOfTheFirstPointAndOfEachPointUnlessToldOtherwise) {
+  EXPECT_EQ(Position().at, 0);
+  EXPECT_EQ(PositionRange().step, 1);
+  EXPECT_EQ(TimePoint().microseconds, 0);
+  EXPECT_FALSE(Request().positions);
+  EXPECT_FALSE(Request().allColumns);
+}
+
 TEST_F(PlanTest, TheDefaultIndexIsTheAxesOfTheArrayWithTheMostValues) {
   add("a", "x20");
   add("b", "x20 y30");
