@@ -171,6 +171,7 @@ TEST_P(MaxRowsTest, NoBatchHasMoreRows) {
 INSTANTIATE_TEST_SUITE_P(Rows, MaxRowsTest, ::testing::Values(1, 2, 7, 8, 9, 22, 23, 24, 1000));
 
 TEST(ExportTest, BatchesHave65536RowsUnlessAskedForOthers) {
+  EXPECT_EQ(StreamOptions().maxRows, 65'536U);
   // Without columns, whose memory would make batches smaller.
   const Table table(std::vector<std::unique_ptr<tables::ColumnSource>>(), 65'537);
   EXPECT_THAT(batchesOf(streamOf(table)), ElementsAre("65536 rows\n", "1 rows\n"));
