@@ -40,6 +40,15 @@ class FactsTest : public testing::Test {
   std::string m_path = m_scratch.path("a.nc");
 };
 
+TEST_F(FactsTest, AVariableIsReadableAndNotCompressedUnlessToldOtherwise) {
+  EXPECT_TRUE(VariableFacts().isReadable);
+  EXPECT_FALSE(Compression().isShuffled);
+  EXPECT_EQ(Compression().deflateLevel, 0);
+  EXPECT_EQ(FilterFacts().id, 0U);
+  EXPECT_EQ(DimensionFacts().size, 0U);
+  EXPECT_FALSE(DimensionFacts().isUnlimited);
+}
+
 TEST_F(FactsTest, VariablesAreAsTheFileHasThem) {
   const GroupFacts facts = factsOf(
       "types: byte enum flag {NO = 0, YES = 1}; compound point { int a; }; "

@@ -20,6 +20,17 @@ std::vector<int> waysOfOpening(const std::string& path) {
   return ways;
 }
 
+TEST(OpenedFileTest, IsDecodedWithWindowsOf64MiBUnlessAskedForOthers) {
+  EXPECT_TRUE(OpenOptions().decode);
+  EXPECT_EQ(OpenOptions().windowBytes, 67'108'864U);
+}
+
+TEST(RangeTest, IsOfNoIndicesFromTheFirstOnUnlessToldOtherwise) {
+  EXPECT_EQ(Range().first, 0);
+  EXPECT_EQ(Range().count, 0);
+  EXPECT_EQ(Range().step, 1);
+}
+
 TEST(OpenedFileTest, IsOpenForReadingAlone) {
   const Scratch scratch;
   for (const int format : {0, NC_64BIT_DATA, NC_NETCDF4}) {

@@ -126,6 +126,11 @@ TEST_F(WriteTest, NumbersAreCompressedWhereThatIsAskedFor) {
             "single:_Storage = \"contiguous\"\ntext:_Storage = \"contiguous\"\n");
 }
 
+TEST_F(WriteTest, NothingIsCompressedUnlessAskedForAndThenItIsShuffled) {
+  EXPECT_EQ(WriteOptions().deflate, 0);
+  EXPECT_TRUE(WriteOptions().shuffle);
+}
+
 TEST_F(WriteTest, LevelsOutsideTheirRangeAreRefused) {
   for (const int level : {-1, 10}) {
     EXPECT_EQ(errorOf([&] {
