@@ -157,6 +157,11 @@ def _reached(text: str, by_name: dict[str, Header]) -> set[str]:
 
 def _uses(code: str, entity: Entity) -> bool:
     """Whether a program names an entity whose header it includes."""
+    if entity.plain_name().startswith("operator"):
+        # It stands between values of the type that it is for.
+        operand = re.search(r"(\w+) *&", entity.arguments)
+        symbol = entity.plain_name().removeprefix("operator")
+        return operand is not None and f" {symbol} " in code and re.search(rf"\b{operand[1]}\b", code) is not None
     ending = r"\s*(?:<[^;()]*>)?\s*\(" if entity.kind == "function" else r"(?!\w)"
     namespace = entity.namespace()
     for found in re.finditer(r"(?:(\w+)::)?(?<!\w)" + re.escape(entity.plain_name()) + ending, code):
@@ -246,10 +251,14 @@ def _namespaces(compounds: list[ElementTree.Element]) -> dict[str, str]:
 
 
 def _insist_on_examples(header: Header, examples: dict[str, list[str]]) -> None:
-    if header.name.startswith("quillon/") and header.entities and not examples:
-        names = ", ".join(entity.plain_name() for entity in header.entities)
+    """Fail for a function that no program shows, and for a header of these libraries of which none shows anything."""
+    missing = [each for each in header.entities if each.name not in examples]
+    if not (header.name.startswith("quillon/") and not examples):
+        missing = [each for each in missing if each.kind == "function"]
+    if missing:
+        names = ", ".join(dict.fromkeys(entity.plain_name() for entity in missing))
         fail(
-            f"no program of a guide or example shows anything of {header.path}, which declares {names}: "
+            f"no program of a guide or example shows {names} of {header.path}: "
             "add one to a page in docs/guides/"
         )
 
