@@ -122,6 +122,22 @@ RC_GTEST_PROP(TimeTest, AnyTimeReadsBack, ()) {
 INSTANTIATE_TEST_SUITE_P(All, CalendarTest, ::testing::ValuesIn(CALENDARS),
                          [](const auto& row) { return nameOf(row.param); });
 
+TEST(TimeTest, CenturiesBefore1582HaveALeapDayInTheStandardCalendar) {
+  EXPECT_EQ(daysInMonth(1500, 2, Calendar::Standard), 29);
+  EXPECT_EQ(daysInMonth(1500, 2, Calendar::Julian), 29);
+  EXPECT_EQ(daysInMonth(1500, 2, Calendar::ProlepticGregorian), 28);
+  EXPECT_EQ(daysInMonth(1700, 2, Calendar::Standard), 28);
+  EXPECT_EQ(daysInMonth(1700, 2, Calendar::Julian), 29);
+}
+
+TEST(TimeTest, TheDayBeforeTheGregorianCalendarBeginsIsJulian) {
+  const auto dayOf = [](long days) {
+    return timeText(days * MICROSECONDS_PER_DAY, Calendar::Standard, TimeForm::Date);
+  };
+  EXPECT_EQ(dayOf(-141'427), "1582-10-15");
+  EXPECT_EQ(dayOf(-141'428), "1582-10-04");
+}
+
 TEST(TimeTest, KnownDaysHaveTheirNumbers) {
   EXPECT_EQ(midnight(2000, 1, 1, Calendar::Standard), 946684800000000L);
   EXPECT_EQ(midnight(1582, 10, 15, Calendar::Standard), -141427 * MICROSECONDS_PER_DAY);
