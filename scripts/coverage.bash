@@ -12,8 +12,7 @@ verb_coverage() {
   build coverage
   local build=build/coverage folders=("${COVERED[@]}") list programs program
   if (($# > 0)); then folders=("$@"); fi
-  list="$(find "${folders[@]/#/$build/tests/}" "$build/tests/abi" -type f \
-    \( -name '*_tests' -o -name memory_faulty_classes \))"
+  list="$(find "${folders[@]/#/$build/tests/}" "$build/tests/abi" -type f -name '*_tests')"
   mapfile -t programs <<<"$list"
   rm -rf "$build/profiles"
   for program in "${programs[@]}"; do

@@ -1,5 +1,5 @@
 // Runs the suites over classes with known faults and fails unless just the tests that are about
-// these faults fail.
+// these faults fail, and say what they are to say.
 #include <quillon/memory/TypedArray.h>
 #include <quillon/testing.h>
 #include <tabra/MemoryDataFrame.h>
@@ -7,11 +7,15 @@
 #include <algorithm>
 #include <iostream>
 #include <limits>
+#include <map>
 #include <memory>
 #include <numeric>
-#include <set>
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
+
+#include "support/Interfaces.h"
 
 namespace quillon::testing {
 namespace {
@@ -96,6 +100,8 @@ struct LyingArray {
     }
     object_model::StoredType storedType() const override { return object_model::StoredType::Int64; }
     object_model::ValuesInPlace valuesInPlace() const override { return {m_values, &m_stride}; }
+    // Nobody is to look behind the one of its dimension.
+    const unsigned long* chunkExtents() const override { return m_chunks; }
     void readValues(const unsigned long* start, const unsigned long* extent,
                     void* destination) const override {
       auto* const to = static_cast<long*>(destination);
@@ -105,6 +111,7 @@ struct LyingArray {
    private:
     long m_stride = sizeof(long);
     long m_values[2] = {7, 8};
+    unsigned long m_chunks[2] = {2, 0};
   };
   static std::unique_ptr<object_model::Array> make() { return std::make_unique<Lying>(); }
 };
@@ -134,6 +141,87 @@ struct HalfNanArray {
 };
 using HalfNanArrays = ::testing::Types<HalfNanArray<false>, HalfNanArray<true>>;
 INSTANTIATE_TYPED_TEST_SUITE_P(HalfNan, ArraySuite, HalfNanArrays, );
+
+/// There is none.
+struct NoArray {
+  static std::unique_ptr<object_model::Array> make() { return nullptr; }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(None, ArraySuite, NoArray, );
+
+/// It has no descriptor, or one that says that it is of something else.
+template <bool HAS_ONE>
+struct UndescribedArray {
+  class Descriptor final : public test::PlainArrayInfo {
+   public:
+    const object_model::ArrayInfo* asArrayInfo() const override { return nullptr; }
+  };
+  class Undescribed final : public test::PlainArray {
+   public:
+    const object_model::DataInfo* getInformation() const override {
+      return HAS_ONE ? &m_descriptor : nullptr;
+    }
+
+   private:
+    Descriptor m_descriptor;
+  };
+  static std::unique_ptr<object_model::Array> make() { return std::make_unique<Undescribed>(); }
+};
+using UndescribedArrays = ::testing::Types<UndescribedArray<false>, UndescribedArray<true>>;
+INSTANTIATE_TYPED_TEST_SUITE_P(Undescribed, ArraySuite, UndescribedArrays, );
+
+/// Its descriptor gives itself for that of a dictionary without a word, and no axes.
+struct LooseArray {
+  class Descriptor final : public test::PlainArrayInfo {
+   public:
+    const object_model::DictionaryInfo* asDictionaryInfo() const override { return nullptr; }
+  };
+  class Loose final : public test::PlainArray {
+   public:
+    const object_model::DataInfo* getInformation() const override { return &m_descriptor; }
+    double getValueAsDouble(const object_model::Tuple& /*index*/) const override { return 1; }
+
+   private:
+    Descriptor m_descriptor;
+  };
+  static std::unique_ptr<object_model::Array> make() { return std::make_unique<Loose>(); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Loose, ArraySuite, LooseArray, );
+
+/// Its elements are of no type that there is.
+struct TypelessArray {
+  class Typeless final : public memory::ArrayBase {
+   public:
+    Typeless() : ArrayBase("typeless", object_model::ElementType(99), {{"x", 1}}) {}
+  };
+  static std::unique_ptr<object_model::Array> make() { return std::make_unique<Typeless>(); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Typeless, ArraySuite, TypelessArray, );
+
+/// Each look at it finds another value.
+struct RestlessArray {
+  class Restless final : public memory::ArrayBase {
+   public:
+    Restless() : ArrayBase("restless", object_model::ElementType::Int, {{"x", 1}}) {}
+    long getValueAsInt(const object_model::Tuple& /*index*/) const override { return ++m_looks; }
+
+   private:
+    mutable long m_looks = 0;
+  };
+  static std::unique_ptr<object_model::Array> make() { return std::make_unique<Restless>(); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Restless, ArraySuite, RestlessArray, );
+
+/// Its values are expected to be of another type, or to be fewer.
+template <class T>
+struct MisjudgedArray {
+  static std::unique_ptr<object_model::Array> make() {
+    return std::make_unique<memory::IntArray>("a", std::vector<Axis>{{"x", 2}},
+                                              std::vector<long>{0, 1});
+  }
+  static std::vector<T> values() { return {0}; }
+};
+using MisjudgedArrays = ::testing::Types<MisjudgedArray<double>, MisjudgedArray<long>>;
+INSTANTIATE_TYPED_TEST_SUITE_P(Misjudged, ArraySuite, MisjudgedArrays, );
 
 /// It has one name twice, under which it finds an entry of another name.
 struct TwinDictionary {
@@ -177,6 +265,168 @@ struct FaultyDictionary {
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Faulty, DictionarySuite, FaultyDictionary, );
 
+/// There is none.
+struct NoDictionary {
+  static std::unique_ptr<object_model::Dictionary> make() { return nullptr; }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(None, DictionarySuite, NoDictionary, );
+
+/// It has no descriptor.
+struct UndescribedDictionary {
+  class Undescribed final : public test::PlainDictionary {
+   public:
+    const object_model::DataInfo* getInformation() const override { return nullptr; }
+  };
+  static std::unique_ptr<object_model::Dictionary> make() {
+    return std::make_unique<Undescribed>();
+  }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Undescribed, DictionarySuite, UndescribedDictionary, );
+
+/// Its descriptor gives itself for that of an array without a word. It gives nothing for names that
+/// it does not have, and stays where it is.
+struct LooseDictionary {
+  class Descriptor final : public test::PlainDictionaryInfo {
+   public:
+    const object_model::ArrayInfo* asArrayInfo() const override { return nullptr; }
+  };
+  class Loose final : public test::PlainDictionary {
+   public:
+    const object_model::DataInfo* getInformation() const override { return &m_descriptor; }
+    void setParent(object_model::Data* /*parent*/) override {}
+
+   private:
+    Descriptor m_descriptor;
+  };
+  static std::unique_ptr<object_model::Dictionary> make() { return std::make_unique<Loose>(); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Loose, DictionarySuite, LooseDictionary, );
+
+/// Entries of which the first is not found, or is found under the name of the second one; for whom
+/// may not change it, a missing name is nothing.
+template <bool IS_FOUND>
+struct ForgetfulDictionary {
+  class Forgetful final : public memory::DictionaryBase {
+   public:
+    Forgetful() : DictionaryBase("forgetful") {
+      m_first.setParent(this);
+      m_second.setParent(this);
+    }
+    unsigned long getNumOfData() const override { return 2; }
+    std::string getDataName(int index) const override { return index == 0 ? "a" : "b"; }
+    using object_model::Dictionary::data;
+    object_model::Data* data(const std::string& name) override {
+      return name == "a" || name == "b" ? find(name) : throw std::out_of_range(name);
+    }
+    const object_model::Data* data(const std::string& name) const override { return find(name); }
+
+   private:
+    object_model::Data* find(const std::string& name) const {
+      if (name == "a") {
+        return IS_FOUND ? &m_second : nullptr;
+      }
+      return name == "b" ? &m_second : nullptr;
+    }
+
+    mutable memory::DoubleArray m_first{"a", {}, {1}};
+    mutable memory::DoubleArray m_second{"b", {}, {2}};
+  };
+  static std::unique_ptr<object_model::Dictionary> make() { return std::make_unique<Forgetful>(); }
+};
+using ForgetfulDictionaries =
+    ::testing::Types<ForgetfulDictionary<false>, ForgetfulDictionary<true>>;
+INSTANTIATE_TYPED_TEST_SUITE_P(Forgetful, DictionarySuite, ForgetfulDictionaries, );
+
+/// Its entry belongs to another one, which it does not say.
+struct ThievishDictionary {
+  class Thievish final : public memory::DictionaryBase {
+   public:
+    Thievish() : DictionaryBase("thievish") { m_owner.add(memory::DoubleArray("entry", {}, {1})); }
+    unsigned long getNumOfData() const override { return 1; }
+    std::string getDataName(int /*index*/) const override { return "entry"; }
+    using object_model::Dictionary::data;
+    object_model::Data* data(const std::string& name) override { return m_owner.data(name); }
+    const object_model::Data* data(const std::string& name) const override {
+      return m_owner.data(name);
+    }
+
+   private:
+    memory::Dictionary m_owner{"owner"};
+  };
+  static std::unique_ptr<object_model::Dictionary> make() { return std::make_unique<Thievish>(); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Thievish, DictionarySuite, ThievishDictionary, );
+
+/// There is none.
+struct NoFrame {
+  static std::unique_ptr<tabra::DataFrameView> make() { return nullptr; }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(None, DataFrameSuite, NoFrame, );
+
+/// It says that columns of one type are of another one.
+template <tabra::DataTypeId TYPE, tabra::DataTypeId OTHER>
+struct MistakenFrame {
+  class Mistaken final : public tabra::MemoryDataFrame {
+   public:
+    tabra::DataType columnDataType(unsigned long column) const override {
+      const tabra::DataType type = MemoryDataFrame::columnDataType(column);
+      return type.id() == TYPE ? tabra::DataType(OTHER) : type;
+    }
+  };
+  static std::unique_ptr<tabra::DataFrameView> make() { return std::make_unique<Mistaken>(); }
+};
+using MistakenFrames =
+    ::testing::Types<MistakenFrame<tabra::DataTypeId::UInt64, tabra::DataTypeId::Int64>,
+                     MistakenFrame<tabra::DataTypeId::Int64, tabra::DataTypeId::UInt64>,
+                     MistakenFrame<tabra::DataTypeId::Float64, tabra::DataTypeId::Int64>>;
+INSTANTIATE_TYPED_TEST_SUITE_P(Mistaken, DataFrameSuite, MistakenFrames, );
+
+/// It keeps numbers of one type as floats, and wants a place for nothing, too.
+struct NarrowFrame {
+  class Narrow final : public tabra::MemoryDataFrame {
+   public:
+    void write(unsigned long column, unsigned long row, unsigned long count,
+               const void* values) override {
+      if (columnDataType(column).id() != tabra::DataTypeId::Float64) {
+        MemoryDataFrame::write(column, row, count, values);
+        return;
+      }
+      for (unsigned long k = 0; k < count; ++k) {
+        const double kept = static_cast<float>(static_cast<const double*>(values)[k]);
+        MemoryDataFrame::write(column, row + k, 1, &kept);
+      }
+    }
+    void read(unsigned long column, unsigned long row, unsigned long count,
+              void* values) const override {
+      if (values == nullptr) {
+        throw std::invalid_argument("no place");
+      }
+      MemoryDataFrame::read(column, row, count, values);
+    }
+  };
+  static std::unique_ptr<tabra::DataFrameView> make() { return std::make_unique<Narrow>(); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Narrow, DataFrameSuite, NarrowFrame, );
+
+/// Rows that are inserted change what stands in the last row of one column.
+template <unsigned long COLUMN>
+struct LeakyFrame {
+  class Leaky final : public tabra::MemoryDataFrame {
+   public:
+    void addRows(unsigned long row, unsigned long count) override {
+      const unsigned long before = shape()[1];
+      MemoryDataFrame::addRows(row, count);
+      if (row > 0 && row < before) {
+        const long lost = -1;
+        write(COLUMN, shape()[1] - 1, 1, &lost);
+      }
+    }
+  };
+  static std::unique_ptr<tabra::DataFrameView> make() { return std::make_unique<Leaky>(); }
+};
+using LeakyFrames = ::testing::Types<LeakyFrame<0>, LeakyFrame<3>>;
+INSTANTIATE_TYPED_TEST_SUITE_P(Leaky, DataFrameSuite, LeakyFrames, );
+
 /// It counts columns anew after each removal.
 struct FaultyFrame {
   class Faulty final : public tabra::MemoryDataFrame {
@@ -190,41 +440,115 @@ struct FaultyFrame {
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Faulty, DataFrameSuite, FaultyFrame, );
 
-const std::set<std::string> EXPECTED = {
-    "Faulty/ArraySuite/0.AccessorGivesTheExpectedValues",
-    "Faulty/ArraySuite/0.OtherAccessorsRefuse",
-    "Faulty/ArraySuite/0.BulkValuesAreWhatTheAccessorGives",
-    "Faulty/ArraySuite/0.ParentIsWhatItIsTold",
-    "Odd/ArraySuite/0.BulkValuesAreWhatTheAccessorGives",
-    "Odd/ArraySuite/0.ChunksHaveAnExtentInEachDimension",
-    "Odd/ArraySuite/0.CoordinatesFitTheirAxes",
-    "Odd/ArraySuite/0.TimesAreTheSameInEachBlock",
-    "Odd/ArraySuite/0.AttributesHaveNamesOfTheirOwn",
-    "Lying/ArraySuite/0.BulkValuesAreWhatTheAccessorGives",
-    "HalfNan/ArraySuite/0.BulkValuesAreWhatTheAccessorGives",
-    "HalfNan/ArraySuite/1.BulkValuesAreWhatTheAccessorGives",
-    "Twin/DictionarySuite/0.NamesAreUnique",
-    "Twin/DictionarySuite/0.EachEntryIsFoundUnderItsName",
-    "Twin/DictionarySuite/0.AttributesHaveNamesOfTheirOwn",
-    "Faulty/DictionarySuite/0.EntriesStandInTheExpectedOrder",
-    "Faulty/DictionarySuite/0.MissingNamesThrow",
-    "Faulty/DictionarySuite/0.EntriesKnowTheirParent",
-    "Faulty/DataFrameSuite/0.ARunOfRemovalsCountsColumnsAsTheyWere",
-    "Faulty/DataFrameSuite/0.RemovingAllColumnsInTheirOrderEmptiesTheTable"};
+/// The tests that fail, each with a part of what it says first.
+using Failures = std::map<std::string, std::string>;
 
-std::set<std::string> failedTests() {
-  std::set<std::string> failed;
+/// All tests of the suite fail for one reason.
+Failures allOf(const std::string& suite, const std::string& reason) {
+  Failures all;
+  const ::testing::UnitTest& program = *::testing::UnitTest::GetInstance();
+  for (int i = 0; i < program.total_test_suite_count(); ++i) {
+    const ::testing::TestSuite& found = *program.GetTestSuite(i);
+    for (int k = 0; found.name() == suite && k < found.total_test_count(); ++k) {
+      all[suite + "." + found.GetTestInfo(k)->name()] = reason;
+    }
+  }
+  return all;
+}
+
+Failures expectedFailures() {
+  Failures expected = {
+      {"Faulty/ArraySuite/0.AccessorGivesTheExpectedValues", "at { 1, 1 }"},
+      {"Faulty/ArraySuite/0.OtherAccessorsRefuse", "read as Double"},
+      {"Faulty/ArraySuite/0.BulkValuesAreWhatTheAccessorGives",
+       "readValues() gives another value at { 1, 0 }"},
+      {"Faulty/ArraySuite/0.ParentIsWhatItIsTold", ""},
+      {"Odd/ArraySuite/0.BulkValuesAreWhatTheAccessorGives",
+       "readValues() writes past the end of the block"},
+      {"Odd/ArraySuite/0.ChunksHaveAnExtentInEachDimension", "dimension 0"},
+      {"Odd/ArraySuite/0.CoordinatesFitTheirAxes", "dimension 0"},
+      {"Odd/ArraySuite/0.TimesAreTheSameInEachBlock", "at { 0 }"},
+      {"Odd/ArraySuite/0.AttributesHaveNamesOfTheirOwn", "k occurs twice"},
+      {"Lying/ArraySuite/0.BulkValuesAreWhatTheAccessorGives",
+       "valuesInPlace() leads to another value at { 0 }"},
+      {"HalfNan/ArraySuite/0.BulkValuesAreWhatTheAccessorGives",
+       "readValues() gives another value at { 0 }"},
+      {"HalfNan/ArraySuite/1.BulkValuesAreWhatTheAccessorGives",
+       "readValues() gives another value at { 0 }"},
+      {"Loose/ArraySuite/0.DescriptorIsThatOfAnArray", ""},
+      {"Loose/ArraySuite/0.EachDimensionHasAnAxis", "dimension 0"},
+      {"Typeless/ArraySuite/0.AccessorGivesTheSameValueAgain",
+       "The element type is none of the enumeration"},
+      {"Restless/ArraySuite/0.AccessorGivesTheSameValueAgain", "at { 0 }"},
+      {"Misjudged/ArraySuite/0.AccessorGivesTheExpectedValues",
+       "The expected values are of another type"},
+      {"Misjudged/ArraySuite/1.AccessorGivesTheExpectedValues", "Which is: 1"},
+      {"Twin/DictionarySuite/0.NamesAreUnique", ""},
+      {"Twin/DictionarySuite/0.EachEntryIsFoundUnderItsName", ""},
+      {"Twin/DictionarySuite/0.AttributesHaveNamesOfTheirOwn", "k occurs twice"},
+      {"Faulty/DictionarySuite/0.EntriesStandInTheExpectedOrder", ""},
+      {"Faulty/DictionarySuite/0.MissingNamesThrow", ""},
+      {"Faulty/DictionarySuite/0.EntriesKnowTheirParent", "entry"},
+      {"Loose/DictionarySuite/0.DescriptorIsThatOfADictionary", ""},
+      {"Loose/DictionarySuite/0.MissingNamesThrow", ""},
+      {"Loose/DictionarySuite/0.ParentIsWhatItIsTold", ""},
+      {"Forgetful/DictionarySuite/0.EachEntryIsFoundUnderItsName", "\na"},
+      {"Forgetful/DictionarySuite/0.MissingNamesThrow", ""},
+      {"Forgetful/DictionarySuite/0.EntriesKnowTheirParent", "\na"},
+      {"Forgetful/DictionarySuite/1.EachEntryIsFoundUnderItsName", "Which is: \"a\""},
+      {"Forgetful/DictionarySuite/1.MissingNamesThrow", ""},
+      {"Thievish/DictionarySuite/0.EntriesKnowTheirParent", "entry"},
+      {"Mistaken/DataFrameSuite/0.ColumnsKeepNameAndType", ""},
+      {"Mistaken/DataFrameSuite/1.ColumnsKeepNameAndType", ""},
+      {"Mistaken/DataFrameSuite/2.ColumnsKeepNameAndType", ""},
+      {"Narrow/DataFrameSuite/0.NumbersKeepAllTheirBits", ""},
+      {"Narrow/DataFrameSuite/0.ReadingNothingNeedsNoPlace", ""},
+      {"Leaky/DataFrameSuite/0.InsertedRowsLeaveTheOthersAsTheyAre", ""},
+      {"Leaky/DataFrameSuite/1.InsertedRowsLeaveTheOthersAsTheyAre", ""},
+      {"Faulty/DataFrameSuite/0.ARunOfRemovalsCountsColumnsAsTheyWere", ""},
+      {"Faulty/DataFrameSuite/0.RemovingAllColumnsInTheirOrderEmptiesTheTable", ""}};
+  expected.merge(allOf("None/ArraySuite/0", "make() gives no array"));
+  expected.merge(allOf("Undescribed/ArraySuite/0", "The array has no descriptor"));
+  expected.merge(allOf("Undescribed/ArraySuite/1", "The descriptor is not that of an array"));
+  expected.merge(allOf("None/DictionarySuite/0", "make() gives no dictionary"));
+  expected.merge(allOf("Undescribed/DictionarySuite/0", "The dictionary has no descriptor"));
+  expected.merge(allOf("None/DataFrameSuite/0", "make() gives no table"));
+  return expected;
+}
+
+/// What the test says first; nothing where it does not fail.
+std::string messageOf(const ::testing::TestResult& result) {
+  for (int k = 0; k < result.total_part_count(); ++k) {
+    if (result.GetTestPartResult(k).failed()) {
+      return result.GetTestPartResult(k).message();
+    }
+  }
+  return {};
+}
+
+/// How many of the tests that ran went as they should not; says which.
+int unexpectedResults() {
+  int count = 0;
+  const Failures expected = expectedFailures();
   const ::testing::UnitTest& all = *::testing::UnitTest::GetInstance();
   for (int i = 0; i < all.total_test_suite_count(); ++i) {
     const ::testing::TestSuite& suite = *all.GetTestSuite(i);
     for (int k = 0; k < suite.total_test_count(); ++k) {
       const ::testing::TestInfo& test = *suite.GetTestInfo(k);
-      if (test.result()->Failed()) {
-        failed.insert(std::string(suite.name()) + "." + test.name());
+      const std::string name = std::string(suite.name()) + "." + test.name();
+      const auto found = expected.find(name);
+      const std::string message = messageOf(*test.result());
+      const bool isRight =
+          test.result()->Failed()
+              ? found != expected.end() && message.find(found->second) != std::string::npos
+              : found == expected.end();
+      if (test.should_run() && !isRight) {
+        ++count;
+        std::cout << "Not as expected: " << name << "\n" << message << "\n";
       }
     }
   }
-  return failed;
+  return count;
 }
 
 }  // namespace
@@ -232,8 +556,7 @@ std::set<std::string> failedTests() {
 
 int main(int argc, char** argv) {
   ::testing::InitGoogleTest(&argc, argv);
-  const bool hasFailed = RUN_ALL_TESTS() != 0;
-  const std::set<std::string> failed = quillon::testing::failedTests();
-  std::cout << "Failed: " << ::testing::PrintToString(failed) << "\n";
-  return hasFailed && failed == quillon::testing::EXPECTED ? 0 : 1;
+  GTEST_FLAG_SET(fail_fast, false);                        // tests are to fail here
+  [[maybe_unused]] const int hasFailed = RUN_ALL_TESTS();  // it should, which is looked at below
+  return quillon::testing::unexpectedResults() == 0 ? 0 : 1;
 }

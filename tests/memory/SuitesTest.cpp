@@ -125,10 +125,11 @@ struct InMemory {
     dictionary->add(memory::DoubleArray("z", {}, {1}));
     dictionary->add(Dictionary("a"));
     dictionary->add(memory::IntArray("", {}, {1}));
+    dictionary->add(memory::IntArray("missing", {}, {1}));
     dictionary->setAttribute("k", "v");
     return dictionary;
   }
-  static std::vector<std::string> names() { return {"z", "a", ""}; }
+  static std::vector<std::string> names() { return {"z", "a", "", "missing"}; }
 };
 
 struct WithoutEntries {

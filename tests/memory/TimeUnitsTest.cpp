@@ -33,7 +33,7 @@ std::string timeOf(const UnitCase& c) {
   return timeText(time, c.calendar, TimeForm::DateAndTime);
 }
 
-class TimeUnitsTest : public testing::TestWithParam<UnitCase> {};
+class TimeUnitsTest : public ::testing::TestWithParam<UnitCase> {};
 
 TEST_P(TimeUnitsTest, GiveTheTime) { EXPECT_EQ(timeOf(GetParam()), GetParam().time); }
 
@@ -41,7 +41,7 @@ constexpr Calendar STANDARD = Calendar::Standard;
 
 INSTANTIATE_TEST_SUITE_P(
     Units, TimeUnitsTest,
-    testing::ValuesIn(std::vector<UnitCase>{
+    ::testing::ValuesIn(std::vector<UnitCase>{
         {"Weeks", "weeks since 2000-01-01", STANDARD, 2L, "2000-01-15T00:00:00"},
         {"Days", "days since 2000-01-01", STANDARD, 60L, "2000-03-01T00:00:00"},
         {"Hours", "hours since 2000-01-01", STANDARD, 25L, "2000-01-02T01:00:00"},
@@ -84,7 +84,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     Dates, TimeUnitsTest,
-    testing::ValuesIn(std::vector<UnitCase>{
+    ::testing::ValuesIn(std::vector<UnitCase>{
         {"OfFewDigits", "days since 1-2-3", STANDARD, 0L, "0001-02-03T00:00:00"},
         {"YearAlone", "days since 1970", STANDARD, 1L, "1970-01-02T00:00:00"},
         {"YearAndMonth", "days since 1970-02", STANDARD, 0L, "1970-02-01T00:00:00"},
@@ -154,7 +154,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     Calendars, TimeUnitsTest,
-    testing::ValuesIn(std::vector<UnitCase>{
+    ::testing::ValuesIn(std::vector<UnitCase>{
         {"StandardLeavesDaysOut", "days since 1582-10-04", STANDARD, 1L, "1582-10-15T00:00:00"},
         {"ProlepticGregorianDoesNot", "days since 1582-10-04", Calendar::ProlepticGregorian, 1L,
          "1582-10-05T00:00:00"},

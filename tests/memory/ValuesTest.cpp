@@ -155,7 +155,7 @@ TEST(ValuesTest, TypedArraysOfNumbersLieInPlace) {
   EXPECT_EQ(values.strides[1], 24);
 }
 
-class BlockAtTest : public testing::TestWithParam<BlockCase> {};
+class BlockAtTest : public ::testing::TestWithParam<BlockCase> {};
 
 TEST_P(BlockAtTest, IsFoundByAValueOfIt) {
   const BlockCase& c = GetParam();
@@ -164,7 +164,7 @@ TEST_P(BlockAtTest, IsFoundByAValueOfIt) {
 
 INSTANTIATE_TEST_SUITE_P(
     Grids, BlockAtTest,
-    testing::ValuesIn(std::vector<BlockCase>{
+    ::testing::ValuesIn(std::vector<BlockCase>{
         {"TheWholeGridWhereItFits", {3, 2}, 6, 5, {0, 6, {0, 0}, {3, 2}}},
         {"SlabsOfTheSlowestDimension", {3, 4, 2}, 12, 13, {12, 12, {0, 0, 1}, {3, 4, 1}}},
         {"RowsWhereASlabDoesNotFit", {3, 4, 2}, 7, 12 + 7, {12 + 6, 6, {0, 2, 1}, {3, 2, 1}}},

@@ -44,6 +44,14 @@ struct ExpectedValues<Subject, std::void_t<decltype(Subject::values())>> {
 template <class Subject>
 class ArraySuite : public ::testing::Test {
  protected:
+  /// Fails where there is nothing to check.
+  void SetUp() override {
+    ASSERT_NE(m_array, nullptr) << "make() gives no array";
+    ASSERT_NE(m_array->getInformation(), nullptr) << "The array has no descriptor";
+    ASSERT_NE(m_array->getInformation()->asArrayInfo(), nullptr)
+        << "The descriptor is not that of an array";
+  }
+
   /// Calls `check(TypeTag<T>())` with the C++ type of the array's elements.
   template <class Check>
   void withElementType(const Check& check) const {
@@ -82,10 +90,8 @@ TYPED_TEST_P(ArraySuite, IsAnArrayAndNothingElse) {
 
 TYPED_TEST_P(ArraySuite, DescriptorIsThatOfAnArray) {
   const object_model::DataInfo* info = this->array().getInformation();
-  ASSERT_NE(info, nullptr);
   EXPECT_TRUE(info->isArrayInfo());
   EXPECT_FALSE(info->isDictionaryInfo());
-  ASSERT_NE(info->asArrayInfo(), nullptr);
   EXPECT_THROW(info->asDictionaryInfo(), object_model::InvalidCall);
   EXPECT_EQ(info->asArrayInfo()->getElementType(), this->array().getElementType());
   EXPECT_EQ(info->getName(), this->array().getName());

@@ -50,30 +50,47 @@ inline std::vector<std::vector<unsigned long>> positionsIn(
   return positionsIn(extents, std::vector<unsigned long>(extents.size(), 0));
 }
 
+/// A block of a grid.
+inline memory::Block blockOf(const std::vector<unsigned long>& extents,
+                             const std::vector<unsigned long>& start,
+                             const std::vector<unsigned long>& extent) {
+  memory::Block block = {0, 1, start, extent};
+  unsigned long step = 1;
+  for (std::size_t k = 0; k < extents.size(); ++k) {
+    block.first += start[k] * step;
+    block.count *= extent[k];
+    step *= extents[k];
+  }
+  return block;
+}
+
 /// Blocks of a grid: the whole, each half along each dimension, each position alone, the inner
 /// part.
 inline std::vector<memory::Block> blocksIn(const std::vector<unsigned long>& extents) {
   const std::vector<unsigned long> origin(extents.size(), 0);
-  std::vector<memory::Block> blocks = {{0, 1, origin, extents}};
+  std::vector<memory::Block> blocks = {blockOf(extents, origin, extents)};
   for (std::size_t k = 0; k < extents.size(); ++k) {
-    memory::Block lower = blocks.front();
-    memory::Block upper = lower;
-    lower.extent[k] = extents[k] / 2;
-    upper.start[k] = extents[k] / 2;
-    upper.extent[k] = extents[k] - extents[k] / 2;
-    blocks.push_back(lower);
-    blocks.push_back(upper);
+    std::vector<unsigned long> lower = extents;
+    std::vector<unsigned long> upper = extents;
+    std::vector<unsigned long> middle = origin;
+    lower[k] = extents[k] / 2;
+    upper[k] = extents[k] - extents[k] / 2;
+    middle[k] = extents[k] / 2;
+    blocks.push_back(blockOf(extents, origin, lower));
+    blocks.push_back(blockOf(extents, middle, upper));
   }
   for (const std::vector<unsigned long>& position : positionsIn(extents)) {
-    blocks.push_back({0, 1, position, std::vector<unsigned long>(extents.size(), 1)});
+    blocks.push_back(blockOf(extents, position, std::vector<unsigned long>(extents.size(), 1)));
   }
-  memory::Block inner = blocks.front();
+  std::vector<unsigned long> start = origin;
+  std::vector<unsigned long> inner = extents;
   for (std::size_t k = 0; k < extents.size(); ++k) {
-    const bool isThick = extents[k] > 2;
-    inner.start[k] = isThick ? 1 : 0;
-    inner.extent[k] = isThick ? extents[k] - 2 : extents[k];
+    if (extents[k] > 2) {
+      start[k] = 1;
+      inner[k] = extents[k] - 2;
+    }
   }
-  blocks.push_back(inner);
+  blocks.push_back(blockOf(extents, start, inner));
   return blocks;
 }
 

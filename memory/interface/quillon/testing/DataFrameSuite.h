@@ -21,6 +21,9 @@ namespace quillon::testing {
 template <class Subject>
 class DataFrameSuite : public ::testing::Test {
  protected:
+  /// Fails where there is nothing to check.
+  void SetUp() override { ASSERT_NE(m_frame, nullptr) << "make() gives no table"; }
+
   /// What `tabra::DataFrameView::shape` returns: columns, then rows.
   using Shape = std::array<unsigned long, 2>;
 
@@ -73,12 +76,12 @@ class DataFrameSuite : public ::testing::Test {
 TYPED_TEST_SUITE_P(DataFrameSuite);
 
 TYPED_TEST_P(DataFrameSuite, IsEmptyAtFirst) {
-  EXPECT_EQ(this->frame().shape(), (std::array<unsigned long, 2>{0, 0}));
+  EXPECT_EQ(this->frame().shape(), (typename TestFixture::Shape{0, 0}));
 }
 
 TYPED_TEST_P(DataFrameSuite, ShapeIsColumnsAndRows) {
   this->fill();
-  EXPECT_EQ(this->frame().shape(), (std::array<unsigned long, 2>{4, 3}));
+  EXPECT_EQ(this->frame().shape(), (typename TestFixture::Shape{4, 3}));
 }
 
 TYPED_TEST_P(DataFrameSuite, ColumnsKeepNameAndType) {
@@ -170,7 +173,7 @@ TYPED_TEST_P(DataFrameSuite, RemovingAllColumnsInTheirOrderEmptiesTheTable) {
   for (unsigned long column = 0; column < 4; ++column) {
     this->frame().removeColumn(column);
   }
-  EXPECT_EQ(this->frame().shape(), (std::array<unsigned long, 2>{0, 3}));
+  EXPECT_EQ(this->frame().shape(), (typename TestFixture::Shape{0, 3}));
 }
 
 TYPED_TEST_P(DataFrameSuite, AnyOtherCallEndsARunOfRemovals) {

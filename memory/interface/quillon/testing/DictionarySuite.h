@@ -41,6 +41,12 @@ struct BorrowsEntries<Subject, std::void_t<decltype(Subject::BORROWS_ENTRIES)>>
 template <class Subject>
 class DictionarySuite : public ::testing::Test {
  protected:
+  /// Fails where there is nothing to check.
+  void SetUp() override {
+    ASSERT_NE(m_dictionary, nullptr) << "make() gives no dictionary";
+    ASSERT_NE(m_dictionary->getInformation(), nullptr) << "The dictionary has no descriptor";
+  }
+
   /// The dictionary of the subject, for writing.
   object_model::Dictionary& writable() { return *m_dictionary; }
 
@@ -83,7 +89,6 @@ TYPED_TEST_P(DictionarySuite, IsADictionaryAndNoArray) {
 
 TYPED_TEST_P(DictionarySuite, DescriptorIsThatOfADictionary) {
   const object_model::DataInfo* info = this->dictionary().getInformation();
-  ASSERT_NE(info, nullptr);
   EXPECT_TRUE(info->isDictionaryInfo());
   EXPECT_FALSE(info->isArrayInfo());
   EXPECT_NE(info->asDictionaryInfo(), nullptr);
@@ -127,6 +132,7 @@ TYPED_TEST_P(DictionarySuite, MissingNamesThrow) {
 TYPED_TEST_P(DictionarySuite, EntriesKnowTheirParent) {
   for (const std::string& name : this->names()) {
     object_model::Data* entry = this->writable().data(name);
+    ASSERT_NE(entry, nullptr) << name;
     const object_model::Data* readOnly = entry;
     EXPECT_EQ(readOnly->parent(), entry->parent()) << name;
     // never true, never false: decided when compiled
