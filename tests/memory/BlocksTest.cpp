@@ -59,6 +59,7 @@ TEST(BlocksTest, AreTheWholeTheHalvesThePositionsAndTheInnerPart) {
                           "0 3 at 0 0 of 3 1", "3 3 at 0 1 of 3 1", "0 1 at 0 0 of 1 1",
                           "1 1 at 1 0 of 1 1", "2 1 at 2 0 of 1 1", "3 1 at 0 1 of 1 1",
                           "4 1 at 1 1 of 1 1", "5 1 at 2 1 of 1 1", "1 2 at 1 0 of 1 2"));
+  EXPECT_EQ(inWords(blocksIn({2, 4}).back()), "2 4 at 0 1 of 2 2");
   EXPECT_THAT(inWords(blocksIn({})), ElementsAre("0 1 at of", "0 1 at of", "0 1 at of"));
 }
 
