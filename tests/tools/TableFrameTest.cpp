@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <quillon/memory/Wording.h>
+#include <quillon/testing/DataFrameSuite.h>
 
 #include "TableFrame.h"
 
@@ -31,3 +32,18 @@ TEST(TableFrameTest, WritingTellsHowManyCells) {
 
 }  // namespace
 }  // namespace quillon::tools
+
+namespace quillon::testing {
+namespace {
+
+struct PlainTableFrame {
+  static std::unique_ptr<tabra::DataFrameView> make() {
+    return std::make_unique<tools::TableFrame>(
+        [](std::string_view name) { return std::string(name); }, [](unsigned long /*cells*/) {});
+  }
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(OfTheTool, DataFrameSuite, PlainTableFrame, );
+
+}  // namespace
+}  // namespace quillon::testing

@@ -38,9 +38,10 @@ struct ExpectedValues<Subject, std::void_t<decltype(Subject::values())>> {
 /// `INSTANTIATE_TYPED_TEST_SUITE_P(Pictures, ArraySuite, PictureSubject);`, after
 /// `using namespace quillon::testing;`.
 ///
-/// A subject is a class with a function `make()` that returns a `std::unique_ptr` to a new array,
-/// of few enough values to read each of them several times. It may have a function `values()`, too,
-/// that returns a vector of the values that all positions hold, dimension 0 varying fastest.
+/// A subject is a class with a function `make()` that returns a `std::unique_ptr` or a
+/// `std::shared_ptr` to a new array, of few enough values to read each of them several times. It
+/// may have a function `values()`, too, that returns a vector of the values that all positions
+/// hold, dimension 0 varying fastest.
 template <class Subject>
 class ArraySuite : public ::testing::Test {
  protected:
@@ -66,7 +67,7 @@ class ArraySuite : public ::testing::Test {
   const object_model::Array& array() const { return *m_array; }
 
  private:
-  const std::unique_ptr<object_model::Array> m_array = Subject::make();
+  const decltype(Subject::make()) m_array = Subject::make();
 };
 
 // The tests, whose names say what they check.

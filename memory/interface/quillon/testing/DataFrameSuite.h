@@ -16,8 +16,8 @@ namespace quillon::testing {
 /// `INSTANTIATE_TYPED_TEST_SUITE_P(Frames, DataFrameSuite, FrameSubject);`, after
 /// `using namespace quillon::testing;`.
 ///
-/// A subject is a class with a function `make()` that returns a `std::unique_ptr` to a new, empty
-/// table.
+/// A subject is a class with a function `make()` that returns a `std::unique_ptr` or a
+/// `std::shared_ptr` to a new, empty table.
 template <class Subject>
 class DataFrameSuite : public ::testing::Test {
  protected:
@@ -67,7 +67,7 @@ class DataFrameSuite : public ::testing::Test {
   }
 
  private:
-  const std::unique_ptr<tabra::DataFrameView> m_frame = Subject::make();
+  const decltype(Subject::make()) m_frame = Subject::make();
 };
 
 // The tests, whose names say what they check.

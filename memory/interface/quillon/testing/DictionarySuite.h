@@ -34,10 +34,11 @@ struct BorrowsEntries<Subject, std::void_t<decltype(Subject::BORROWS_ENTRIES)>>
 /// `INSTANTIATE_TYPED_TEST_SUITE_P(Files, DictionarySuite, FileSubject);`, after
 /// `using namespace quillon::testing;`.
 ///
-/// A subject is a class with a function `make()` that returns a `std::unique_ptr` to a new
-/// dictionary. It may have a function `names()`, too, that returns a vector of the entries' names
-/// in their order, and a constant `BORROWS_ENTRIES`, true for a dictionary that shows the entries
-/// of another one, which stays their parent, and that stands in no container itself.
+/// A subject is a class with a function `make()` that returns a `std::unique_ptr` or a
+/// `std::shared_ptr` to a new dictionary. It may have a function `names()`, too, that returns a
+/// vector of the entries' names in their order, and a constant `BORROWS_ENTRIES`, true for a
+/// dictionary that shows the entries of another one, which stays their parent, and that stands in
+/// no container itself.
 template <class Subject>
 class DictionarySuite : public ::testing::Test {
  protected:
@@ -66,7 +67,7 @@ class DictionarySuite : public ::testing::Test {
   }
 
  private:
-  const std::unique_ptr<object_model::Dictionary> m_dictionary = Subject::make();
+  const decltype(Subject::make()) m_dictionary = Subject::make();
 };
 
 // The tests, whose names say what they check.
