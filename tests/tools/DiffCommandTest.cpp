@@ -494,6 +494,10 @@ TEST_F(DiffFilesTest, VariableThatCannotBeReadAndIsNotAskedForIsNoTrouble) {
   EXPECT_EQ(diffOf(POINT, POINT, {"--variables", "v", "--contract"}), same());
   const std::string inside = "group: g { " + POINT + " } group: h { variables: int v ; }";
   EXPECT_EQ(diffOf(inside, inside, {"--group", "h"}), same());
+  EXPECT_EQ(diffOf(inside, inside, {"--group", "h", "--variables", "v"}), same());
+  EXPECT_EQ(
+      diffOf(inside, inside, {"--group", "h", "--variables", "p"}),
+      failed("In the group 'h' neither 'a.nc' nor 'b.nc' has a variable 'p'; did you mean 'v'?"));
   EXPECT_EQ(diffOf(inside, inside, {"--group", "g"}),
             (Outcome{2, "/g/p: not compared: compound type 't'\n",
                      "quillon: Not compared: /g/p (compound type 't')\n"}));

@@ -340,6 +340,15 @@ TEST_F(OddFileTest, WhatATableCannotHoldIsReported) {
           "quillon: 'empty' is not in the table: it has no values along its axis 'none'\n"}));
 }
 
+TEST_F(OddFileTest, WhatATableOfAnySizeCannotHoldIsReported) {
+  EXPECT_EQ(
+      table({m_path, "--index", "x", "--variables", "x,p,cov"}),
+      (Outcome{
+          0, " x\n-1\n 2\n[2 rows x 1 column]\n",
+          "quillon: 'p' is not in the table: compound type 'point'\n"
+          "quillon: 'cov' is not in the table: its axis 'x' occurs twice and is in the index\n"}));
+}
+
 TEST_F(OddFileTest, VariableThatTheIndexLeavesNoRoomForIsReported) {
   EXPECT_EQ(
       table({m_path, "--variables", "x,A,empty", "--index", "none,x,y", "--format", "contract"}),
