@@ -7,7 +7,9 @@ import sys
 from collections.abc import Iterable, Mapping
 from typing import Any
 
-__all__ = ["mapping", "number", "text", "texts", "whole_number"]
+from quillon import _core
+
+__all__ = ["is_text", "mapping", "nearest", "number", "text", "texts", "whole_number"]
 
 
 def number(name: str, value: Any) -> float:
@@ -30,20 +32,36 @@ def whole_number(name: str, value: Any) -> int:
         raise TypeError(f"{name} is a whole number, not {value!r}") from None
 
 
+def is_text(value: str) -> bool:
+    """Whether it is of Unicode characters alone. Python's may have lone surrogates, such as '\\udcff' for a byte."""
+    try:
+        value.encode()
+    except UnicodeEncodeError:
+        return False
+    return True
+
+
 def text(name: str, value: Any) -> str:
     """A text."""
     if not isinstance(value, str):
         raise TypeError(f"{name} is a text, not {value!r}")
+    if not is_text(value):
+        raise ValueError(f"{name} has lone surrogates: {value!r}")
     return str(value)
 
 
 def texts(name: str, value: str | Iterable[str]) -> list[str]:
     """Texts; one alone is a list of one."""
     if isinstance(value, str):
-        return [str(value)]
+        return [text(name, value)]
     if not isinstance(value, Iterable):
         raise TypeError(f"{name} is a text or several, not {value!r}")
     return [text(f"each of {name}", each) for each in value]
+
+
+def nearest(name: str, known: list[str]) -> str:
+    """Those of the known names that are nearest, in quotes; empty without any."""
+    return ", ".join(map(repr, _core.nearest_names(name.encode("utf-8", "replace").decode(), known)))
 
 
 def mapping(name: str, value: Mapping[Any, Any] | None) -> Mapping[Any, Any]:

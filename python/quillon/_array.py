@@ -23,7 +23,7 @@ def _names_of(dims: str | Sequence[str] | None, rank: int) -> list[str]:
     names = [dims] if isinstance(dims, str) else [str(name) for name in dims]
     if len(names) != rank:
         raise ValueError(f"the values have {rank} dimensions, and {len(names)} names were given")
-    return names
+    return [text("each of dims", name) for name in names]
 
 
 def _made(kind: str, name: str, dims: list[str], values: np.ndarray) -> _core.Array:

@@ -7,7 +7,7 @@ from collections.abc import Iterator, Mapping, MutableMapping, Sequence
 from typing import TYPE_CHECKING, Any
 
 from quillon import _core
-from quillon._arguments import mapping, text
+from quillon._arguments import is_text, mapping, nearest, text
 from quillon._array import Array
 
 if TYPE_CHECKING:
@@ -45,6 +45,8 @@ def require_name(name: Any) -> str:
         raise TypeError(f"entries are called by texts, not by {name!r}")
     if "/" in name or not name:
         raise ValueError(f"no entry can be called {name!r}: '/' parts the names of a path")
+    if not is_text(name):
+        raise ValueError(f"no entry can be called {name!r}: it has lone surrogates")
     return name
 
 
@@ -120,8 +122,7 @@ class Dictionary(MutableMapping):
         return Dictionary._of(handle, self)
 
     def _missing(self, path: str, name: str) -> KeyError:
-        known = self._handle.names()
-        near = ", ".join(repr(other) for other in _core.nearest_names(name, known))
+        near = nearest(name, self._handle.names())
         where = f"the dictionary {self.name!r}" if self.name else "the dictionary"
         return KeyError(
             f"there is no entry {path!r}: {where} has no {name!r}"
@@ -133,7 +134,7 @@ class Dictionary(MutableMapping):
         for name in path.lstrip("/").split("/"):
             if not isinstance(place, Dictionary):
                 raise KeyError(f"there is no entry {path!r}: {place.name!r} is an array")
-            if not place._handle.contains(name):
+            if not is_text(name) or not place._handle.contains(name):
                 raise place._missing(path, name)
             place = place._entry(name)
         return place

@@ -208,7 +208,7 @@ def save(dictionary: Any, path: str | os.PathLike[str], *, deflate: int | None =
     if deflate is not None and not 0 <= deflate <= 9:
         raise ValueError(f"values are compressed from 1 to 9, not {deflate}")
     _require_storable(entries, "/")
-    _core.save_file(_stored(entries)._handle, os.fspath(path), deflate or 0)
+    _core.save_file(_stored(entries)._handle, os.fsencode(path), deflate or 0)
 
 
 def open(
@@ -252,6 +252,6 @@ def open(
         name = os.fsdecode(name)
     if not trusted:
         _try(name, decode)
-    file = File(_core.open_file(name, decode), name, group, decode)
+    file = File(_core.open_file(os.fsencode(name), decode), name, group, decode)
     file._enter_group(group)
     return file

@@ -11,7 +11,7 @@ from typing import TYPE_CHECKING, Any, BinaryIO
 import numpy as np
 
 from quillon import _core
-from quillon._arguments import mapping, text, texts, whole_number
+from quillon._arguments import mapping, nearest, text, texts, whole_number
 
 if TYPE_CHECKING:
     import pandas
@@ -28,7 +28,7 @@ def _is_position(value: Any) -> bool:
 def _coordinate(dimension: str, value: Any) -> Any:
     """A coordinate as the libraries take it: a text, a number, or a time in a tuple."""
     if isinstance(value, str):
-        return value
+        return text(f"a coordinate of {dimension!r}", value)
     if isinstance(value, (np.datetime64, datetime.date)):
         if value != value:  # noqa: PLR0124
             raise ValueError(f"no coordinate of {dimension!r} is {value}")
@@ -173,8 +173,7 @@ class Table:
         for k, (name, _, _) in enumerate(self._columns):
             if name == column:
                 return k
-        near = ", ".join(map(repr, _core.nearest_names(str(column), self.columns)))
-        raise KeyError(f"there is no column {column!r}; the nearest are {near}")
+        raise KeyError(f"there is no column {column!r}; the nearest are {nearest(str(column), self.columns)}")
 
     def __getitem__(self, column: str) -> np.ndarray:
         return self._table.read(self._number(column), 0, self._table.rows)

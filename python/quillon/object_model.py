@@ -17,7 +17,7 @@ from __future__ import annotations
 import enum
 from collections.abc import Sequence
 
-from quillon import _core
+from quillon import _arguments, _core
 from quillon._array import Array
 from quillon._dictionary import Dictionary
 
@@ -74,6 +74,10 @@ class PhysicalDimension(enum.IntEnum):
     LENGTH_POWER_3 = 4
 
 
+def _name(name: str) -> str:
+    return _arguments.text("name", name)
+
+
 class Namespace:
     """The registry of the process: descriptors of dictionaries by object name."""
 
@@ -88,15 +92,15 @@ class Namespace:
 
     def register_object(self, name: str, dictionary: Dictionary | None) -> None:
         """Register the descriptor of a dictionary, or none, in place of whatever has the name."""
-        self._registry.register_object(name, None if dictionary is None else dictionary._handle)
+        self._registry.register_object(_name(name), None if dictionary is None else dictionary._handle)
 
     def get_info(self, name: str | int) -> _core.DictionaryInfo | None:
         """The descriptor of that name, or at that position; it has a `name` and a `description`."""
-        return self._registry.get_info(name)
+        return self._registry.get_info(_name(name) if isinstance(name, str) else name)
 
     def get_info_by_name(self, name: str) -> _core.DictionaryInfo | None:
         """The same, or None; a name that is not there becomes registered without a descriptor."""
-        return self._registry.get_info_by_name(name)
+        return self._registry.get_info_by_name(_name(name))
 
     def get_num_of_object(self) -> int:
         """The number of registered names."""
@@ -161,7 +165,7 @@ def export_to_string(dictionary: Dictionary, index: Sequence[str], max_rows: int
     ...
     <BLANKLINE>
     """
-    return _core.export_to_string(dictionary._handle, list(index), max_rows)
+    return _core.export_to_string(dictionary._handle, _arguments.texts("index", index), max_rows)
 
 
 def export_to_html(dictionary: Dictionary, index: Sequence[str], max_rows: int) -> str:
@@ -174,7 +178,7 @@ def export_to_html(dictionary: Dictionary, index: Sequence[str], max_rows: int) 
     >>> export_to_html(cells, ["label"], 1).count("<th>")
     6
     """
-    return _core.export_to_html(dictionary._handle, list(index), max_rows)
+    return _core.export_to_html(dictionary._handle, _arguments.texts("index", index), max_rows)
 
 
 def determine_physical_information(text: str) -> PhysicalInformation:
@@ -185,7 +189,7 @@ def determine_physical_information(text: str) -> PhysicalInformation:
     >>> determine_physical_information("AREA").name
     'AREA'
     """
-    return PhysicalInformation(_core.determine_physical_information(text))
+    return PhysicalInformation(_core.determine_physical_information(_arguments.text("text", text)))
 
 
 def determine_physical_dimension(information: int) -> PhysicalDimension:

@@ -7,6 +7,8 @@
 #include <quillon/netcdf/File.h>
 #endif
 
+#include "Outline.h"
+
 namespace quillon::python {
 namespace {
 
@@ -14,7 +16,7 @@ namespace py = pybind11;
 
 void raise(const char* name, const std::string& sentence) {
   const py::object type = py::module_::import("quillon._errors").attr(name);
-  PyErr_SetString(type.ptr(), sentence.c_str());
+  PyErr_SetObject(type.ptr(), textOf(sentence).ptr());
 }
 
 void translate(std::exception_ptr thrown) {
@@ -39,7 +41,7 @@ void translate(std::exception_ptr thrown) {
     raise("FileError", error.what());
 #endif
   } catch (const NoEntry& error) {
-    PyErr_SetString(PyExc_KeyError, error.what());
+    PyErr_SetObject(PyExc_KeyError, textOf(error.what()).ptr());
   }
 }
 

@@ -167,7 +167,7 @@ void bindTables(py::module_& module) {
       .def_property_readonly("descriptor", &memory::TemporaryFile::descriptor)
       .def_property_readonly("error", &memory::TemporaryFile::error)
       .def("move_to_target", &memory::TemporaryFile::moveToTarget);
-  module.def("in_html", [](const std::string& text) { return memory::inHtml(text); });
+  module.def("in_html", [](const py::str& text) { return memory::inHtml(utf8Of(text)); });
 }
 
 }  // namespace quillon::python
