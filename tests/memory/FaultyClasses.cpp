@@ -218,7 +218,13 @@ struct MisjudgedArray {
     return std::make_unique<memory::IntArray>("a", std::vector<Axis>{{"x", 2}},
                                               std::vector<long>{0, 1});
   }
-  static std::vector<T> values() { return IS_WHOLE ? std::vector<T>{7, 1} : std::vector<T>{0}; }
+  static std::vector<T> values() {
+    std::vector<T> values = {0};
+    if (IS_WHOLE) {
+      values = {7, 1};
+    }
+    return values;
+  }
 };
 using MisjudgedArrays =
     ::testing::Types<MisjudgedArray<double>, MisjudgedArray<long>, MisjudgedArray<long, true>>;
